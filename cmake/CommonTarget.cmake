@@ -1,0 +1,50 @@
+# One interface target carries what every target of the project is compiled with.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+
+find_program(QUILLMARSH_CCACHE ccache)
+mark_as_advanced(QUILLMARSH_CCACHE)
+if(QUILLMARSH_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" "CCACHE_NOHASHDIR=1" "${QUILLMARSH_CCACHE}")
+endif()
+
+add_library(quillmarsh_common INTERFACE)
+add_library(quillmarsh::common ALIAS quillmarsh_common)
+
+target_include_directories(quillmarsh_common INTERFACE "${PROJECT_SOURCE_DIR}")
+
+target_compile_definitions(quillmarsh_common INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_STRICT_ITERATORS
+    QT_DEPRECATED_WARNINGS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+    $<$<NOT:$<CONFIG:Debug>>:QT_MESSAGELOGCONTEXT>)
+
+target_compile_options(quillmarsh_common INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wcast-align -Wcast-qual -Wformat=2 -Wimplicit-fallthrough -Wconversion -Wno-sign-conversion
+    -fstack-protector-strong
+    $<$<BOOL:${QUILLMARSH_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(QUILLMARSH_SANITIZER)
+    target_compile_options(quillmarsh_common INTERFACE
+        "-fsanitize=${QUILLMARSH_SANITIZER}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(quillmarsh_common INTERFACE "-fsanitize=${QUILLMARSH_SANITIZER}")
+    if(QUILLMARSH_SANITIZER MATCHES "address")
+        # The simulated bus is preloaded; a shared runtime would have to come before it.
+        target_link_options(quillmarsh_common INTERFACE -static-libasan)
+    endif()
+else()
+    target_compile_definitions(quillmarsh_common INTERFACE
+        $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2> _GLIBCXX_ASSERTIONS)
+endif()

@@ -1,0 +1,32 @@
+# quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...])
+#
+# One GoogleTest program; each of its tests is a ctest entry of its own. With GUI the program has a
+# QApplication on Qt's offscreen platform, else a QCoreApplication.
+include(GoogleTest)
+find_package(GTest REQUIRED)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+
+function(quillmarsh_test name)
+    cmake_parse_arguments(TEST "GUI" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 60)
+    endif()
+    if(TEST_GUI)
+        set(main "${PROJECT_SOURCE_DIR}/tests/support/GuiTestMain.cpp")
+    else()
+        set(main "${PROJECT_SOURCE_DIR}/tests/support/CoreTestMain.cpp")
+    endif()
+    add_executable(${name} ${TEST_SOURCES} ${main})
+    target_link_libraries(${name} PRIVATE quillmarsh::common GTest::gtest GTest::gmock Qt5::Test ${TEST_LINK})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+    set(labels "")
+    if(TEST_LABELS)
+        set(labels LABELS "${TEST_LABELS}")
+    endif()
+    gtest_discover_tests(${name}
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES
+            ${labels}
+            TIMEOUT ${TEST_TIMEOUT}
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What a device of the SoC family shows while it waits for firmware.
+namespace Bootloader {
+constexpr quint32 vendorId = 0x33C3;
+constexpr quint32 productId = 0x8899;
+} // namespace Bootloader

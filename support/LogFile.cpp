@@ -1,0 +1,37 @@
+#include "support/LogFile.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QFile>
+#include <QTextStream>
+
+bool LogFile::appendLine(const QString &filePath, const QString &content)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::Append | QIODevice::Text)) {
+        qWarning() << "无法打开文件进行写入";
+        return false;
+    }
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << content << '\n';
+    stream.flush();
+    return stream.status() == QTextStream::Ok;
+}
+
+bool LogFile::appendTimestampedLine(const QString &filePath, const QString &text)
+{
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    // Joined, not .arg()ed twice: a "%1" or "%2" inside the text must stay as it is.
+    return appendLine(filePath, QLatin1Char('[') + time + QLatin1String("] ") + text);
+}
+
+QString LogFile::updateLogPath()
+{
+    return QStringLiteral("UPDLog.txt");
+}
+
+QString LogFile::interfaceLogPath()
+{
+    return QStringLiteral("log.txt");
+}

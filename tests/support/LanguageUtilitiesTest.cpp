@@ -1,0 +1,75 @@
+#include "support/LanguageUtilities.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class LanguageUtilitiesTest : public testing::Test
+{
+protected:
+    void write(const QString &code, const QByteArray &json)
+    {
+        QFile file(m_folder.filePath(code + QStringLiteral(".json")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(json);
+    }
+
+    const QString m_key = QStringLiteral("Log");
+    const QString m_fallback = QStringLiteral("日志");
+    QTemporaryDir m_folder;
+};
+
+TEST_F(LanguageUtilitiesTest, ALanguageThatTheTablesDoNotListLeavesTheCurrentOneUnchanged)
+{
+    write(QStringLiteral("en"), R"({"Log":"Log!"})");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    tables.setLanguage(QStringLiteral("fr"));
+    EXPECT_EQ(tables.language(), QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), QStringLiteral("Log!"));
+}
+
+TEST_F(LanguageUtilitiesTest, ALanguageWithoutAFileYieldsTheFallback)
+{
+    write(QStringLiteral("en"), R"({"Log":"Log!"})");
+    const LanguageUtilities tables(m_folder.path());
+    EXPECT_EQ(tables.lookup(m_key, m_fallback, QStringLiteral("fr")), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, AnEmptyTextCountsAsMissing)
+{
+    write(QStringLiteral("en"), R"({"Log":""})");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, AKeyThatTheEnglishTableLacksShowsChineseInAnEnglishWindow)
+{
+    write(QStringLiteral("en"), R"({"Other":"Other"})");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, ATableThatIsNoJsonYieldsTheFallback)
+{
+    write(QStringLiteral("en"), "\xff not json");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, AGivenLanguageIsTakenInsteadOfTheCurrentOne)
+{
+    write(QStringLiteral("en"), R"({"Log":"Log!"})");
+    write(QStringLiteral("zh_CN"), R"({"Log":"日志?"})");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback, QStringLiteral("zh_CN")), QStringLiteral("日志?"));
+}
+
+} // namespace

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "support/Reporter.h"
+
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+
+/// A reporter that keeps what it is told, in order. Safe to use from several threads; read it when
+/// they are done.
+class RecordingReporter : public Reporter
+{
+public:
+    void log(const QString &line) override { add(m_log, line, QStringLiteral("log ") + line); }
+    void setStateTitle(const BilingualText &title) override
+    {
+        const QString key = QString::fromUtf8(title.english);
+        add(m_titles, key, QStringLiteral("title ") + key);
+        m_fallbacks.append(QString::fromUtf8(title.chinese));
+    }
+    void setProgress(int percent) override
+    {
+        const QString text = QString::number(percent);
+        add(m_progress, text, QStringLiteral("progress ") + text);
+    }
+    void enableStartButton(bool enable) override { note(QStringLiteral("button %1").arg(enable)); }
+    void runDeviceCheck(bool run) override { note(QStringLiteral("check %1").arg(run)); }
+
+    QStringList logLines() const { return m_log; }
+    /// The English keys of the titles.
+    QStringList titles() const { return m_titles; }
+    /// Their Chinese fallbacks.
+    QStringList fallbacks() const { return m_fallbacks; }
+    QStringList progress() const { return m_progress; }
+    /// All of it in the order of the calls: "log …", "title …", "progress …", "button 0|1", "check 0|1".
+    QStringList events() const { return m_events; }
+
+private:
+    void note(const QString &event)
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_events.append(event);
+    }
+    void add(QStringList &list, const QString &text, const QString &event)
+    {
+        const QMutexLocker lock(&m_mutex);
+        list.append(text);
+        m_events.append(event);
+    }
+
+    QMutex m_mutex;
+    QStringList m_log;
+    QStringList m_titles;
+    QStringList m_fallbacks;
+    QStringList m_progress;
+    QStringList m_events;
+};

@@ -1,0 +1,61 @@
+#include "support/Clock.h"
+#include "support/ShutdownFlag.h"
+
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+class ShutdownFlagTest : public testing::Test
+{
+protected:
+    void TearDown() override { ShutdownFlag::instance().lower(); }
+};
+
+TEST_F(ShutdownFlagTest, ASleepThatNothingCutsIsSleptThrough)
+{
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(Clock::real().sleepMs(20));
+    EXPECT_GE(timer.elapsed(), 20);
+}
+
+TEST_F(ShutdownFlagTest, RaisingTheFlagCutsASleepOnAnotherThread)
+{
+    QElapsedTimer timer;
+    timer.start();
+    bool sleptThrough = true;
+    std::thread sleeper([&] { sleptThrough = Clock::real().sleepMs(30000); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ShutdownFlag::instance().raise();
+    sleeper.join();
+    EXPECT_FALSE(sleptThrough);
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST_F(ShutdownFlagTest, ASleepAfterTheFlagWasRaisedEndsAtOnce)
+{
+    ShutdownFlag::instance().raise();
+    EXPECT_TRUE(Clock::real().isLeaving());
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(Clock::real().sleepMs(30000));
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST_F(ShutdownFlagTest, TheFlagIsAnnouncedOnce)
+{
+    int announced = 0;
+    const auto connection =
+        QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, [&] { ++announced; });
+    ShutdownFlag::instance().raise();
+    ShutdownFlag::instance().raise();
+    QObject::disconnect(connection);
+    EXPECT_EQ(announced, 1);
+}
+
+} // namespace
