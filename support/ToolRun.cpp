@@ -1,0 +1,47 @@
+#include "support/ToolRun.h"
+
+#include "support/ShutdownFlag.h"
+
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+
+namespace {
+
+void waitForEnd(QProcess &process, int limitMs)
+{
+    QEventLoop loop;
+    const ShutdownFlag &flag = ShutdownFlag::instance();
+    QObject::connect(&process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
+                     &QEventLoop::quit);
+    QObject::connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
+    // Asked after the connection, so that a flag raised meanwhile is not missed.
+    if (process.state() != QProcess::NotRunning && !flag.isRaised())
+        loop.exec();
+}
+
+} // namespace
+
+ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs)
+{
+    ToolRun run;
+    QProcess process;
+    process.start(program, arguments, QIODevice::ReadWrite);
+    if (!process.waitForStarted(limitMs)) {
+        run.errorString = process.errorString();
+        return run;
+    }
+    waitForEnd(process, limitMs);
+    if (process.state() == QProcess::NotRunning) {
+        run.end = ToolRun::Finished;
+        run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    } else {
+        run.end = ToolRun::CutShort;
+        process.kill();
+        process.waitForFinished(1000);
+    }
+    run.standardOutput = process.readAllStandardOutput();
+    run.standardError = process.readAllStandardError();
+    return run;
+}

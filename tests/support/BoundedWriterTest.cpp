@@ -1,0 +1,58 @@
+#include "support/BoundedWriter.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryFile>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+TEST(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    BoundedWriter writer(file.handle(), 1000);
+    writer.write("one ");
+    writer.write("two");
+    EXPECT_TRUE(writer.flush(5000));
+    QFile copy(file.fileName());
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), "one two");
+}
+
+TEST(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    QElapsedTimer timer;
+    timer.start();
+    {
+        BoundedWriter writer(ends[1], 64 * 1024);
+        for (int i = 0; i < 10000; ++i)
+            writer.write(QByteArray(1000, 'x'));
+        EXPECT_FALSE(writer.flush(50));
+    }
+    EXPECT_LT(timer.elapsed(), 5000);
+    close(ends[0]);
+}
+
+TEST(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    BoundedWriter writer(ends[1], 1000);
+    writer.write(QByteArray(1001, 'x'));
+    writer.write("after\n");
+    ASSERT_TRUE(writer.flush(5000));
+    char text[200];
+    const auto count = read(ends[0], text, sizeof text);
+    EXPECT_EQ(QByteArray(text, static_cast<int>(count)), "... 1001 bytes of diagnostics dropped\nafter\n");
+    close(ends[0]);
+    close(ends[1]);
+}
+
+} // namespace

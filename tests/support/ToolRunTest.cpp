@@ -1,0 +1,63 @@
+#include "support/ShutdownFlag.h"
+#include "support/ToolRun.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+ToolRun shell(const QString &command, int limitMs)
+{
+    return runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command}, limitMs);
+}
+
+class ToolRunTest : public testing::Test
+{
+protected:
+    void SetUp() override { m_timer.start(); }
+    void TearDown() override { ShutdownFlag::instance().lower(); }
+
+    QElapsedTimer m_timer;
+};
+
+TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
+{
+    const ToolRun run = shell(QStringLiteral("echo out; echo err >&2; exit 3"), 10000);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.standardOutput, "out\n");
+    EXPECT_EQ(run.standardError, "err\n");
+}
+
+TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
+{
+    const ToolRun run = shell(QStringLiteral("kill -SEGV $$"), 10000);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(run.exitCode, -1);
+}
+
+TEST_F(ToolRunTest, AMissingToolSaysWhy)
+{
+    const ToolRun run = runToolToEnd(QStringLiteral("/nowhere/tool"), {}, 10000);
+    EXPECT_EQ(run.end, ToolRun::NotStarted);
+    EXPECT_FALSE(run.errorString.isEmpty());
+}
+
+TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimit)
+{
+    const ToolRun run = shell(QStringLiteral("exec sleep 60"), 100);
+    EXPECT_EQ(run.end, ToolRun::CutShort);
+    EXPECT_LT(m_timer.elapsed(), 10000);
+}
+
+TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
+{
+    QTimer::singleShot(50, [] { ShutdownFlag::instance().raise(); });
+    const ToolRun run = shell(QStringLiteral("exec sleep 60"), 60000);
+    EXPECT_EQ(run.end, ToolRun::CutShort);
+    EXPECT_LT(m_timer.elapsed(), 10000);
+}
+
+} // namespace
