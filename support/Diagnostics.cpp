@@ -1,6 +1,7 @@
 #include "support/Diagnostics.h"
 
 #include "support/BoundedWriter.h"
+#include "support/BrokenPipes.h"
 
 #include <QString>
 
@@ -38,6 +39,7 @@ void handleMessage(QtMsgType type, const QMessageLogContext &context, const QStr
 
 void Diagnostics::install()
 {
+    ignoreBrokenPipes();
     qInstallMessageHandler(handleMessage);
 }
 

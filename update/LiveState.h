@@ -32,6 +32,10 @@ public:
     bool restartCheckable() const { return read(m_restartCheckable); }
     void setRestartCheckable(bool checkable) { write(m_restartCheckable, checkable); }
 
+    /// Whether a flasher is writing to a device right now; the workflow sets it.
+    bool isFlashing() const { return read(m_flashing); }
+    void setFlashing(bool flashing) { write(m_flashing, flashing); }
+
 private:
     template <typename T>
     T read(const T &value) const
@@ -53,4 +57,5 @@ private:
     bool m_bootloaderPresent = false;
     bool m_localFileMode = false;
     bool m_restartCheckable = false;
+    bool m_flashing = false;
 };

@@ -1,4 +1,5 @@
 #include "support/BoundedWriter.h"
+#include "support/Diagnostics.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -6,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -31,7 +31,7 @@ TEST(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
     QElapsedTimer timer;
     timer.start();
     {
-        BoundedWriter writer(ends[1], 64 * 1024);
+        BoundedWriter writer(ends[1], 1024 * 1024);
         for (int i = 0; i < 10000; ++i)
             writer.write(QByteArray(1000, 'x'));
         EXPECT_FALSE(writer.flush(50));
@@ -52,6 +52,19 @@ TEST(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
     const auto count = read(ends[0], text, sizeof text);
     EXPECT_EQ(QByteArray(text, static_cast<int>(count)), "... 1001 bytes of diagnostics dropped\nafter\n");
     close(ends[0]);
+    close(ends[1]);
+}
+
+TEST(BoundedWriterTest, APipeWhoseReaderWentAwayDoesNotEndTheProgram)
+{
+    Diagnostics::install();
+    qInstallMessageHandler(nullptr);
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    BoundedWriter writer(ends[1], 1000);
+    writer.write("into the void");
+    EXPECT_TRUE(writer.flush(5000));
     close(ends[1]);
 }
 

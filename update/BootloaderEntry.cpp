@@ -1,0 +1,57 @@
+#include "update/BootloaderEntry.h"
+
+#include <QDebug>
+
+namespace {
+
+struct WriteResult
+{
+    int count = -1;
+    QString errorText;
+};
+
+WriteResult writeOnce(HidDevice *device, const HidPort &port, const QByteArray &report)
+{
+    // hidapi dereferences the handle that it is given: a missing one is a failed write here.
+    if (!device)
+        return {-1, port.openErrorText()};
+    const int count = device->write(report);
+    return {count, count == -1 ? device->errorText() : QString()};
+}
+
+} // namespace
+
+bool sendUpdateModeReport(const ChosenDevice &device, HidPort &port, ReportLayout layout, Reporter &reporter)
+{
+    reporter.runDeviceCheck(false);
+    if (device.name.isEmpty()) {
+        reporter.log(QStringLiteral("return becu no pvid!"));
+        qDebug() << "无pvid";
+        return false;
+    }
+
+    reporter.log(QStringLiteral("hid_open..."));
+    const auto opened = port.open(static_cast<quint16>(device.vendorId), static_cast<quint16>(device.productId));
+    qDebug() << device.vendorId << "???" << device.productId;
+    if (!opened) {
+        // No reason to stop: a duo device is written through its own handle.
+        qDebug() << "open device err";
+        reporter.log(QStringLiteral("one open device err"));
+    }
+    reporter.log(QStringLiteral("open device done"));
+
+    reporter.log(QStringLiteral("start hid_write..."));
+    const bool isDuo = device.hidPathFlag != 0;
+    const WriteResult written =
+        writeOnce(isDuo ? device.hidHandle.get() : opened.get(), port, updateModeReport(layout));
+    qDebug().noquote() << "res:" << written.count << written.errorText;
+
+    // Support reads 1 as "duo handle used" and 2 as "not used".
+    const int duoValue = isDuo ? 1 : 2;
+    reporter.log(QLatin1String("write res:") + QString::number(written.count) + written.errorText +
+                 QLatin1String("CommandKind:") + QString::number(static_cast<int>(layout)) +
+                 QLatin1String("IsDuoDev:") + QString::number(duoValue));
+    if (written.count > 0)
+        qDebug() << "send UpdateMode successfully";
+    return written.count > 0;
+}

@@ -1,0 +1,113 @@
+#include "update/ChosefirmwareWidget.h"
+
+#include "support/ShutdownFlag.h"
+#include "update/FirmwareManifest.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *parent) : QWidget(parent)
+{
+    connect(this, &ChosefirmwareWidget::sigSetHide, this, &ChosefirmwareWidget::onSetHide);
+    setObjectName(QStringLiteral("firmwareChooser"));
+    setWindowTitle(QStringLiteral("选择你的设备"));
+    setFixedSize(200, 270);
+    setWindowFlags(Qt::Window | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowCloseButtonHint);
+    fetchModels(manifestUrl);
+    buildList();
+}
+
+void ChosefirmwareWidget::fetchModels(const QString &manifestUrl)
+{
+    QNetworkAccessManager manager;
+    QNetworkRequest request{QUrl(manifestUrl)};
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::NoLessSafeRedirectPolicy);
+    QNetworkReply *reply = manager.get(request);
+    QEventLoop loop;
+    const ShutdownFlag &flag = ShutdownFlag::instance();
+    connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    if (!flag.isRaised())
+        loop.exec();
+    if (!reply->isFinished()) {
+        reply->abort();
+        return;
+    }
+
+    const QByteArray body = reply->readAll();
+    reply->deleteLater();
+    if (reply->error() != QNetworkReply::NoError) {
+        qDebug().noquote() << "请求错误:" << reply->errorString();
+        return;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(body);
+    if (!document.isObject()) {
+        qDebug() << "解析 JSON 失败";
+        return;
+    }
+    m_models = FirmwareManifest::downloadUrls(document.object());
+    qDebug() << "设备名称及其下载地址:";
+    for (auto model = m_models.cbegin(); model != m_models.cend(); ++model)
+        qDebug().noquote() << "设备名称:" << model.key() << "-> 下载链接:" << model.value();
+}
+
+void ChosefirmwareWidget::buildList()
+{
+    auto *models = new QWidget;
+    auto *column = new QVBoxLayout(models);
+    for (auto model = m_models.cbegin(); model != m_models.cend(); ++model) {
+        auto *button = new QPushButton(model.key());
+        button->setObjectName(QLatin1String("choose ") + model.key());
+        connect(button, &QPushButton::clicked, this, [this, button] { pick(button->text()); });
+        column->addWidget(button);
+    }
+    auto *area = new QScrollArea;
+    area->setWidgetResizable(true);
+    area->setWidget(models);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(area);
+}
+
+void ChosefirmwareWidget::pick(const QString &name)
+{
+    m_chosenName = name;
+    qDebug().noquote() << "选中的固件:" << name;
+    hide();
+    emit sigSetHide(true);
+}
+
+QString ChosefirmwareWidget::waitForChoice()
+{
+    QEventLoop loop;
+    const ShutdownFlag &flag = ShutdownFlag::instance();
+    connect(this, &ChosefirmwareWidget::sigSetHide, &loop, [&loop](bool close) {
+        if (close)
+            loop.quit();
+    }, Qt::QueuedConnection);
+    connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    // Shown only now that its answer cannot be missed.
+    emit sigSetHide(false);
+    if (!flag.isRaised())
+        loop.exec();
+    return m_chosenName;
+}
+
+void ChosefirmwareWidget::onSetHide(bool close)
+{
+    setVisible(!close);
+}
+
+void ChosefirmwareWidget::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    emit sigSetHide(true);
+}

@@ -1,0 +1,58 @@
+#include "update/FirmwareFileDialog.h"
+
+#include "support/ShutdownFlag.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QFileDialog>
+#include <QStandardPaths>
+#include <QTextStream>
+
+QString FirmwareFileDialog::filters(bool iapDevice)
+{
+    return iapDevice ? QCoreApplication::translate("bringToForeground",
+                                                   "BIN 文件 (*.bin);;IMG 文件 (*.img);;所有文件 (*.*)")
+                     : QCoreApplication::translate("bringToForeground",
+                                                   "IMG 文件 (*.img);;BIN 文件 (*.bin);;所有文件 (*.*)");
+}
+
+QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
+{
+    // A path is short: whatever is longer is no remembered folder.
+    constexpr qint64 longestPath = 32768;
+
+    QFile file(lastDirFile);
+    QString folder;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        folder = QString::fromUtf8(file.read(longestPath)).trimmed();
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : folder;
+}
+
+void FirmwareFileDialog::rememberFolder(const QString &lastDirFile, const QString &folder)
+{
+    QFile file(lastDirFile);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        return;
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << folder;
+}
+
+QString FirmwareFileDialog::choose(QWidget *owner, bool iapDevice, const QString &lastDirFile)
+{
+    QFileDialog dialog(owner, QStringLiteral("Chose UpDate File."), startFolder(lastDirFile),
+                       filters(iapDevice));
+    dialog.setObjectName(QStringLiteral("firmwareFileDialog"));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, &dialog, &QDialog::reject);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    rememberFolder(lastDirFile, dialog.directory().absolutePath());
+
+    const QString file = accepted ? dialog.selectedFiles().value(0) : QString();
+    if (file.isEmpty())
+        qDebug() << "未选择文件";
+    else
+        qDebug().noquote() << "选择的文件:" << file;
+    return file;
+}

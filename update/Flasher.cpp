@@ -1,0 +1,171 @@
+#include "update/Flasher.h"
+
+#include "support/ToolRun.h"
+#include "update/FlasherOutput.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QProcess>
+
+namespace {
+
+constexpr int toolLimitMs = 30000;
+
+/// The output handlers of one run.
+class FlasherConsole
+{
+public:
+    FlasherConsole(QProcess &process, Reporter &reporter, ProgressPicture &picture)
+        : m_process(process), m_reporter(reporter), m_picture(picture)
+    {
+        QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [this] { readOutput(); });
+        QObject::connect(&process, &QProcess::readyReadStandardError, &process, [this] { readErrors(); });
+    }
+
+    /// The run's result, once the process has ended.
+    int result()
+    {
+        readOutput();
+        readErrors();
+        if (m_result == BurnWithoutSuccessLine) {
+            m_result = m_lines.verdict().value_or(BurnWithoutSuccessLine);
+            if (m_result == BurnSucceeded)
+                m_reporter.setProgress(100);
+        }
+        return m_result;
+    }
+
+private:
+    void readOutput()
+    {
+        const QByteArray bytes = m_process.readAllStandardOutput();
+        if (bytes.isEmpty())
+            return;
+        const QString text = QString::fromUtf8(bytes);
+        qDebug().noquote() << "Standard Output:" << text;
+        m_reporter.log(text);
+        m_lines.feed(bytes);
+
+        const FlasherChunk chunk = readFlasherChunk(text);
+        for (const int percent : chunk.progress) {
+            m_reporter.setProgress(percent);
+            m_picture.setPictureLevel(percent);
+        }
+        m_result = chunk.result.value_or(m_result);
+    }
+
+    void readErrors()
+    {
+        const QByteArray bytes = m_process.readAllStandardError();
+        if (bytes.isEmpty())
+            return;
+        const QString text = QString::fromUtf8(bytes);
+        qDebug().noquote() << "Standard Error:" << text;
+        m_reporter.log(QLatin1String("!!!ERRORMESSAGE!!!: ") + text);
+    }
+
+    QProcess &m_process;
+    Reporter &m_reporter;
+    ProgressPicture &m_picture;
+    FlasherLines m_lines;
+    BurnResult m_result = BurnWithoutSuccessLine;
+};
+
+/// Says for the window's close question that a device is being written.
+class FlashingMark
+{
+public:
+    explicit FlashingMark(LiveState &state) : m_state(state) { m_state.setFlashing(true); }
+    ~FlashingMark() { m_state.setFlashing(false); }
+    Q_DISABLE_COPY(FlashingMark)
+
+private:
+    LiveState &m_state;
+};
+
+} // namespace
+
+Flasher::Flasher(Reporter &reporter, ProgressPicture &picture, LiveState &state, Clock &clock,
+                 const UpdatePaths &paths)
+    : m_reporter(reporter), m_picture(picture), m_state(state), m_clock(clock), m_paths(paths)
+{
+}
+
+int Flasher::runFlasher(const QString &program, const QString &imagePath)
+{
+    m_picture.setPictureLevel(0.0);
+    m_picture.repaintPicture();
+
+    const FlashingMark flashing(m_state);
+    QProcess process;
+    FlasherConsole console(process, m_reporter, m_picture);
+    process.start(program, {QStringLiteral("image"), imagePath}, QIODevice::ReadWrite);
+    if (!process.waitForStarted(toolLimitMs)) {
+        qDebug() << "Failed to start process!";
+        m_reporter.log(QStringLiteral("The flasher could not be started: %1 (%2)")
+                           .arg(program, process.errorString()));
+        return BurnNotStarted;
+    }
+    while (process.state() != QProcess::NotRunning) {
+        if (!m_clock.sleepMs(10)) {
+            process.kill();
+            process.waitForFinished(1000);
+            return BurnWithoutSuccessLine;
+        }
+        m_picture.repaintPicture();
+        QCoreApplication::processEvents();
+    }
+
+    const int result = console.result();
+    if (result == BurnSucceeded) {
+        m_picture.setPictureLevel(100.0);
+        m_picture.repaintPicture();
+    }
+    return result;
+}
+
+void Flasher::burnWithRetry(bool *ok, bool bootloaderOk)
+{
+    if (!bootloaderOk && m_state.device().name != QLatin1String("USB")) {
+        qDebug() << "try to bootloader err";
+        m_reporter.log(QStringLiteral("try to bootloader err."));
+        return;
+    }
+    if (burnUpToTenTimes(m_paths.usbFlasher))
+        *ok = true;
+}
+
+bool Flasher::burnOverHid()
+{
+    return burnUpToTenTimes(m_paths.hidFlasher);
+}
+
+bool Flasher::burnUpToTenTimes(const QString &program)
+{
+    // The device needs a moment to come back as the bootloader, each time.
+    for (int tries = 0; tries < 10 && m_clock.sleepMs(1000); ++tries) {
+        const int result = runFlasher(program, m_state.imagePath());
+        if (result != BurnDeviceNotReachable)
+            return result == BurnSucceeded;
+    }
+    return false;
+}
+
+bool Flasher::RunCmdReset(const QString &program)
+{
+    m_reporter.log(QStringLiteral("try to RunCmdReset..."));
+    const ToolRun run = runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs);
+    switch (run.end) {
+    case ToolRun::NotStarted:
+        qDebug() << "Failed to start process!";
+        m_reporter.log(QStringLiteral("Failed to start process!"));
+        return false;
+    case ToolRun::Finished:
+        m_reporter.log(QStringLiteral("RunCmdReset Done."));
+        return true;
+    case ToolRun::CutShort:
+        m_reporter.log(QStringLiteral("Process did not finish!"));
+        return false;
+    }
+    return false;
+}
