@@ -15,19 +15,12 @@ UpdateWorkflow::UpdateWorkflow(Reporter &reporter, LiveState &state, UpdateHost 
 {
 }
 
-void UpdateWorkflow::run()
+UpdateWorkflow::Ending UpdateWorkflow::run()
 {
-    switch (obtainImage()) {
-    case Next::End:
-        return;
-    case Next::LaunchModeEnding:
-        blockInLaunchMode();
-        return;
-    case Next::GoOn:
-        break;
-    }
-    if (handOverToIapPanel())
-        return;
+    if (const auto early = obtainImage())
+        return *early;
+    if (isIapDevice())
+        return handOverToIapPanel();
 
     m_reporter.setStateTitle(UpdateTitles::upgradeStart);
     const bool bootloaderOk = enterBootloader();
@@ -35,38 +28,38 @@ void UpdateWorkflow::run()
     m_reporter.log(QLatin1String("Current writeType is: ") + writeType + QLatin1Char('.'));
     const bool burned = burn(writeType, bootloaderOk);
     if (m_clock.isLeaving())
-        return;
+        return Ending::Leaving;
     reportResult(burned, writeType);
-    end();
+    if (!m_launch.isAutomatic()) {
+        qDebug() << "删除临时固件文件";
+        QFile::remove(m_paths.downloadedImage());
+    }
+    return ending();
 }
 
-UpdateWorkflow::Next UpdateWorkflow::obtainImage()
+std::optional<UpdateWorkflow::Ending> UpdateWorkflow::obtainImage()
 {
     if (m_state.localFileMode()) {
         qDebug() << "Run LocalFile Update Model!";
         m_reporter.log(QStringLiteral("Run LocalFile Update Model!"));
         m_reporter.setStateTitle(UpdateTitles::localFile);
-        return Next::GoOn;
+        return std::nullopt;
     }
 
     if (!prepareFolders()) {
         m_reporter.log(QStringLiteral("ensurePath Failed!"));
         m_reporter.setStateTitle(UpdateTitles::folderFailure);
-        giveControlsBack();
-        return Next::End;
+        return Ending::ControlsBack;
     }
     QJsonObject manifest;
     const QString path = m_source.fetchFirmware(&manifest);
     if (m_clock.isLeaving())
-        return Next::End;
+        return Ending::Leaving;
     // Also after a failed fetch, whose empty path cannot pass: every failed run ends the same way.
     if (md5Check(m_reporter).checkMd5(path, manifest, m_source.deviceKey()))
-        return Next::GoOn;
+        return std::nullopt;
     m_reporter.setStateTitle(UpdateTitles::md5Mismatch);
-    if (m_launch.isAutomatic())
-        return Next::LaunchModeEnding;
-    giveControlsBack();
-    return Next::End;
+    return ending();
 }
 
 bool UpdateWorkflow::prepareFolders()
@@ -77,15 +70,16 @@ bool UpdateWorkflow::prepareFolders()
            LocalFiles::ensurePath(m_paths.temporaryFolder + QLatin1String("/tmp"));
 }
 
-bool UpdateWorkflow::handOverToIapPanel()
+bool UpdateWorkflow::isIapDevice() const
 {
     const ChosenDevice device = m_state.device();
-    if (device.name.isEmpty() || device.iapFlag == 0)
-        return false;
+    return !device.name.isEmpty() && device.iapFlag != 0;
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::handOverToIapPanel()
+{
     m_reporter.log(QStringLiteral("IAP Dev - Run IAPUpDate Mode!"));
-    if (!m_host.startIapPanel())
-        giveControlsBack();
-    return true;
+    return m_host.startIapPanel() ? Ending::HandedOver : Ending::ControlsBack;
 }
 
 bool UpdateWorkflow::enterBootloader()
@@ -154,15 +148,19 @@ void UpdateWorkflow::resetDevice(const QString &writeType)
     }
 }
 
-void UpdateWorkflow::end()
+UpdateWorkflow::Ending UpdateWorkflow::ending() const
 {
-    if (m_launch.isAutomatic()) {
+    return m_launch.isAutomatic() ? Ending::LaunchMode : Ending::ControlsBack;
+}
+
+void UpdateWorkflow::finish(Ending ending)
+{
+    if (ending == Ending::LaunchMode)
         blockInLaunchMode();
+    if (ending != Ending::ControlsBack)
         return;
-    }
-    qDebug() << "删除临时固件文件";
-    QFile::remove(m_paths.downloadedImage());
-    giveControlsBack();
+    m_reporter.runDeviceCheck(true);
+    m_reporter.enableStartButton(true);
 }
 
 void UpdateWorkflow::blockInLaunchMode()
@@ -173,10 +171,4 @@ void UpdateWorkflow::blockInLaunchMode()
     m_reporter.log(QStringLiteral("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
     while (m_clock.sleepMs(5))
         QCoreApplication::processEvents();
-}
-
-void UpdateWorkflow::giveControlsBack()
-{
-    m_reporter.runDeviceCheck(true);
-    m_reporter.enableStartButton(true);
 }

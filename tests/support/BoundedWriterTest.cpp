@@ -1,5 +1,5 @@
 #include "support/BoundedWriter.h"
-#include "support/Diagnostics.h"
+#include "support/BrokenPipes.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,7 +11,13 @@
 
 namespace {
 
-TEST(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
+class BoundedWriterTest : public testing::Test
+{
+protected:
+    void SetUp() override { ignoreBrokenPipes(); }
+};
+
+TEST_F(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
 {
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
@@ -24,7 +30,7 @@ TEST(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
     EXPECT_EQ(copy.readAll(), "one two");
 }
 
-TEST(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
+TEST_F(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
 {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
@@ -40,7 +46,7 @@ TEST(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
     close(ends[0]);
 }
 
-TEST(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
+TEST_F(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
 {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
@@ -55,10 +61,8 @@ TEST(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
     close(ends[1]);
 }
 
-TEST(BoundedWriterTest, APipeWhoseReaderWentAwayDoesNotEndTheProgram)
+TEST_F(BoundedWriterTest, APipeWhoseReaderWentAwayDoesNotEndTheProgram)
 {
-    Diagnostics::install();
-    qInstallMessageHandler(nullptr);
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     close(ends[0]);

@@ -1,0 +1,23 @@
+#pragma once
+
+/// libusb and hidapi, initialised for as long as this object lives. A library that cannot be
+/// initialised is said in a modal warning box, after which the program goes on without it.
+class DeviceLibraries
+{
+public:
+    DeviceLibraries() = default;
+    ~DeviceLibraries();
+    DeviceLibraries(const DeviceLibraries &) = delete;
+    DeviceLibraries &operator=(const DeviceLibraries &) = delete;
+
+    /// Each is called once, on the GUI thread; the quit that it asks for after a failure is
+    /// forgotten when the event loop starts, and is meant to be: the window opens all the same.
+    void initialiseUsb();
+    void initialiseHid();
+
+    bool usbReady() const { return m_usbReady; }
+
+private:
+    bool m_usbReady = false;
+    bool m_hidReady = false;
+};
