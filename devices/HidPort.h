@@ -25,6 +25,8 @@ struct HidInterface
     quint16 productId = 0;
     /// Null when the interface has no path: it is just appearing or going, and cannot be opened.
     QByteArray path;
+    /// bInterfaceNumber; -1 when the platform does not tell.
+    int interfaceNumber = -1;
     /// Where the interface stands on its device, in the words that the path holds on Windows
     /// ("MI_00", "Col04"); empty where paths have these themselves. See HidMarkers.h.
     QString markers;
@@ -46,4 +48,5 @@ public:
     virtual QString openErrorText() const = 0;
 };
 
+/// hidapi, which must have been initialised (it tries once more by itself when that failed).
 std::unique_ptr<HidPort> makeHidapiPort();

@@ -1,0 +1,81 @@
+#include "devices/HidScan.h"
+
+#include "devices/ModelLists.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QTextStream>
+
+namespace {
+
+/// How the interface of a model is recognised, and what is logged then.
+struct Search
+{
+    QLatin1String marker;
+    // The model names in these texts are not those of the lists, and never were: users and
+    // support know the lines as they are.
+    QLatin1String foundText;
+};
+
+Search searchFor(const QString &name)
+{
+    if (ModelLists::isCol04(name))
+        return {QLatin1String("Col04"),
+                QLatin1String("find DuoDevices at DevMar or DevMbs or DevMbr or DevMcb or DevMcc or DevMce "
+                              "or DevMbz")};
+    if (ModelLists::isMi00(name))
+        return {QLatin1String("MI_00"), QLatin1String("find DuoDevices at DevMbv , DevMah , DevMaj")};
+    return {};
+}
+
+void noteSeen(const HidInterface &seen, const QString &path, const QString &interfaceLogPath)
+{
+    qDebug().noquote().nospace() << "Found device: VID: " << seen.vendorId << " PID: " << seen.productId
+                                 << " Path: " << path;
+    QFile file(interfaceLogPath);
+    if (!file.open(QIODevice::Append | QIODevice::Text)) {
+        qWarning("Failed to open log.txt for appending.");
+        return;
+    }
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << "Found device: VID: " << seen.vendorId << " PID: " << seen.productId << "Path:" << path << '\n';
+}
+
+bool bears(const HidInterface &seen, const QString &path, QLatin1String marker)
+{
+    return path.contains(marker, Qt::CaseInsensitive) || seen.markers.contains(marker, Qt::CaseInsensitive);
+}
+
+} // namespace
+
+std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &name, quint32 vendorId,
+                                                  quint32 productId, Reporter &reporter,
+                                                  const QString &interfaceLogPath)
+{
+    const Search search = searchFor(name);
+    const QVector<HidInterface> interfaces = port.enumerate();
+    for (const HidInterface &seen : interfaces) {
+        const QString path = QString::fromUtf8(seen.path);
+        noteSeen(seen, path, interfaceLogPath);
+        if (seen.vendorId != vendorId || seen.productId != productId || search.marker.isEmpty())
+            continue;
+        qDebug().noquote().nospace() << "duoDevstr: " << path;
+        if (seen.path.isNull() || !bears(seen, path, search.marker))
+            continue;
+        if (std::unique_ptr<HidDevice> handle = port.openPath(seen.path)) {
+            reporter.log(search.foundText);
+            return handle;
+        }
+    }
+    reporter.log(QStringLiteral("not find DuoDevices!"));
+    return nullptr;
+}
+
+void HidScan::run(HidPort &port, ChosenDevice &device, Reporter &reporter, const QString &interfaceLogPath)
+{
+    // Opened before the old one is closed: when it fails, the old one stays.
+    if (std::unique_ptr<HidDevice> handle =
+            findInterface(port, device.name, device.vendorId, device.productId, reporter, interfaceLogPath))
+        device.hidHandle = std::move(handle);
+}

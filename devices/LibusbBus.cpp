@@ -1,0 +1,45 @@
+#include "devices/UsbBus.h"
+
+#include <libusb.h>
+
+namespace {
+
+struct ListDeleter
+{
+    void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
+};
+
+class LibusbBus : public UsbBus
+{
+public:
+    explicit LibusbBus(bool initialised) : m_initialised(initialised) {}
+
+    Listing list() override
+    {
+        Listing listing;
+        if (!m_initialised)
+            return listing;
+        libusb_device **devices = nullptr;
+        listing.count = libusb_get_device_list(nullptr, &devices);
+        const std::unique_ptr<libusb_device *[], ListDeleter> owner(devices);
+        if (listing.count < 1)
+            return listing;
+        listing.descriptors.reserve(static_cast<int>(listing.count));
+        for (qint64 i = 0; i < listing.count; ++i) {
+            libusb_device_descriptor descriptor{};
+            if (libusb_get_device_descriptor(devices[i], &descriptor) == LIBUSB_SUCCESS)
+                listing.descriptors.append(descriptor);
+        }
+        return listing;
+    }
+
+private:
+    bool m_initialised;
+};
+
+} // namespace
+
+std::unique_ptr<UsbBus> makeLibusbBus(bool initialised)
+{
+    return std::make_unique<LibusbBus>(initialised);
+}
