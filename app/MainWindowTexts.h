@@ -1,0 +1,48 @@
+#pragma once
+
+#include "support/BilingualText.h"
+#include "support/LanguageUtilities.h"
+
+#include <QString>
+
+/// The texts of the main window: keys into the language tables, with their fallbacks.
+namespace MainWindowTexts {
+
+constexpr BilingualText selectPartition{"Select partition and flash", "选择分区烧写"};
+constexpr BilingualText notice{"MustKnow", "    需知:\n"
+                                           "    在升级固件过程中请勿晃动usb线或晃动设备，\n"
+                                           "    或拔插设备。\n"
+                                           "    升级过程中请勿关闭本程序，\n"
+                                           "    等待程序运行完毕。"};
+constexpr BilingualText automaticNotice{"MustKnow_arouse",
+                                        "    温馨提示:\n"
+                                        "\n"
+                                        "    1.在固件升级过程中请勿触碰晃动usb线和拔插设备。\n"
+                                        "\n"
+                                        "    2.升级过程中请勿关闭本程序，等待程序运行完毕。\n"
+                                        "\n"
+                                        "    3.在升级过程中，设备屏幕熄灭为正常现象，请耐\n"
+                                        "      心等待。升级过程完成后，设备屏幕会正常点亮。\n"
+                                        "\n"
+                                        "    4.如您遇到无法解决的问题，请联系我们寻求帮助。\n"
+                                        "\n"
+                                        "    5.在升级过程中，软件退出为正常现象。升级过程完成后，\n"
+                                        "      请手动打开软件。"};
+constexpr BilingualText deviceNotDetected{"Device not detected", "未发现设备"};
+constexpr BilingualText restartAfterFlash{"Restart the device after a successful flash",
+                                          "烧写成功后重启设备"};
+constexpr BilingualText iapSet{"IAPSet", "IAPSet"};
+constexpr BilingualText deviceModel{"Device Model", "设备型号: "};
+constexpr BilingualText serverVersion{"Server Firmware Version", "服务器固件版本号: "};
+constexpr BilingualText currentStatus{"Current Status", "当前状态: "};
+constexpr BilingualText log{"Log", "日志"};
+constexpr BilingualText flashImage{"Flash the image", "烧写镜像"};
+constexpr BilingualText connectType{"ConnectType", "连接方式:"};
+
+/// The text in the current language.
+inline QString shown(const BilingualText &text)
+{
+    return LanguageUtilities::instance().lookup(text);
+}
+
+} // namespace MainWindowTexts

@@ -1,0 +1,22 @@
+#!/bin/sh
+# Draws the PNG images from the SVG files beside them. The PNGs are kept with the sources, so that
+# a build needs neither this script nor its fonts (Noto Sans CJK SC, DejaVu Sans).
+set -eu
+cd "$(dirname "$0")/images"
+
+for svg in *.svg; do
+    name=${svg%.svg}
+    case $name in
+    quillmarsh*) continue ;;
+    esac
+    rsvg-convert "$svg" -o "$name.png"
+    rsvg-convert --zoom 2 "$svg" -o "$name@2x.png"
+done
+
+# The program's icon; the two smallest sizes have a drawing of their own.
+for size in 16 24; do
+    rsvg-convert -w "$size" -h "$size" quillmarsh-small.svg -o "quillmarsh-$size.png"
+done
+for size in 32 48 64 128 256; do
+    rsvg-convert -w "$size" -h "$size" quillmarsh.svg -o "quillmarsh-$size.png"
+done

@@ -1,0 +1,36 @@
+#include "widgets/BackgroundWidget.h"
+
+#include <QCloseEvent>
+#include <QPainter>
+#include <QStyleOption>
+
+BackgroundWidget::BackgroundWidget(bool chineseLocale, QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("backgroundWidget"));
+    setFixedSize(800, 490);
+    setStyleSheet(QStringLiteral("background-color: rgb(240,240,240);"));
+    setWindowTitle(chineseLocale ? QStringLiteral("固件升级") : QStringLiteral("Quillmarsh"));
+}
+
+void BackgroundWidget::closeForGood()
+{
+    m_closeAllowed = true;
+    close();
+}
+
+void BackgroundWidget::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    // A subclass of QWidget has to draw the background of its style sheet itself.
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+}
+
+void BackgroundWidget::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(m_closeAllowed);
+    if (!m_closeAllowed)
+        emit sigCloseAsked();
+}

@@ -1,0 +1,101 @@
+#include "widgets/TextWindow.h"
+
+#include "support/LogFile.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QDebug>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace {
+
+// Dropping line by line (setMaximumBlockCount) costs a new layout of the pane for each line; with
+// some slack it happens once in two thousand.
+constexpr int maximumLines = 22000;
+constexpr int keptLines = 20000;
+constexpr int maximumLineLength = 64 * 1024;
+
+bool endsLine(QChar c)
+{
+    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::ParagraphSeparator;
+}
+
+QString withLongLinesCut(const QString &text)
+{
+    if (text.size() <= maximumLineLength)
+        return text;
+    QString shown;
+    for (int start = 0; start < text.size();) {
+        int end = start;
+        while (end < text.size() && !endsLine(text.at(end)))
+            ++end;
+        if (end - start > maximumLineLength)
+            shown += text.midRef(start, maximumLineLength - 1) + QStringLiteral("…");
+        else
+            shown += text.midRef(start, end - start);
+        if (end < text.size())
+            shown += text.at(end);
+        start = end + 1;
+    }
+    return shown;
+}
+
+} // namespace
+
+TextWindow::TextWindow(QWidget *parent) : QWidget(parent)
+{
+    setFixedSize(800, 170);
+    setWindowTitle(QStringLiteral("Log"));
+    m_textView = new QTextEdit;
+    m_textView->setObjectName(QStringLiteral("logTextView"));
+    m_textView->setReadOnly(true);
+    m_textView->setUndoRedoEnabled(false);
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(0);
+    layout->addWidget(m_textView);
+}
+
+void TextWindow::setLogCheckBox(QCheckBox *checkBox)
+{
+    m_logCheckBox = checkBox;
+}
+
+void TextWindow::appendLog(const QString &text)
+{
+    appendToPane(withLongLinesCut(text));
+    QTextCursor end = m_textView->textCursor();
+    end.movePosition(QTextCursor::End, QTextCursor::MoveAnchor, 1);
+    m_textView->setTextCursor(end);
+    LogFile::appendTimestampedLine(LogFile::updateLogPath(), text);
+}
+
+void TextWindow::appendToPane(const QString &text)
+{
+    QTextCursor cursor(m_textView->document());
+    cursor.beginEditBlock();
+    cursor.movePosition(QTextCursor::End);
+    // An empty first message is a line, too: the document alone cannot tell it from none.
+    if (m_hasLines)
+        cursor.insertBlock();
+    m_hasLines = true;
+    cursor.insertText(text);
+    const int lines = m_textView->document()->blockCount();
+    if (lines > maximumLines) {
+        cursor.movePosition(QTextCursor::Start);
+        cursor.setPosition(m_textView->document()->findBlockByNumber(lines - keptLines).position(),
+                           QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
+    cursor.endEditBlock();
+}
+
+void TextWindow::closeEvent(QCloseEvent *event)
+{
+    qDebug() << "窗口关闭事件触发!";
+    if (m_logCheckBox)
+        m_logCheckBox->setChecked(false);
+    event->ignore();
+    hide();
+}
