@@ -33,6 +33,8 @@ constexpr BilingualText restartAfterFlash{"Restart the device after a successful
                                           "烧写成功后重启设备"};
 constexpr BilingualText iapSet{"IAPSet", "IAPSet"};
 constexpr BilingualText deviceModel{"Device Model", "设备型号: "};
+/// The same caption as the connection monitor puts it in front of a name.
+constexpr BilingualText connectedModel{"Device Model", "设备型号:"};
 constexpr BilingualText serverVersion{"Server Firmware Version", "服务器固件版本号: "};
 constexpr BilingualText currentStatus{"Current Status", "当前状态: "};
 constexpr BilingualText log{"Log", "日志"};

@@ -3,7 +3,8 @@
 #include <chrono>
 
 BoundedWriter::BoundedWriter(int descriptor, int capacityBytes)
-    : m_capacityBytes(capacityBytes), m_shared(std::make_shared<Shared>()),
+    : m_capacityBytes(capacityBytes),
+      m_shared(std::make_shared<Shared>()),
       m_thread(&BoundedWriter::run, m_shared, descriptor)
 {
 }

@@ -31,7 +31,8 @@ bool sendUpdateModeReport(const ChosenDevice &device, HidPort &port, ReportLayou
     }
 
     reporter.log(QStringLiteral("hid_open..."));
-    const auto opened = port.open(static_cast<quint16>(device.vendorId), static_cast<quint16>(device.productId));
+    const auto opened =
+        port.open(static_cast<quint16>(device.vendorId), static_cast<quint16>(device.productId));
     qDebug() << device.vendorId << "???" << device.productId;
     if (!opened) {
         // No reason to stop: a duo device is written through its own handle.

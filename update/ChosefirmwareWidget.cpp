@@ -29,8 +29,7 @@ void ChosefirmwareWidget::fetchModels(const QString &manifestUrl)
 {
     QNetworkAccessManager manager;
     QNetworkRequest request{QUrl(manifestUrl)};
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     QNetworkReply *reply = manager.get(request);
     QEventLoop loop;
     const ShutdownFlag &flag = ShutdownFlag::instance();
@@ -89,10 +88,13 @@ QString ChosefirmwareWidget::waitForChoice()
 {
     QEventLoop loop;
     const ShutdownFlag &flag = ShutdownFlag::instance();
-    connect(this, &ChosefirmwareWidget::sigSetHide, &loop, [&loop](bool close) {
-        if (close)
-            loop.quit();
-    }, Qt::QueuedConnection);
+    connect(
+        this, &ChosefirmwareWidget::sigSetHide, &loop,
+        [&loop](bool close) {
+            if (close)
+                loop.quit();
+        },
+        Qt::QueuedConnection);
     connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
     // Shown only now that its answer cannot be missed.
     emit sigSetHide(false);

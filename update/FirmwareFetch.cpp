@@ -22,8 +22,13 @@ constexpr int segmentCount = 10;
 FirmwareFetch::FirmwareFetch(Reporter &reporter, LiveState &state, Clock &clock, const UpdatePaths &paths,
                              FileDownloaderHTTP &downloader, ThreadFileDownloader &segmentWorker,
                              ChosefirmwareWidget *chooser)
-    : m_reporter(reporter), m_state(state), m_clock(clock), m_paths(paths), m_downloader(downloader),
-      m_segmentWorker(segmentWorker), m_chooser(chooser)
+    : m_reporter(reporter),
+      m_state(state),
+      m_clock(clock),
+      m_paths(paths),
+      m_downloader(downloader),
+      m_segmentWorker(segmentWorker),
+      m_chooser(chooser)
 {
 }
 
@@ -73,7 +78,7 @@ bool FirmwareFetch::downloadManifest()
             qWarning() << "Timeout reached!";
             qDebug() << "Download failed due to timeout.";
             m_reporter.log(QStringLiteral("Download failed due to timeout."));
-            m_downloader.abandon();
+            m_downloader.abandonDownload();
             return false;
         }
     }

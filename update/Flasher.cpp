@@ -16,7 +16,9 @@ class FlasherConsole
 {
 public:
     FlasherConsole(QProcess &process, Reporter &reporter, ProgressPicture &picture)
-        : m_process(process), m_reporter(reporter), m_picture(picture)
+        : m_process(process),
+          m_reporter(reporter),
+          m_picture(picture)
     {
         QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [this] { readOutput(); });
         QObject::connect(&process, &QProcess::readyReadStandardError, &process, [this] { readErrors(); });
@@ -87,7 +89,11 @@ private:
 
 Flasher::Flasher(Reporter &reporter, ProgressPicture &picture, LiveState &state, Clock &clock,
                  const UpdatePaths &paths)
-    : m_reporter(reporter), m_picture(picture), m_state(state), m_clock(clock), m_paths(paths)
+    : m_reporter(reporter),
+      m_picture(picture),
+      m_state(state),
+      m_clock(clock),
+      m_paths(paths)
 {
 }
 
@@ -102,8 +108,8 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
     process.start(program, {QStringLiteral("image"), imagePath}, QIODevice::ReadWrite);
     if (!process.waitForStarted(toolLimitMs)) {
         qDebug() << "Failed to start process!";
-        m_reporter.log(QStringLiteral("The flasher could not be started: %1 (%2)")
-                           .arg(program, process.errorString()));
+        m_reporter.log(
+            QStringLiteral("The flasher could not be started: %1 (%2)").arg(program, process.errorString()));
         return BurnNotStarted;
     }
     while (process.state() != QProcess::NotRunning) {
@@ -154,7 +160,8 @@ bool Flasher::burnUpToTenTimes(const QString &program)
 bool Flasher::RunCmdReset(const QString &program)
 {
     m_reporter.log(QStringLiteral("try to RunCmdReset..."));
-    const ToolRun run = runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs);
+    const ToolRun run =
+        runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs);
     switch (run.end) {
     case ToolRun::NotStarted:
         qDebug() << "Failed to start process!";

@@ -2,8 +2,8 @@
 
 ReportLayout reportLayoutFor(const QOperatingSystemVersion &system)
 {
-    const bool oldWindows = system.type() == QOperatingSystemVersion::Windows &&
-                            !(system > QOperatingSystemVersion::Windows7);
+    const bool oldWindows =
+        system.type() == QOperatingSystemVersion::Windows && !(system > QOperatingSystemVersion::Windows7);
     return oldWindows ? ReportLayout::Shifted : ReportLayout::WithReportId;
 }
 

@@ -10,8 +10,14 @@
 
 UpdateWorkflow::UpdateWorkflow(Reporter &reporter, LiveState &state, UpdateHost &host, Clock &clock,
                                const UpdatePaths &paths, const LaunchOptions &launch, FirmwareSource &source)
-    : m_reporter(reporter), m_state(state), m_host(host), m_clock(clock), m_paths(paths), m_launch(launch),
-      m_source(source), m_flasher(reporter, host, state, clock, paths)
+    : m_reporter(reporter),
+      m_state(state),
+      m_host(host),
+      m_clock(clock),
+      m_paths(paths),
+      m_launch(launch),
+      m_source(source),
+      m_flasher(reporter, host, state, clock, paths)
 {
 }
 
@@ -90,7 +96,8 @@ bool UpdateWorkflow::enterBootloader()
         return true;
     }
     const bool sent = m_host.sendUpdateMode();
-    m_reporter.log(sent ? QStringLiteral("TryToBootloader Success!") : QStringLiteral("TryToBootloader Failed"));
+    m_reporter.log(sent ? QStringLiteral("TryToBootloader Success!")
+                        : QStringLiteral("TryToBootloader Failed"));
     return sent;
 }
 
@@ -168,7 +175,8 @@ void UpdateWorkflow::blockInLaunchMode()
     // A failed fetch has just switched both on.
     m_reporter.runDeviceCheck(false);
     m_reporter.enableStartButton(false);
-    m_reporter.log(QStringLiteral("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
+    m_reporter.log(
+        QStringLiteral("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
     while (m_clock.sleepMs(5))
         QCoreApplication::processEvents();
 }

@@ -70,8 +70,8 @@ TEST_F(LogFileTest, PlaceholdersInAMessageAreNotReplaced)
 
 TEST_F(LogFileTest, AFileThatCannotBeOpenedCostsTheLineOnly)
 {
-    EXPECT_FALSE(LogFile::appendLine(m_folder.path() + QStringLiteral("/none/UPDLog.txt"),
-                                     QStringLiteral("lost")));
+    EXPECT_FALSE(
+        LogFile::appendLine(m_folder.path() + QStringLiteral("/none/UPDLog.txt"), QStringLiteral("lost")));
 }
 
 } // namespace

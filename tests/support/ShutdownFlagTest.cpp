@@ -1,5 +1,5 @@
-#include "support/Clock.h"
 #include "support/ShutdownFlag.h"
+#include "support/Clock.h"
 
 #include <QElapsedTimer>
 

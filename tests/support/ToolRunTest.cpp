@@ -1,5 +1,5 @@
-#include "support/ShutdownFlag.h"
 #include "support/ToolRun.h"
+#include "support/ShutdownFlag.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -1,0 +1,75 @@
+#include "app/UpdateStarter.h"
+
+#include "support/Clock.h"
+#include "update/FirmwareFetch.h"
+#include "update/UpdateTitles.h"
+
+#include <QDebug>
+#include <QtConcurrent>
+
+UpdateStarter::UpdateStarter(const Surroundings &surroundings)
+    : m_surroundings(surroundings),
+      m_oneAtATime(surroundings.paths.temporaryFolder + QLatin1String(".lock"))
+{
+    // Stale only when the copy that took it is gone, however long an update takes.
+    m_oneAtATime.setStaleLockTime(0);
+}
+
+UpdateStarter::~UpdateStarter() = default;
+
+void UpdateStarter::start()
+{
+    if (m_running || !mayStart())
+        return;
+    m_running = true;
+    Reporter &reporter = m_surroundings.reporter;
+    reporter.setProgress(0);
+    reporter.runDeviceCheck(false);
+    reporter.enableStartButton(false);
+    qDebug() << "Start Update button was pressed!";
+    if (makeChooser())
+        QtConcurrent::run([this] { runWorkflow(); });
+    else
+        declareEnded();
+}
+
+bool UpdateStarter::mayStart()
+{
+    Reporter &reporter = m_surroundings.reporter;
+    if (m_surroundings.state.device().name.isEmpty() && !m_surroundings.state.bootloaderPresent()) {
+        reporter.setStateTitle(UpdateTitles::startWithoutDevice);
+        reporter.log(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!"));
+        return false;
+    }
+    if (!m_oneAtATime.tryLock() && m_oneAtATime.error() == QLockFile::LockFailedError) {
+        reporter.log(QStringLiteral("Another copy of this program is updating a device. "
+                                    "Start again when it has finished."));
+        return false;
+    }
+    return true;
+}
+
+/// Makes the chooser of this run; false when the program is leaving instead.
+bool UpdateStarter::makeChooser()
+{
+    m_chooser = std::make_unique<ChosefirmwareWidget>(m_surroundings.paths.manifestUrl);
+    m_chooser->hide();
+    return !Clock::real().isLeaving();
+}
+
+void UpdateStarter::runWorkflow()
+{
+    const Surroundings &s = m_surroundings;
+    FirmwareFetch fetch(s.reporter, s.state, Clock::real(), s.paths, s.downloader, s.segmentWorker,
+                        m_chooser.get());
+    UpdateWorkflow workflow(s.reporter, s.state, s.host, Clock::real(), s.paths, s.launch, fetch);
+    const UpdateWorkflow::Ending ending = workflow.run();
+    declareEnded();
+    workflow.finish(ending);
+}
+
+void UpdateStarter::declareEnded()
+{
+    m_oneAtATime.unlock();
+    m_running = false;
+}

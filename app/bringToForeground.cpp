@@ -1,0 +1,373 @@
+#include "app/bringToForeground.h"
+
+#include "app/FirmwareServer.h"
+#include "app/LocaleCodec.h"
+#include "app/MainWindowLayout.h"
+#include "app/MainWindowTexts.h"
+#include "app/SslReport.h"
+#include "app/SystemCountry.h"
+#include "app/SystemDescription.h"
+#include "download/FileDownloaderHTTP.h"
+#include "download/ThreadFileDownloader.h"
+#include "support/Diagnostics.h"
+#include "support/LanguageUtilities.h"
+#include "support/LogFile.h"
+#include "update/BootloaderEntry.h"
+#include "update/FirmwareFileDialog.h"
+#include "update/LocalFiles.h"
+#include "widgets/CustomComboBox.h"
+#include "widgets/TextWindow.h"
+#include "widgets/WidgetTab1.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QStandardPaths>
+
+bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTessilonixMode,
+                                     const QString &wantedModelName)
+    : QWidget(parent)
+{
+    initialiseState({isZN58Mode, isTessilonixMode, wantedModelName});
+    initialisePaths();
+    initialiseLanguage();
+    reportSsl();
+    connectSignals();
+    qDebug() << "删除临时固件文件";
+    QFile::remove(m_paths.applicationDir + QLatin1String("/tmp/dev.img"));
+    qDebug().noquote() << "当前进程所在文件夹路径:" << m_paths.applicationDir;
+    initialiseDeviceLibraries();
+    setFixedSize(800, 490);
+    setLocaleCodec();
+    buildConnectionControls();
+    InitUseWirteType();
+    buildWriteTypeSelector();
+    buildInterface();
+    createMonitor();
+    createLogWindow();
+    GetDefaultImagePath(m_paths.applicationDir);
+    connect(m_widgets.chooseFileButton, &QPushButton::clicked, this, &bringToForeground::browseForFirmware);
+    checkDriver();
+    createDownloaders();
+    connectControls();
+    if (m_launch.isAutomatic())
+        reduceInterface();
+    createIapPanel();
+}
+
+bringToForeground::~bringToForeground() = default;
+
+void bringToForeground::initialiseState(const LaunchOptions &launch)
+{
+    setObjectName(QStringLiteral("bringToForeground"));
+    m_launch = launch;
+}
+
+void bringToForeground::initialisePaths()
+{
+    const QString temporary = QStandardPaths::writableLocation(QStandardPaths::TempLocation);
+    const QString application = QCoreApplication::applicationDirPath();
+    m_lastDirFilePath = QDir(temporary).filePath(QStringLiteral("last_dir.txt"));
+    m_paths = {application, temporary + QLatin1String("/QuillmarshV3TmpPath"),
+               application + QLatin1String("/upgcmd.exe"), application + QLatin1String("/upgcmdHid.exe"),
+               firmwareManifestUrl()};
+}
+
+void bringToForeground::initialiseLanguage()
+{
+    LanguageUtilities::instance().setLanguage(isSystemCountryChina() ? QStringLiteral("zh_CN")
+                                                                     : QStringLiteral("en"));
+}
+
+void bringToForeground::reportSsl()
+{
+    writeSslReport();
+}
+
+void bringToForeground::connectSignals()
+{
+    using Self = bringToForeground;
+    qRegisterMetaType<TextWindow *>("TextWindow*");
+    qRegisterMetaType<QPushButton *>("QPushButton*");
+    connect(this, &Self::sigSetBtnEnable, this, &Self::onSetBtnEnable);
+    connect(this, &Self::sigStartCheckDeviceQTimer, this, &Self::onStartCheckDeviceQTimer);
+    connect(this, &Self::sigSetprogressBarValue, this, &Self::onSetprogressBarValue);
+    connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
+    connect(this, &Self::sigSetStateTitle, this, &Self::onSetStateTitle);
+}
+
+void bringToForeground::initialiseDeviceLibraries()
+{
+    m_libraries.initialiseUsb();
+    m_libraries.initialiseHid();
+    m_usb = makeLibusbBus(m_libraries.usbReady());
+    m_hid = makeHidapiPort();
+}
+
+void bringToForeground::buildConnectionControls()
+{
+    MainWindowLayout::buildFlashingPage(this, this, m_widgets);
+}
+
+void bringToForeground::buildWriteTypeSelector()
+{
+    MainWindowLayout::buildConnectTypeBox(this, m_writeType.usb, m_writeType.hid, m_widgets);
+    m_state.setWriteType(m_widgets.writeTypeBox->currentText());
+    connect(m_widgets.writeTypeBox, &QComboBox::currentTextChanged, this,
+            [this](const QString &text) { m_state.setWriteType(text); });
+}
+
+void bringToForeground::buildInterface()
+{
+    const MainWindowLayout::Callbacks callbacks{[this](int state) {
+        onIAPStateChanged(state);
+    }};
+    MainWindowLayout::buildRest(this, isSystemCountryChina(), callbacks, m_widgets);
+    m_state.setRestartCheckable(m_widgets.restartBox->isCheckable());
+}
+
+void bringToForeground::createMonitor()
+{
+    m_monitor = std::make_unique<ConnectionMonitor>(
+        ConnectionMonitor::Surroundings{*m_usb, *m_hid, *this, &Diagnostics::writeStandardOutput,
+                                        ControlledDeviceList::path(m_paths.applicationDir),
+                                        LogFile::interfaceLogPath(), LogFile::updateLogPath()},
+        m_launch);
+    m_checkTimer = new QTimer(this);
+    connect(m_checkTimer, &QTimer::timeout, this, &bringToForeground::checkConnection);
+    m_checkTimer->start(1000);
+}
+
+void bringToForeground::createLogWindow()
+{
+    const QPoint position = mapToGlobal(QPoint(0, 0));
+    qDebug() << "Window position on screen:" << position;
+    m_logWindow = std::make_unique<TextWindow>();
+    m_logWindow->setLogCheckBox(m_widgets.logBox);
+    m_logWindow->move(position.x(), position.y() + height());
+    m_logWindow->hide();
+    logSurroundings();
+}
+
+void bringToForeground::logSurroundings()
+{
+    // Directly, ahead of every queued line: support reads this first.
+    AppendLog(m_logWindow.get(), systemDescription());
+}
+
+void bringToForeground::checkDriver() {}
+
+void bringToForeground::createDownloaders()
+{
+    m_downloader = new FileDownloaderHTTP(this, this);
+    m_segmentWorker = std::make_unique<ThreadFileDownloader>(nullptr, m_widgets.stateTitleLabel);
+    m_updates = std::make_unique<UpdateStarter>(UpdateStarter::Surroundings{
+        *this, m_state, *this, m_paths, m_launch, *m_downloader, *m_segmentWorker});
+}
+
+void bringToForeground::connectControls()
+{
+    connect(m_widgets.startButton, &QPushButton::clicked, this, [this] { m_updates->start(); });
+    MainWindowLayout::connectLogBox(m_widgets, m_logWindow.get());
+}
+
+void bringToForeground::reduceInterface()
+{
+    MainWindowLayout::applyAutomaticMode(m_widgets);
+}
+
+void bringToForeground::createIapPanel()
+{
+    log(QStringLiteral("create IAPUpDate Mode..."));
+    QString programmer;
+    log(findIapProgrammer(&programmer) ? QStringLiteral("IAP Process exists")
+                                       : QStringLiteral("IAP Process not exists.!"));
+    log(QStringLiteral("create IAPUpDate Mode done."));
+}
+
+bool bringToForeground::findIapProgrammer(QString *path) const
+{
+    *path = m_paths.applicationDir + QLatin1String("/IAP_Programmer.exe");
+    return QFile::exists(*path);
+}
+
+void bringToForeground::checkConnection()
+{
+    const MonitorOutcome outcome = m_monitor->tick(m_state.device());
+    m_state.setDevice(outcome.device);
+    m_state.setBootloaderPresent(outcome.bootloaderPresent);
+    showConnection(outcome);
+}
+
+void bringToForeground::showConnection(const MonitorOutcome &outcome)
+{
+    const ConnectionStatus status = statusOf(outcome.state);
+    m_widgets.statusLabel->setStyleSheet(QString::fromUtf8(status.styleSheet));
+    m_widgets.statusLabel->setText(LanguageUtilities::instance().lookup(status.text));
+    if (outcome.setDeviceModel)
+        m_widgets.deviceModelLabel->setText(MainWindowTexts::shown(MainWindowTexts::connectedModel) +
+                                            outcome.device.name);
+    if (outcome.pressStart)
+        m_widgets.startButton->click();
+}
+
+void bringToForeground::browseForFirmware()
+{
+    const QString file = FirmwareFileDialog::choose(this, m_state.device().iapFlag != 0, m_lastDirFilePath);
+    if (!file.isEmpty())
+        setImagePath(file);
+}
+
+void bringToForeground::setImagePath(const QString &path)
+{
+    m_state.setImagePath(path);
+    m_widgets.firmwareFileEdit->setText(path);
+}
+
+void bringToForeground::GetDefaultImagePath(const QString &base)
+{
+    const QStringList images = LocalFiles::listImages(base + QLatin1String("/qmake/"));
+    log(images.isEmpty() ? QStringLiteral("not find default img file!")
+                         : QStringLiteral("find default img file"));
+    log(m_launch.isZN58Mode ? QStringLiteral("IsZN58UseMe?: true") : QStringLiteral("IsZN58UseMe?: false"));
+    m_defaultImagePath = base + QLatin1String("/qmake/") + images.value(0);
+    setImagePath(m_defaultImagePath);
+}
+
+QString bringToForeground::GetDefaultImagePath()
+{
+    return m_defaultImagePath;
+}
+
+void bringToForeground::enterLocalFileMode()
+{
+    m_state.setLocalFileMode(true);
+    m_widgets.firmwareFileEdit->show();
+    m_widgets.chooseFileButton->show();
+}
+
+bool bringToForeground::sendUpdateMode()
+{
+    return sendUpdateModeReport(m_state.device(), *m_hid, reportLayoutFor(QOperatingSystemVersion::current()),
+                                *this);
+}
+
+bool bringToForeground::startIapPanel()
+{
+    return false;
+}
+
+void bringToForeground::setPictureLevel(double percent)
+{
+    emit m_widgets.flashingPage->sigSetPicJD(percent);
+}
+
+void bringToForeground::repaintPicture()
+{
+    QMetaObject::invokeMethod(m_widgets.flashingPage, qOverload<>(&QWidget::update), Qt::QueuedConnection);
+}
+
+void bringToForeground::StartCheckConnectTimer()
+{
+    log(QStringLiteral("StartCheckConnectTimer."));
+    emit sigStartCheckDeviceQTimer(true);
+    emit sigSetBtnEnable(m_widgets.startButton, true);
+}
+
+void bringToForeground::StopCheckConnectTimer()
+{
+    // Timer and button directly, unlike the start half: they must be off when this returns.
+    log(QStringLiteral("StopCheckConnectTimer."));
+    emit sigSetprogressBarValue(0);
+    m_checkTimer->stop();
+    m_widgets.startButton->setEnabled(false);
+}
+
+void bringToForeground::log(const QString &line)
+{
+    emit sigAppendLog(m_logWindow.get(), line);
+}
+
+void bringToForeground::setStateTitle(const BilingualText &title)
+{
+    emit sigSetStateTitle(LanguageUtilities::instance().lookup(title));
+}
+
+void bringToForeground::setProgress(int percent)
+{
+    emit sigSetprogressBarValue(percent);
+}
+
+void bringToForeground::enableStartButton(bool enable)
+{
+    emit sigSetBtnEnable(m_widgets.startButton, enable);
+}
+
+void bringToForeground::runDeviceCheck(bool run)
+{
+    emit sigStartCheckDeviceQTimer(run);
+}
+
+void bringToForeground::onSetBtnEnable(QPushButton *, bool enable)
+{
+    // Whatever button is named: the start button is the one that changes.
+    m_widgets.startButton->setEnabled(enable);
+}
+
+void bringToForeground::onStartCheckDeviceQTimer(bool Start)
+{
+    if (Start)
+        m_checkTimer->start();
+    else
+        m_checkTimer->stop();
+}
+
+void bringToForeground::onSetprogressBarValue(int value)
+{
+    m_widgets.progressBar->setValue(value);
+}
+
+void bringToForeground::onSetStateTitle(QString text)
+{
+    m_widgets.stateTitleLabel->setText(text);
+}
+
+void bringToForeground::appendToFile(QString filePath, QString content)
+{
+    LogFile::appendLine(filePath, content);
+}
+
+void bringToForeground::AppendLog(TextWindow *textWindow, QString text)
+{
+    if (textWindow)
+        textWindow->appendLog(text);
+}
+
+bool bringToForeground::isDeviceOn(QJsonObject device)
+{
+    return ControlledDeviceList::isDeviceOn(device);
+}
+
+bool bringToForeground::InitUseWirteType()
+{
+    return ControlledDeviceList::readWriteType(ControlledDeviceList::path(m_paths.applicationDir),
+                                               m_writeType);
+}
+
+bool bringToForeground::FindDevForJson(QString dev)
+{
+    return ControlledDeviceList::findDevForJson(ControlledDeviceList::path(m_paths.applicationDir), dev,
+                                                *this);
+}
+
+bool bringToForeground::parseDevices(QByteArray jsonData, QString dev)
+{
+    return ControlledDeviceList::parseDevices(jsonData, dev, *this);
+}
+
+void bringToForeground::onIAPStateChanged(int) {}

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "app/DeviceLibraries.h"
+#include "app/MainWindowWidgets.h"
+#include "app/UpdateStarter.h"
+#include "devices/ConnectionMonitor.h"
+#include "devices/ControlledDeviceList.h"
+#include "support/LaunchOptions.h"
+#include "support/Reporter.h"
+#include "update/LiveState.h"
+#include "update/UpdateHost.h"
+#include "update/UpdatePaths.h"
+#include "widgets/LocalFileHost.h"
+
+#include <QJsonObject>
+#include <QPushButton>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+class FileDownloaderHTTP;
+class TextWindow;
+class ThreadFileDownloader;
+
+/// The main widget: owner of the program's state and of its five signals, through which work on
+/// other threads reaches the window. Each operation hands over to the room that its subject belongs to.
+///
+/// Everything runs on the GUI thread but the Reporter and UpdateHost operations, which any thread
+/// may call. No update may be running when it is destroyed.
+class bringToForeground : public QWidget, public Reporter, public UpdateHost, public LocalFileHost
+{
+    Q_OBJECT
+
+public:
+    bringToForeground(QWidget *parent, bool isZN58Mode, bool isTessilonixMode,
+                      const QString &wantedModelName);
+    ~bringToForeground() override;
+
+    /// Whether closing the window now would cut a device off in the middle of being written.
+    bool isWriting() const { return m_state.isFlashing(); }
+
+    /// Takes the default image below `base` as the image to burn and shows it in the path field.
+    void GetDefaultImagePath(const QString &base);
+    /// Sends the chosen device into its bootloader. On the update's thread only.
+    bool sendUpdateMode() override;
+
+    /// Starts the connection monitor and gives the start button back.
+    void StartCheckConnectTimer();
+    /// Stops the connection monitor and takes the start button away.
+    void StopCheckConnectTimer();
+
+    void log(const QString &line) override;
+    void setStateTitle(const BilingualText &title) override;
+    void setProgress(int percent) override;
+    void enableStartButton(bool enable) override;
+    void runDeviceCheck(bool run) override;
+
+    void setPictureLevel(double percent) override;
+    void repaintPicture() override;
+    bool startIapPanel() override;
+
+    void enterLocalFileMode() override;
+
+signals:
+    void sigSetBtnEnable(QPushButton *btn, bool enable);
+    void sigStartCheckDeviceQTimer(bool Start);
+    void sigSetprogressBarValue(int value);
+    void sigAppendLog(TextWindow *textWindow, QString text);
+    void sigSetStateTitle(QString text);
+
+public slots:
+    // Their order is part of the contract with whoever invokes them by index.
+    void onSetBtnEnable(QPushButton *btn, bool enable);
+    void onStartCheckDeviceQTimer(bool Start);
+    void onSetprogressBarValue(int value);
+    void onSetStateTitle(QString text);
+    void appendToFile(QString filePath, QString content);
+    void AppendLog(TextWindow *textWindow, QString text);
+    bool isDeviceOn(QJsonObject device);
+    QString GetDefaultImagePath();
+    bool InitUseWirteType();
+    bool FindDevForJson(QString dev);
+    bool parseDevices(QByteArray jsonData, QString dev);
+    void onIAPStateChanged(int state);
+
+private:
+    void initialiseState(const LaunchOptions &launch);
+    void initialisePaths();
+    void initialiseLanguage();
+    void reportSsl();
+    void connectSignals();
+    void initialiseDeviceLibraries();
+    void buildConnectionControls();
+    void buildWriteTypeSelector();
+    void buildInterface();
+    void createMonitor();
+    void createLogWindow();
+    void checkDriver();
+    void createDownloaders();
+    void connectControls();
+    void reduceInterface();
+    void createIapPanel();
+    bool findIapProgrammer(QString *path) const;
+    void logSurroundings();
+
+    void checkConnection();
+    void showConnection(const MonitorOutcome &outcome);
+    void browseForFirmware();
+    void setImagePath(const QString &path);
+
+    LaunchOptions m_launch;
+    UpdatePaths m_paths;
+    QString m_lastDirFilePath;
+    QString m_defaultImagePath;
+    WriteType m_writeType;
+    LiveState m_state;
+
+    DeviceLibraries m_libraries;
+    std::unique_ptr<UsbBus> m_usb;
+    std::unique_ptr<HidPort> m_hid;
+    std::unique_ptr<ConnectionMonitor> m_monitor;
+
+    MainWindowWidgets m_widgets;
+    QTimer *m_checkTimer = nullptr;
+    std::unique_ptr<TextWindow> m_logWindow;
+    FileDownloaderHTTP *m_downloader = nullptr;
+    std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
+    std::unique_ptr<UpdateStarter> m_updates;
+};

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Installs, from the distribution, what building, testing and demonstrating the program needs.
+# Does nothing, and needs no rights, where all of it is there.
+set -euo pipefail
+
+packages=(
+    build-essential cmake ninja-build ccache pkg-config git ca-certificates
+    qtbase5-dev libusb-1.0-0-dev libhidapi-dev
+    libumockdev-dev umockdev
+    libgtest-dev libgmock-dev
+    clang-format clang-tidy
+    xvfb fonts-dejavu-core fonts-noto-cjk
+    iproute2 util-linux
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+[ "${#missing[@]}" -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}"

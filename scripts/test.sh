@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Builds everything with warnings as errors and passes all tests. One command on a fresh machine.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+step() { printf '\n== %s\n' "$*"; }
+
+step 'Tools and libraries'
+scripts/install-dependencies.sh
+
+step 'Formatting'
+git ls-files -z --cached --others --exclude-standard -- '*.cpp' '*.h' | xargs -0 clang-format --dry-run --Werror
+
+step 'Build'
+cmake --preset test
+cmake --build --preset test
+
+step 'Tests'
+ctest --preset test --parallel 4
+
+step 'Static analysis'
+scripts/analyse.sh build/test
+
+step 'The product itself'
+cmake --preset release
+cmake --build --preset release
+scripts/check-release.sh build/release/bin/quillmarsh
