@@ -1,0 +1,28 @@
+#include "download/DownloadProgress.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr qint64 mebibyte = 1048576;
+
+}
+
+double roundedPercent(qint64 sum, qint64 size)
+{
+    const double factor = 100.0 / double(size);
+    return std::round(double(sum) * factor);
+}
+
+QString megabytesOf(qint64 done, qint64 total)
+{
+    return QString::number(done / mebibyte) + QStringLiteral(" / ") + QString::number(total / mebibyte) +
+           QStringLiteral(" MB/S");
+}
+
+QString receivedLine(qint64 bytesReceived, qint64 bytesTotal)
+{
+    if (bytesTotal < 1)
+        return QStringLiteral("Received:") + QString::number(bytesReceived) + QStringLiteral("bytes");
+    return QStringLiteral("Progress:") + QString::number(bytesReceived * 100 / bytesTotal) + QLatin1Char('%');
+}

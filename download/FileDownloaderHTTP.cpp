@@ -1,0 +1,126 @@
+#include "download/FileDownloaderHTTP.h"
+
+#include "download/DownloadProgress.h"
+#include "download/HttpAnswer.h"
+#include "support/Reporter.h"
+
+#include <QDebug>
+#include <QNetworkAccessManager>
+#include <QUrl>
+
+FileDownloaderHTTP::FileDownloaderHTTP(QObject *parent, Reporter *owner)
+    : QObject(parent),
+      m_manager(new QNetworkAccessManager(this)),
+      m_owner(owner)
+{
+    connect(this, &FileDownloaderHTTP::sigDownloadFile, this, &FileDownloaderHTTP::onDownloadFile);
+}
+
+FileDownloaderHTTP::~FileDownloaderHTTP()
+{
+    if (m_reply)
+        m_reply->disconnect(this);
+}
+
+void FileDownloaderHTTP::abandonDownload()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { dropRequest(); }, Qt::QueuedConnection);
+}
+
+void FileDownloaderHTTP::dropRequest()
+{
+    const QPointer<QNetworkReply> reply = m_reply;
+    m_reply = nullptr;
+    if (reply) {
+        reply->disconnect(this);
+        reply->abort();
+        reply->deleteLater();
+    }
+    removeFile();
+}
+
+void FileDownloaderHTTP::removeFile()
+{
+    if (!m_file)
+        return;
+    m_file->close();
+    m_file->remove();
+    m_file.reset();
+}
+
+// The parameters are by value: the class's entries are fixed to the letter.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
+{
+    dropRequest();
+    m_owner->log(QStringLiteral("try to download dev json..."));
+    const QUrl address(url, QUrl::TolerantMode);
+    if (!address.isValid()) {
+        qDebug().noquote() << "Invalid URL:" << url;
+        m_owner->log(QStringLiteral("Invalid URL"));
+        return;
+    }
+    m_file = std::make_unique<QFile>(savePath);
+    if (!m_file->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qDebug().noquote() << "Could not open file for writing:" << savePath;
+        m_owner->log(QStringLiteral("Could not open file for writing"));
+        m_file.reset();
+        return;
+    }
+    m_reply = m_manager->get(HttpAnswer::request(address));
+    connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloaderHTTP::onReadyRead);
+    connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloaderHTTP::onDownloadProgress);
+    connect(m_reply, &QNetworkReply::finished, this, &FileDownloaderHTTP::onDownloadFinished);
+    connect(m_reply, &QNetworkReply::errorOccurred, this, &FileDownloaderHTTP::onError);
+}
+
+void FileDownloaderHTTP::onReadyRead()
+{
+    if (!m_file || !m_reply)
+        return;
+    const QByteArray data = m_reply->readAll();
+    if (m_file->write(data) == data.size() && m_file->flush())
+        return;
+    m_owner->log(QStringLiteral("Could not write file: ") + m_file->errorString());
+    m_reply->abort(); // ends in onError and onDownloadFinished like any other failure
+}
+
+void FileDownloaderHTTP::onDownloadProgress(qint64 bytesReceived, qint64 bytesTotal)
+{
+    if (bytesTotal < 1)
+        qDebug() << "Received:" << bytesReceived << "bytes";
+    else
+        qDebug() << "Progress:" << bytesReceived * 100 / bytesTotal << "%";
+    m_owner->log(receivedLine(bytesReceived, bytesTotal));
+}
+
+void FileDownloaderHTTP::onDownloadFinished()
+{
+    if (!m_reply)
+        return;
+    const bool isClean = m_reply->error() == QNetworkReply::NoError;
+    if (isClean) {
+        qDebug() << "Download finished successfully.";
+        m_owner->log(QStringLiteral("Download finished successfully."));
+    } else {
+        qDebug().noquote() << "Download finished with error:" << m_reply->errorString();
+        m_owner->log(QStringLiteral("Download finished with error:") + m_reply->errorString());
+    }
+    if (m_file) {
+        m_file->flush();
+        m_file->close();
+        m_file.reset();
+    }
+    m_reply->deleteLater();
+    m_reply = nullptr;
+    // Only now, since the thread that polls this reads the file at once.
+    if (isClean)
+        succeeded = true;
+}
+
+void FileDownloaderHTTP::onError(QNetworkReply::NetworkError code)
+{
+    qDebug() << "Download error:" << code;
+    removeFile();
+}

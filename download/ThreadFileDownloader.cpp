@@ -1,0 +1,249 @@
+#include "download/ThreadFileDownloader.h"
+
+#include "download/DownloadProgress.h"
+#include "download/DownloadTitles.h"
+#include "download/FileDownloader.h"
+#include "download/FileSizeFetcher.h"
+#include "download/SegmentRanges.h"
+#include "support/LanguageUtilities.h"
+#include "support/Reporter.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QLabel>
+#include <QThread>
+#include <QUrl>
+
+namespace {
+
+constexpr int roundMs = 100;
+constexpr qint64 sizeLimitMs = 20000;
+
+} // namespace
+
+/// What belongs to one call of downloadInSegments.
+struct ThreadFileDownloader::Run
+{
+    int segmentCount;
+    Reporter *owner;
+    std::unique_ptr<FileSizeFetcher> probe;
+    qint64 size = 0;
+    double percent = 0;
+    QStringList parts;
+    QList<const FileDownloader *> givenUp;
+};
+
+ThreadFileDownloader::ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock)
+    : parentArg(parentObject),
+      stateLabel(label),
+      m_clock(clock)
+{
+    if (label)
+        connect(this, &ThreadFileDownloader::setStateLabel, label, &QLabel::setText);
+}
+
+ThreadFileDownloader::~ThreadFileDownloader()
+{
+    // Every run has dropped their network access, and its thread has ended.
+    qDeleteAll(segments);
+}
+
+bool ThreadFileDownloader::downloadInSegments(int segmentCount, Reporter *owner)
+{
+    Run run{segmentCount, owner, nullptr, 0, 0, {}, {}};
+    showState(DownloadTitles::preparingTask);
+    qDebug() << "准备下载任务...";
+    owner->log(QStringLiteral("Begin To Downloader Json: ") + url);
+    if (url.isEmpty()) {
+        showState(DownloadTitles::noAddress);
+        qDebug() << "url is null";
+        owner->log(QStringLiteral("ERR: Json url is null"));
+        return false;
+    }
+    if (!waitForSize(run))
+        return false;
+    startSegments(run);
+    const bool isComplete = waitForSegments(run);
+    const bool isMerged = isComplete && mergeSegments(run);
+    dropNetworks();
+    return isMerged;
+}
+
+void ThreadFileDownloader::showState(const BilingualText &text)
+{
+    emit setStateLabel(LanguageUtilities::instance().lookup(text));
+}
+
+bool ThreadFileDownloader::waitForSize(Run &run)
+{
+    run.probe = std::make_unique<FileSizeFetcher>(QUrl(url));
+    showState(DownloadTitles::waitingForServer);
+    qDebug() << "等待服务器返回...";
+    run.probe->fetchFileSize();
+    qDebug() << "Wait Servier Return File Size...";
+    run.owner->log(QStringLiteral("Wait Servier Return File Size..."));
+
+    const qint64 startMs = m_clock.nowMs();
+    while (run.probe->fileSize <= 0) {
+        if (!m_clock.sleepMs(roundMs))
+            return false;
+        QCoreApplication::processEvents();
+        if (m_clock.nowMs() - startMs >= sizeLimitMs) {
+            qWarning() << "Timeout reached!";
+            run.owner->log(QStringLiteral("wait server return timeout!"));
+            // It goes on as long as its thread does.
+            FileSizeFetcher *probe = run.probe.release();
+            connect(QThread::currentThread(), &QThread::finished, probe, &QObject::deleteLater);
+            return false;
+        }
+    }
+    run.size = run.probe->fileSize;
+    qDebug().nospace() << "AllDownloadFileSize: " << run.size;
+    run.owner->log(QStringLiteral("AllDownloadFileSize: ") + QString::number(run.size));
+    return true;
+}
+
+void ThreadFileDownloader::startSegments(Run &run)
+{
+    showState(DownloadTitles::preparing);
+    run.owner->log(QStringLiteral("Begin Download now..."));
+    const QList<SegmentRange> ranges = cutIntoRanges(run.size, run.segmentCount);
+    for (int i = 0; i < ranges.size(); ++i) {
+        // Unsigned, to wrap like the ends; the last segment's line counts from its end, too.
+        const quint32 partSize = static_cast<quint32>(run.size / run.segmentCount);
+        qDebug() << "第" << i << "轮";
+        qDebug().nospace() << "开始: "
+                           << static_cast<qint32>(static_cast<quint32>(ranges.at(i).end) - partSize);
+        qDebug().nospace() << "结束: " << ranges.at(i).end;
+    }
+    for (int i = 0; i < ranges.size(); ++i) {
+        const QString part = savePath + QStringLiteral("packet_") + QString::number(i);
+        auto *segment = new FileDownloader(QUrl(url), part);
+        run.parts.append(part);
+        segments.append(segment);
+        segment->wholeFileSize = run.size;
+        segment->startByte = ranges.at(i).start;
+        segment->endByte = ranges.at(i).end;
+        segment->startDownload();
+    }
+}
+
+bool ThreadFileDownloader::waitForSegments(Run &run)
+{
+    bool isDone = false;
+    while (!isDone) {
+        if (!m_clock.sleepMs(roundMs))
+            return false;
+        QCoreApplication::processEvents();
+        isDone = areAllDone();
+        showProgress(run);
+        reportGivenUp(run);
+    }
+    run.probe.reset();
+    qDebug().nospace() << "百分之: " << run.percent;
+    showState(DownloadTitles::downloaded);
+    return true;
+}
+
+bool ThreadFileDownloader::areAllDone() const
+{
+    for (const FileDownloader *segment : segments) {
+        QCoreApplication::processEvents();
+        if (segment->state != FileDownloader::Finished)
+            return false;
+    }
+    return !segments.isEmpty();
+}
+
+qint64 ThreadFileDownloader::bytesOnDisk() const
+{
+    qint64 sum = 0;
+    for (const FileDownloader *segment : segments) {
+        QCoreApplication::processEvents();
+        sum += segment->CurrentPackDownloadSize;
+    }
+    return sum;
+}
+
+void ThreadFileDownloader::showProgress(Run &run)
+{
+    const qint64 sum = bytesOnDisk();
+    run.percent = roundedPercent(sum, run.size);
+    emit setProgressBarValue(static_cast<int>(run.percent));
+    emit setStateLabel(LanguageUtilities::instance().lookup(DownloadTitles::downloading) +
+                       megabytesOf(sum, run.size));
+}
+
+void ThreadFileDownloader::reportGivenUp(Run &run)
+{
+    for (const FileDownloader *segment : segments) {
+        if (!segment->hasGivenUp() || run.givenUp.contains(segment))
+            continue;
+        run.givenUp.append(segment);
+        run.owner->log(
+            QStringLiteral("Download of %1 gave up after %2 retries (%3). Close the program and try again.")
+                .arg(segment->filePath)
+                .arg(segment->retryCount)
+                .arg(segment->lastProblem()));
+    }
+}
+
+bool ThreadFileDownloader::mergeSegments(Run &run)
+{
+    qDebug().nospace() << "file.size(): " << QFile(savePath).size();
+    showState(DownloadTitles::merging);
+    qDebug() << "开始合并文件";
+    run.owner->log(QStringLiteral("Now merge Files..."));
+    const bool isMerged = mergeFiles(run.parts, savePath);
+    for (const FileDownloader *segment : segments)
+        QFile::remove(segment->filePath);
+    if (isMerged) {
+        qDebug() << "合并完成";
+        showState(DownloadTitles::completed);
+        run.owner->log(QStringLiteral("merge Files Success"));
+    } else {
+        qDebug() << "合并失败";
+        showState(DownloadTitles::mergeFailed);
+        run.owner->log(QStringLiteral("merge Files Failed!"));
+        run.owner->log(m_mergeProblem);
+    }
+    return isMerged;
+}
+
+bool ThreadFileDownloader::mergeFiles(const QStringList &partPaths, const QString &targetPath)
+{
+    const auto fail = [this](const QFile &file) {
+        m_mergeProblem = file.fileName() + QStringLiteral(": ") + file.errorString();
+        return false;
+    };
+    m_mergeProblem.clear();
+    QFile target(targetPath);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+        qWarning().noquote() << "Could not open target file for writing:" << targetPath;
+        return fail(target);
+    }
+    for (const QString &partPath : partPaths) {
+        QFile part(partPath);
+        if (!part.open(QIODevice::ReadOnly)) {
+            qWarning().noquote() << "Could not open source file for reading:" << partPath;
+            return fail(part);
+        }
+        const QByteArray content = part.readAll();
+        if (part.error() != QFileDevice::NoError) {
+            qWarning().noquote() << "Could not read source file:" << partPath;
+            return fail(part);
+        }
+        if (target.write(content) != content.size()) {
+            qWarning().noquote() << "Could not write target file:" << targetPath;
+            return fail(target);
+        }
+    }
+    return true;
+}
+
+void ThreadFileDownloader::dropNetworks()
+{
+    for (FileDownloader *segment : qAsConst(segments))
+        segment->dropNetwork();
+}

@@ -1,0 +1,117 @@
+#include "simulator/server/FirmwareServer.h"
+
+#include "simulator/server/ServerConnection.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+FirmwareServer::FirmwareServer(const QString &root)
+    : m_root(QFileInfo(root).canonicalFilePath()),
+      m_context(new QObject)
+{
+    m_thread.setObjectName(QStringLiteral("firmware server"));
+    m_context->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_context, &QObject::deleteLater);
+    m_thread.start();
+}
+
+FirmwareServer::~FirmwareServer()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+bool FirmwareServer::listen(quint16 port)
+{
+    bool isListening = false;
+    QMetaObject::invokeMethod(
+        m_context,
+        [this, port, &isListening] {
+            m_listener = new QTcpServer(m_context);
+            QObject::connect(m_listener, &QTcpServer::newConnection, m_context, [this] { accept(); });
+            isListening = m_listener->listen(QHostAddress::LocalHost, port);
+            m_port = m_listener->serverPort();
+        },
+        Qt::BlockingQueuedConnection);
+    return isListening;
+}
+
+QUrl FirmwareServer::url(const QString &path) const
+{
+    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_port).arg(path));
+}
+
+bool FirmwareServer::addFault(const QString &text, QString *error)
+{
+    QString reason;
+    const auto fault = ServerFault::parse(text, error ? error : &reason);
+    if (!fault)
+        return false;
+    const QMutexLocker lock(&m_mutex);
+    m_faults.append(*fault);
+    return true;
+}
+
+void FirmwareServer::clearFaults()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_faults.clear();
+}
+
+QList<ServerRequest> FirmwareServer::requests() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_requests;
+}
+
+int FirmwareServer::openConnections() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_openConnections;
+}
+
+void FirmwareServer::accept()
+{
+    while (QTcpSocket *socket = m_listener->nextPendingConnection()) {
+        bool isRefused = false;
+        {
+            const QMutexLocker lock(&m_mutex);
+            for (ServerFault &fault : m_faults)
+                isRefused = (fault.isAtAccept() && fault.strikes({}, 0)) || isRefused;
+            if (!isRefused)
+                ++m_openConnections;
+        }
+        if (isRefused) {
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
+        auto *connection = new ServerConnection(
+            socket, [this](const ServerRequest &request) { return answer(request); }, m_context);
+        QObject::connect(connection, &QObject::destroyed, m_context, [this] {
+            const QMutexLocker lock(&m_mutex);
+            --m_openConnections;
+        });
+    }
+}
+
+ServerReply FirmwareServer::answer(const ServerRequest &request)
+{
+    ServerReply reply = ServerReply::forFile(request, fileFor(request.path));
+    const QMutexLocker lock(&m_mutex);
+    m_requests.append(request);
+    for (ServerFault &fault : m_faults) {
+        if (!fault.isAtAccept() && fault.strikes(request, reply.fileSize))
+            fault.apply(reply);
+    }
+    return reply;
+}
+
+QString FirmwareServer::fileFor(const QByteArray &path) const
+{
+    const QFileInfo file(m_root + QUrl::fromPercentEncoding(path));
+    const QString name = file.canonicalFilePath();
+    return file.isFile() && name.startsWith(m_root + QLatin1Char('/')) ? name : QString();
+}

@@ -1,0 +1,95 @@
+// The firmware server as a program of its own, for a demo and for tests of the whole product.
+
+#include "simulator/server/FirmwareServer.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+volatile std::sig_atomic_t terminateAsked = 0;
+
+void onTerminate(int)
+{
+    terminateAsked = 1;
+}
+
+/// Ends the program when whoever started it closes its end of standard input, or dies.
+void quitAtEndOfInput()
+{
+    std::thread([] {
+        QFile input;
+        char buffer[256];
+        if (input.open(fileno(stdin), QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+            while (input.read(buffer, sizeof buffer) > 0) {
+            }
+        }
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                  Qt::QueuedConnection);
+    }).detach();
+}
+
+void quitAtTerminate(QTimer &timer)
+{
+    std::signal(SIGTERM, onTerminate);
+    QObject::connect(&timer, &QTimer::timeout, [] {
+        if (terminateAsked)
+            QCoreApplication::quit();
+    });
+    timer.start(50);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral(
+            "Serves the files below a folder on 127.0.0.1 and misbehaves as told.\n\n"
+            "A fault is NAME[:key=value[,key=value...]]. When it strikes is said by path=PATTERN,\n"
+            "range=I (the I-th, from 0, of=N equal parts of the file), nth=K (from the K-th matching\n"
+            "request on) and times=C (only so often). The names, their keys and what they do:\n\n") +
+        ServerFault::help());
+    parser.addHelpOption();
+    const QCommandLineOption portOption(QStringLiteral("port"),
+                                        QStringLiteral("Port; 0 lets the system choose."),
+                                        QStringLiteral("N"), QStringLiteral("18099"));
+    const QCommandLineOption rootOption(QStringLiteral("root"), QStringLiteral("Folder to serve."),
+                                        QStringLiteral("DIR"), QStringLiteral("."));
+    const QCommandLineOption faultOption(QStringLiteral("fault"),
+                                         QStringLiteral("A fault to switch on; may be repeated."),
+                                         QStringLiteral("SPEC"));
+    parser.addOptions({portOption, rootOption, faultOption});
+    parser.process(application);
+
+    FirmwareServer server(parser.value(rootOption));
+    const QStringList faults = parser.values(faultOption);
+    for (const QString &fault : faults) {
+        QString error;
+        if (!server.addFault(fault, &error)) {
+            std::fprintf(stderr, "%s\n", qPrintable(error));
+            return 2;
+        }
+    }
+    bool isPort = false;
+    const quint16 port = parser.value(portOption).toUShort(&isPort);
+    if (!isPort || !server.listen(port)) {
+        std::fprintf(stderr, "cannot listen on port %s\n", qPrintable(parser.value(portOption)));
+        return 1;
+    }
+    QTimer timer;
+    quitAtTerminate(timer);
+    std::printf("{\"port\":%d}\n", int(server.port()));
+    std::fflush(stdout);
+    quitAtEndOfInput();
+    return QCoreApplication::exec();
+}
