@@ -1,8 +1,10 @@
 #include "app/MainWindowLook.h"
 
 #include <QApplication>
+#include <QDebug>
 #include <QFont>
 #include <QIcon>
+#include <QWidget>
 
 void MainWindowLook::prepareScaling()
 {
@@ -24,4 +26,12 @@ void MainWindowLook::applyProgramIcon()
     for (const int size : {16, 24, 32, 48, 64, 128, 256})
         icon.addFile(QStringLiteral(":/images/quillmarsh-%1.png").arg(size));
     QApplication::setWindowIcon(icon);
+}
+
+void MainWindowLook::placeBelow(const QWidget &mainWidget, QWidget &window)
+{
+    const QPoint position = mainWidget.mapToGlobal(QPoint(0, 0));
+    qDebug() << "Window position on screen:" << position;
+    window.move(position.x(), position.y() + mainWidget.height());
+    window.hide();
 }

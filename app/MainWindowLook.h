@@ -1,5 +1,7 @@
 #pragma once
 
+class QWidget;
+
 /// What the whole program looks like, beyond the main window's layout. GUI thread.
 namespace MainWindowLook {
 
@@ -13,5 +15,8 @@ void applyProgramFont(bool chinese);
 
 /// Gives the application's windows their icon.
 void applyProgramIcon();
+
+/// Puts the hidden top-level `window` directly below the main widget.
+void placeBelow(const QWidget &mainWidget, QWidget &window);
 
 } // namespace MainWindowLook

@@ -3,6 +3,7 @@
 #include "app/FirmwareServer.h"
 #include "app/LocaleCodec.h"
 #include "app/MainWindowLayout.h"
+#include "app/MainWindowLook.h"
 #include "app/MainWindowTexts.h"
 #include "app/SslReport.h"
 #include "app/SystemCountry.h"
@@ -91,14 +92,20 @@ void bringToForeground::reportSsl()
 
 void bringToForeground::connectSignals()
 {
-    using Self = bringToForeground;
     qRegisterMetaType<TextWindow *>("TextWindow*");
     qRegisterMetaType<QPushButton *>("QPushButton*");
+    connect(this, &bringToForeground::sigAppendLog, this, &bringToForeground::AppendLog,
+            Qt::QueuedConnection);
+    connect(this, &bringToForeground::sigSetStateTitle, this, &bringToForeground::onSetStateTitle);
+    connectControlSignals();
+}
+
+void bringToForeground::connectControlSignals()
+{
+    using Self = bringToForeground;
     connect(this, &Self::sigSetBtnEnable, this, &Self::onSetBtnEnable);
     connect(this, &Self::sigStartCheckDeviceQTimer, this, &Self::onStartCheckDeviceQTimer);
     connect(this, &Self::sigSetprogressBarValue, this, &Self::onSetprogressBarValue);
-    connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
-    connect(this, &Self::sigSetStateTitle, this, &Self::onSetStateTitle);
 }
 
 void bringToForeground::initialiseDeviceLibraries()
@@ -145,17 +152,9 @@ void bringToForeground::createMonitor()
 
 void bringToForeground::createLogWindow()
 {
-    const QPoint position = mapToGlobal(QPoint(0, 0));
-    qDebug() << "Window position on screen:" << position;
     m_logWindow = std::make_unique<TextWindow>();
     m_logWindow->setLogCheckBox(m_widgets.logBox);
-    m_logWindow->move(position.x(), position.y() + height());
-    m_logWindow->hide();
-    logSurroundings();
-}
-
-void bringToForeground::logSurroundings()
-{
+    MainWindowLook::placeBelow(*this, *m_logWindow);
     // Directly, ahead of every queued line: support reads this first.
     AppendLog(m_logWindow.get(), systemDescription());
 }

@@ -90,6 +90,7 @@ private:
     void initialiseLanguage();
     void reportSsl();
     void connectSignals();
+    void connectControlSignals();
     void initialiseDeviceLibraries();
     void buildConnectionControls();
     void buildWriteTypeSelector();
@@ -102,7 +103,6 @@ private:
     void reduceInterface();
     void createIapPanel();
     bool findIapProgrammer(QString *path) const;
-    void logSurroundings();
 
     void checkConnection();
     void showConnection(const MonitorOutcome &outcome);
