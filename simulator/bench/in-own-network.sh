@@ -3,7 +3,7 @@
 #
 # Runs a command in a network namespace of its own, in which only loopback is up, so that programs
 # with a fixed port can run side by side. Where the system permits no namespace, such commands take
-# turns instead. Exits with the command's exit code; with 125 when it could not be run.
+# turns instead. Exits with the command's exit code; with 125 when the network could not be set up.
 
 [ $# -gt 0 ] || { echo "usage: in-own-network.sh COMMAND [ARGUMENT...]" >&2; exit 125; }
 
@@ -23,4 +23,5 @@ for as in "" "--user --map-current-user --keep-caps" "--user --map-root-user"; d
     fi
 done
 
-exec flock --conflict-exit-code 125 "${TMPDIR:-/tmp}/quillmarsh-own-network.lock" "$@"
+# Closed for the command: what it leaves running must not keep the others waiting.
+exec flock --close --conflict-exit-code 125 "${TMPDIR:-/tmp}/quillmarsh-own-network.lock" "$@"
