@@ -3,14 +3,16 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QFile>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTextCodec>
 #include <QThread>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <cstdio>
@@ -83,6 +85,22 @@ void fill(StubbornWindow &window)
 
     named<QComboBox>("typeBox", *layout)->addItems({QStringLiteral("USB"), QStringLiteral("HID")});
     named<QLabel>("hiddenLabel", *layout)->hide();
+
+    auto *covered = named<QPushButton>("coveredButton", *layout);
+    auto *cover = new QLabel(&window);
+    cover->setObjectName(QStringLiteral("cover"));
+    QObject::connect(covered, &QPushButton::clicked, status,
+                     [status] { status->setText(QStringLiteral("impossible")); });
+    QTimer::singleShot(0, cover, [cover, covered] {
+        cover->setGeometry(covered->geometry());
+        cover->raise();
+        cover->show();
+    });
+}
+
+void report(const char *key, const QString &value)
+{
+    std::printf("%s %s\n", key, qUtf8Printable(value));
 }
 
 } // namespace
@@ -90,8 +108,16 @@ void fill(StubbornWindow &window)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    std::printf("country %d\ncodec %s\ncwd-file %d\n", QLocale::system().country(),
-                QTextCodec::codecForLocale()->name().constData(), QFile::exists(QStringLiteral("here.txt")));
+    report("country", QString::number(QLocale::system().country()));
+    report("codec", QString::fromLatin1(QTextCodec::codecForLocale()->name()));
+    report("application", QCoreApplication::applicationDirPath());
+    report("working", QDir::currentPath());
+    report("temporary", QStandardPaths::writableLocation(QStandardPaths::TempLocation));
+    report("home", QDir::homePath());
+    report("settings", QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+    report("probe", qEnvironmentVariable("QUILLMARSH_PROBE_PORT_FILE", QStringLiteral("unset")));
+    report("leak", qEnvironmentVariable("BENCH_TEST_LEAK", QStringLiteral("unset")));
+    report("arguments", QCoreApplication::arguments().mid(1).join(QLatin1Char('|')));
     std::fflush(stdout);
     StubbornWindow window;
     window.setWindowTitle(QStringLiteral("Subject"));

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/// Where the bench finds what it runs: in the build folder that it was built in, or in the one that
+/// the environment variable QUILLMARSH_BENCH_BUILD names.
+namespace BenchPaths {
+
+/// The program under test.
+QString program();
+QString busController();
+QString firmwareServer();
+/// The executable that plays every tool that the program starts.
+QString standIn();
+/// What QT_PLUGIN_PATH has to name for the probe to be found.
+QString plugins();
+
+} // namespace BenchPaths

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QStringList>
+
+/// The command that starts the controller of the simulated bus on this platform.
+QStringList busControllerCommand(const QString &descriptionFile);

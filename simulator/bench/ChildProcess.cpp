@@ -1,0 +1,110 @@
+#include "simulator/bench/ChildProcess.h"
+
+#include "simulator/bench/ChildLifetime.h"
+#include "simulator/bench/Polling.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+namespace {
+constexpr int startLimitMs = 10000;
+constexpr int terminateLimitMs = 2000;
+constexpr int errorTail = 2000;
+} // namespace
+
+void ChildProcess::BoundProcess::setupChildProcess()
+{
+    ChildLifetime::bindToParent();
+}
+
+ChildProcess::ChildProcess() = default;
+
+ChildProcess::~ChildProcess()
+{
+    end(0);
+}
+
+bool ChildProcess::start(const QStringList &command, const QProcessEnvironment &environment)
+{
+    m_process.setProcessEnvironment(environment);
+    m_process.setStandardOutputFile(m_folder.filePath(QStringLiteral("stdout")));
+    m_process.setStandardErrorFile(m_folder.filePath(QStringLiteral("stderr")));
+    m_process.start(command.value(0), command.mid(1));
+    if (!m_process.waitForStarted(startLimitMs)) {
+        m_error = command.value(0) + QStringLiteral(": ") + m_process.errorString();
+        return false;
+    }
+    m_processId = m_process.processId();
+    return true;
+}
+
+QByteArray ChildProcess::waitForFirstLine(int limitMs)
+{
+    QByteArray line;
+    pollUntil(
+        [&] {
+            const bool ended = !isRunning(); // Asked first: what it wrote before its end counts.
+            const QByteArray output = contents("stdout");
+            line = output.left(output.indexOf('\n') + 1);
+            return ended || !line.isEmpty();
+        },
+        limitMs, 2);
+    if (line.isEmpty())
+        m_error =
+            m_process.program() + (isRunning() ? QStringLiteral(" printed nothing in %1 ms").arg(limitMs)
+                                               : QStringLiteral(" ended without a line"));
+    return line;
+}
+
+quint16 ChildProcess::waitForPort(int limitMs)
+{
+    const QByteArray line = waitForFirstLine(limitMs);
+    if (line.isEmpty())
+        return 0;
+    const int port = QJsonDocument::fromJson(line).object().value(QLatin1String("port")).toInt();
+    if (port <= 0 || port > 0xFFFF) {
+        m_error = m_process.program() + QStringLiteral(" named no port: ") + QString::fromUtf8(line);
+        return 0;
+    }
+    return static_cast<quint16>(port);
+}
+
+bool ChildProcess::isRunning()
+{
+    if (m_process.state() != QProcess::NotRunning)
+        m_process.waitForFinished(0); // Notices an end without an event loop.
+    return m_process.state() != QProcess::NotRunning;
+}
+
+qint64 ChildProcess::processId() const
+{
+    return m_processId;
+}
+
+bool ChildProcess::end(int graceMs)
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return true;
+    m_process.closeWriteChannel();
+    const bool endedByItself = m_process.waitForFinished(graceMs);
+    if (!endedByItself) {
+        m_process.terminate();
+        if (!m_process.waitForFinished(terminateLimitMs)) {
+            m_process.kill();
+            m_process.waitForFinished(terminateLimitMs);
+        }
+        ChildLifetime::killGroup(m_processId);
+    }
+    return endedByItself;
+}
+
+QString ChildProcess::errorText() const
+{
+    return m_error + QLatin1Char('\n') + QString::fromUtf8(contents("stderr").right(errorTail));
+}
+
+QByteArray ChildProcess::contents(const char *fileName) const
+{
+    QFile file(m_folder.filePath(QLatin1String(fileName)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "simulator/bench/Launch.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QVector>
+
+/// A copy of the program in a folder of its own, with a temporary, a working and a home folder of
+/// its own, so that tests neither see each other nor the user's files. The folders go with the
+/// object, unless the environment variable QUILLMARSH_BENCH_KEEP is set.
+class StagedProgram
+{
+public:
+    /// Copies `executable`; isValid() tells whether that went well.
+    explicit StagedProgram(const QString &executable);
+
+    bool isValid() const { return m_error.isEmpty(); }
+    QString errorText() const { return m_error; }
+
+    QString applicationFolder() const { return inStage("app"); }
+    QString temporaryFolder() const { return inStage("tmp"); }
+    QString workingFolder() const { return inStage("work"); }
+    QString homeFolder() const { return inStage("home"); }
+
+    /// Copies the stand-in beside the program as `name`; it plays `script` when there is one.
+    bool addTool(const QString &name, const QString &standIn, const QJsonDocument &script = {});
+    /// The two flashers and the IAP programmer, without scripts.
+    bool addAllTools(const QString &standIn);
+    /// Gives a tool that was added its script, in place of an earlier one.
+    bool setScript(const QString &name, const QJsonDocument &script);
+    /// What a tool recorded, one object for each of its runs so far.
+    QVector<QJsonObject> runs(const QString &tool) const;
+
+    /// Writes the list of models that the program detects and of the ways of writing it offers.
+    bool setControlList(const QByteArray &contents);
+    bool setControlList(const QStringList &models, const QStringList &writeTypes);
+
+    /// The system locale that the program sees; "en_US.UTF-8" at first. Need not be installed.
+    void setLocale(const QString &locale);
+    /// The X display to use; without one the program draws off screen.
+    void setDisplay(const QString &display);
+    void setVariable(const QString &name, const QString &value);
+    /// How to start it, with the probe loaded. An earlier start's port file is removed.
+    Launch launch(const QStringList &arguments = {}) const;
+    /// Where that start's probe writes its port.
+    QString probePortFile() const { return inStage("probe-port"); }
+
+    /// UPDLog.txt as it is, and its messages without the time stamps; a message that has line feeds
+    /// is several lines.
+    QString updateLog() const;
+    QStringList updateLogLines() const;
+    /// log.txt.
+    QString interfaceLog() const;
+    QString standardOutput() const;
+    QString standardError() const;
+
+private:
+    QString inStage(const char *name) const;
+    void fail(const QString &what);
+    bool write(const QString &path, const QByteArray &contents);
+
+    QTemporaryDir m_folder;
+    QString m_program;
+    QProcessEnvironment m_environment;
+    QString m_error;
+};

@@ -1,0 +1,40 @@
+#include "simulator/bench/XvfbSession.h"
+
+namespace {
+constexpr int readyLimitMs = 15000;
+}
+
+bool XvfbSession::start(const QSize &screen, int depth)
+{
+    const QString geometry = QStringLiteral("%1x%2x%3").arg(screen.width()).arg(screen.height()).arg(depth);
+    // -noreset: else the server starts over when the last program leaves, and the next one can
+    // come just then.
+    const QStringList command{
+        QStringLiteral("Xvfb"),    QStringLiteral("-displayfd"), QStringLiteral("1"),
+        QStringLiteral("-screen"), QStringLiteral("0"),          geometry,
+        QStringLiteral("-dpi"),    QStringLiteral("96"),         QStringLiteral("-nolisten"),
+        QStringLiteral("tcp"),     QStringLiteral("-noreset")};
+    QByteArray number;
+    if (m_server.start(command))
+        number = m_server.waitForFirstLine(readyLimitMs).trimmed();
+    if (number.isEmpty()) {
+        m_error = m_server.errorText();
+        return false;
+    }
+    m_display = QLatin1Char(':') + QString::fromLatin1(number);
+    return true;
+}
+
+bool XvfbSession::useExistingDisplay()
+{
+    m_display = qEnvironmentVariable("DISPLAY");
+    if (m_display.isEmpty())
+        m_error = QStringLiteral("this process has no DISPLAY");
+    return !m_display.isEmpty();
+}
+
+void XvfbSession::end()
+{
+    m_server.end(0);
+    m_display.clear();
+}

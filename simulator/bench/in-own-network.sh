@@ -1,0 +1,27 @@
+#!/bin/sh
+# in-own-network.sh COMMAND [ARGUMENT...]
+#
+# Runs a command in a network namespace of its own, in which only loopback is up, so that programs
+# with a fixed port can run side by side. Where the system permits no namespace, such commands take
+# turns instead. Exits with the command's exit code; with 125 when the network could not be set up.
+
+[ $# -gt 0 ] || { echo "usage: in-own-network.sh COMMAND [ARGUMENT...]" >&2; exit 125; }
+
+# The names of X displays are taken in the network namespace and in this folder: with a folder of
+# its own, too, a display server started inside cannot take another's name away.
+enter='
+ip link set lo up || exit 125
+[ -d /tmp/.X11-unix ] || mkdir -m 1777 /tmp/.X11-unix 2>/dev/null
+mount -t tmpfs -o mode=1777 tmpfs /tmp/.X11-unix 2>/dev/null
+exec "$@"'
+
+for as in "" "--user --map-current-user --keep-caps" "--user --map-root-user"; do
+    [ -n "$QUILLMARSH_BENCH_NO_NAMESPACE" ] && break
+    # shellcheck disable=SC2086 # several options
+    if unshare $as --net --mount ip link set lo up 2>/dev/null; then
+        exec unshare $as --net --mount sh -c "$enter" in-own-network.sh "$@"
+    fi
+done
+
+# Closed for the command: what it leaves running must not keep the others waiting.
+exec flock --close --conflict-exit-code 125 "${TMPDIR:-/tmp}/quillmarsh-own-network.lock" "$@"

@@ -1,0 +1,202 @@
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/FirmwareRoot.h"
+#include "simulator/bench/Polling.h"
+#include "simulator/bench/ServerSession.h"
+#include "tests/bench/ProcessGone.h"
+#include "tests/bench/RunningSubject.h"
+
+#include <QCryptographicHash>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+QStringList benchDouble(const QStringList &arguments)
+{
+    return QStringList{QStringLiteral(BENCH_DOUBLE)} + arguments;
+}
+
+TEST(ChildProcess, OneThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
+{
+    ChildProcess child;
+    ASSERT_TRUE(child.start(benchDouble({QStringLiteral("dies")})));
+    EXPECT_EQ(child.waitForPort(5000), 0);
+    EXPECT_TRUE(child.errorText().contains(QLatin1String("ended without a line")));
+    EXPECT_TRUE(child.errorText().contains(QLatin1String("giving up"))) << qPrintable(child.errorText());
+}
+
+TEST(ChildProcess, OneThatSaysNothingIsGivenUpInTime)
+{
+    ChildProcess child;
+    ASSERT_TRUE(child.start(benchDouble({QStringLiteral("mute")})));
+    EXPECT_TRUE(child.waitForFirstLine(100).isEmpty());
+    EXPECT_TRUE(child.errorText().contains(QLatin1String("printed nothing in 100 ms")));
+}
+
+TEST(ChildProcess, OneThatIsNotThereIsAClearError)
+{
+    ChildProcess child;
+    EXPECT_FALSE(child.start({QStringLiteral("/no/such/program")}));
+    EXPECT_TRUE(child.errorText().contains(QLatin1String("/no/such/program")));
+}
+
+TEST(ChildProcess, OneThatRefusesToEndIsKilledTogetherWithItsOwnChildren)
+{
+    qint64 stubborn = 0;
+    qint64 grandchild = 0;
+    {
+        ChildProcess child;
+        ASSERT_TRUE(child.start(benchDouble({QStringLiteral("stubborn")})));
+        grandchild = child.waitForFirstLine(5000).toLongLong();
+        stubborn = child.processId();
+        ASSERT_GT(grandchild, 0);
+        ASSERT_FALSE(processIsGone(grandchild));
+    }
+    EXPECT_TRUE(processIsReaped(stubborn));
+    EXPECT_TRUE(pollUntil([&] { return processIsGone(grandchild); }, 2000));
+}
+
+TEST(ChildProcess, ItEndsWhenWhatStartedItIsKilled)
+{
+    ChildProcess parent;
+    ASSERT_TRUE(parent.start(benchDouble({QStringLiteral("parent")})));
+    const qint64 grandchild = parent.waitForFirstLine(5000).toLongLong();
+    ASSERT_GT(grandchild, 0);
+    ASSERT_FALSE(processIsGone(grandchild));
+    ASSERT_EQ(::kill(static_cast<pid_t>(parent.processId()), SIGKILL), 0);
+    EXPECT_TRUE(pollUntil([&] { return processIsGone(grandchild); }, 2000));
+}
+
+class BusSessionTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_bus.startController(benchDouble({QStringLiteral("controller")})))
+            << qPrintable(m_bus.errorText());
+    }
+
+    BusSession m_bus;
+};
+
+TEST_F(BusSessionTest, TheProgramRunsAsTheControllersChildAndItsExitCodeIsTold)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    EXPECT_FALSE(m_bus.programState().running);
+    ASSERT_TRUE(m_bus.run(stage.launch({QStringLiteral("ZN58UpDate")}))) << qPrintable(m_bus.errorText());
+    ProbeClient probe;
+    ASSERT_TRUE(probe.connectThrough(stage.probePortFile())) << qPrintable(probe.errorText());
+    ASSERT_TRUE(probe.waitForVisible(QStringLiteral("subjectWindow"), true, 10000));
+    EXPECT_TRUE(m_bus.programState().running);
+    EXPECT_TRUE(stage.standardOutput().contains(QLatin1String("arguments ZN58UpDate\n")));
+    EXPECT_TRUE(stage.standardOutput().contains(QLatin1String("working ") + stage.workingFolder()));
+    ASSERT_TRUE(probe.close(QStringLiteral("subjectWindow")));
+    ASSERT_TRUE(probe.waitForText(QStringLiteral("statusLabel"), QStringLiteral("refused"), 5000));
+    ASSERT_TRUE(probe.close(QStringLiteral("subjectWindow")));
+    EXPECT_EQ(m_bus.waitForExit(5000), 7) << qPrintable(stage.standardError());
+}
+
+TEST_F(BusSessionTest, AProgramThatIsKilledHasNoExitCode)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    ASSERT_TRUE(m_bus.run(stage.launch())) << qPrintable(m_bus.errorText());
+    m_bus.killProgram();
+    EXPECT_EQ(m_bus.waitForExit(5000), std::nullopt);
+    EXPECT_TRUE(m_bus.programState().signalled);
+}
+
+TEST_F(BusSessionTest, DevicesArePluggedUnpluggedAndWaitedFor)
+{
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("panel"), QStringLiteral("application"), 1000));
+    ASSERT_TRUE(m_bus.unplug(QStringLiteral("panel")));
+    EXPECT_EQ(m_bus.device(QStringLiteral("panel"))[QLatin1String("state")].toString(),
+              QLatin1String("absent"));
+    EXPECT_FALSE(m_bus.waitForDevice(QStringLiteral("panel"), QStringLiteral("bootloader"), 50));
+    EXPECT_TRUE(m_bus.errorText().contains(QLatin1String("absent")));
+    ASSERT_TRUE(m_bus.plug(QStringLiteral("panel")));
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("panel"), QStringLiteral("application"), 1000));
+    EXPECT_TRUE(m_bus.device(QStringLiteral("nobody")).isEmpty());
+}
+
+TEST_F(BusSessionTest, TheBurnedImageIsSavedWhereAsked)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("burned.img"));
+    ASSERT_TRUE(m_bus.saveImage(QStringLiteral("panel"), path)) << qPrintable(m_bus.errorText());
+    EXPECT_EQ(QFileInfo(path).size(), 6);
+    EXPECT_FALSE(m_bus.saveImage(QStringLiteral("panel"), QStringLiteral("/no/such/folder/burned.img")));
+}
+
+TEST(BusSession, AControllerThatDiesIsReportedWithTheEndOfItsErrors)
+{
+    BusSession bus;
+    EXPECT_FALSE(bus.startController(benchDouble({QStringLiteral("dies")})));
+    EXPECT_TRUE(bus.errorText().contains(QLatin1String("giving up"))) << qPrintable(bus.errorText());
+    EXPECT_FALSE(bus.plug(QStringLiteral("panel")));
+}
+
+TEST(ServerSession, ItTellsItsPortAndEndsItsServer)
+{
+    qint64 server = 0;
+    {
+        ServerSession session;
+        ASSERT_TRUE(session.startServer(
+            benchDouble({QStringLiteral("hold"), QStringLiteral("0"), QStringLiteral("60000")})))
+            << qPrintable(session.errorText());
+        EXPECT_GT(session.port(), 0);
+        server = session.processId();
+        EXPECT_FALSE(processIsReaped(server));
+    }
+    EXPECT_TRUE(processIsReaped(server));
+}
+
+class FirmwareRootTest : public testing::Test
+{
+protected:
+    QJsonObject entry(const char *model) const
+    {
+        QFile file(m_root.manifestFile());
+        file.open(QIODevice::ReadOnly);
+        const QJsonObject manifest = QJsonDocument::fromJson(file.readAll()).object();
+        return manifest[QLatin1String("CurrentVersion")].toObject()[QLatin1String(model)].toObject();
+    }
+
+    FirmwareRoot m_root{QStringLiteral("http://127.0.0.1:18099")};
+};
+
+TEST_F(FirmwareRootTest, TheManifestNamesEachImageItsAddressAndItsHash)
+{
+    const QByteArray image = m_root.addModel(QStringLiteral("DevMaa"), 100000);
+    m_root.addModel(QStringLiteral("DevMbr"), 10, 2);
+    QFile file(m_root.imageFile(QStringLiteral("DevMaa")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), image);
+    EXPECT_EQ(image.size(), 100000);
+    EXPECT_EQ(entry("DevMaa")[QLatin1String("fileURL")].toString(),
+              QLatin1String("http://127.0.0.1:18099/Tessilonix/firmware/DevMaa.img"));
+    EXPECT_EQ(entry("DevMaa")[QLatin1String("md5")].toString().toLatin1(),
+              QCryptographicHash::hash(image, QCryptographicHash::Md5).toHex());
+    EXPECT_FALSE(entry("DevMbr").isEmpty());
+    EXPECT_TRUE(m_root.manifestFile().endsWith(
+        QLatin1String("/Tessilonix/firmware/firmware-version-check-test.json")));
+}
+
+TEST_F(FirmwareRootTest, AnImageIsTheSameForTheSameSeedOnly)
+{
+    const QByteArray one = m_root.addModel(QStringLiteral("A"), 4096, 7);
+    EXPECT_EQ(m_root.addModel(QStringLiteral("B"), 4096, 7), one);
+    EXPECT_NE(m_root.addModel(QStringLiteral("C"), 4096, 8), one);
+}
+
+TEST_F(FirmwareRootTest, AFieldCanBeMadeWrong)
+{
+    m_root.addModel(QStringLiteral("DevMaa"), 10);
+    m_root.setField(QStringLiteral("DevMaa"), QStringLiteral("md5"), QStringLiteral("0"));
+    EXPECT_EQ(entry("DevMaa")[QLatin1String("md5")].toString(), QLatin1String("0"));
+    m_root.setManifest("not json");
+    EXPECT_TRUE(entry("DevMaa").isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,169 @@
+#include "tests/bench/RunningSubject.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+bool writeFile(const QString &path, const QByteArray &contents)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+TEST(StagedProgram, TheProgramSeesFoldersOfItsOwn)
+{
+    RunningSubject subject;
+    ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+    EXPECT_EQ(subject.reported(QStringLiteral("application")), subject.stage.applicationFolder());
+    EXPECT_EQ(subject.reported(QStringLiteral("working")), subject.stage.workingFolder());
+    EXPECT_EQ(subject.reported(QStringLiteral("temporary")), subject.stage.temporaryFolder());
+    EXPECT_EQ(subject.reported(QStringLiteral("home")), subject.stage.homeFolder());
+    EXPECT_TRUE(subject.reported(QStringLiteral("settings")).startsWith(subject.stage.homeFolder()));
+}
+
+TEST(StagedProgram, TwoStagesShareNothing)
+{
+    const StagedProgram one(QStringLiteral(PROBE_SUBJECT));
+    const StagedProgram other(QStringLiteral(PROBE_SUBJECT));
+    EXPECT_NE(one.applicationFolder(), other.applicationFolder());
+    EXPECT_NE(one.launch().program, other.launch().program);
+    EXPECT_NE(one.probePortFile(), other.probePortFile());
+}
+
+TEST(StagedProgram, TheFoldersGoWithIt)
+{
+    QString folder;
+    {
+        const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+        ASSERT_TRUE(stage.isValid()) << qPrintable(stage.errorText());
+        folder = QFileInfo(stage.applicationFolder()).path();
+        EXPECT_TRUE(QDir(folder).exists());
+    }
+    EXPECT_FALSE(QDir(folder).exists());
+}
+
+TEST(StagedProgram, AChineseLocaleIsChinaToTheProgramWithoutBeingInstalled)
+{
+    RunningSubject subject;
+    subject.stage.setLocale(QStringLiteral("zh_CN.UTF-8"));
+    ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+    EXPECT_EQ(subject.reported(QStringLiteral("country")), QString::number(QLocale::China));
+    EXPECT_EQ(subject.reported(QStringLiteral("codec")), QLatin1String("UTF-8"));
+}
+
+TEST(StagedProgram, WithoutAChoiceTheLocaleIsAmericanEnglish)
+{
+    RunningSubject subject;
+    ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+    EXPECT_EQ(subject.reported(QStringLiteral("country")), QString::number(QLocale::UnitedStates));
+    EXPECT_EQ(subject.reported(QStringLiteral("codec")), QLatin1String("UTF-8"));
+}
+
+TEST(StagedProgram, ArgumentsArePassedOnAndTheEnvironmentIsNot)
+{
+    qputenv("BENCH_TEST_LEAK", "yes");
+    RunningSubject subject;
+    ASSERT_TRUE(subject.start({QStringLiteral("TessilonixUpDate"), QStringLiteral("Model A")}))
+        << qPrintable(subject.errorText());
+    qunsetenv("BENCH_TEST_LEAK");
+    EXPECT_EQ(subject.reported(QStringLiteral("arguments")), QLatin1String("TessilonixUpDate|Model A"));
+    EXPECT_EQ(subject.reported(QStringLiteral("leak")), QLatin1String("unset"));
+}
+
+TEST(StagedProgram, AnExecutableThatIsMissingIsAClearError)
+{
+    const StagedProgram stage(QStringLiteral("/no/such/program"));
+    EXPECT_FALSE(stage.isValid());
+    EXPECT_TRUE(stage.errorText().contains(QLatin1String("/no/such/program")));
+}
+
+TEST(StagedProgram, ToolsLieBesideTheProgramExecutableWithTheirScripts)
+{
+    StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    ASSERT_TRUE(stage.addAllTools(QStringLiteral(BENCH_DOUBLE))) << qPrintable(stage.errorText());
+    const QDir folder(stage.applicationFolder());
+    for (const char *name : {"upgcmd.exe", "upgcmdHid.exe", "IAP_Programmer.exe"})
+        EXPECT_TRUE(QFileInfo(folder.filePath(QLatin1String(name))).isExecutable()) << name;
+    EXPECT_FALSE(folder.exists(QStringLiteral("upgcmd.exe.script.json")));
+    const QJsonDocument script(QJsonObject{{QLatin1String("exit"), 1}});
+    ASSERT_TRUE(stage.setScript(QStringLiteral("upgcmd.exe"), script));
+    QFile file(folder.filePath(QStringLiteral("upgcmd.exe.script.json")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QJsonDocument::fromJson(file.readAll()), script);
+    EXPECT_FALSE(stage.addTool(QStringLiteral("dpscat.exe"), QStringLiteral("/no/such/tool")));
+}
+
+TEST(StagedProgram, ATimesARecordIsReadOnlyOnceItIsWhole)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    EXPECT_TRUE(stage.runs(QStringLiteral("upgcmd.exe")).isEmpty());
+    ASSERT_TRUE(writeFile(stage.applicationFolder() + QStringLiteral("/upgcmd.exe.runs.jsonl"),
+                          "{\"arguments\":[\"image\"]}\n{\"arguments\":[\"shcmd\"]}\n{\"argum"));
+    const QVector<QJsonObject> runs = stage.runs(QStringLiteral("upgcmd.exe"));
+    ASSERT_EQ(runs.size(), 2);
+    EXPECT_EQ(runs[1][QLatin1String("arguments")].toArray().first().toString(), QLatin1String("shcmd"));
+}
+
+TEST(StagedProgram, TheControlListSwitchesItsModelsAndWriteTypesOn)
+{
+    StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    ASSERT_TRUE(
+        stage.setControlList({QStringLiteral("DevMaa")}, {QStringLiteral("USB"), QStringLiteral("HID")}));
+    QFile file(stage.applicationFolder() + QStringLiteral("/qmake/ControlDevList.json"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QJsonObject list = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject model = list[QLatin1String("devices")].toArray().first().toObject();
+    EXPECT_EQ(model[QLatin1String("id")].toString(), QLatin1String("DevMaa"));
+    EXPECT_TRUE(model[QLatin1String("is_on")].toBool());
+    EXPECT_EQ(list[QLatin1String("WriteType")].toArray().size(), 2);
+}
+
+TEST(StagedProgram, LogLinesLoseTheirTimeStampsAndNothingElse)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    EXPECT_TRUE(stage.updateLogLines().isEmpty());
+    const QByteArray log("[2026-01-02 03:04:05] one [x] 解析\nsecond half\n[2026-01-02 03:04:06] \n");
+    ASSERT_TRUE(writeFile(stage.workingFolder() + QStringLiteral("/UPDLog.txt"), log));
+    EXPECT_EQ(stage.updateLogLines(),
+              (QStringList{QStringLiteral("one [x] 解析"), QStringLiteral("second half"), QString()}));
+    EXPECT_EQ(stage.updateLog().toUtf8(), log);
+}
+
+TEST(StagedProgram, AnEarlierStartsPortFileIsGoneBeforeTheNextStart)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    ASSERT_TRUE(writeFile(stage.probePortFile(), "4711"));
+    stage.launch();
+    EXPECT_FALSE(QFile::exists(stage.probePortFile()));
+}
+
+TEST(PlainHost, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
+{
+    RunningSubject subject;
+    ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+    EXPECT_TRUE(subject.host.programState().running);
+    EXPECT_EQ(subject.host.waitForExit(20), std::nullopt);
+    subject.host.killProgram();
+    const ProgramHost::State state = subject.host.programState();
+    EXPECT_FALSE(state.running);
+    EXPECT_TRUE(state.signalled);
+    EXPECT_EQ(state.exitCode, std::nullopt);
+}
+
+TEST(PlainHost, AProgramThatCannotBeStartedIsAClearError)
+{
+    PlainHost host;
+    Launch launch;
+    launch.program = QStringLiteral("/no/such/program");
+    EXPECT_FALSE(host.run(launch));
+    EXPECT_TRUE(host.errorText().contains(QLatin1String("/no/such/program")));
+    EXPECT_FALSE(host.programState().running);
+}
+
+} // namespace
