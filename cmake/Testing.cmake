@@ -30,3 +30,11 @@ function(quillmarsh_test name)
             TIMEOUT ${TEST_TIMEOUT}
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()
+
+# quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the
+# firmware server. Each runs in a network of its own, or takes turns where that is not permitted.
+function(quillmarsh_own_network_test)
+    set(CMAKE_CROSSCOMPILING_EMULATOR
+        "${PROJECT_SOURCE_DIR}/simulator/bench/in-own-network.sh" ${CMAKE_CROSSCOMPILING_EMULATOR})
+    quillmarsh_test(${ARGV})
+endfunction()

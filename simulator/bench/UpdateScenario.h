@@ -1,0 +1,63 @@
+#pragma once
+
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/FirmwareRoot.h"
+#include "simulator/bench/ProbeClient.h"
+#include "simulator/bench/ServerSession.h"
+#include "simulator/bench/StagedProgram.h"
+#include "simulator/bench/XvfbSession.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QStringList>
+
+/// Everything that an update meets: devices on a simulated bus, a firmware server on the port that
+/// the program was built for, the program in a folder of its own with stand-in tools beside it, and
+/// a display. Change what a case needs changed between the constructor and start().
+class UpdateScenario
+{
+public:
+    /// A server with an image for `model`, a bus with that device, a control list with it.
+    explicit UpdateScenario(const QString &model);
+    UpdateScenario(const UpdateScenario &) = delete;
+    UpdateScenario &operator=(const UpdateScenario &) = delete;
+
+    /// What stands on the bus; the model's device at first.
+    QList<QJsonObject> devices;
+    /// Whether there is a firmware server, and what is wrong with it.
+    bool withServer = true;
+    QStringList serverFaults;
+    /// The program's arguments.
+    QStringList arguments;
+    /// Draw on the display that this process has, for people to look at, instead of one of its own.
+    bool onExistingDisplay = false;
+
+    FirmwareRoot firmware;
+    StagedProgram program;
+    ServerSession server;
+    XvfbSession display;
+    BusSession bus;
+    ProbeClient probe;
+
+    const QString &model() const { return m_model; }
+    /// The bytes that the server has for the model.
+    const QByteArray &image() const { return m_image; }
+
+    /// Starts it all and waits for the window; false tells why in errorText().
+    bool start();
+    /// Presses the start button once the device is detected.
+    bool pressStart(int limitMs = 10000);
+    /// The bytes that were burned into the device of this key, the model's at first.
+    QByteArray burned(const QString &key = QString());
+    /// Asks the window to close and returns the exit code; none when it is not gone in time.
+    std::optional<int> closeWindow(int limitMs = 10000);
+
+    QString errorText() const { return m_error; }
+
+private:
+    bool fail(const QString &what, const QString &why);
+
+    QString m_model;
+    QByteArray m_image;
+    QString m_error;
+};
