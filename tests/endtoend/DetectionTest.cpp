@@ -1,0 +1,97 @@
+#include "tests/endtoend/EndToEnd.h"
+
+#include "simulator/bench/ModelOnBus.h"
+
+#include <QTest>
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString nothing = QStringLiteral("Device not detected");
+const QString detected = QStringLiteral("Device Detected");
+
+class DetectionTest : public EndToEndTest
+{
+protected:
+    void start() { ASSERT_TRUE(scenario().start()) << scenario().errorText().toStdString(); }
+    QString styleOfConnection()
+    {
+        return scenario().probe.read(connection).value(QLatin1String("styleSheet")).toString();
+    }
+};
+
+TEST_F(DetectionTest, AModelThatIsSwitchedOffIsReportedAsNotDetected)
+{
+    UpdateScenario &s = scenario();
+    s.program.setControlList(R"({"devices":[{"id":"DevMaa","is_on":false}],
+                                 "WriteType":[{"id":"USB","is_on":true}]})");
+    start();
+    QTest::qWait(2500);
+    EXPECT_EQ(s.probe.text(connection), nothing);
+    EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: "));
+    EXPECT_EQ(styleOfConnection(), QStringLiteral("color: blue;"));
+    EXPECT_TRUE(logHas("Find dev for json dev: DevMaa"));
+}
+
+TEST_F(DetectionTest, SwitchingAModelOnInTheListTakesEffectWithoutARestart)
+{
+    UpdateScenario &s = scenario();
+    s.program.setControlList({}, {QStringLiteral("USB")});
+    start();
+    ASSERT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    s.program.setControlList({s.model()}, {QStringLiteral("USB")});
+    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+}
+
+TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndTheLog)
+{
+    UpdateScenario &s = scenario();
+    s.devices.clear();
+    start();
+    ASSERT_TRUE(s.probe.click(startButton));
+    ASSERT_TRUE(
+        s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected"), 5000));
+    EXPECT_TRUE(s.probe.isEnabled(startButton));
+    EXPECT_TRUE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
+}
+
+TEST_F(DetectionTest, UnpluggingShowsWithinATickThatNothingIsThere)
+{
+    UpdateScenario &s = scenario();
+    start();
+    ASSERT_TRUE(s.probe.waitForText(deviceModel, QStringLiteral("DeviceModel: DevMaa"), 5000));
+    EXPECT_EQ(styleOfConnection(), QStringLiteral("color: green;"));
+    ASSERT_TRUE(s.bus.unplug(s.model()));
+    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 3000));
+    EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: "));
+    ASSERT_TRUE(s.bus.plug(s.model()));
+    EXPECT_TRUE(s.probe.waitForText(connection, detected, 3000));
+}
+
+TEST_F(DetectionTest, OfTwoDevicesTheFirstInBusOrderIsChosenWhateverTheTableOrder)
+{
+    UpdateScenario &s = scenario("DevMac");
+    s.devices = {ModelOnBus::application(QStringLiteral("DevMac")),
+                 ModelOnBus::application(QStringLiteral("DevMaa"))};
+    s.program.setControlList({QStringLiteral("DevMaa"), QStringLiteral("DevMac")}, {QStringLiteral("USB")});
+    start();
+    ASSERT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: DevMac"));
+}
+
+TEST_F(DetectionTest, OneBootloaderIsShownInRedAndTwoAreTooMany)
+{
+    UpdateScenario &s = scenario();
+    s.devices = {ModelOnBus::bootloader(QStringLiteral("DevMaa")),
+                 ModelOnBus::bootloader(QStringLiteral("DevMac"))};
+    start();
+    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("bootloader>1"), 5000));
+    EXPECT_EQ(styleOfConnection(), QStringLiteral("color: red;"));
+    EXPECT_TRUE(logHas("warnning: bootloaderCount>1"));
+    ASSERT_TRUE(s.bus.unplug(QStringLiteral("DevMac")));
+    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 3000));
+    EXPECT_TRUE(logHas("Run User Chose Mode."));
+}
+
+} // namespace

@@ -1,0 +1,65 @@
+#include "tests/endtoend/EndToEnd.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+class FlasherRetryTest : public EndToEndTest
+{
+protected:
+    /// When each run began, in ms.
+    QVector<qint64> starts()
+    {
+        QVector<qint64> times;
+        for (const QJsonObject &run : scenario().program.runs(usbFlasher))
+            times.append(static_cast<qint64>(run.value(QLatin1String("startMs")).toDouble()));
+        return times;
+    }
+};
+
+TEST_F(FlasherRetryTest, AFlasherThatFailsToOpenTheDeviceNineTimesIsTriedATenthTime)
+{
+    UpdateScenario &s = scenario();
+    QList<QJsonArray> runs;
+    for (int i = 0; i < 9; ++i)
+        runs.append(unreachable());
+    runs.append({step("progress", true), step("burn", true), step("success", true)});
+    s.program.setScript(usbFlasher, script(runs));
+    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Successful"));
+    EXPECT_EQ(s.burned(), s.image());
+    // Ten burns and the reset.
+    EXPECT_EQ(s.program.runs(usbFlasher).size(), 11);
+}
+
+TEST_F(FlasherRetryTest, TenTimesInARowYieldTenRunsASecondApartAndNoSuccess)
+{
+    UpdateScenario &s = scenario();
+    s.program.setScript(usbFlasher, script({unreachable()}));
+    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Failed!"));
+    const QVector<qint64> times = starts();
+    ASSERT_EQ(times.size(), 10);
+    for (int i = 1; i < times.size(); ++i)
+        EXPECT_GE(times.at(i) - times.at(i - 1), 1000) << i;
+    EXPECT_TRUE(s.burned().isEmpty());
+    EXPECT_TRUE(logHas("Burn Image Failed"));
+}
+
+TEST_F(FlasherRetryTest, AFlasherThatExitsWithoutOutputIsNotTriedAgain)
+{
+    UpdateScenario &s = scenario();
+    s.program.setScript(usbFlasher, script({{step("exit", 0)}}));
+    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Failed!"));
+    EXPECT_EQ(s.program.runs(usbFlasher).size(), 1);
+}
+
+TEST_F(FlasherRetryTest, AMissingFlasherIsSaidInTheLog)
+{
+    UpdateScenario &s = scenario();
+    const QString path = s.program.applicationFolder() + QLatin1Char('/') + usbFlasher;
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Failed!"));
+    const QStringList lines = s.program.updateLogLines();
+    EXPECT_EQ(lines.filter(QStringLiteral("The flasher could not be started: ") + path).size(), 1);
+}
+
+} // namespace
