@@ -2,10 +2,11 @@
 
 QString HidMarkers::text(int interfaceNumber, int collection)
 {
-    const QString column = QStringLiteral("Col%1").arg(collection, 2, 16, QLatin1Char('0'));
-    if (interfaceNumber < 0)
-        return column;
-    return QStringLiteral("MI_%1&").arg(interfaceNumber, 2, 16, QLatin1Char('0')) + column;
+    QString words;
+    if (interfaceNumber >= 0)
+        words = QStringLiteral("MI_%1&").arg(interfaceNumber, 2, 16, QLatin1Char('0'));
+    words += QStringLiteral("Col%1").arg(collection, 2, 16, QLatin1Char('0'));
+    return words;
 }
 
 void HidMarkers::fillFromPositions(QVector<HidInterface> &interfaces)
