@@ -60,12 +60,14 @@ TEST(HidMarkersTest, NestedCollectionsDoNotMakeAnInterfaceLookLikeOneWithMore)
 
 TEST(HidMarkersTest, TopLevelCollectionsAreCountedWithoutTheNestedOnes)
 {
-    const QByteArray pointer = QByteArray::fromHex("05010902a1010901a10015002501750895010930 8102c0c0");
+    const QByteArray pointer = QByteArray::fromHex("05010902a1010901a100150025017508950109308102c0c0");
     const QByteArray keys = QByteArray::fromHex("050c0901a1018502150025017508950109308102c0");
     EXPECT_EQ(HidMarkers::topLevelCollections(pointer), 1);
     EXPECT_EQ(HidMarkers::topLevelCollections(pointer + keys + keys), 3);
-    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("27a1a1a1a1") + keys), 1) << "item data";
-    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("fe0200a1a1") + keys), 1) << "long item";
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("27a1a1a1a1") + keys + keys), 2)
+        << "item data";
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("fe0200a1a1") + keys + keys), 2)
+        << "long item";
 }
 
 TEST(HidMarkersTest, ADescriptorThatMakesNoSenseIsSurvived)
