@@ -22,7 +22,7 @@ struct WriteType
 /// could not be opened: a mix-up must cost a look at the buses, not the window's response.
 namespace ControlledDeviceList {
 
-constexpr qint64 maximumBytes = 4 * 1024 * 1024;
+constexpr qint64 maximumBytes = qint64{4} * 1024 * 1024;
 
 /// Where the list lies below `applicationFolder`.
 QString path(const QString &applicationFolder);

@@ -1,7 +1,25 @@
 #include "devices/HidMarkers.h"
 
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+int countInSystem(const QByteArray &path)
+{
+    const QString node = QFileInfo(QFile::decodeName(path)).fileName();
+    QFile file(QLatin1String("/sys/class/hidraw/") + node + QLatin1String("/device/report_descriptor"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    // What the kernel accepts at most.
+    constexpr qint64 maximumBytes = 4096;
+    return HidMarkers::topLevelCollections(file.read(maximumBytes));
+}
+
+} // namespace
+
 // "/dev/hidraw3" says nothing of interface and collection.
 void HidMarkers::fill(QVector<HidInterface> &interfaces)
 {
-    fillFromPositions(interfaces);
+    fillFromPositions(interfaces, &countInSystem);
 }

@@ -73,7 +73,7 @@ public:
 
     std::unique_ptr<HidDevice> openPath(const QByteArray &path) override
     {
-        // hidapi would read through a null path, and "" names no interface.
+        // What hidapi does with a null path is nowhere promised, and "" names no interface.
         return path.isEmpty() ? nullptr : wrap(hid_open_path(path.constData()));
     }
 

@@ -28,16 +28,16 @@ constexpr std::array<quint32, groupCount> vendorIds{
 
 struct Entry
 {
-    int row;
     std::string_view name;
-    Group group;
+    int row;
     quint32 productId;
+    Group group;
     quint8 iapFlag;
 };
 
 constexpr Entry entries[] = {
 #define VENDOR(group, id)
-#define MODEL(row, name, group, productId, iapFlag) {row, name, group, productId, iapFlag},
+#define MODEL(row, name, group, productId, iapFlag) {name, row, productId, group, iapFlag},
 #include "devices/ModelIds.inc"
 #undef VENDOR
 #undef MODEL

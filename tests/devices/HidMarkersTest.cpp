@@ -14,9 +14,9 @@ HidInterface entry(const char *path, int interfaceNumber)
     return seen;
 }
 
-QStringList markersOf(QVector<HidInterface> interfaces)
+QStringList markersOf(QVector<HidInterface> interfaces, int collections = 0)
 {
-    HidMarkers::fillFromPositions(interfaces);
+    HidMarkers::fillFromPositions(interfaces, [collections](const QByteArray &) { return collections; });
     QStringList markers;
     for (const HidInterface &seen : qAsConst(interfaces))
         markers.append(seen.markers);
@@ -49,6 +49,33 @@ TEST(HidMarkersTest, InterfacesWithoutAPathAreNotTakenForOne)
     EXPECT_EQ(markersOf({entry(nullptr, 0), entry(nullptr, 1)}),
               (QStringList{QStringLiteral("MI_00&Col01"), QStringLiteral("MI_01&Col01")}));
     EXPECT_TRUE(markersOf({}).isEmpty());
+}
+
+TEST(HidMarkersTest, NestedCollectionsDoNotMakeAnInterfaceLookLikeOneWithMore)
+{
+    EXPECT_EQ(markersOf({entry("a", 1), entry("a", 1), entry("a", 1), entry("a", 1)}, 3),
+              (QStringList{QStringLiteral("MI_01&Col01"), QStringLiteral("MI_01&Col02"),
+                           QStringLiteral("MI_01&Col03"), QStringLiteral("MI_01&Col03")}));
+}
+
+TEST(HidMarkersTest, TopLevelCollectionsAreCountedWithoutTheNestedOnes)
+{
+    const QByteArray pointer = QByteArray::fromHex("05010902a1010901a100150025017508950109308102c0c0");
+    const QByteArray keys = QByteArray::fromHex("050c0901a1018502150025017508950109308102c0");
+    EXPECT_EQ(HidMarkers::topLevelCollections(pointer), 1);
+    EXPECT_EQ(HidMarkers::topLevelCollections(pointer + keys + keys), 3);
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("27a1a1a1a1") + keys + keys), 2)
+        << "item data";
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("fe0200a1a1") + keys + keys), 2)
+        << "long item";
+}
+
+TEST(HidMarkersTest, ADescriptorThatMakesNoSenseIsSurvived)
+{
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray()), 0);
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("fe")), 0);
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("feff00a1")), 0);
+    EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("c0c0a1")), 1);
 }
 
 } // namespace
