@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QDebug>
+#include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -148,6 +149,40 @@ QHBoxLayout *buildDeviceStateRow(MainWindowWidgets &widgets)
     return row;
 }
 
+/// The English restart text is longer than the space left of the divider. The check box lies over
+/// the line there; this keeps a stump of it from showing below.
+class LineAboveRestartBox : public QObject
+{
+public:
+    explicit LineAboveRestartBox(const MainWindowWidgets &widgets)
+        : QObject(widgets.divider),
+          m_divider(widgets.divider),
+          m_restartBox(widgets.restartBox)
+    {
+        m_divider->installEventFilter(this);
+        m_restartBox->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+            trim();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void trim()
+    {
+        QRect line = m_divider->rect();
+        if (m_divider->geometry().intersects(m_restartBox->geometry()))
+            line.setHeight(m_restartBox->y() - m_divider->y());
+        m_divider->setFrameRect(line);
+    }
+
+    QFrame *m_divider;
+    QCheckBox *m_restartBox;
+};
+
 QHBoxLayout *buildOptionRow(QCheckBox *box, const char *name)
 {
     auto *row = named<QHBoxLayout>(name);
@@ -228,6 +263,7 @@ void MainWindowPage::buildContents(QWidget *mainWidget, const MainWindowLayout::
     contents->addLayout(buildOptionRow(widgets.iapBox, "iapRow"));
     widgets.flashingPage->setLayout(contents);
 
+    new LineAboveRestartBox(widgets);
     connectPartitionSelectBox(widgets);
     QObject::connect(widgets.iapBox, &QCheckBox::stateChanged, mainWidget, callbacks.iapStateChanged);
 }

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/MainWindowLayout.h"
+#include "app/MainWindowLook.h"
+#include "support/LanguageUtilities.h"
+#include "widgets/BackgroundWidget.h"
+#include "widgets/LocalFileHost.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <vector>
+
+/// The real layout on a plain widget, put together as the main widget's constructor does it.
+class MainWindowOnGround : public LocalFileHost
+{
+public:
+    struct Options
+    {
+        QString language = QStringLiteral("en");
+        bool chineseLocale = false;
+        bool usb = true;
+        bool hid = false;
+        bool automatic = false;
+    };
+
+    explicit MainWindowOnGround(const Options &options) : ground(options.chineseLocale)
+    {
+        LanguageUtilities::instance().setLanguage(options.language);
+        MainWindowLook::applyProgramFont(options.chineseLocale);
+        mainWidget = new QWidget(&ground);
+        mainWidget->setObjectName(QStringLiteral("mainWidget"));
+        MainWindowLayout::buildFlashingPage(mainWidget, this, widgets);
+        MainWindowLayout::buildConnectTypeBox(mainWidget, options.usb, options.hid, widgets);
+        MainWindowLayout::Callbacks callbacks;
+        callbacks.iapStateChanged = [this](int state) {
+            iapStates.push_back(state);
+        };
+        MainWindowLayout::buildRest(mainWidget, options.chineseLocale, callbacks, widgets);
+        if (options.automatic)
+            MainWindowLayout::applyAutomaticMode(widgets);
+    }
+
+    void show()
+    {
+        ground.show();
+        mainWidget->show();
+    }
+
+    void enterLocalFileMode() override
+    {
+        ++localFileModeEntered;
+        widgets.firmwareFileEdit->show();
+        widgets.chooseFileButton->show();
+    }
+
+    BackgroundWidget ground;
+    QWidget *mainWidget = nullptr;
+    MainWindowWidgets widgets;
+    std::vector<int> iapStates;
+    int localFileModeEntered = 0;
+};
