@@ -28,7 +28,7 @@ function(quillmarsh_test name)
         PROPERTIES
             ${labels}
             TIMEOUT ${TEST_TIMEOUT}
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-libraries.supp:print_suppressions=0")
 endfunction()
 
 # quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the

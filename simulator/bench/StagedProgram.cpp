@@ -1,6 +1,7 @@
 #include "simulator/bench/StagedProgram.h"
 
 #include "simulator/bench/BenchPaths.h"
+#include "simulator/bench/StageProcesses.h"
 
 #include <QDir>
 #include <QFile>
@@ -67,6 +68,18 @@ StagedProgram::StagedProgram(const QString &executable) : m_environment(inherite
     setVariable(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), probePortFile());
     setLocale(QStringLiteral("en_US.UTF-8"));
     setDisplay(QString());
+}
+
+StagedProgram::~StagedProgram()
+{
+    const QVector<qint64> left = runningProcesses();
+    for (const qint64 processId : left)
+        killProcessRunningFrom(applicationFolder(), processId);
+}
+
+QVector<qint64> StagedProgram::runningProcesses() const
+{
+    return processesRunningFrom(applicationFolder());
 }
 
 QString StagedProgram::inStage(const char *name) const

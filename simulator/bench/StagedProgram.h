@@ -9,12 +9,16 @@
 
 /// A copy of the program in a folder of its own, with a temporary, a working and a home folder of
 /// its own, so that tests neither see each other nor the user's files. The folders go with the
-/// object, unless the environment variable QUILLMARSH_BENCH_KEEP is set.
+/// object, unless the environment variable QUILLMARSH_BENCH_KEEP is set, and so does whatever still
+/// runs from them.
 class StagedProgram
 {
 public:
     /// Copies `executable`; isValid() tells whether that went well.
     explicit StagedProgram(const QString &executable);
+    ~StagedProgram();
+    StagedProgram(const StagedProgram &) = delete;
+    StagedProgram &operator=(const StagedProgram &) = delete;
 
     bool isValid() const { return m_error.isEmpty(); }
     QString errorText() const { return m_error; }
@@ -32,6 +36,10 @@ public:
     bool setScript(const QString &name, const QJsonDocument &script);
     /// What a tool recorded, one object for each of its runs so far.
     QVector<QJsonObject> runs(const QString &tool) const;
+
+    /// The ids of the processes that run from this stage: the program, and the tools that it started
+    /// and that have not ended.
+    QVector<qint64> runningProcesses() const;
 
     /// Writes the list of models that the program detects and of the ways of writing it offers.
     bool setControlList(const QByteArray &contents);

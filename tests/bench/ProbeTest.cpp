@@ -9,6 +9,11 @@ namespace {
 
 enum class Screen { Offscreen, Xvfb };
 
+void PrintTo(Screen screen, std::ostream *stream)
+{
+    *stream << (screen == Screen::Xvfb ? "Xvfb" : "Offscreen");
+}
+
 class ProbeTest : public testing::TestWithParam<Screen>
 {
 protected:
@@ -27,8 +32,8 @@ protected:
             << qPrintable(probe().errorText());
     }
 
-    /// Fails when the program takes something up that it should not: whatever was posted before
-    /// this request's own click has been acted on when that one has.
+    /// Returns once the program has acted on everything that was posted before: the events of the
+    /// window system are delivered in their order.
     void letItActOnEverything()
     {
         ASSERT_TRUE(probe().setText(QStringLiteral("fileEdit"), QString()));
@@ -180,9 +185,7 @@ TEST_P(ProbeTest, ChildrenOfTheProgramDoNotInheritThePortFile)
 }
 
 INSTANTIATE_TEST_SUITE_P(On, ProbeTest, testing::Values(Screen::Offscreen, Screen::Xvfb),
-                         [](const auto &parameter) {
-                             return parameter.param == Screen::Xvfb ? "Xvfb" : "Offscreen";
-                         });
+                         testing::PrintToStringParamName());
 
 TEST(ProbeWithoutAPortFile, LeavesTheProgramRunningAsItIs)
 {

@@ -60,8 +60,11 @@ TEST(ChildProcess, OneThatRefusesToEndIsKilledTogetherWithItsOwnChildren)
 
 TEST(ChildProcess, ItEndsWhenWhatStartedItIsKilled)
 {
+    const QTemporaryDir leftBehind; // What is killed cannot remove its temporary folders.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), leftBehind.path());
     ChildProcess parent;
-    ASSERT_TRUE(parent.start(benchDouble({QStringLiteral("parent")})));
+    ASSERT_TRUE(parent.start(benchDouble({QStringLiteral("parent")}), environment));
     const qint64 grandchild = parent.waitForFirstLine(5000).toLongLong();
     ASSERT_GT(grandchild, 0);
     ASSERT_FALSE(processIsGone(grandchild));

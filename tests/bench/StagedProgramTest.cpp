@@ -1,3 +1,4 @@
+#include "tests/bench/ProcessGone.h"
 #include "tests/bench/RunningSubject.h"
 
 #include <QDir>
@@ -99,7 +100,7 @@ TEST(StagedProgram, ToolsLieBesideTheProgramExecutableWithTheirScripts)
     EXPECT_FALSE(stage.addTool(QStringLiteral("dpscat.exe"), QStringLiteral("/no/such/tool")));
 }
 
-TEST(StagedProgram, ATimesARecordIsReadOnlyOnceItIsWhole)
+TEST(StagedProgram, ARecordIsReadOnlyOnceItIsWhole)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     EXPECT_TRUE(stage.runs(QStringLiteral("upgcmd.exe")).isEmpty());
@@ -141,6 +142,24 @@ TEST(StagedProgram, AnEarlierStartsPortFileIsGoneBeforeTheNextStart)
     ASSERT_TRUE(writeFile(stage.probePortFile(), "4711"));
     stage.launch();
     EXPECT_FALSE(QFile::exists(stage.probePortFile()));
+}
+
+TEST(StagedProgram, AToolThatIsLeftRunningIsSeenAndGoesWithTheStage)
+{
+    QProcess tool;
+    qint64 toolId = 0;
+    {
+        StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+        ASSERT_TRUE(stage.addAllTools(QStringLiteral(BENCH_DOUBLE))) << qPrintable(stage.errorText());
+        EXPECT_TRUE(stage.runningProcesses().isEmpty());
+        tool.start(stage.applicationFolder() + QStringLiteral("/upgcmd.exe"), {QStringLiteral("mute")});
+        ASSERT_TRUE(tool.waitForStarted());
+        toolId = tool.processId();
+        EXPECT_EQ(stage.runningProcesses(), QVector<qint64>{toolId});
+    }
+    EXPECT_TRUE(tool.waitForFinished(2000));
+    EXPECT_EQ(tool.exitStatus(), QProcess::CrashExit);
+    EXPECT_TRUE(processIsReaped(toolId));
 }
 
 TEST(PlainHost, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
