@@ -1,0 +1,220 @@
+#include "app/bringToForeground.h"
+
+#include "support/LogFile.h"
+#include "widgets/BackgroundWidget.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMetaMethod>
+#include <QProgressBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// The main widget on its ground, in a working directory of its own.
+class bringToForegroundTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_before = QDir::currentPath();
+        ASSERT_TRUE(QDir::setCurrent(m_folder.path()));
+        m_ground = std::make_unique<BackgroundWidget>(false);
+        m_main = new bringToForeground(m_ground.get(), false, false, QString());
+        m_main->show();
+    }
+    void TearDown() override
+    {
+        m_ground.reset();
+        QDir::setCurrent(m_before);
+    }
+
+    template <typename Widget>
+    Widget *find(const char *name) const
+    {
+        return m_main->findChild<Widget *>(QLatin1String(name));
+    }
+    QTimer *checkTimer() const { return m_main->findChild<QTimer *>(); }
+    QStringList logLines() const
+    {
+        QCoreApplication::sendPostedEvents(m_main, QEvent::MetaCall);
+        QFile file(LogFile::updateLogPath());
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        for (QString &line : lines)
+            line.remove(0, 22);
+        return lines;
+    }
+
+    QString m_before;
+    QTemporaryDir m_folder;
+    std::unique_ptr<BackgroundWidget> m_ground;
+    bringToForeground *m_main = nullptr;
+};
+
+TEST_F(bringToForegroundTest, SignalsAndSlotsStandInTheirOrder)
+{
+    const char *const expected[] = {"sigSetBtnEnable(QPushButton*,bool)",
+                                    "sigStartCheckDeviceQTimer(bool)",
+                                    "sigSetprogressBarValue(int)",
+                                    "sigAppendLog(TextWindow*,QString)",
+                                    "sigSetStateTitle(QString)",
+                                    "onSetBtnEnable(QPushButton*,bool)",
+                                    "onStartCheckDeviceQTimer(bool)",
+                                    "onSetprogressBarValue(int)",
+                                    "onSetStateTitle(QString)",
+                                    "appendToFile(QString,QString)",
+                                    "AppendLog(TextWindow*,QString)",
+                                    "isDeviceOn(QJsonObject)",
+                                    "GetDefaultImagePath()",
+                                    "InitUseWirteType()",
+                                    "FindDevForJson(QString)",
+                                    "parseDevices(QByteArray,QString)",
+                                    "onIAPStateChanged(int)"};
+    const QMetaObject *meta = m_main->metaObject();
+    QStringList entries;
+    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+        const QMetaMethod method = meta->method(i);
+        entries.append(QString::fromLatin1(method.methodSignature()));
+        EXPECT_EQ(method.methodType(), entries.size() <= 5 ? QMetaMethod::Signal : QMetaMethod::Slot);
+    }
+    QStringList wanted;
+    for (const char *signature : expected)
+        wanted.append(QString::fromLatin1(signature));
+    EXPECT_EQ(entries, wanted);
+}
+
+TEST_F(bringToForegroundTest, EnablingSomeOtherButtonChangesTheStartButton)
+{
+    QPushButton other;
+    emit m_main->sigSetBtnEnable(&other, false);
+    EXPECT_FALSE(find<QPushButton>("startButton")->isEnabled());
+    EXPECT_TRUE(other.isEnabled());
+}
+
+TEST_F(bringToForegroundTest, LogLinesAreQueuedEvenFromTheGuiThread)
+{
+    const int before = logLines().size();
+    m_main->log(QStringLiteral("later"));
+    QFile file(LogFile::updateLogPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(file.readAll().contains("later"));
+    EXPECT_EQ(logLines().size(), before + 1);
+}
+
+TEST_F(bringToForegroundTest, TheOtherSignalsActAtOnceOnTheGuiThread)
+{
+    emit m_main->sigSetStateTitle(QStringLiteral("a title"));
+    EXPECT_EQ(find<QLabel>("stateTitleLabel")->text(), QStringLiteral("a title"));
+    emit m_main->sigSetprogressBarValue(42);
+    EXPECT_EQ(find<QProgressBar>("progressBar")->value(), 42);
+    emit m_main->sigStartCheckDeviceQTimer(false);
+    EXPECT_FALSE(checkTimer()->isActive());
+    emit m_main->sigStartCheckDeviceQTimer(true);
+    EXPECT_TRUE(checkTimer()->isActive());
+    EXPECT_EQ(checkTimer()->interval(), 1000);
+}
+
+TEST_F(bringToForegroundTest, AnEntryWithoutIsOnIsOff)
+{
+    EXPECT_FALSE(m_main->isDeviceOn({}));
+    EXPECT_TRUE(m_main->isDeviceOn({{QStringLiteral("is_on"), true}}));
+}
+
+TEST_F(bringToForegroundTest, StoppingActsDirectlyAndStartingThroughSignals)
+{
+    QSignalSpy timerSignals(m_main, &bringToForeground::sigStartCheckDeviceQTimer);
+    QSignalSpy buttonSignals(m_main, &bringToForeground::sigSetBtnEnable);
+    find<QProgressBar>("progressBar")->setValue(50);
+
+    m_main->StopCheckConnectTimer();
+    EXPECT_FALSE(checkTimer()->isActive());
+    EXPECT_FALSE(find<QPushButton>("startButton")->isEnabled());
+    EXPECT_EQ(find<QProgressBar>("progressBar")->value(), 0);
+    EXPECT_TRUE(timerSignals.isEmpty());
+    EXPECT_TRUE(buttonSignals.isEmpty());
+
+    m_main->StartCheckConnectTimer();
+    EXPECT_TRUE(checkTimer()->isActive());
+    EXPECT_TRUE(find<QPushButton>("startButton")->isEnabled());
+    EXPECT_EQ(timerSignals.size(), 1);
+    EXPECT_EQ(buttonSignals.size(), 1);
+    EXPECT_TRUE(logLines().contains(QStringLiteral("StopCheckConnectTimer.")));
+    EXPECT_TRUE(logLines().contains(QStringLiteral("StartCheckConnectTimer.")));
+}
+
+TEST_F(bringToForegroundTest, TheLogBeginsWithTheSurroundingsAndThenTheConstructorsLines)
+{
+    const QStringList lines = logLines();
+    ASSERT_GE(lines.size(), 6);
+    EXPECT_TRUE(lines.at(0).contains(QCoreApplication::applicationDirPath()));
+    EXPECT_EQ(
+        lines.mid(1, 5),
+        (QStringList{QStringLiteral("not find default img file!"), QStringLiteral("IsZN58UseMe?: false"),
+                     QStringLiteral("create IAPUpDate Mode..."), QStringLiteral("IAP Process not exists.!"),
+                     QStringLiteral("create IAPUpDate Mode done.")}));
+}
+
+TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
+{
+    m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
+    QFile file(QStringLiteral("other.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "plain\n");
+}
+
+TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
+{
+    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/qmake/");
+    EXPECT_EQ(m_main->GetDefaultImagePath(), folder);
+    EXPECT_EQ(find<QLineEdit>("firmwareFileEdit")->text(), folder);
+}
+
+TEST_F(bringToForegroundTest, OfTwoImagesTheFirstByNameWithoutRegardToCaseIsTheDefault)
+{
+    ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("qmake")));
+    for (const char *name : {"b.img", "A.img"})
+        ASSERT_TRUE(QFile(m_folder.filePath(QLatin1String("qmake/") + QLatin1String(name)))
+                        .open(QIODevice::WriteOnly));
+    m_main->GetDefaultImagePath(m_folder.path());
+    EXPECT_EQ(m_main->GetDefaultImagePath(), m_folder.filePath(QStringLiteral("qmake/A.img")));
+    EXPECT_TRUE(logLines().contains(QStringLiteral("find default img file")));
+}
+
+TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
+{
+    EXPECT_FALSE(find<QLineEdit>("firmwareFileEdit")->isVisibleTo(m_main));
+    m_main->enterLocalFileMode();
+    m_main->enterLocalFileMode();
+    EXPECT_TRUE(find<QLineEdit>("firmwareFileEdit")->isVisibleTo(m_main));
+    EXPECT_TRUE(find<QPushButton>("chooseFileButton")->isVisibleTo(m_main));
+}
+
+TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
+{
+    auto *page = m_main->findChild<QWidget *>(QStringLiteral("flashingPage"));
+    ASSERT_NE(page, nullptr);
+    const QImage before = page->grab().toImage();
+    m_main->setPictureLevel(100.0);
+    m_main->repaintPicture();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(page->grab().toImage(), before);
+}
+
+TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
+{
+    m_main->onStartCheckDeviceQTimer(false);
+    auto *status = find<QLabel>("statusLabel");
+    status->setText(QStringLiteral("frozen"));
+    QTest::qWait(1300);
+    EXPECT_EQ(status->text(), QStringLiteral("frozen"));
+}
+
+} // namespace
