@@ -27,8 +27,16 @@ function(quillmarsh_test name)
         DISCOVERY_TIMEOUT 60
         PROPERTIES
             ${labels}
-            TIMEOUT ${TEST_TIMEOUT}
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-libraries.supp:print_suppressions=0")
+            TIMEOUT ${TEST_TIMEOUT})
+    # Set once the tests are known: of a list among the properties above only the first item arrives.
+    set(environment
+        QT_QPA_PLATFORM=offscreen
+        LC_ALL=C.UTF-8
+        LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-libraries.supp:print_suppressions=0)
+    set(afterwards "${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake")
+    file(WRITE "${afterwards}"
+        "set_tests_properties(\${${name}_TESTS} PROPERTIES ENVIRONMENT \"${environment}\")\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${afterwards}")
 endfunction()
 
 # quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the

@@ -66,6 +66,8 @@ StagedProgram::StagedProgram(const QString &executable) : m_environment(inherite
     setVariable(QStringLiteral("QT_PLUGIN_PATH"), BenchPaths::plugins());
     setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
     setVariable(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), probePortFile());
+    // Nothing is drawn with OpenGL, and the software driver costs time and memory and leaks.
+    setVariable(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
     setLocale(QStringLiteral("en_US.UTF-8"));
     setDisplay(QString());
 }
