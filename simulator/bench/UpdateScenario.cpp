@@ -31,7 +31,7 @@ bool UpdateScenario::start()
         return fail(QStringLiteral("staging"), program.errorText());
     if (withServer && !server.start(firmware.folder(), firmwarePort, serverFaults))
         return fail(QStringLiteral("the firmware server"), server.errorText());
-    if (!(onExistingDisplay ? display.useExistingDisplay() : display.start()))
+    if (!(onExistingDisplay ? display.useExistingDisplay() : display.start(screen)))
         return fail(QStringLiteral("the display"), display.errorText());
     program.setDisplay(display.display());
 

@@ -31,6 +31,8 @@ public:
     QStringList arguments;
     /// Draw on the display that this process has, for people to look at, instead of one of its own.
     bool onExistingDisplay = false;
+    /// The size of that display of its own.
+    QSize screen{1280, 900};
 
     FirmwareRoot firmware;
     StagedProgram program;

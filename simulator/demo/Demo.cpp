@@ -117,6 +117,7 @@ int main(int argc, char *argv[])
 
     UpdateScenario scenario(QStringLiteral("DevMaa"));
     scenario.onExistingDisplay = !options.automatic;
+    scenario.screen = QSize(800, 490);
     scenario.program.setLocale(options.locale);
     scenario.program.setScript(QStringLiteral("upgcmd.exe"), unhurriedFlasher());
     if (!scenario.start()) {
