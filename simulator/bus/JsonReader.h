@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QLatin1String>
+#include <QSet>
+#include <QString>
+#include <QVector>
+
+#include <initializer_list>
+#include <utility>
+
+/// Reads one JSON object key by key and notes the first thing that is wrong with it in `*error`
+/// (not owned, must outlive the reader). Absent keys yield the fallback; wrong ones do, too.
+class JsonReader
+{
+public:
+    JsonReader(const QJsonObject &object, const QString &where, QString *error);
+
+    bool has(const char *key) const;
+    QString text(const char *key, const QString &fallback);
+    bool flag(const char *key, bool fallback);
+    /// A JSON number or a text such as "0x33C3".
+    int number(const char *key, int fallback, int least, int most);
+    template <typename Value>
+    Value choice(const char *key, Value fallback,
+                 std::initializer_list<std::pair<const char *, Value>> choices)
+    {
+        const QString given = text(key, QString());
+        for (const auto &[name, value] : choices) {
+            if (given == QLatin1String(name))
+                return value;
+        }
+        if (has(key))
+            fail(QStringLiteral("\"%1\" cannot be \"%2\"").arg(QLatin1String(key), given));
+        return fallback;
+    }
+    /// An empty object when the key is absent.
+    JsonReader object(const char *key);
+    QVector<JsonReader> objects(const char *key);
+
+    /// Call it last: a key that nothing has asked for is an error.
+    void refuseTheRest();
+    void fail(const QString &what);
+
+private:
+    QJsonValue take(const char *key);
+
+    QJsonObject m_object;
+    QString m_where;
+    QString *m_error;
+    QSet<QString> m_known;
+};

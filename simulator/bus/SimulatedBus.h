@@ -1,0 +1,41 @@
+#pragma once
+
+#include "simulator/bus/BusModel.h"
+#include "simulator/bus/BusPresenter.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+/// Keeps what a BusPresenter shows in step with a BusModel, as time passes. Both must be used
+/// through this only, on the thread that made it; the presenter must outlive it.
+class SimulatedBus
+{
+public:
+    SimulatedBus(const BusDescription &description, BusPresenter &presenter);
+    ~SimulatedBus();
+    SimulatedBus(const SimulatedBus &) = delete;
+    SimulatedBus &operator=(const SimulatedBus &) = delete;
+
+    const BusModel &model() const { return m_model; }
+    /// What the presenter could not do, first of all; empty when all is well.
+    QString error() const { return m_error; }
+
+    bool plug(int device, BusModel::Presence as);
+    bool unplug(int device);
+    std::optional<int> burn(int device, const QByteArray &image);
+    std::optional<int> reset(int device);
+    QString applyBehaviour(int device, const QJsonObject &changes);
+    BusModel::WriteResult write(int device, int node, const QByteArray &report);
+
+private:
+    void update();
+    void present();
+
+    BusModel m_model;
+    BusPresenter &m_presenter;
+    /// Per device the appearance that is shown, 0 for none.
+    QVector<int> m_shown;
+    QElapsedTimer m_clock;
+    QTimer m_timer;
+    QString m_error;
+};

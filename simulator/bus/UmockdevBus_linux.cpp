@@ -1,0 +1,419 @@
+#include "simulator/bus/UmockdevBus_linux.h"
+
+#include "simulator/bus/UsbRecords.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+// GLib has a struct member named like Qt's keyword.
+#undef signals
+#include <umockdev.h>
+
+#include <linux/hidraw.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+constexpr int hidrawMajor = 240;
+constexpr int usbMajor = 189;
+// Fixed width, so that the order of the names is the order of the numbers.
+constexpr int lastPort = 199;
+constexpr auto connectedNodeKey = "quillmarsh-appearance";
+
+/// What one device node answers with; lives as long as the bus, through any number of unpluggings.
+struct Node
+{
+    BusPresenter::WriteHandler *handler = nullptr;
+    QObject *context = nullptr;
+    UMockdevIoctlBase *ioctl = nullptr;
+    int device = 0;
+    int index = 0;
+    bool present = false;
+    /// A handle from before an unplugging must not reach the device that came after it.
+    int appearance = 0;
+    QByteArray reportDescriptor;
+};
+
+/// The testbed calls its handlers on a thread of its own; all state here belongs to the thread of
+/// the bus. Once that has taken the context down, nothing is done any more.
+template <typename Function>
+void onBusThread(const Node *node, Function function)
+{
+    if (node->context->thread() == QThread::currentThread())
+        function();
+    else
+        QMetaObject::invokeMethod(node->context, function, Qt::BlockingQueuedConnection);
+}
+
+bool isStale(const Node *node, UMockdevIoctlClient *client)
+{
+    return !node->present ||
+           GPOINTER_TO_INT(g_object_get_data(G_OBJECT(client), connectedNodeKey)) != node->appearance;
+}
+
+extern "C" void onConnected(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
+{
+    const auto *node = static_cast<Node *>(data);
+    onBusThread(node, [&] {
+        g_object_set_data(G_OBJECT(client), connectedNodeKey, GINT_TO_POINTER(node->appearance));
+    });
+}
+
+extern "C" gboolean onIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
+{
+    auto *node = static_cast<Node *>(data);
+    bool stale = true;
+    onBusThread(node, [&] { stale = isStale(node, client); });
+    if (stale) {
+        umockdev_ioctl_client_complete(client, -1, ENODEV);
+        return TRUE;
+    }
+    UMockdevIoctlData *pointer = umockdev_ioctl_client_get_arg(client);
+    const gulong request = umockdev_ioctl_client_get_request(client);
+    QByteArray answer;
+    gsize room = 0;
+    if (request == HIDIOCGRDESCSIZE) {
+        const int size = node->reportDescriptor.size();
+        answer = QByteArray(reinterpret_cast<const char *>(&size), sizeof size);
+        room = answer.size();
+    } else if (request == HIDIOCGRDESC) {
+        hidraw_report_descriptor descriptor{};
+        descriptor.size = static_cast<__u32>(node->reportDescriptor.size());
+        memcpy(descriptor.value, node->reportDescriptor.constData(), descriptor.size);
+        room = sizeof descriptor;
+        answer = QByteArray(reinterpret_cast<const char *>(&descriptor),
+                            static_cast<int>(sizeof descriptor.size + descriptor.size));
+    } else if (request == HIDIOCGRAWINFO) {
+        hidraw_devinfo information{};
+        information.bustype = 3;
+        answer = QByteArray(reinterpret_cast<const char *>(&information), sizeof information);
+        room = answer.size();
+    } else {
+        umockdev_ioctl_client_complete(client, -1, ENOTTY);
+        return TRUE;
+    }
+    UMockdevIoctlData *target = umockdev_ioctl_data_resolve(pointer, 0, room, nullptr);
+    if (!target) {
+        umockdev_ioctl_client_complete(client, -1, EFAULT);
+        return TRUE;
+    }
+    umockdev_ioctl_data_update(target, 0, reinterpret_cast<guint8 *>(answer.data()), answer.size());
+    umockdev_ioctl_data_unref(target);
+    umockdev_ioctl_client_complete(client, 0, 0);
+    return TRUE;
+}
+
+extern "C" gboolean onWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
+{
+    auto *node = static_cast<Node *>(data);
+    BusPresenter::WriteAnswer answer{-1, ENODEV};
+    onBusThread(node, [&] {
+        if (isStale(node, client) || !*node->handler)
+            return;
+        const UMockdevIoctlData *bytes = umockdev_ioctl_client_get_arg(client);
+        answer = (*node->handler)(node->device, node->index,
+                                  QByteArray(reinterpret_cast<const char *>(bytes->data), bytes->data_len));
+    });
+    umockdev_ioctl_client_complete(client, answer.count, answer.count < 0 ? answer.errorNumber : 0);
+    return TRUE;
+}
+
+extern "C" gboolean onRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer)
+{
+    // The simulated devices send nothing.
+    umockdev_ioctl_client_complete(client, -1, EAGAIN);
+    return TRUE;
+}
+
+// A device record is refused with small hex digits.
+QByteArray hexDump(const QByteArray &bytes)
+{
+    return bytes.toHex().toUpper();
+}
+
+QByteArray hex4(int value)
+{
+    return QByteArray::number(value, 16).rightJustified(4, '0');
+}
+
+} // namespace
+
+struct UmockdevBus::Private
+{
+    struct Shown
+    {
+        QByteArray usb;
+        int address = 0;
+        QVector<QByteArray> interfaces;
+        QVector<QByteArray> hids;
+        QVector<QByteArray> hidraws;
+        QVector<QByteArray> nodeNames;
+    };
+
+    UMockdevTestbed *testbed = nullptr;
+    QByteArray root;
+    QByteArray controller = "/devices/platform/sim_hcd.0/usb1";
+    QString error;
+    WriteHandler handler;
+    std::unique_ptr<QObject> context = std::make_unique<QObject>();
+    QHash<int, Shown> shown;
+    QHash<QByteArray, Node *> nodes;
+    int lastAddress = 1;
+    int lastHid = 0;
+    int nextMinor = 0;
+
+    QString addRecord(const QByteArray &record) const
+    {
+        GError *problem = nullptr;
+        if (umockdev_testbed_add_from_string(testbed, record.constData(), &problem))
+            return QString();
+        const QString text = problem ? QString::fromUtf8(problem->message) : QStringLiteral("unknown error");
+        g_clear_error(&problem);
+        return text;
+    }
+
+    int freeAddress()
+    {
+        // As on a real bus a returning device gets a new address.
+        for (int tries = 0; tries < 126; ++tries) {
+            lastAddress = lastAddress % 127 + 1;
+            bool taken = lastAddress == 1;
+            for (const Shown &device : qAsConst(shown))
+                taken = taken || device.address == lastAddress;
+            if (!taken)
+                break;
+        }
+        return lastAddress;
+    }
+
+    QString addUsb(Shown &device, const Device &description)
+    {
+        const int address = device.address;
+        const QByteArray number = QByteArray::number(address).rightJustified(3, '0');
+        const QByteArray data = UsbRecords::descriptors(description);
+        QByteArray record =
+            "P: " + device.usb + "\nN: bus/usb/001/" + number + '=' + hexDump(data) +
+            "\nE: DEVNAME=/dev/bus/usb/001/" + number +
+            "\nE: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nE: DRIVER=usb\nE: MAJOR=" +
+            QByteArray::number(usbMajor) + "\nE: MINOR=" + QByteArray::number(address - 1) +
+            "\nE: BUSNUM=001\nE: DEVNUM=" + number +
+            "\nE: PRODUCT=" + QByteArray::number(description.ids.vendorId, 16) + '/' +
+            QByteArray::number(description.ids.productId, 16) +
+            "/100\nA: dev=" + QByteArray::number(usbMajor) + ':' + QByteArray::number(address - 1) +
+            "\\n\nA: busnum=1\\n\nA: devnum=" + QByteArray::number(address) +
+            "\\n\nA: speed=480\\n\nA: bConfigurationValue=1\\n\nA: bcdDevice=0100\\n\nA: idVendor=" +
+            hex4(description.ids.vendorId) + "\\n\nA: idProduct=" + hex4(description.ids.productId) + "\\n\n";
+        const auto addText = [&record](const char *name, const QString &text) {
+            if (!text.isEmpty())
+                record += "A: " + QByteArray(name) + '=' + text.toUtf8() + "\\n\n";
+        };
+        addText("manufacturer", description.manufacturer);
+        addText("product", description.product);
+        addText("serial", description.serial);
+        record += "H: descriptors=" + hexDump(data) + "\n\n";
+        return addRecord(record);
+    }
+
+    QString addInterface(const QByteArray &path, int number) const
+    {
+        return addRecord(
+            "P: " + path + "\nE: DEVTYPE=usb_interface\nE: SUBSYSTEM=usb\nE: DRIVER=usbhid\n" +
+            "A: bInterfaceNumber=" + QByteArray::number(number, 16).rightJustified(2, '0') +
+            "\\n\nA: bInterfaceClass=03\\n\nA: bInterfaceSubClass=00\\n\nA: bInterfaceProtocol=00\\n\n\n");
+    }
+
+    QString addHid(const QByteArray &path, const Device &device, const HidNodeDescription &node) const
+    {
+        const QByteArray ids = "0003:" + hex4(device.ids.vendorId).rightJustified(8, '0').toUpper() + ':' +
+                               hex4(device.ids.productId).rightJustified(8, '0').toUpper();
+        return addRecord("P: " + path + "\nE: DRIVER=hid-generic\nE: HID_ID=" + ids +
+                         "\nE: HID_NAME=" + device.product.toUtf8() +
+                         "\nE: HID_PHYS=usb-sim_hcd.0\nE: HID_UNIQ=" + device.serial.toUtf8() +
+                         "\nE: SUBSYSTEM=hid\nH: report_descriptor=" +
+                         hexDump(UsbRecords::reportDescriptor(node.collections)) + "\n\n");
+    }
+
+    QString attach(int id, int index, const HidNodeDescription &node)
+    {
+        const QByteArray name = node.node.toUtf8();
+        Node *&entry = nodes[name];
+        if (!entry) {
+            entry = new Node;
+            entry->handler = &handler;
+            entry->context = context.get();
+            entry->device = id;
+            entry->index = index;
+            entry->reportDescriptor = UsbRecords::reportDescriptor(node.collections);
+            if (node.openable) {
+                entry->ioctl = umockdev_ioctl_base_new();
+                g_signal_connect(entry->ioctl, "client-connected", G_CALLBACK(onConnected), entry);
+                g_signal_connect(entry->ioctl, "handle-ioctl", G_CALLBACK(onIoctl), entry);
+                g_signal_connect(entry->ioctl, "handle-write", G_CALLBACK(onWrite), entry);
+                g_signal_connect(entry->ioctl, "handle-read", G_CALLBACK(onRead), entry);
+                GError *problem = nullptr;
+                umockdev_testbed_attach_ioctl(testbed, QByteArray("/dev/" + name).constData(), entry->ioctl,
+                                              &problem);
+                if (problem) {
+                    const QString text = QString::fromUtf8(problem->message);
+                    g_clear_error(&problem);
+                    return text;
+                }
+            }
+        }
+        entry->present = true;
+        ++entry->appearance;
+        return QString();
+    }
+
+    /// An enumeration must not come across a node that is only half there: it would see a path of
+    /// null. So the node is made in a class of another name, and enters the one that is enumerated
+    /// with its last step.
+    QString addHidraw(const QByteArray &path, const QByteArray &hid, const HidNodeDescription &node)
+    {
+        const QByteArray name = node.node.toUtf8();
+        const QByteArray number = QByteArray::number(hidrawMajor) + ':' + QByteArray::number(nextMinor);
+        QByteArray record = "P: " + path + "\n";
+        if (!node.pathless)
+            record += "N: " + name + "=00\nE: DEVNAME=/dev/" + name + "\nA: dev=" + number + "\\n\n";
+        record +=
+            "E: MAJOR=" + QByteArray::number(hidrawMajor) + "\nE: MINOR=" + QByteArray::number(nextMinor) +
+            "\nE: SUBSYSTEM=hidrawnew\nL: device=../../../" + hid.mid(hid.lastIndexOf('/') + 1) + "\n\n";
+        ++nextMinor;
+        const QString problem = addRecord(record);
+        if (!problem.isEmpty())
+            return problem;
+
+        const QByteArray link = root + "/sys" + path + "/subsystem";
+        char target[4096] = {};
+        if (readlink(link.constData(), target, sizeof target - 1) < 0)
+            return QStringLiteral("no subsystem link at ") + QString::fromUtf8(link);
+        const QByteArray final = QByteArray(target).replace("hidrawnew", "hidraw");
+        const QByteArray folder = root + "/sys/class/hidraw";
+        mkdir(folder.constData(), 0755);
+        unlink(link.constData());
+        unlink((root + "/sys/class/hidrawnew/" + name).constData());
+        if (symlink(final.constData(), link.constData()) != 0 ||
+            symlink(("../.." + path).constData(), (folder + '/' + name).constData()) != 0)
+            return QStringLiteral("cannot link the node ") + node.node;
+        umockdev_testbed_uevent(testbed, ("/sys" + path).constData(), "add");
+        return QString();
+    }
+
+    void removeDevice(const QByteArray &path) const
+    {
+        // The event first: afterwards nobody could tell what it was that went.
+        umockdev_testbed_uevent(testbed, ("/sys" + path).constData(), "remove");
+        umockdev_testbed_remove_device(testbed, ("/sys" + path).constData());
+    }
+};
+
+UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
+{
+    d->testbed = umockdev_testbed_new();
+    // Asked only now: the answer "no" from before the first testbed would be remembered.
+    if (!umockdev_in_mock_environment()) {
+        d->error = QStringLiteral("not under umockdev-wrapper: programs would see the real bus");
+        return;
+    }
+    gchar *root = umockdev_testbed_get_root_dir(d->testbed);
+    d->root = root;
+    g_free(root);
+    if (rootHub) {
+        Device hub;
+        hub.ids = {0x1D6B, 0x0002};
+        hub.product = QStringLiteral("Simulated host controller");
+        Private::Shown shown;
+        shown.usb = d->controller;
+        shown.address = 1;
+        d->error = d->addUsb(shown, hub);
+    }
+}
+
+UmockdevBus::~UmockdevBus()
+{
+    // A handler that is waiting for this thread gets its turn now; no later one may come.
+    QCoreApplication::sendPostedEvents(d->context.get());
+    for (const Node *node : qAsConst(d->nodes)) {
+        if (node->ioctl) {
+            g_signal_handlers_disconnect_matched(node->ioctl, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr,
+                                                 const_cast<Node *>(node));
+            g_object_unref(node->ioctl);
+        }
+        delete node;
+    }
+    g_object_unref(d->testbed);
+}
+
+QString UmockdevBus::startError() const
+{
+    return d->error;
+}
+
+void UmockdevBus::setWriteHandler(WriteHandler handler)
+{
+    d->handler = std::move(handler);
+}
+
+QString UmockdevBus::add(int id, const Device &device)
+{
+    Private::Shown shown;
+    const int port = lastPort - device.position;
+    const QByteArray name = "1-" + QByteArray::number(port);
+    shown.usb = d->controller + '/' + name;
+    shown.address = d->freeAddress();
+    QString problem = d->addUsb(shown, device);
+    const QVector<int> numbers = UsbRecords::interfaceNumbers(device);
+    for (const int number : numbers) {
+        if (!problem.isEmpty())
+            break;
+        const QByteArray path = shown.usb + '/' + name + ":1." + QByteArray::number(number);
+        problem = d->addInterface(path, number);
+        shown.interfaces.append(path);
+    }
+    for (int index = 0; index < device.nodes.size() && problem.isEmpty(); ++index) {
+        const HidNodeDescription &node = device.nodes.at(index);
+        const QByteArray hid = shown.usb + '/' + name + ":1." + QByteArray::number(node.number) +
+                               "/0003:" + hex4(device.ids.vendorId).toUpper() + ':' +
+                               hex4(device.ids.productId).toUpper() + '.' + hex4(++d->lastHid).toUpper();
+        const QByteArray hidraw = hid + "/hidraw/" + node.node.toUtf8();
+        problem = d->addHid(hid, device, node);
+        if (problem.isEmpty())
+            problem = d->attach(id, index, node);
+        if (problem.isEmpty())
+            problem = d->addHidraw(hidraw, hid, node);
+        shown.hids.append(hid);
+        shown.hidraws.append(hidraw);
+        shown.nodeNames.append(node.node.toUtf8());
+    }
+    d->shown.insert(id, shown);
+    return problem;
+}
+
+void UmockdevBus::remove(int id)
+{
+    if (!d->shown.contains(id))
+        return;
+    const Private::Shown shown = d->shown.take(id);
+    for (const QByteArray &name : shown.nodeNames) {
+        d->nodes.value(name)->present = false;
+        unlink((d->root + "/sys/class/hidraw/" + name).constData());
+        unlink((d->root + "/dev/" + name).constData());
+    }
+    // hidapi reads a node's parents without checking that they are still there. An enumeration that
+    // has found the node already gets the time to come to its end.
+    if (!shown.nodeNames.isEmpty())
+        QThread::msleep(10);
+    for (const QByteArray &path : shown.hidraws)
+        d->removeDevice(path);
+    for (const QByteArray &path : shown.hids)
+        d->removeDevice(path);
+    for (const QByteArray &path : shown.interfaces)
+        d->removeDevice(path);
+    d->removeDevice(shown.usb);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "simulator/bus/BusPresenter.h"
+
+#include <QByteArray>
+
+/// The bytes by which a simulated device describes itself.
+namespace UsbRecords {
+
+/// Device descriptor followed by the one configuration with its HID interfaces.
+QByteArray descriptors(const BusPresenter::Device &device);
+/// A vendor report descriptor with `collections` top-level collections, each with output report 4.
+QByteArray reportDescriptor(int collections);
+/// The interface numbers of the device, each once, ascending.
+QVector<int> interfaceNumbers(const BusPresenter::Device &device);
+
+} // namespace UsbRecords

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStringList>
+
+#include <optional>
+
+/// One run of a stand-in tool: either a script's steps, or an honest flasher.
+class StandinTool
+{
+public:
+    explicit StandinTool(const QStringList &arguments);
+
+    /// Both return the exit code. A script may also never return.
+    int playSteps(const QJsonArray &steps);
+    int playFlasher();
+
+private:
+    /// The exit code when the step ends the run.
+    std::optional<int> playStep(const QJsonObject &step);
+    void print(const QByteArray &text) const;
+    void printAsTold(const QByteArray &text, const QJsonObject &step) const;
+    void printProgress() const;
+    void printSuccess() const;
+    /// Hands the image to the bootloader on the bus; says why not when it cannot.
+    bool burn() const;
+
+    QStringList m_arguments;
+};
