@@ -28,7 +28,7 @@ QString BenchPaths::firmwareServer()
 
 QString BenchPaths::standIn()
 {
-    return inBuild("bin/quillmarsh-sim-tool");
+    return inBuild("bin/quillmarsh-standin");
 }
 
 QString BenchPaths::plugins()
