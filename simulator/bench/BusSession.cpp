@@ -12,9 +12,16 @@ constexpr int readyLimitMs = 15000;
 constexpr int answerLimitMs = 10000;
 constexpr int graceMs = 5000;
 
+/// The controller's own environment is the base, so what this process has and the program is not to
+/// have is taken out of it, with null. A preloaded bus stays.
 QJsonObject asJson(const QProcessEnvironment &environment)
 {
     QJsonObject fields;
+    const QStringList inherited = QProcessEnvironment::systemEnvironment().keys();
+    for (const QString &name : inherited) {
+        if (name != QLatin1String("LD_PRELOAD"))
+            fields.insert(name, QJsonValue());
+    }
     const QStringList names = environment.keys();
     for (const QString &name : names)
         fields.insert(name, environment.value(name));

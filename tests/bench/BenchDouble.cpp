@@ -64,10 +64,14 @@ public:
 private:
     QJsonObject run(const QJsonObject &request)
     {
-        QProcessEnvironment environment;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         const QJsonObject variables = request.value(QLatin1String("environment")).toObject();
-        for (auto variable = variables.begin(); variable != variables.end(); ++variable)
-            environment.insert(variable.key(), variable.value().toString());
+        for (auto variable = variables.begin(); variable != variables.end(); ++variable) {
+            if (variable.value().isNull())
+                environment.remove(variable.key());
+            else
+                environment.insert(variable.key(), variable.value().toString());
+        }
         m_program.setProcessEnvironment(environment);
         m_program.setWorkingDirectory(request.value(QLatin1String("workingDirectory")).toString());
         m_program.setStandardOutputFile(request.value(QLatin1String("stdout")).toString());

@@ -31,6 +31,32 @@ void expectThatTwoAtOnceBothGetThePort()
     }
 }
 
+bool namespaceIsPermitted(const QStringList &options)
+{
+    const QStringList command{QStringLiteral("--net"), QStringLiteral("--mount"), QStringLiteral("ip"),
+                              QStringLiteral("link"),  QStringLiteral("set"),     QStringLiteral("lo"),
+                              QStringLiteral("up")};
+    QProcess process;
+    process.start(QStringLiteral("unshare"), options + command);
+    return process.waitForFinished(limitMs) && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
+}
+
+TEST(InOwnNetwork, WhereANamespaceIsPermittedTheCommandHasOneOfItsOwn)
+{
+    const bool permitted =
+        namespaceIsPermitted({}) ||
+        namespaceIsPermitted({QStringLiteral("--user"), QStringLiteral("--map-root-user")});
+    const auto process = launched({QStringLiteral("readlink"), QStringLiteral("/proc/self/ns/net")});
+    ASSERT_TRUE(process->waitForFinished(limitMs));
+    const QByteArray theirs = process->readAllStandardOutput().trimmed();
+    QProcess ours;
+    ours.start(QStringLiteral("readlink"), {QStringLiteral("/proc/self/ns/net")});
+    ASSERT_TRUE(ours.waitForFinished(limitMs));
+    ASSERT_TRUE(theirs.startsWith("net:")) << theirs.constData();
+    EXPECT_EQ(theirs != ours.readAllStandardOutput().trimmed(), permitted);
+}
+
 TEST(InOwnNetwork, TwoAtOnceBindTheSamePort)
 {
     expectThatTwoAtOnceBothGetThePort();

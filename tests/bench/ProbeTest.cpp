@@ -105,6 +105,9 @@ TEST_P(ProbeTest, AModalDialogBlocksClicksAndClosesAsItDoesForAUser)
     letItActOnEverything();
     expectStatus(QStringLiteral("declined"));
     EXPECT_FALSE(probe().isChecked(QStringLiteral("tickBox")));
+    // Only the first close is refused: the one that was blocked has not been counted.
+    ASSERT_TRUE(probe().close(QStringLiteral("subjectWindow")));
+    expectStatus(QStringLiteral("close refused"));
 }
 
 TEST_P(ProbeTest, ADisabledButtonTakesNoClick)

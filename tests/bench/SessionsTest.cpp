@@ -101,6 +101,21 @@ TEST_F(BusSessionTest, TheProgramRunsAsTheControllersChildAndItsExitCodeIsTold)
     EXPECT_EQ(m_bus.waitForExit(5000), 7) << qPrintable(stage.standardError());
 }
 
+TEST_F(BusSessionTest, TheProgramDoesNotInheritTheEnvironmentOfTheTest)
+{
+    const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    qputenv("BENCH_TEST_LEAK", "yes");
+    BusSession bus;
+    const bool started =
+        bus.startController(benchDouble({QStringLiteral("controller")})) && bus.run(stage.launch());
+    qunsetenv("BENCH_TEST_LEAK");
+    ASSERT_TRUE(started) << qPrintable(bus.errorText());
+    ProbeClient probe;
+    ASSERT_TRUE(probe.connectThrough(stage.probePortFile())) << qPrintable(probe.errorText());
+    ASSERT_TRUE(probe.waitForVisible(QStringLiteral("subjectWindow"), true, 10000));
+    EXPECT_TRUE(stage.standardOutput().contains(QLatin1String("leak unset\n")));
+}
+
 TEST_F(BusSessionTest, AProgramThatIsKilledHasNoExitCode)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
