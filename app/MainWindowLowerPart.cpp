@@ -3,6 +3,8 @@
 #include "app/MainWindowTexts.h"
 
 #include <QCheckBox>
+#include <QEvent>
+#include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -99,6 +101,33 @@ QHBoxLayout *buildFileRow(MainWindowWidgets &widgets)
     return row;
 }
 
+/// The button's images know no disabled state: without this, a button that is off looks ready.
+class FadedWhileDisabled : public QObject
+{
+public:
+    explicit FadedWhileDisabled(QWidget *widget)
+        : QObject(widget),
+          m_widget(widget),
+          m_effect(new QGraphicsOpacityEffect(widget))
+    {
+        m_effect->setOpacity(0.45);
+        m_effect->setEnabled(false);
+        widget->setGraphicsEffect(m_effect);
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            m_effect->setEnabled(!m_widget->isEnabled());
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QWidget *m_widget;
+    QGraphicsOpacityEffect *m_effect;
+};
+
 QHBoxLayout *buildStartButtonRow(bool chineseLocale, MainWindowWidgets &widgets)
 {
     widgets.startButton = new QPushButton;
@@ -107,6 +136,7 @@ QHBoxLayout *buildStartButtonRow(bool chineseLocale, MainWindowWidgets &widgets)
     widgets.startButton->setFixedSize(115, 55);
     widgets.startButton->setStyleSheet(
         QLatin1String(chineseLocale ? chineseStartButton : englishStartButton));
+    new FadedWhileDisabled(widgets.startButton);
     QHBoxLayout *row = rowNamed("startButtonRow");
     row->setAlignment(Qt::AlignRight);
     row->setContentsMargins(0, 0, 10, 10);

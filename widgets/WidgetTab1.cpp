@@ -70,6 +70,7 @@ void WidgetTab1::paintEvent(QPaintEvent *event)
 
     painter.setBrush(Qt::white);
     painter.drawRect(QRect(body.topLeft() + QPoint(12, 12), screenSize));
+    const int middle = body.top() + body.height() / 2;
     painter.drawEllipse(body.left() + 1 + (body.width() + screenSize.width()) / 2,
-                        static_cast<int>((body.top() + body.height() / 2) - 5.0), 10, 10);
+                        static_cast<int>(middle - 5.0), 10, 10);
 }

@@ -376,6 +376,22 @@ TEST(MainWindowLayoutTest, InChinaTheStartButtonUsesTheChineseImagesEvenWithEngl
     EXPECT_EQ(window.widgets.logBox->text(), QStringLiteral("Log"));
 }
 
+TEST(MainWindowLayoutTest, TheStartButtonIsFadedWhileItIsOff)
+{
+    MainWindowOnGround window(english());
+    window.show();
+    QApplication::processEvents();
+    QPushButton *button = window.widgets.startButton;
+    const auto ground = [&] {
+        return window.ground.grab().toImage().pixelColor(button->mapTo(&window.ground, QPoint(15, 15)));
+    };
+    EXPECT_EQ(ground(), QColor(45, 99, 167));
+    button->setEnabled(false);
+    EXPECT_GT(ground().lightness(), QColor(45, 99, 167).lightness() + 40);
+    button->setEnabled(true);
+    EXPECT_EQ(ground(), QColor(45, 99, 167));
+}
+
 TEST(MainWindowLayoutTest, TickingThePartitionBoxShowsTheFiveStillDisabledAndUntickingHidesThem)
 {
     MainWindowOnGround window(english());
