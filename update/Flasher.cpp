@@ -20,8 +20,8 @@ public:
           m_reporter(reporter),
           m_picture(picture)
     {
-        QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [this] { readOutput(); });
-        QObject::connect(&process, &QProcess::readyReadStandardError, &process, [this] { readErrors(); });
+        QObject::connect(&process, &QProcess::readyReadStandardOutput, &m_lifetime, [this] { readOutput(); });
+        QObject::connect(&process, &QProcess::readyReadStandardError, &m_lifetime, [this] { readErrors(); });
     }
 
     /// The run's result, once the process has ended.
@@ -71,6 +71,8 @@ private:
     ProgressPicture &m_picture;
     FlasherLines m_lines;
     BurnResult m_result = BurnWithoutSuccessLine;
+    /// Ends the connections: a process that outlives the run still speaks while it is destroyed.
+    QObject m_lifetime;
 };
 
 /// Says for the window's close question that a device is being written.
