@@ -19,13 +19,10 @@ QString FirmwareFileDialog::filters(bool iapDevice)
 
 QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
 {
-    // A path is short: whatever is longer is no remembered folder.
-    constexpr qint64 longestPath = 32768;
-
     QFile file(lastDirFile);
     QString folder;
     if (file.open(QIODevice::ReadOnly | QIODevice::Text))
-        folder = QString::fromUtf8(file.read(longestPath)).trimmed();
+        folder = QString::fromUtf8(file.readAll()).trimmed();
     return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : folder;
 }
 
