@@ -11,6 +11,12 @@ namespace {
 
 constexpr int toolLimitMs = 30000;
 
+/// With its size: the toolkit's conversion of a byte array stops at the first zero byte.
+QString decoded(const QByteArray &bytes)
+{
+    return QString::fromUtf8(bytes.constData(), bytes.size());
+}
+
 /// The output handlers of one run.
 class FlasherConsole
 {
@@ -43,7 +49,7 @@ private:
         const QByteArray bytes = m_process.readAllStandardOutput();
         if (bytes.isEmpty())
             return;
-        const QString text = QString::fromUtf8(bytes);
+        const QString text = decoded(bytes);
         qDebug().noquote() << "Standard Output:" << text;
         m_reporter.log(text);
         m_lines.feed(bytes);
@@ -61,7 +67,7 @@ private:
         const QByteArray bytes = m_process.readAllStandardError();
         if (bytes.isEmpty())
             return;
-        const QString text = QString::fromUtf8(bytes);
+        const QString text = decoded(bytes);
         qDebug().noquote() << "Standard Error:" << text;
         m_reporter.log(QLatin1String("!!!ERRORMESSAGE!!!: ") + text);
     }
