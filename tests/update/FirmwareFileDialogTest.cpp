@@ -1,0 +1,120 @@
+#include "update/FirmwareFileDialog.h"
+
+#include "tests/support/RecordedDebugStream.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class FirmwareFileDialogTest : public testing::Test
+{
+protected:
+    FirmwareFileDialogTest() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+
+    QString lastDirFile() const { return m_folder.filePath(QStringLiteral("last_dir.txt")); }
+    void remember(const QByteArray &content) const
+    {
+        QFile file(lastDirFile());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    QByteArray remembered() const
+    {
+        QFile file(lastDirFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+    QString start() const { return FirmwareFileDialog::startFolder(lastDirFile()); }
+    /// Runs the dialog and lets `operate` use it once it is shown.
+    template <typename F>
+    QString choose(F operate)
+    {
+        QTimer::singleShot(0, [operate] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            ASSERT_TRUE(dialog);
+            operate(dialog);
+        });
+        return FirmwareFileDialog::choose(&m_owner, false, lastDirFile());
+    }
+
+    const QString m_documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QTemporaryDir m_folder;
+    QWidget m_owner;
+};
+
+TEST_F(FirmwareFileDialogTest, TheKindThatTheDeviceTakesIsTheFirstFilter)
+{
+    EXPECT_EQ(FirmwareFileDialog::filters(true),
+              QStringLiteral("BIN 文件 (*.bin);;IMG 文件 (*.img);;所有文件 (*.*)"));
+    EXPECT_EQ(FirmwareFileDialog::filters(false),
+              QStringLiteral("IMG 文件 (*.img);;BIN 文件 (*.bin);;所有文件 (*.*)"));
+}
+
+TEST_F(FirmwareFileDialogTest, BlanksAndALineEndAroundTheRememberedFolderAreTrimmed)
+{
+    remember("  /srv/固件 images \t\r\n");
+    EXPECT_EQ(start(), QStringLiteral("/srv/固件 images"));
+}
+
+TEST_F(FirmwareFileDialogTest, WithoutARememberedFolderItStartsInTheDocuments)
+{
+    EXPECT_EQ(start(), m_documents);
+    remember(" \n");
+    EXPECT_EQ(start(), m_documents);
+}
+
+TEST_F(FirmwareFileDialogTest, TheRememberedFolderIsReadWhole)
+{
+    const QByteArray longPath = '/' + QByteArray(40000, 'x');
+    remember(longPath);
+    EXPECT_EQ(start(), QString::fromLatin1(longPath));
+}
+
+TEST_F(FirmwareFileDialogTest, TheFolderIsRememberedAsUtf8WithoutALineEnd)
+{
+    remember("a much longer text that has to go");
+    FirmwareFileDialog::rememberFolder(lastDirFile(), QStringLiteral("/srv/固件"));
+    EXPECT_EQ(remembered(), QByteArray("/srv/固件"));
+}
+
+TEST_F(FirmwareFileDialogTest, CancellingStillRemembersTheFolderThatTheDialogShowed)
+{
+    const RecordedDebugStream debug;
+    const QString chosen = choose([this](QFileDialog *dialog) {
+        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Chose UpDate File."));
+        EXPECT_EQ(dialog->parentWidget(), &m_owner);
+        EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFile);
+        dialog->setDirectory(m_folder.path());
+        dialog->reject();
+    });
+    EXPECT_EQ(chosen, QString());
+    EXPECT_EQ(remembered(), m_folder.path().toUtf8());
+    EXPECT_TRUE(debug.lines().contains(QStringLiteral("未选择文件")));
+}
+
+TEST_F(FirmwareFileDialogTest, AcceptingGivesTheFile)
+{
+    remember(m_folder.path().toUtf8());
+    const QString image = m_folder.filePath(QStringLiteral("a.img"));
+    ASSERT_TRUE(QFile(image).open(QIODevice::WriteOnly));
+    const RecordedDebugStream debug;
+    const QString chosen = choose([this](QFileDialog *dialog) {
+        EXPECT_EQ(dialog->directory().absolutePath(), m_folder.path());
+        dialog->findChild<QLineEdit *>()->setText(QStringLiteral("a.img"));
+        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open)->click();
+    });
+    EXPECT_EQ(chosen, image);
+    EXPECT_EQ(remembered(), m_folder.path().toUtf8());
+    EXPECT_TRUE(debug.lines().contains(QStringLiteral("选择的文件: ") + image));
+}
+
+} // namespace

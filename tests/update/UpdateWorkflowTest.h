@@ -1,0 +1,139 @@
+#pragma once
+
+#include "tests/update/FlasherTest.h"
+#include "update/UpdateWorkflow.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+
+/// A server's answer that the test makes up. What happens is noted among the reporter's log lines.
+class FakeFirmwareSource : public FirmwareSource
+{
+public:
+    explicit FakeFirmwareSource(Reporter &reporter) : m_reporter(reporter) {}
+
+    QString fetchFirmware(QJsonObject *manifest) override
+    {
+        m_reporter.log(QStringLiteral("(fetch)"));
+        *manifest = root;
+        return path;
+    }
+    QString deviceKey() const override { return QStringLiteral("M1"); }
+
+    /// An image at `imagePath` and a manifest with this sum for it.
+    void serve(const QString &imagePath, const QString &sum)
+    {
+        QDir().mkpath(QFileInfo(imagePath).path());
+        QFile file(imagePath);
+        file.open(QIODevice::WriteOnly);
+        file.write("hello");
+        path = imagePath;
+        const QJsonObject entry{{QStringLiteral("md5"), sum}};
+        root = {{QStringLiteral("CurrentVersion"), QJsonObject{{QStringLiteral("M1"), entry}}}};
+    }
+
+    QString path;
+    QJsonObject root;
+
+private:
+    Reporter &m_reporter;
+};
+
+class FakeUpdateHost : public UpdateHost
+{
+public:
+    explicit FakeUpdateHost(Reporter &reporter) : m_reporter(reporter) {}
+
+    bool sendUpdateMode() override
+    {
+        m_reporter.log(QStringLiteral("(send)"));
+        return entersBootloader;
+    }
+    bool startIapPanel() override
+    {
+        m_reporter.log(QStringLiteral("(panel)"));
+        return hasPanel;
+    }
+    void setPictureLevel(double /*percent*/) override {}
+    void repaintPicture() override {}
+
+    bool entersBootloader = true;
+    bool hasPanel = true;
+
+private:
+    Reporter &m_reporter;
+};
+
+/// A whole update whose server and window are made up and whose flashers are shell scripts.
+class UpdateWorkflowTest : public FlasherTest
+{
+protected:
+    UpdateWorkflowTest()
+    {
+        m_paths.temporaryFolder = m_folder.filePath(QStringLiteral("Tmp"));
+        m_state.setWriteType(QStringLiteral("USB"));
+        m_state.setRestartCheckable(true);
+        setDevice(QStringLiteral("M1"), 0);
+        m_tools.write(QStringLiteral("usb"), m_success);
+        m_tools.write(QStringLiteral("hid"), m_success);
+    }
+
+    void setDevice(const QString &name, quint8 iapFlag)
+    {
+        ChosenDevice device;
+        device.name = name;
+        device.iapFlag = iapFlag;
+        m_state.setDevice(device);
+    }
+    void serve(const QString &sum = QStringLiteral("5d41402abc4b2a76b9719d911017c592"))
+    {
+        m_source.serve(m_paths.downloadedImage(), sum);
+    }
+    UpdateWorkflow::Ending run()
+    {
+        UpdateWorkflow workflow(m_reporter, m_state, m_host, m_clock, m_paths, m_launch, m_source);
+        const auto ending = workflow.run();
+        workflow.finish(ending);
+        return ending;
+    }
+    /// What was reported, without the lines that the sum's check adds by itself.
+    QStringList events() const
+    {
+        QStringList kept;
+        for (const QString &event : m_reporter.events()) {
+            if (!event.contains(QLatin1String("FileMd5:")) && !event.contains(QLatin1String("serverjson:")))
+                kept.append(event);
+        }
+        return kept;
+    }
+    QStringList folderAndFetch(const QString &verdict) const
+    {
+        return {QStringLiteral("log usb tmpPath: ") + m_paths.temporaryFolder, QStringLiteral("log (fetch)"),
+                QStringLiteral("log now check downloadfile md5.."), QStringLiteral("log ") + verdict};
+    }
+
+    const QByteArray m_success = "[ \"$1\" = shcmd ] || echo 'Burn image successfully!'";
+    const QStringList m_controlsBack{QStringLiteral("check 1"), QStringLiteral("button 1")};
+    const QStringList m_blocked{
+        QStringLiteral("check 0"), QStringLiteral("button 0"),
+        QStringLiteral("log Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!")};
+    const QStringList m_enter{QStringLiteral("title Current Status: Attempting to Upgrade..."),
+                              QStringLiteral("log try to bootloader..."), QStringLiteral("log (send)"),
+                              QStringLiteral("log TryToBootloader Success!")};
+    const QStringList m_burnUsb{
+        QStringLiteral("log Current writeType is: USB."), QStringLiteral("log in usb write mode.."),
+        QStringLiteral("log Burn image successfully!\n"), QStringLiteral("progress 100")};
+    const QStringList m_burned{QStringLiteral("log Burn Image Success"),
+                               QStringLiteral("title Current Status: Upgrade Successful")};
+    const QStringList m_failure{QStringLiteral("log Burn Image Failed"),
+                                QStringLiteral("title Current Status: Upgrade Failed!")};
+    const QStringList m_resetUsb{QStringLiteral("log run usb reset."),
+                                 QStringLiteral("log try to RunCmdReset..."),
+                                 QStringLiteral("log RunCmdReset Done.")};
+
+    QTemporaryDir m_folder;
+    LaunchOptions m_launch;
+    FakeFirmwareSource m_source{m_reporter};
+    FakeUpdateHost m_host{m_reporter};
+};
