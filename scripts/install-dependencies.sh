@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build ccache pkg-config git ca-certificates
-    qtbase5-dev libusb-1.0-0-dev libhidapi-dev
+    qtbase5-dev qtbase5-private-dev libusb-1.0-0-dev libhidapi-dev
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
     clang-format clang-tidy
