@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace {
 
 QJsonObject deviceOf(const QString &key, int number, const QJsonObject &more = {})
@@ -109,6 +111,44 @@ protected:
     {
         QFile file(path(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+
+    /// A shell that waits for a child of its own; returns its process id.
+    int startShell()
+    {
+        const QString script = QStringLiteral("sleep 60 & echo $! > '%1'; wait").arg(path("child"));
+        const QJsonObject answer =
+            bus().request({{QStringLiteral("op"), QStringLiteral("run")},
+                           {QStringLiteral("program"), QStringLiteral("/bin/sh")},
+                           {QStringLiteral("arguments"), QJsonArray{QStringLiteral("-c"), script}}});
+        EXPECT_GT(answer.value(QLatin1String("pid")).toInt(), 1);
+        return answer.value(QLatin1String("pid")).toInt();
+    }
+    int childOfShell() const
+    {
+        QFile file(path("child"));
+        for (int i = 0; i < 1000; ++i, QThread::msleep(5)) {
+            if (file.open(QIODevice::ReadOnly)) {
+                const QByteArray number = file.readAll();
+                file.close();
+                if (number.endsWith('\n'))
+                    return number.trimmed().toInt();
+            }
+        }
+        ADD_FAILURE() << "the shell has no child";
+        return -1;
+    }
+    /// A process that has ended may remain for its parent to ask after; that is not alive.
+    static bool isAlive(int process)
+    {
+        QFile status(QStringLiteral("/proc/%1/stat").arg(process));
+        return status.open(QIODevice::ReadOnly) && !status.readAll().contains(") Z ");
+    }
+    static bool ends(int process)
+    {
+        for (int i = 0; i < 1000 && isAlive(process); ++i)
+            QThread::msleep(5);
+        return !isAlive(process);
     }
 
     const QByteArray m_right = QByteArray::fromHex("0443525400004150504e4557") + QByteArray(501, '\0');
@@ -307,17 +347,42 @@ TEST_F(SimulatedBusTest, UnpluggingWhileAProgramEnumeratesDoesNotCrashIt)
     EXPECT_GT(listerOutput().value(0).value(QLatin1String("times")).toInt(), 10);
 }
 
-TEST_F(SimulatedBusTest, TheProgramIsEndedTogetherWithItsController)
+TEST_F(SimulatedBusTest, OnlyOneProgramRunsAtATime)
 {
     startBus({});
     startLister({QStringLiteral("wait-file"), path("never")});
-    const QJsonObject answer = bus().state();
-    ASSERT_TRUE(answer.value(QLatin1String("program")).toObject().value(QLatin1String("running")).toBool());
-    const QJsonObject again = bus().request({{QStringLiteral("op"), QStringLiteral("run")},
-                                             {QStringLiteral("program"), QStringLiteral(BUS_LISTER)}});
-    EXPECT_FALSE(again.value(QLatin1String("ok")).toBool(true));
+    EXPECT_FALSE(bus().run(QStringLiteral(BUS_LISTER), {}));
+    EXPECT_TRUE(bus().program().value(QLatin1String("running")).toBool());
+}
+
+TEST_F(SimulatedBusTest, TheProgramAndWhatItStartedEndTogetherWithTheController)
+{
+    startBus({});
+    const int program = startShell();
+    const int child = childOfShell();
+    EXPECT_TRUE(isAlive(program));
+    EXPECT_TRUE(isAlive(child));
     EXPECT_TRUE(m_bus.stop());
-    EXPECT_FALSE(QFile::exists(path("never")));
+    EXPECT_TRUE(ends(program));
+    EXPECT_TRUE(ends(child));
+}
+
+TEST_F(SimulatedBusTest, WhatAProgramLeavesBehindIsKilledWhenItEnds)
+{
+    startBus({});
+    const int program = startShell();
+    const int child = childOfShell();
+    ASSERT_EQ(::kill(program, SIGTERM), 0);
+    EXPECT_TRUE(ends(child));
+}
+
+TEST_F(SimulatedBusTest, TheProgramEndsAlsoWhenItsControllerIsKilled)
+{
+    startBus({});
+    const int program = startShell();
+    ASSERT_GT(childOfShell(), 0);
+    ASSERT_EQ(::kill(static_cast<pid_t>(m_bus.processId()), SIGKILL), 0);
+    EXPECT_TRUE(ends(program));
 }
 
 TEST_F(SimulatedBusTest, AKilledProgramIsReportedAsSignalled)
