@@ -335,7 +335,7 @@ TEST_F(SimulatedBusTest, AHandleFromBeforeAnUnpluggingDoesNotReachTheDeviceThatC
     EXPECT_TRUE(bus().device(QStringLiteral("a")).value(QLatin1String("reports")).toArray().isEmpty());
 }
 
-TEST_F(SimulatedBusTest, UnpluggingWhileAProgramEnumeratesDoesNotCrashIt)
+TEST_F(SimulatedBusTest, PluggingAndUnpluggingWhileAProgramEnumeratesDoesNotCrashIt)
 {
     startBus({deviceOf(QStringLiteral("a"), 1), deviceOf(QStringLiteral("b"), 2)});
     startLister({QStringLiteral("watch"), path("stop")});
@@ -344,7 +344,9 @@ TEST_F(SimulatedBusTest, UnpluggingWhileAProgramEnumeratesDoesNotCrashIt)
         ASSERT_TRUE(bus().plug(QStringLiteral("b"))) << bus().errorText().toStdString();
     }
     touch("stop");
-    EXPECT_GT(listerOutput().value(0).value(QLatin1String("times")).toInt(), 10);
+    const QJsonObject watched = listerOutput().value(0);
+    EXPECT_GT(watched.value(QLatin1String("times")).toInt(), 10);
+    EXPECT_EQ(watched.value(QLatin1String("nullPaths")).toInt(-1), 0);
 }
 
 TEST_F(SimulatedBusTest, OnlyOneProgramRunsAtATime)
