@@ -6,7 +6,8 @@
 //   open-ids VENDOR PRODUCT  the same, by ids
 //   write HEX                writes these bytes
 //   wait-file FILE           waits until the file exists
-//   watch FILE               lists without a pause until the file exists, prints how often
+//   watch FILE               lists without a pause until the file exists, prints how often, and how
+//                            many interfaces without a path it came across
 
 #include <QFile>
 #include <QJsonArray>
@@ -114,11 +115,14 @@ void perform(Session &session, QStringList &arguments)
     } else if (command == QLatin1String("watch")) {
         const QString file = next();
         int times = 0;
+        int nullPaths = 0;
         for (; !QFile::exists(file); ++times) {
             usbDevices();
-            hidInterfaces();
+            const QJsonArray interfaces = hidInterfaces();
+            for (const QJsonValue &entry : interfaces)
+                nullPaths += entry.toObject().value(QLatin1String("path")).isNull() ? 1 : 0;
         }
-        print({{QStringLiteral("times"), times}});
+        print({{QStringLiteral("times"), times}, {QStringLiteral("nullPaths"), nullPaths}});
     }
 }
 

@@ -1,0 +1,162 @@
+#include "simulator/bus/BusProcess.h"
+#include "simulator/standin/StandinRuns.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class StandinTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QFile::copy(QStringLiteral(STANDIN), m_tool));
+        QFile image(m_image);
+        ASSERT_TRUE(image.open(QIODevice::WriteOnly));
+        image.write("the image");
+    }
+    void script(const QByteArray &json)
+    {
+        QFile file(m_tool + QStringLiteral(".script.json"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(json);
+    }
+    void startBus(const QByteArray &start)
+    {
+        const QByteArray description = R"({"devices":[{"key":"a","start":")" + start +
+                                       R"(","application":{"vendorId":"0xF101","productId":"0xA001"}}]})";
+        ASSERT_TRUE(m_bus.start(QStringLiteral(SIM_BUS), description)) << m_bus.errorText().toStdString();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QUILLMARSH_SIM_BUS"), m_bus.address());
+        m_process.setProcessEnvironment(environment);
+    }
+    int run(const QStringList &arguments)
+    {
+        m_process.setWorkingDirectory(m_folder.path());
+        m_process.start(m_tool, arguments);
+        EXPECT_TRUE(m_process.waitForFinished(20000)) << m_process.errorString().toStdString();
+        m_output = m_process.readAllStandardOutput();
+        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+    int burn() { return run({QStringLiteral("image"), m_image}); }
+
+    QTemporaryDir m_folder;
+    const QString m_tool = m_folder.filePath(QStringLiteral("upgcmd.exe"));
+    const QString m_image = m_folder.filePath(QStringLiteral("dev.img"));
+    BusProcess m_bus;
+    QProcess m_process;
+    QByteArray m_output;
+};
+
+TEST_F(StandinTest, AnHonestFlasherBurnsTheImageIntoTheBootloader)
+{
+    startBus("bootloader");
+    EXPECT_EQ(burn(), 0);
+    int last = -1;
+    for (const char *partition : {"spl", "env", "os", "rodata", "data"}) {
+        const int at = m_output.indexOf(QByteArray("Upgrade fwc: image.target.") + partition + ' ');
+        EXPECT_GT(at, last) << partition;
+        last = at;
+    }
+    EXPECT_TRUE(m_output.contains("Burn") && m_output.contains("successfully!"));
+    const QString saved = m_folder.filePath(QStringLiteral("saved"));
+    ASSERT_TRUE(m_bus.client().saveImage(QStringLiteral("a"), saved));
+    QFile file(saved);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "the image");
+}
+
+TEST_F(StandinTest, AnHonestFlasherCannotOpenADeviceThatIsNotInItsBootloader)
+{
+    startBus("application");
+    EXPECT_EQ(burn(), 1);
+    EXPECT_EQ(m_output, "Open upg device failed\n");
+}
+
+TEST_F(StandinTest, AnHonestFlasherWithoutABusCannotOpenTheDevice)
+{
+    EXPECT_EQ(burn(), 1);
+    EXPECT_EQ(m_output, "Open upg device failed\n");
+}
+
+TEST_F(StandinTest, TheResetCommandBringsTheDeviceBack)
+{
+    startBus("bootloader");
+    EXPECT_EQ(run({QStringLiteral("shcmd"), QStringLiteral("reset")}), 0);
+    EXPECT_TRUE(m_bus.client().waitForState(QStringLiteral("a"), QStringLiteral("application"), 5000));
+}
+
+TEST_F(StandinTest, EachRunPlaysItsOwnEntryAndTheLastOneIsRepeated)
+{
+    script(R"({"runs":[[{"print":"one"},{"exit":3}],[{"print":"two"},{"stderr":"oops"}]]})");
+    EXPECT_EQ(burn(), 3);
+    EXPECT_EQ(m_output, "one");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(burn(), 0);
+        EXPECT_EQ(m_output, "two");
+        EXPECT_EQ(m_process.readAllStandardError(), "oops");
+    }
+}
+
+TEST_F(StandinTest, ASectionForAFirstArgumentCountsItsOwnRuns)
+{
+    script(R"({"GetData":{"runs":[[{"print":"g1"}],[{"print":"g2"}]]},"runs":[[{"print":"x"}]]})");
+    run({QStringLiteral("Start")});
+    EXPECT_EQ(m_output, "x");
+    run({QStringLiteral("GetData")});
+    EXPECT_EQ(m_output, "g1");
+    run({QStringLiteral("GetData")});
+    EXPECT_EQ(m_output, "g2");
+}
+
+TEST_F(StandinTest, OutputIsWholeHoweverItIsSplit)
+{
+    script(R"({"runs":[[{"print":"abcdef","splitAt":2,"pauseMs":1},{"printHex":"00ff0a","byteWise":true,
+              "pauseMs":1},{"flood":150000},{"garbage":100}]]})");
+    EXPECT_EQ(burn(), 0);
+    EXPECT_EQ(m_output.size(), 6 + 3 + 150000 + 100);
+    EXPECT_TRUE(m_output.startsWith(QByteArray("abcdef\0\xff\n", 9)));
+}
+
+TEST_F(StandinTest, AScriptThatCannotBeReadDoesNotPassForAnHonestFlasher)
+{
+    startBus("bootloader");
+    script("{");
+    EXPECT_EQ(burn(), 98);
+    script(R"({"runs":[[{"sing":true}]]})");
+    EXPECT_EQ(burn(), 99);
+    EXPECT_EQ(m_bus.client().device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(-1), 0);
+}
+
+TEST_F(StandinTest, ACrashIsACrash)
+{
+    script(R"({"runs":[[{"crash":true}]]})");
+    EXPECT_EQ(burn(), -1);
+}
+
+TEST_F(StandinTest, RunsAreRecordedAlsoWhenTheyWereKilled)
+{
+    script(R"({"runs":[[{"sleepMs":50},{"exit":4}],[{"print":"up"},{"hang":true}]]})");
+    EXPECT_EQ(burn(), 4);
+    m_process.start(m_tool, {QStringLiteral("image"), QStringLiteral("x y")});
+    ASSERT_TRUE(m_process.waitForReadyRead(20000));
+    m_process.kill();
+    m_process.waitForFinished();
+    const QVector<StandinRun> runs = StandinRuns::read(m_tool);
+    ASSERT_EQ(runs.size(), 2);
+    EXPECT_EQ(runs.at(0).arguments, QStringList({QStringLiteral("image"), m_image}));
+    EXPECT_EQ(QFileInfo(runs.at(0).workingDirectory).canonicalFilePath(),
+              QFileInfo(m_folder.path()).canonicalFilePath());
+    EXPECT_GE(runs.at(0).endMs - runs.at(0).startMs, 50);
+    EXPECT_EQ(runs.at(0).exitCode, 4);
+    EXPECT_EQ(runs.at(1).arguments.value(1), QStringLiteral("x y"));
+    EXPECT_GE(runs.at(1).startMs, runs.at(0).endMs);
+    EXPECT_EQ(runs.at(1).endMs, -1);
+}
+
+} // namespace
