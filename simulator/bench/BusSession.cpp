@@ -14,24 +14,12 @@ constexpr int graceMs = 5000;
 
 /// The controller's own environment is the base, so what this process has and the program is not to
 /// have is taken out of it, with null. A preloaded bus stays.
-QJsonObject asJson(const QProcessEnvironment &environment)
-{
-    QJsonObject fields;
-    const QStringList inherited = QProcessEnvironment::systemEnvironment().keys();
-    for (const QString &name : inherited) {
-        if (name != QLatin1String("LD_PRELOAD"))
-            fields.insert(name, QJsonValue());
-    }
-    const QStringList names = environment.keys();
-    for (const QString &name : names)
-        fields.insert(name, environment.value(name));
-    return fields;
-}
 
 } // namespace
 
 BusSession::~BusSession()
 {
+    m_program.killProgram();
     if (m_client.isConnected())
         m_client.request({{QLatin1String("op"), QLatin1String("quit")}}, answerLimitMs);
     m_controller.end(graceMs);
@@ -47,9 +35,11 @@ bool BusSession::startController(const QStringList &command)
     m_error.clear();
     if (!m_controller.start(command))
         return false;
-    const quint16 port = m_controller.waitForPort(readyLimitMs);
-    if (port == 0)
+    const QJsonObject ready = m_controller.waitForReadyLine(readyLimitMs);
+    if (ready.isEmpty())
         return false;
+    m_busEnvironment = ready.value(QLatin1String("environment")).toObject();
+    const auto port = static_cast<quint16>(ready.value(QLatin1String("port")).toInt());
     if (m_client.connectTo(port, readyLimitMs))
         return true;
     m_error = QStringLiteral("no connection to the bus controller's port %1").arg(port);
@@ -79,29 +69,24 @@ bool BusSession::operate(const char *operation, QJsonObject fields)
 
 bool BusSession::run(const Launch &launch)
 {
-    return operate("run", {{QLatin1String("program"), launch.program},
-                           {QLatin1String("arguments"), QJsonArray::fromStringList(launch.arguments)},
-                           {QLatin1String("workingDirectory"), launch.workingDirectory},
-                           {QLatin1String("environment"), asJson(launch.environment)},
-                           {QLatin1String("stdout"), launch.stdoutFile},
-                           {QLatin1String("stderr"), launch.stderrFile}});
+    // Started from here, not by the controller: that has threads, and a fork of it can hang.
+    Launch onBus = launch;
+    for (auto variable = m_busEnvironment.begin(); variable != m_busEnvironment.end(); ++variable)
+        onBus.environment.insert(variable.key(), variable.value().toString());
+    if (m_program.run(onBus))
+        return true;
+    m_error = m_program.errorText();
+    return false;
 }
 
 ProgramHost::State BusSession::programState()
 {
-    const QJsonObject fields = state().value(QLatin1String("program")).toObject();
-    State program;
-    program.running = fields.value(QLatin1String("running")).toBool();
-    program.signalled = fields.value(QLatin1String("signalled")).toBool();
-    const QJsonValue exitCode = fields.value(QLatin1String("exitCode"));
-    if (exitCode.isDouble() && !program.signalled)
-        program.exitCode = exitCode.toInt();
-    return program;
+    return m_program.programState();
 }
 
 void BusSession::killProgram()
 {
-    operate("kill");
+    m_program.killProgram();
 }
 
 QJsonObject BusSession::state()

@@ -2,10 +2,10 @@
 
 #include "simulator/bench/ChildProcess.h"
 #include "simulator/bench/JsonLineClient.h"
-#include "simulator/bench/ProgramHost.h"
+#include "simulator/bench/PlainHost.h"
 
 /// A simulated bus, and the program under test on it. The bus outlives the program: the destructor
-/// asks the controller to end both, and kills them when it does not. One program per session.
+/// kills a program that still runs, and then asks the controller to end. One program at a time.
 class BusSession : public ProgramHost
 {
 public:
@@ -37,6 +37,9 @@ private:
     bool operate(const char *operation, QJsonObject fields = {});
 
     ChildProcess m_controller;
+    /// What puts a program onto the bus.
+    QJsonObject m_busEnvironment;
+    PlainHost m_program;
     JsonLineClient m_client;
     QString m_error;
 };

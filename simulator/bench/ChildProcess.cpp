@@ -56,17 +56,22 @@ QByteArray ChildProcess::waitForFirstLine(int limitMs)
     return line;
 }
 
-quint16 ChildProcess::waitForPort(int limitMs)
+QJsonObject ChildProcess::waitForReadyLine(int limitMs)
 {
     const QByteArray line = waitForFirstLine(limitMs);
     if (line.isEmpty())
-        return 0;
-    const int port = QJsonDocument::fromJson(line).object().value(QLatin1String("port")).toInt();
-    if (port <= 0 || port > 0xFFFF) {
-        m_error = m_process.program() + QStringLiteral(" named no port: ") + QString::fromUtf8(line);
-        return 0;
-    }
-    return static_cast<quint16>(port);
+        return {};
+    const QJsonObject ready = QJsonDocument::fromJson(line).object();
+    const int port = ready.value(QLatin1String("port")).toInt();
+    if (port > 0 && port <= 0xFFFF)
+        return ready;
+    m_error = m_process.program() + QStringLiteral(" named no port: ") + QString::fromUtf8(line);
+    return {};
+}
+
+quint16 ChildProcess::waitForPort(int limitMs)
+{
+    return static_cast<quint16>(waitForReadyLine(limitMs).value(QLatin1String("port")).toInt());
 }
 
 bool ChildProcess::isRunning()

@@ -20,7 +20,9 @@ public:
     /// Waits for the first whole line of the standard output; empty when the process ended or
     /// `limitMs` passed before it came.
     QByteArray waitForFirstLine(int limitMs);
-    /// The same for a line {"port":N}; 0 when none came.
+    /// The same for a line that is a JSON object with a "port"; empty when none came.
+    QJsonObject waitForReadyLine(int limitMs);
+    /// That line's port alone; 0 when none came.
     quint16 waitForPort(int limitMs);
 
     bool isRunning();

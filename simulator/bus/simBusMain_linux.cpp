@@ -4,6 +4,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -74,7 +76,13 @@ int main(int argc, char *argv[])
         }
     });
 
-    printf("{\"port\":%d}\n", port);
+    // A program that is started with these variables finds itself on this bus.
+    QJsonObject environment;
+    for (const char *name : {"LD_PRELOAD", "UMOCKDEV_DIR"})
+        environment.insert(QLatin1String(name), qEnvironmentVariable(name));
+    environment.insert(QStringLiteral("QUILLMARSH_SIM_BUS"), QStringLiteral("127.0.0.1:%1").arg(port));
+    const QJsonObject ready{{QStringLiteral("port"), port}, {QStringLiteral("environment"), environment}};
+    printf("%s\n", QJsonDocument(ready).toJson(QJsonDocument::Compact).constData());
     fflush(stdout);
     const int code = QCoreApplication::exec();
     server.endProgram();
