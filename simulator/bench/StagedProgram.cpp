@@ -125,18 +125,9 @@ bool StagedProgram::setScript(const QString &name, const QJsonDocument &script)
                  script.toJson());
 }
 
-QVector<QJsonObject> StagedProgram::runs(const QString &tool) const
+QVector<StandinRun> StagedProgram::runs(const QString &tool) const
 {
-    const QByteArray records =
-        contentsOf(applicationFolder() + QLatin1Char('/') + tool + QLatin1String(".runs.jsonl"));
-    QVector<QJsonObject> all;
-    const QList<QByteArray> lines = records.split('\n');
-    for (const QByteArray &line : lines) {
-        const QJsonDocument record = QJsonDocument::fromJson(line);
-        if (record.isObject()) // The last line may be just being written.
-            all.append(record.object());
-    }
-    return all;
+    return StandinRuns::read(applicationFolder() + QLatin1Char('/') + tool);
 }
 
 bool StagedProgram::setControlList(const QByteArray &contents)

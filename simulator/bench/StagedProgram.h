@@ -1,11 +1,11 @@
 #pragma once
 
 #include "simulator/bench/Launch.h"
+#include "simulator/standin/StandinRuns.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
-#include <QVector>
 
 /// A copy of the program in a folder of its own, with a temporary, a working and a home folder of
 /// its own, so that tests neither see each other nor the user's files. The folders go with the
@@ -34,8 +34,8 @@ public:
     bool addAllTools(const QString &standIn);
     /// Gives a tool that was added its script, in place of an earlier one.
     bool setScript(const QString &name, const QJsonDocument &script);
-    /// What a tool recorded, one object for each of its runs so far.
-    QVector<QJsonObject> runs(const QString &tool) const;
+    /// What a tool recorded of its runs so far.
+    QVector<StandinRun> runs(const QString &tool) const;
 
     /// The ids of the processes that run from this stage: the program, and the tools that it started
     /// and that have not ended.

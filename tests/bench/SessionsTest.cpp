@@ -84,7 +84,7 @@ protected:
     BusSession m_bus;
 };
 
-TEST_F(BusSessionTest, TheProgramRunsAsTheControllersChildAndItsExitCodeIsTold)
+TEST_F(BusSessionTest, TheProgramRunsAndItsExitCodeIsTold)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     EXPECT_FALSE(m_bus.programState().running);

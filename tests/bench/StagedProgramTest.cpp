@@ -100,15 +100,18 @@ TEST(StagedProgram, ToolsLieBesideTheProgramExecutableWithTheirScripts)
     EXPECT_FALSE(stage.addTool(QStringLiteral("dpscat.exe"), QStringLiteral("/no/such/tool")));
 }
 
-TEST(StagedProgram, ARecordIsReadOnlyOnceItIsWhole)
+TEST(StagedProgram, ARunIsReadFromItsStartAndItsEnd)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+    const QString tool = stage.applicationFolder() + QStringLiteral("/upgcmd.exe");
     EXPECT_TRUE(stage.runs(QStringLiteral("upgcmd.exe")).isEmpty());
-    ASSERT_TRUE(writeFile(stage.applicationFolder() + QStringLiteral("/upgcmd.exe.runs.jsonl"),
-                          "{\"arguments\":[\"image\"]}\n{\"arguments\":[\"shcmd\"]}\n{\"argum"));
-    const QVector<QJsonObject> runs = stage.runs(QStringLiteral("upgcmd.exe"));
+    StandinRuns::appendEnd(tool, StandinRuns::appendStart(tool, {QStringLiteral("image")}), 3);
+    StandinRuns::appendStart(tool, {QStringLiteral("shcmd")});
+    const QVector<StandinRun> runs = stage.runs(QStringLiteral("upgcmd.exe"));
     ASSERT_EQ(runs.size(), 2);
-    EXPECT_EQ(runs[1][QLatin1String("arguments")].toArray().first().toString(), QLatin1String("shcmd"));
+    EXPECT_EQ(runs[0].exitCode, 3);
+    EXPECT_EQ(runs[1].arguments, QStringList{QStringLiteral("shcmd")});
+    EXPECT_EQ(runs[1].exitCode, -1);
 }
 
 TEST(StagedProgram, TheControlListSwitchesItsModelsAndWriteTypesOn)

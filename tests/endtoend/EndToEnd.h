@@ -44,12 +44,8 @@ inline QJsonArray unreachable()
 inline QList<QStringList> argumentsOf(const StagedProgram &program, const QString &tool)
 {
     QList<QStringList> all;
-    for (const QJsonObject &run : program.runs(tool)) {
-        QStringList arguments;
-        for (const QJsonValue &argument : run.value(QLatin1String("arguments")).toArray())
-            arguments.append(argument.toString());
-        all.append(arguments);
-    }
+    for (const StandinRun &run : program.runs(tool))
+        all.append(run.arguments);
     return all;
 }
 

@@ -11,8 +11,8 @@ protected:
     QVector<qint64> starts()
     {
         QVector<qint64> times;
-        for (const QJsonObject &run : scenario().program.runs(usbFlasher))
-            times.append(static_cast<qint64>(run.value(QLatin1String("startMs")).toDouble()));
+        for (const StandinRun &run : scenario().program.runs(usbFlasher))
+            times.append(run.startMs);
         return times;
     }
 };
