@@ -36,6 +36,7 @@ void FileDownloader::startDownload()
         m_startFileSize = file.size();
     }
     QNetworkRequest request = HttpAnswer::byteExactRequest(m_url);
+    request.setTransferTimeout(stallTimeout);
     if (m_resumeOffset > 0) {
         if (endByte == 0)
             request.setRawHeader("Range", openRangeHeader(m_resumeOffset));
