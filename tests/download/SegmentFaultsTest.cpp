@@ -62,7 +62,7 @@ const Case cases[] = {
     {"AllRangesIgnored", "ignore-range", End::Exact},
     {"RangesIgnoredAndBrokenInTheMiddle", "ignore-range close-after:bytes=35000,range=3,times=1", End::Exact},
 
-    {"RedirectOfOneSegment", "redirect:range=3,to=/copy.bin", End::Exact},
+    {"RedirectOfOneSegment", "redirect:path=/image.bin,range=3,to=/copy.bin", End::Exact},
     {"RedirectOfAll", "redirect:path=/image.bin,to=/copy.bin", End::Exact},
     {"RedirectInACircle", "redirect:range=3,to=/image.bin", End::GivesUp},
 
@@ -101,7 +101,7 @@ TEST_P(SegmentFaultsTest, TheFileIsExactOrTheRunDoesNotSucceed)
     const QStringList faults = QString::fromUtf8(each.faults).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (QString text : faults)
         fault(text.replace(QLatin1Char('\t'), QLatin1Char(' ')).toUtf8().constData());
-    m_stallTimeout = 500;
+    m_worker.stallTimeout = 500;
     m_clock.sleepsCount = each.end == End::NoSize;
     if (each.end == End::GivesUp) {
         // A few rounds after a segment has given up and the others have finished, the user leaves.

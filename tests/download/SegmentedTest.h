@@ -34,13 +34,11 @@ protected:
         m_worker.url = serve(QStringLiteral("/image.bin"), content).toString();
         m_worker.savePath = local("dev.img");
     }
-    /// Shortens the segments' waits; called on the worker's thread.
+    /// Shortens the segments' delays; called on the worker's thread.
     void hurry()
     {
-        for (FileDownloader *segment : qAsConst(m_worker.segments)) {
+        for (FileDownloader *segment : qAsConst(m_worker.segments))
             segment->retryDelay = 2;
-            segment->stallTimeout = m_stallTimeout;
-        }
     }
     /// Runs a download to its end.
     bool run(int count = 10)
@@ -80,7 +78,6 @@ protected:
     ThreadFileDownloader m_worker{nullptr, &m_label, m_clock};
     QStringList m_states;
     QList<int> m_percents;
-    int m_stallTimeout = 3000;
     std::atomic<bool> m_isEnded{false};
     std::atomic<bool> m_result{false};
 };

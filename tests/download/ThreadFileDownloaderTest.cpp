@@ -345,6 +345,7 @@ TEST_F(ThreadFileDownloaderTest, TheParentArgumentIsOnlyKept)
 {
     QObject parent;
     ThreadFileDownloader worker(&parent, &m_label);
+    EXPECT_EQ(worker.stallTimeout, 30000);
     EXPECT_EQ(worker.parent(), nullptr);
     EXPECT_EQ(worker.parentArg, &parent);
     EXPECT_EQ(worker.stateLabel, &m_label);
