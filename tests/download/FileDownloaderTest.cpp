@@ -320,7 +320,7 @@ TEST_F(FileDownloaderTest, TheRetryCountIsNeverReset)
 
 TEST_F(FileDownloaderTest, ARetryResumesFromTheLocalFilesLength)
 {
-    fault("reset-after:bytes=700,times=1");
+    fault("close-after:bytes=700,times=1");
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));

@@ -2,6 +2,7 @@
 
 #include "download/FileDownloader.h"
 #include "download/ThreadFileDownloader.h"
+#include "support/LanguageUtilities.h"
 #include "tests/download/DownloadTest.h"
 #include "tests/download/QuickClock.h"
 #include "tests/support/RecordingReporter.h"
@@ -18,6 +19,7 @@ class SegmentedTest : public DownloadTest
 protected:
     SegmentedTest()
     {
+        LanguageUtilities::instance(); // tells, once, which tables are missing
         serveImage(m_content);
         m_clock.onSleep = [this] {
             hurry();
