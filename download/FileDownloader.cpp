@@ -36,6 +36,7 @@ void FileDownloader::startDownload()
         m_startFileSize = file.size();
     }
     QNetworkRequest request = HttpAnswer::byteExactRequest(m_url);
+    request.setTransferTimeout(stallTimeout);
     if (m_resumeOffset > 0) {
         if (endByte == 0)
             request.setRawHeader("Range", openRangeHeader(m_resumeOffset));
@@ -264,16 +265,20 @@ FileDownloader::Writing FileDownloader::writeAvailable()
         return Writing::Done;
     }
     locateBody();
+    const qint64 available = m_reply->bytesAvailable();
+    const BodySlice slice = cutBody(m_bodyPosition, available, m_wanted, endByte);
     QFile file(filePath);
-    if (!file.open(QIODevice::Append | QIODevice::Unbuffered)) {
+    // Nothing wanted makes no file either: an empty part would pass for a complete one.
+    if (slice.take > 0 && !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qCritical().noquote() << "Unable to open file for writing:" << filePath;
         HttpAnswer::ignoreSslErrorsOnceAnswered(*m_reply);
         m_lastProblem = filePath + QStringLiteral(": ") + file.errorString();
         return Writing::FileNotOpened;
     }
-    const QByteArray data = m_reply->readAll();
-    const BodySlice slice = cutBody(m_bodyPosition, data.size(), m_wanted, endByte);
-    m_bodyPosition += data.size();
+    const QByteArray data = m_reply->read(available);
+    m_bodyPosition += available;
+    if (slice.take == 0)
+        return Writing::Done;
     const qint64 written = file.write(data.constData() + slice.skip, slice.take);
     if (written > 0) {
         m_wanted += written;

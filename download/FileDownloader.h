@@ -47,6 +47,9 @@ public:
     int maxRetries = 20;
     /// Milliseconds before a retry.
     int retryDelay = 1000;
+    /// Milliseconds without a byte after which a request counts as failed. The toolkit can lose the
+    /// news of a connection that was reset, and the request would then never end.
+    int stallTimeout = 30000;
     /// Total size that the reply's head told.
     qint64 m_totalSize = 0;
 

@@ -123,6 +123,7 @@ void ThreadFileDownloader::startSegments(Run &run)
         run.parts.append(part);
         segments.append(segment);
         segment->wholeFileSize = run.size;
+        segment->stallTimeout = stallTimeout;
         segment->startByte = ranges.at(i).start;
         segment->endByte = ranges.at(i).end;
         segment->startDownload();

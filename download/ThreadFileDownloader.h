@@ -43,6 +43,8 @@ public:
     QString savePath;
     /// Those of every run; never cleared. They live on the thread of the run that made them.
     QList<FileDownloader *> segments;
+    /// Handed to each segment: milliseconds without a byte after which its request is made again.
+    int stallTimeout = 30000;
     QObject *parentArg;
     QLabel *stateLabel;
 

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "simulator/server/FirmwareServer.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMetaMethod>
+#include <QNetworkProxyFactory>
+#include <QRandomGenerator>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+/// Bytes that look like nothing else of the same file.
+inline QByteArray someBytes(int size)
+{
+    QRandomGenerator generator(quint32(size) + 1);
+    QByteArray bytes(size, '\0');
+    for (char &byte : bytes)
+        byte = char(generator.bounded(256));
+    return bytes;
+}
+
+/// "signal name(types)" or "slot name(types)" for each entry of a class of its own, in order.
+inline std::vector<std::string> entriesOf(const QMetaObject &type)
+{
+    std::vector<std::string> entries;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        const bool isSignal = method.methodType() == QMetaMethod::Signal;
+        const bool isSlot = method.methodType() == QMetaMethod::Slot;
+        entries.push_back((isSignal ? "signal "
+                           : isSlot ? "slot "
+                                    : "other ") +
+                          method.methodSignature().toStdString());
+    }
+    return entries;
+}
+
+/// A test with a firmware server that serves one folder, and a folder to download to.
+class DownloadTest : public testing::Test
+{
+protected:
+    DownloadTest()
+    {
+        QNetworkProxyFactory::setUseSystemConfiguration(false);
+        EXPECT_TRUE(m_server.listen());
+    }
+
+    FirmwareServer &server() { return m_server; }
+    void fault(const char *text)
+    {
+        QString error;
+        EXPECT_TRUE(m_server.addFault(QString::fromUtf8(text), &error)) << qPrintable(error);
+    }
+    /// Puts a file on the server; `path` begins with a slash.
+    QUrl serve(const QString &path, const QByteArray &content)
+    {
+        write(m_served.path() + path, content);
+        return m_server.url(path);
+    }
+    /// Where a download may go.
+    QString local(const char *name) const { return m_local.filePath(QString::fromUtf8(name)); }
+
+    static void write(const QString &path, const QByteArray &content)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+    static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QList<QByteArray> rangesAsked() const
+    {
+        QList<QByteArray> ranges;
+        const QList<ServerRequest> requests = m_server.requests();
+        for (const ServerRequest &request : requests)
+            ranges.append(request.header("Range"));
+        return ranges;
+    }
+
+    /// Processes this thread's events until `isReached`; false after a generous limit.
+    template <typename Predicate>
+    static bool pumpUntil(Predicate isReached, int limitMs = 20000)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!isReached()) {
+            if (timer.elapsed() > limitMs)
+                return false;
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        return true;
+    }
+    /// Processes events for a while, for what must not happen.
+    static void pumpFor(int milliseconds)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < milliseconds)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+
+private:
+    QTemporaryDir m_served;
+    QTemporaryDir m_local;
+    FirmwareServer m_server{m_served.path()};
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QNetworkReply>
+
+/// A reply with any status that counts the calls of ignoreSslErrors().
+class FakeReply : public QNetworkReply
+{
+public:
+    explicit FakeReply(int status)
+    {
+        if (status > 0)
+            setAttribute(QNetworkRequest::HttpStatusCodeAttribute, status);
+    }
+    void abort() override {}
+    void ignoreSslErrors() override { ++ignored; }
+
+    int ignored = 0;
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+};

@@ -1,0 +1,203 @@
+#include "download/FileDownloaderHTTP.h"
+#include "tests/download/DownloadTest.h"
+#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordingReporter.h"
+
+#include <QRegularExpression>
+
+#include <thread>
+
+namespace {
+
+class FileDownloaderHTTPTest : public DownloadTest
+{
+protected:
+    FileDownloaderHTTPTest() : m_url(serve(QStringLiteral("/manifest.json"), m_content).toString()) {}
+
+    void start() { emit m_downloader.sigDownloadFile(m_url, m_path); }
+    bool waitForLine(const QString &beginning)
+    {
+        return pumpUntil([&] { return countLines(beginning) > 0; });
+    }
+    int countLines(const QString &beginning) const
+    {
+        int found = 0;
+        const QStringList lines = m_reporter.logLines();
+        for (const QString &line : lines)
+            found += line.startsWith(beginning);
+        return found;
+    }
+
+    const QByteArray m_content = someBytes(20000);
+    QString m_url;
+    const QString m_path = local("dev.jn");
+    RecordingReporter m_reporter;
+    CapturedMessages m_messages;
+    FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
+};
+
+TEST_F(FileDownloaderHTTPTest, SignalAndSlotsStandInTheirOrderAndNothingElse)
+{
+    EXPECT_EQ(entriesOf(FileDownloaderHTTP::staticMetaObject),
+              (std::vector<std::string>{"signal sigDownloadFile(QString,QString)", "slot onReadyRead()",
+                                        "slot onDownloadProgress(qlonglong,qlonglong)",
+                                        "slot onDownloadFinished()", "slot onDownloadFile(QString,QString)",
+                                        "slot onError(QNetworkReply::NetworkError)"}));
+}
+
+TEST_F(FileDownloaderHTTPTest, AFileIsFetchedAndToldInPercent)
+{
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_EQ(read(m_path), m_content);
+    const QStringList lines = m_reporter.logLines();
+    EXPECT_EQ(lines.first(), QStringLiteral("try to download dev json..."));
+    EXPECT_TRUE(lines.contains(QStringLiteral("Progress:100%")));
+    EXPECT_EQ(lines.last(), QStringLiteral("Download finished successfully."));
+    EXPECT_EQ(countLines(QStringLiteral("Received:")), 0);
+    EXPECT_GE(m_messages.count(QStringLiteral("Progress: 100 %")), 1);
+}
+
+TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
+{
+    fault("chunked");
+    fault("slow-drip:bytes=5000,ms=150");
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_EQ(read(m_path), m_content);
+    const QRegularExpression received(QStringLiteral("^Received:[1-9][0-9]*bytes$"));
+    EXPECT_FALSE(m_reporter.logLines().filter(received).isEmpty());
+    const QRegularExpression toldReceived(QStringLiteral("^Received: [1-9][0-9]* bytes$"));
+    EXPECT_FALSE(m_messages.texts().filter(toldReceived).isEmpty());
+    // At the end the toolkit knows the size after all.
+    EXPECT_EQ(countLines(QStringLiteral("Progress:")), countLines(QStringLiteral("Progress:100%")));
+}
+
+TEST_F(FileDownloaderHTTPTest, AWorkerPollsWhileTheRequestRunsOnThisThread)
+{
+    QByteArray seen;
+    std::thread worker([&] {
+        m_downloader.succeeded = false;
+        start();
+        for (int i = 0; i < 2000 && !m_downloader.succeeded; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        seen = read(m_path);
+    });
+    EXPECT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    worker.join();
+    EXPECT_EQ(seen, m_content) << "the file is complete when success is seen";
+}
+
+TEST_F(FileDownloaderHTTPTest, AnInvalidAddressIsRefusedWithoutARequest)
+{
+    m_url = QStringLiteral("http://[");
+    start();
+    EXPECT_EQ(m_reporter.logLines(),
+              (QStringList{QStringLiteral("try to download dev json..."), QStringLiteral("Invalid URL")}));
+    EXPECT_EQ(m_messages.texts(), QStringList{QStringLiteral("Invalid URL: http://[")});
+    EXPECT_FALSE(QFile::exists(m_path));
+    EXPECT_FALSE(m_downloader.succeeded);
+}
+
+TEST_F(FileDownloaderHTTPTest, AFileThatCannotBeOpenedIsToldAndNothingIsAsked)
+{
+    const QString path = local("missing/dev.jn");
+    emit m_downloader.sigDownloadFile(m_url, path);
+    pumpFor(50);
+    EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("Could not open file for writing"));
+    EXPECT_EQ(m_messages.texts(), QStringList{QStringLiteral("Could not open file for writing: ") + path});
+    EXPECT_TRUE(server().requests().isEmpty());
+    EXPECT_FALSE(m_downloader.succeeded);
+}
+
+TEST_F(FileDownloaderHTTPTest, AnErrorRemovesTheFileAndIsTold)
+{
+    fault("404");
+    start();
+    ASSERT_TRUE(waitForLine(QStringLiteral("Download finished with error:")));
+    EXPECT_FALSE(QFile::exists(m_path));
+    EXPECT_FALSE(m_downloader.succeeded);
+    EXPECT_EQ(m_messages.count(QStringLiteral("Download error:")), 1);
+    EXPECT_TRUE(m_messages.texts().join(QLatin1Char(' ')).contains(QStringLiteral("ContentNotFoundError")));
+    EXPECT_EQ(m_messages.count(QStringLiteral("Download finished with error:")), 1);
+    EXPECT_EQ(countLines(QStringLiteral("Download finished successfully.")), 0);
+    // The error's text follows the colon directly.
+    EXPECT_FALSE(m_reporter.logLines().last().startsWith(QStringLiteral("Download finished with error: ")));
+}
+
+TEST_F(FileDownloaderHTTPTest, AConnectionThatBreaksIsNoSuccess)
+{
+    for (const char *text :
+         {"close-after:bytes=0", "close-after:bytes=10000", "close-after:bytes=19999", "503"}) {
+        server().clearFaults();
+        fault(text);
+        const int before = countLines(QStringLiteral("Download finished with error:"));
+        start();
+        ASSERT_TRUE(pumpUntil([&] {
+            return countLines(QStringLiteral("Download finished with error:")) > before;
+        })) << text;
+        EXPECT_FALSE(m_downloader.succeeded) << text;
+        EXPECT_FALSE(QFile::exists(m_path)) << text;
+    }
+}
+
+TEST_F(FileDownloaderHTTPTest, AResetConnectionIsNoSuccess)
+{
+    // The toolkit loses some resets; the caller's limit then ends the wait.
+    fault("reset-after:bytes=10000");
+    start();
+    pumpUntil([&] { return countLines(QStringLiteral("Download finished")) > 0; }, 500);
+    m_downloader.abandonDownload();
+    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path); }));
+    EXPECT_FALSE(m_downloader.succeeded);
+    EXPECT_EQ(countLines(QStringLiteral("Download finished successfully.")), 0);
+}
+
+TEST_F(FileDownloaderHTTPTest, ARedirectIsFollowed)
+{
+    serve(QStringLiteral("/other.json"), m_content);
+    fault("redirect:path=/manifest.json,to=/other.json");
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_EQ(read(m_path), m_content);
+}
+
+TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNeitherFileNorLines)
+{
+    fault("stall-after:bytes=5000");
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() == 5000; }));
+    const QStringList before = m_reporter.logLines();
+    m_downloader.abandonDownload();
+    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path) && server().openConnections() == 0; }));
+    EXPECT_EQ(m_reporter.logLines(), before);
+    EXPECT_EQ(m_messages.count(QStringLiteral("Download")), 0);
+    EXPECT_FALSE(m_downloader.succeeded);
+}
+
+TEST_F(FileDownloaderHTTPTest, ARequestAfterAnAbandonedOneIsWholeAndItsOwn)
+{
+    fault("slow-drip:bytes=1000,ms=10,times=1");
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() >= 1000; }));
+    m_downloader.abandonDownload();
+    std::thread worker([&] { start(); });
+    worker.join();
+    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_EQ(read(m_path), m_content);
+    EXPECT_EQ(countLines(QStringLiteral("Download finished")), 1);
+}
+
+TEST_F(FileDownloaderHTTPTest, ANewRequestDropsOneThatStillRuns)
+{
+    fault("stall-after:bytes=5000,times=1");
+    start();
+    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() == 5000; }));
+    const QString second = local("second.jn");
+    emit m_downloader.sigDownloadFile(m_url, second);
+    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_EQ(read(second), m_content);
+    EXPECT_FALSE(QFile::exists(m_path));
+}
+
+} // namespace

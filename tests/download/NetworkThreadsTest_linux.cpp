@@ -1,0 +1,62 @@
+// The toolkit gives each network manager a thread; the process's threads are listed under /proc.
+
+#include "tests/download/SegmentedTest.h"
+
+#include <QDir>
+
+namespace {
+
+int networkThreads()
+{
+    int count = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    const QStringList ids = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &id : ids) {
+        QFile name(tasks.filePath(id + QStringLiteral("/comm")));
+        count += name.open(QIODevice::ReadOnly) && name.readAll().startsWith("QNetworkAccess");
+    }
+    return count;
+}
+
+class NetworkThreadsTest : public SegmentedTest
+{
+protected:
+    /// A thread that has ended stays listed for a moment.
+    static bool areAllGone()
+    {
+        return pumpUntil([] { return networkThreads() == 0; }, 3000);
+    }
+};
+
+TEST_F(NetworkThreadsTest, NoThreadIsLeftAfterARun)
+{
+    int most = 0;
+    m_clock.onSleep = [&] {
+        most = std::max(most, networkThreads());
+    };
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(run());
+        EXPECT_TRUE(areAllGone()) << "after run " << i + 1;
+    }
+    EXPECT_GE(most, 10) << "each segment had one";
+}
+
+TEST_F(NetworkThreadsTest, NoThreadIsLeftAfterAMergeThatFailed)
+{
+    ASSERT_TRUE(QDir().mkdir(m_worker.savePath));
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(areAllGone());
+}
+
+TEST_F(NetworkThreadsTest, NoThreadIsLeftWhenTheProgramLeaves)
+{
+    fault("stall-after:bytes=0,nth=2");
+    begin();
+    ASSERT_TRUE(pumpUntil([&] { return server().requests().size() == 11; }));
+    EXPECT_GE(networkThreads(), 11);
+    m_clock.leave();
+    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    EXPECT_TRUE(areAllGone());
+}
+
+} // namespace

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "support/Clock.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <thread>
+
+/// A clock whose sleeps really take 2 ms at most, so that what happens on other threads can happen.
+/// Each sleep first calls the hook, on the sleeping thread; a test looks at the worker's objects
+/// there.
+class QuickClock : public Clock
+{
+public:
+    QuickClock() { m_timer.start(); }
+
+    qint64 nowMs() const override { return m_timer.elapsed() + m_skippedMs; }
+    bool sleepMs(int milliseconds) override
+    {
+        ++sleeps;
+        if (onSleep)
+            onSleep();
+        if (m_leaving)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(std::min(milliseconds, 2)));
+        if (sleepsCount)
+            m_skippedMs += milliseconds;
+        return !m_leaving;
+    }
+    bool isLeaving() const override { return m_leaving; }
+    void leave() { m_leaving = true; }
+
+    /// Whether nowMs() advances by what was slept (and real time, too) or by real time only.
+    bool sleepsCount = false;
+    std::function<void()> onSleep;
+    std::atomic<int> sleeps{0};
+
+private:
+    QElapsedTimer m_timer;
+    std::atomic<qint64> m_skippedMs{0};
+    std::atomic<bool> m_leaving{false};
+};
