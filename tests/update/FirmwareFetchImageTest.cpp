@@ -1,0 +1,138 @@
+#include "tests/update/FirmwareFetchTest.h"
+
+#include <QPushButton>
+
+namespace {
+
+class FirmwareFetchImageTest : public FirmwareFetchTest
+{
+};
+
+TEST_F(FirmwareFetchImageTest, ASuccessReportsEachStepInOrderAndStoresTheImage)
+{
+    QFile stale(m_paths.temporaryFolder + QStringLiteral("/tmp/stale"));
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    const QString url = m_rig.server.url(QStringLiteral("/m1.img")).toString();
+
+    EXPECT_EQ(fetch(), m_paths.downloadedImage());
+    EXPECT_EQ(
+        m_reporter.events(),
+        m_parsing + manifestRead() +
+            (QStringList{
+                QStringLiteral("log parse json Success:"),
+                QStringLiteral("log Keys under 'CurrentVersion':M1"),
+                QStringLiteral("log Found fileURL forM1"),
+                QStringLiteral("title Current Status: Successfully Parsed File Address"),
+                QStringLiteral("log try to clear tmp dir/tmp"), QStringLiteral("log try to download file..."),
+                QStringLiteral("title Current Status: Trying to Retrieve File..."),
+                QStringLiteral("log is img file type."),
+                QStringLiteral("log Begin To Downloader Json: ") + url,
+                QStringLiteral("log Wait Servier Return File Size..."),
+                QStringLiteral("log AllDownloadFileSize: 65539"), QStringLiteral("log Begin Download now..."),
+                QStringLiteral("log Now merge Files..."), QStringLiteral("log merge Files Success"),
+                QStringLiteral("title Current Status: File Downloaded Successfully"),
+                QStringLiteral("log Download Success")}));
+    EXPECT_EQ(m_reporter.fallbacks(), (QStringList{QStringLiteral("当前状态: 尝试从服务器解析固件地址..."),
+                                                   QStringLiteral("当前状态: 解析文件地址成功"),
+                                                   QStringLiteral("当前状态: 尝试获取文件..."),
+                                                   QStringLiteral("当前状态: 下载文件成功")}));
+    EXPECT_EQ(contentOf(m_paths.downloadedImage()), m_image);
+    EXPECT_EQ(QDir(m_paths.temporaryFolder + QStringLiteral("/tmp")).entryList(QDir::Files),
+              QStringList{QStringLiteral("dev.img")});
+    EXPECT_EQ(m_state.imagePath(), m_paths.downloadedImage());
+    EXPECT_EQ(m_key, QStringLiteral("M1"));
+    EXPECT_TRUE(m_manifest.contains(QStringLiteral("CurrentVersion")));
+}
+
+TEST_F(FirmwareFetchImageTest, TheImageIsFetchedInTenRanges)
+{
+    fetch();
+    QSet<QByteArray> ranges;
+    for (const ServerRequest &request : m_rig.server.requests()) {
+        if (!request.header("range").isEmpty())
+            ranges.insert(request.header("range"));
+    }
+    EXPECT_EQ(ranges.size(), 10);
+}
+
+TEST_F(FirmwareFetchImageTest, TheManifestIsStoredBesideTheProgramWhoseFolderIsMadeWhenMissing)
+{
+    ASSERT_FALSE(QDir(m_paths.applicationDir).exists());
+    fetch();
+    EXPECT_EQ(contentOf(m_paths.applicationDir + QStringLiteral("/qmake/dev.jn")), m_manifestText.toUtf8());
+}
+
+TEST_F(FirmwareFetchImageTest, AnIapDevicesImageIsStoredAsDevBin)
+{
+    setDevice(QStringLiteral("M1"), 1);
+    EXPECT_EQ(fetch(), m_paths.temporaryFolder + QStringLiteral("/tmp/dev.bin"));
+    EXPECT_TRUE(m_reporter.logLines().contains(QStringLiteral("is bin file type.")));
+    EXPECT_EQ(contentOf(m_paths.downloadedIapImage()), m_image);
+    EXPECT_FALSE(QFile::exists(m_paths.downloadedImage()));
+}
+
+TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedGivesTheControlsBack)
+{
+    m_rig.setFault(QStringLiteral("stall:path=/m1.img"));
+    PumpingClock clock;
+    ThreadFileDownloader impatient(nullptr, nullptr, clock);
+    m_state.setImagePath(QStringLiteral("/srv/before.img"));
+    const QString path = onWorkerThread([&] {
+        FirmwareFetch run(m_reporter, m_state, Clock::real(), m_paths, m_downloader, impatient, nullptr);
+        return run.fetchFirmware(&m_manifest);
+    });
+    EXPECT_EQ(path, QString());
+    EXPECT_EQ(m_reporter.events().mid(m_reporter.events().size() - 4),
+              (QStringList{QStringLiteral("title Current Status: Error Occurred While Downloading File!"),
+                           QStringLiteral("log Download ERROR!"), QStringLiteral("check 1"),
+                           QStringLiteral("button 1")}));
+    EXPECT_EQ(m_reporter.fallbacks().last(), QStringLiteral("当前状态: 下载文件发生错误!"));
+    EXPECT_EQ(m_state.imagePath(), QStringLiteral("/srv/before.img"));
+}
+
+TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpUnderTheNameThatIsPicked)
+{
+    setDevice(QStringLiteral("Other"), 0);
+    m_state.setBootloaderPresent(true);
+    ChosefirmwareWidget chooser(m_paths.manifestUrl);
+    QTimer whenShown;
+    QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] {
+        if (chooser.isVisible())
+            chooser.findChild<QPushButton *>(QStringLiteral("choose M1"))->click();
+    });
+    whenShown.start(5);
+    EXPECT_EQ(fetch(&chooser), m_paths.downloadedImage());
+    EXPECT_EQ(m_reporter.events().mid(0, 4),
+              (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
+                           QStringLiteral("log ChoseDev: M1")}) +
+                  m_parsing);
+    EXPECT_EQ(m_key, QStringLiteral("M1"));
+    EXPECT_EQ(m_state.device().name, QStringLiteral("Other"));
+}
+
+TEST_F(FirmwareFetchImageTest, WithoutABootloaderTheChooserStaysHidden)
+{
+    ChosefirmwareWidget chooser(m_paths.manifestUrl);
+    bool wasShown = false;
+    QObject::connect(&chooser, &ChosefirmwareWidget::sigSetHide, &chooser,
+                     [&](bool close) { wasShown = wasShown || !close; });
+    EXPECT_EQ(fetch(&chooser), m_paths.downloadedImage());
+    EXPECT_FALSE(wasShown);
+}
+
+TEST_F(FirmwareFetchImageTest, AChooserClosedWithoutAPickEndsTheFetch)
+{
+    m_state.setBootloaderPresent(true);
+    ChosefirmwareWidget chooser(m_paths.manifestUrl);
+    QTimer whenShown;
+    QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] { chooser.close(); });
+    whenShown.start(50);
+    EXPECT_EQ(fetch(&chooser), QString());
+    EXPECT_EQ(m_reporter.events(),
+              (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
+                           QStringLiteral("log ChoseDev: "), QStringLiteral("log ChoseDev is null，return"),
+                           QStringLiteral("check 1"), QStringLiteral("button 1")}));
+    EXPECT_EQ(m_key, QString());
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "tests/support/ManualClock.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/update/ManifestServer.h"
+#include "tests/update/OnWorkerThread.h"
+
+#include "download/FileDownloaderHTTP.h"
+#include "download/ThreadFileDownloader.h"
+#include "support/ShutdownFlag.h"
+#include "update/ChosefirmwareWidget.h"
+#include "update/FirmwareFetch.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+
+/// Passes the time of each sleep in 2 ms, in which the network has its say.
+class PumpingClock : public ManualClock
+{
+public:
+    bool sleepMs(int milliseconds) override
+    {
+        QThread::msleep(2);
+        QCoreApplication::processEvents();
+        return ManualClock::sleepMs(milliseconds);
+    }
+};
+
+/// The fetch with the real downloaders, against a loopback server.
+class FirmwareFetchTest : public testing::Test
+{
+protected:
+    FirmwareFetchTest()
+    {
+        m_paths.applicationDir = m_folder.filePath(QStringLiteral("app"));
+        m_paths.temporaryFolder = m_folder.filePath(QStringLiteral("temporary"));
+        m_paths.manifestUrl = m_rig.manifestUrl();
+        QDir().mkpath(m_paths.temporaryFolder + QStringLiteral("/tmp"));
+        setDevice(QStringLiteral("M1"), 0);
+        m_rig.write(QStringLiteral("m1.img"), m_image);
+        setEntry(QStringLiteral("M1"), m_rig.server.url(QStringLiteral("/m1.img")).toString());
+    }
+    void TearDown() override { ShutdownFlag::instance().lower(); }
+
+    void setDevice(const QString &name, quint8 iapFlag)
+    {
+        ChosenDevice device;
+        device.name = name;
+        device.iapFlag = iapFlag;
+        m_state.setDevice(device);
+    }
+    /// A manifest with one device, and this address for its image.
+    void setEntry(const QString &key, const QString &url)
+    {
+        m_manifestText =
+            QStringLiteral(R"({"CurrentVersion":{"%1":{"fileURL":"%2","downloadURL":"%2"}}})").arg(key, url);
+        m_rig.setManifest(m_manifestText.toUtf8());
+    }
+    FirmwareFetch makeFetch(Clock &clock, ChosefirmwareWidget *chooser = nullptr)
+    {
+        return {m_reporter, m_state, clock, m_paths, m_downloader, m_segmentWorker, chooser};
+    }
+    /// A fetch as in the program: on a thread of its own, in real time.
+    QString fetch(ChosefirmwareWidget *chooser = nullptr)
+    {
+        return onWorkerThread([this, chooser] {
+            FirmwareFetch run = makeFetch(Clock::real(), chooser);
+            const QString path = run.fetchFirmware(&m_manifest);
+            m_key = run.deviceKey();
+            return path;
+        });
+    }
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+
+    const QStringList m_parsing{
+        QStringLiteral("title Current Status: Trying to Parse Firmware Address from Server..."),
+        QStringLiteral("log Try To Get File Address...")};
+    QStringList manifestRead() const
+    {
+        return {QStringLiteral("log Download succeeded."), QStringLiteral("log Json Download succeeded."),
+                QStringLiteral("log devjson:") + m_manifestText, QStringLiteral("log Try To parse json...")};
+    }
+    const QStringList m_noAddress{QStringLiteral("title Current Status: Failed to Parse File Address"),
+                                  QStringLiteral("log Get File Address Failed!"), QStringLiteral("check 1"),
+                                  QStringLiteral("button 1")};
+
+    const QByteArray m_image = QByteArray("0123456789abcdef").repeated(4096) + "end";
+    QString m_manifestText;
+    ManifestServer m_rig;
+    QTemporaryDir m_folder;
+    UpdatePaths m_paths;
+    LiveState m_state;
+    RecordingReporter m_reporter;
+    /// What the plain downloader says, apart, since it says it on another thread.
+    RecordingReporter m_downloaderLog;
+    FileDownloaderHTTP m_downloader{nullptr, &m_downloaderLog};
+    ThreadFileDownloader m_segmentWorker{nullptr, nullptr};
+    QJsonObject m_manifest;
+    QString m_key;
+};

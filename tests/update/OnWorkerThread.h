@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+/// Runs `work` on a thread of its own, as the workflow runs, while the calling thread's events go
+/// on; returns what it returned. Fails the test when that takes longer than `limitMs`.
+template <typename F>
+auto onWorkerThread(F work, int limitMs = 20000)
+{
+    decltype(work()) result{};
+    const std::unique_ptr<QThread> worker(QThread::create([&] { result = work(); }));
+    QEventLoop loop;
+    QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(limitMs, &loop, [&loop] {
+        ADD_FAILURE() << "the worker is still at work";
+        loop.quit();
+    });
+    worker->start();
+    loop.exec();
+    worker->wait();
+    return result;
+}
