@@ -36,6 +36,14 @@ TEST_F(LocalFilesTest, OfTwoImagesNamedBAndCapitalATheLatterComesFirst)
               (QStringList{QStringLiteral("A.img"), QStringLiteral("b.img")}));
 }
 
+TEST_F(LocalFilesTest, TheOrderOfImagesDisregardsCase)
+{
+    touch(QStringLiteral("B.img"));
+    touch(QStringLiteral("a.img"));
+    EXPECT_EQ(LocalFiles::listImages(m_folder.path()),
+              (QStringList{QStringLiteral("a.img"), QStringLiteral("B.img")}));
+}
+
 TEST_F(LocalFilesTest, OnlyPlainImgFilesAreListedEachSaidWithItsPath)
 {
     touch(QStringLiteral("a.bin"));

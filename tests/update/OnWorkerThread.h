@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ShutdownFlag.h"
+
 #include <QEventLoop>
 #include <QThread>
 #include <QTimer>
@@ -11,7 +13,7 @@
 /// Runs `work` on a thread of its own, as the workflow runs, while the calling thread's events go
 /// on; returns what it returned. Fails the test when that takes longer than `limitMs`.
 template <typename F>
-auto onWorkerThread(F work, int limitMs = 20000)
+auto onWorkerThread(F work, int limitMs = 15000)
 {
     decltype(work()) result{};
     const std::unique_ptr<QThread> worker(QThread::create([&] { result = work(); }));
@@ -19,7 +21,7 @@ auto onWorkerThread(F work, int limitMs = 20000)
     QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(limitMs, &loop, [&loop] {
         ADD_FAILURE() << "the worker is still at work";
-        loop.quit();
+        ShutdownFlag::instance().raise(); // ends whatever it waits for
     });
     worker->start();
     loop.exec();
