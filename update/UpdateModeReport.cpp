@@ -1,14 +1,9 @@
 #include "update/UpdateModeReport.h"
 
-#include <utility>
-
 ReportLayout reportLayoutFor(const QOperatingSystemVersion &system)
 {
-    // Not compared as a whole: a running system carries its build number, which would make every
-    // real Windows 7 newer than the toolkit's constant.
-    const auto release = std::make_pair(system.majorVersion(), system.minorVersion());
     const bool oldWindows =
-        system.type() == QOperatingSystemVersion::Windows && release <= std::make_pair(6, 1);
+        system.type() == QOperatingSystemVersion::Windows && !(system > QOperatingSystemVersion::Windows7);
     return oldWindows ? ReportLayout::Shifted : ReportLayout::WithReportId;
 }
 
