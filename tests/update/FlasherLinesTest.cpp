@@ -77,7 +77,7 @@ TEST(FlasherLinesTest, OfALongerLineTheNewest64KibibytesAreCarried)
     constexpr int carried = 64 * 1024;
     for (const bool isKept : {true, false}) {
         FlasherLines lines;
-        lines.feed(QByteArray(1000, '.') + "Burn" + QByteArray(carried - (isKept ? 4 : 3), '.'));
+        lines.feed(QByteArray(1000, '.') + "Burn" + QByteArray(carried - (isKept ? 17 : 16), '.'));
         lines.feed("successfully!");
         EXPECT_EQ(lines.verdict().has_value(), isKept);
     }

@@ -20,7 +20,7 @@ TEST_P(ReportLayoutTest, IsChosenByTheSystemsVersionOnly)
     EXPECT_EQ(reportLayoutFor(GetParam().system), GetParam().layout);
 }
 
-// The running system's version carries a build number; the toolkit's constants carry none.
+// The running system's version carries a build number, which does not count; the constants carry none.
 INSTANTIATE_TEST_SUITE_P(
     Systems, ReportLayoutTest,
     testing::Values(
