@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 QJsonObject object(const char *json)
@@ -19,6 +21,11 @@ struct ParseCase
     const char *english;
     const char *chinese;
 };
+
+void PrintTo(const ParseCase &value, std::ostream *stream)
+{
+    *stream << value.name;
+}
 
 class ManifestParseTest : public testing::TestWithParam<ParseCase>
 {
@@ -48,6 +55,11 @@ struct LookupCase
     const char *url;
     QStringList messages;
 };
+
+void PrintTo(const LookupCase &value, std::ostream *stream)
+{
+    *stream << value.name;
+}
 
 class ManifestLookupTest : public testing::TestWithParam<LookupCase>
 {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 struct ChunkCase
@@ -11,6 +13,11 @@ struct ChunkCase
     QVector<int> progress;
     std::optional<BurnResult> result;
 };
+
+void PrintTo(const ChunkCase &value, std::ostream *stream)
+{
+    *stream << value.name;
+}
 
 class FlasherChunkTest : public testing::TestWithParam<ChunkCase>
 {

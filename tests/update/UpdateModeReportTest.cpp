@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 struct SystemCase
@@ -10,6 +12,11 @@ struct SystemCase
     QOperatingSystemVersion system;
     ReportLayout layout;
 };
+
+void PrintTo(const SystemCase &value, std::ostream *stream)
+{
+    *stream << value.name;
+}
 
 class ReportLayoutTest : public testing::TestWithParam<SystemCase>
 {
