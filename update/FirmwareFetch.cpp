@@ -40,6 +40,8 @@ QString FirmwareFetch::fetchFirmware(QJsonObject *manifest)
     m_reporter.setStateTitle(UpdateTitles::parsingAddress);
     m_reporter.log(QStringLiteral("Try To Get File Address..."));
     const QString address = downloadManifest() ? addressFromManifest(manifest) : QString();
+    if (m_clock.isLeaving())
+        return {};
     if (address.isEmpty()) {
         m_reporter.setStateTitle(UpdateTitles::addressFailed);
         qDebug() << "解析img地址失败!";
