@@ -42,7 +42,7 @@ if(QUILLMARSH_SANITIZER)
     target_link_options(quillmarsh_common INTERFACE "-fsanitize=${QUILLMARSH_SANITIZER}")
     if(QUILLMARSH_SANITIZER MATCHES "address")
         # The simulated bus is preloaded; a shared runtime would have to come before it.
-        target_link_options(quillmarsh_common INTERFACE -static-libasan)
+        target_link_options(quillmarsh_common INTERFACE $<$<CXX_COMPILER_ID:GNU>:-static-libasan>)
     endif()
 else()
     target_compile_definitions(quillmarsh_common INTERFACE
