@@ -274,6 +274,21 @@ TEST_F(FileDownloaderTest, ANetworkErrorIsToldAndRetried)
     EXPECT_EQ(messages.texts(QtCriticalMsg).size(), 2);
 }
 
+TEST_F(FileDownloaderTest, AnErrorPageNeverReachesTheFile)
+{
+    for (const char *text : {"503:times=1", "404:times=1"}) {
+        for (const qint64 end : {0, 3000}) {
+            QFile::remove(m_path);
+            server().clearFaults();
+            fault(text);
+            const auto downloader = make(0, end);
+            downloader->startDownload();
+            ASSERT_TRUE(waitFor(*downloader, 1)) << text;
+            EXPECT_EQ(read(m_path), end ? m_content.left(3000) : m_content) << text;
+        }
+    }
+}
+
 TEST_F(FileDownloaderTest, ARetryWaitsItsDelay)
 {
     fault("503:times=1");
