@@ -335,8 +335,9 @@ TEST_F(FileDownloaderTest, TheRetryCountIsNeverReset)
 
 TEST_F(FileDownloaderTest, ARetryResumesFromTheLocalFilesLength)
 {
-    fault("close-after:bytes=700,times=1");
+    fault("stall-after:bytes=700,times=1");
     const auto downloader = make(1000, 3000);
+    downloader->stallTimeout = 300;
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
     EXPECT_EQ(rangesAsked(), (QList<QByteArray>{"bytes=1000-2999", "bytes=1700-2999"}));
