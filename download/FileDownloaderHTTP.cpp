@@ -49,7 +49,7 @@ void FileDownloaderHTTP::removeFile()
     m_file.reset();
 }
 
-// The parameters are by value: the class's entries are fixed to the letter.
+// The parameters are by value: the signal's and the slot's signatures are fixed.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
 {
