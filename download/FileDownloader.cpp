@@ -54,6 +54,7 @@ void FileDownloader::startDownload()
         request.setRawHeader("Range", rangeHeader(startByte + m_resumeOffset, endByte));
     }
     m_wanted = (endByte > 0 ? startByte : 0) + m_resumeOffset;
+    m_receivedBytes = 0;
     m_broughtBytes = 0;
     m_bodyLead = 0;
     m_isBodyLocated = false;
@@ -158,8 +159,9 @@ void FileDownloader::onFinished(QNetworkReply *reply)
 void FileDownloader::finishWithoutError()
 {
     const Writing writing = writeAvailable();
+    const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
     const bool isShort = endByte > 0 && m_wanted < endByte;
-    if (writing == Writing::Done && !(isShort && m_broughtBytes > 0)) {
+    if (writing == Writing::Done && !isCut && !(isShort && m_broughtBytes > 0)) {
         // A range that is short and brought nothing would not end otherwise; the sum over the whole
         // file decides whether it was right.
         qDebug() << "Download completed successfully!";
@@ -168,7 +170,7 @@ void FileDownloader::finishWithoutError()
     }
     if (writing == Writing::Done) {
         m_lastProblem = QStringLiteral("the server sent less than it was asked for");
-        qWarning().noquote() << "Range ended early:" << m_wanted << "of" << endByte;
+        qWarning().noquote() << "Transfer ended early at byte" << m_wanted;
     }
     state = Failed;
     retryOrGiveUp();
@@ -277,6 +279,7 @@ FileDownloader::Writing FileDownloader::writeAvailable()
     }
     const QByteArray data = m_reply->read(available);
     m_bodyPosition += available;
+    m_receivedBytes += available;
     if (slice.take == 0)
         return Writing::Done;
     const qint64 written = file.write(data.constData() + slice.skip, slice.take);

@@ -86,6 +86,8 @@ private:
     qint64 m_wanted = 0;
     /// Bytes that the body brings before the first wanted one.
     qint64 m_bodyLead = 0;
+    /// Bytes of the current body that were read, and those of them that were written.
+    qint64 m_receivedBytes = 0;
     qint64 m_broughtBytes = 0;
     bool m_isBodyLocated = false;
     bool m_isReadRetryArmed = false;

@@ -49,7 +49,7 @@ void FileDownloaderHTTP::removeFile()
     m_file.reset();
 }
 
-// The parameters are by value: the class's entries are fixed to the letter.
+// The parameters are by value: the signal's and the slot's signatures are fixed.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
 {
@@ -68,6 +68,7 @@ void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
         m_file.reset();
         return;
     }
+    m_receivedBytes = 0;
     m_reply = m_manager->get(HttpAnswer::request(address));
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloaderHTTP::onReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloaderHTTP::onDownloadProgress);
@@ -80,6 +81,7 @@ void FileDownloaderHTTP::onReadyRead()
     if (!m_file || !m_reply)
         return;
     const QByteArray data = m_reply->readAll();
+    m_receivedBytes += data.size();
     if (m_file->write(data) == data.size() && m_file->flush())
         return;
     m_owner->log(QStringLiteral("Could not write file: ") + m_file->errorString());
@@ -99,13 +101,18 @@ void FileDownloaderHTTP::onDownloadFinished()
 {
     if (!m_reply)
         return;
-    const bool isClean = m_reply->error() == QNetworkReply::NoError;
+    const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
+    const bool isClean = m_reply->error() == QNetworkReply::NoError && !isCut;
     if (isClean) {
         qDebug() << "Download finished successfully.";
         m_owner->log(QStringLiteral("Download finished successfully."));
     } else {
-        qDebug().noquote() << "Download finished with error:" << m_reply->errorString();
-        m_owner->log(QStringLiteral("Download finished with error:") + m_reply->errorString());
+        const QString problem = m_reply->error() == QNetworkReply::NoError
+                                    ? QStringLiteral("the connection ended early")
+                                    : m_reply->errorString();
+        qDebug().noquote() << "Download finished with error:" << problem;
+        m_owner->log(QStringLiteral("Download finished with error:") + problem);
+        removeFile();
     }
     if (m_file) {
         m_file->flush();

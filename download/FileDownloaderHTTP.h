@@ -49,5 +49,6 @@ private:
     QNetworkAccessManager *m_manager;
     QPointer<QNetworkReply> m_reply;
     std::unique_ptr<QFile> m_file;
+    qint64 m_receivedBytes = 0;
     Reporter *m_owner;
 };

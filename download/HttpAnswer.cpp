@@ -66,3 +66,12 @@ qint64 HttpAnswer::firstByteOfBody(int status, const QByteArray &contentRange, q
         return 0;
     return firstOfContentRange(contentRange).value_or(asked);
 }
+
+bool HttpAnswer::isCutShort(const QNetworkReply &reply, qint64 received)
+{
+    // Of a compressed body the head announces other bytes than are read.
+    if (reply.hasRawHeader("Content-Encoding"))
+        return false;
+    const QVariant announced = reply.header(QNetworkRequest::ContentLengthHeader);
+    return announced.isValid() && received < announced.toLongLong();
+}

@@ -39,4 +39,8 @@ std::optional<qint64> firstOfContentRange(const QByteArray &value);
 /// `asked`, when it says nothing usable), else the file's start.
 qint64 firstByteOfBody(int status, const QByteArray &contentRange, qint64 asked);
 
+/// Whether fewer bytes of the body came than the head announced. The toolkit can report a connection
+/// that was reset in the middle as a clean end.
+bool isCutShort(const QNetworkReply &reply, qint64 received);
+
 } // namespace HttpAnswer

@@ -13,7 +13,7 @@ struct SegmentRange
 /// Cuts `size` bytes into `count` ranges of size / count bytes; the last one takes the remainder, too.
 ///
 /// Starts are 64-bit, but ends are carried in 32 bits, each one being the previous one plus the part
-/// size, and wrap as two's complement: files of 2 GiB and more are outside the design. A file of
+/// size, and wrap as two's complement: files of 2 GiB and more are not supported. A file of
 /// fewer bytes than segments gives ends of 0 for all but the last. A count below 1 gives no range.
 QList<SegmentRange> cutIntoRanges(qint64 size, int count);
 

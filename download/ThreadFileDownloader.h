@@ -67,6 +67,6 @@ private:
     void dropNetworks();
 
     Clock &m_clock;
-    /// Why the last merge failed, where the required texts would leave the user without a reason.
+    /// Why the last merge failed, which the status does not tell.
     QString m_mergeProblem;
 };

@@ -67,7 +67,7 @@ int main(int argc, char *argv[])
                                         QStringLiteral("DIR"), QStringLiteral("."));
     const QCommandLineOption faultOption(QStringLiteral("fault"),
                                          QStringLiteral("A fault to switch on; may be repeated."),
-                                         QStringLiteral("SPEC"));
+                                         QStringLiteral("FAULT"));
     parser.addOptions({portOption, rootOption, faultOption});
     parser.process(application);
 

@@ -11,6 +11,8 @@ public:
         if (status > 0)
             setAttribute(QNetworkRequest::HttpStatusCodeAttribute, status);
     }
+    void announce(qint64 length) { setHeader(QNetworkRequest::ContentLengthHeader, length); }
+    void encode() { setRawHeader("Content-Encoding", "gzip"); }
     void abort() override {}
     void ignoreSslErrors() override { ++ignored; }
 

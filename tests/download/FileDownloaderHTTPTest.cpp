@@ -148,7 +148,8 @@ TEST_F(FileDownloaderHTTPTest, AResetConnectionIsNoSuccess)
     start();
     pumpUntil([&] { return countLines(QStringLiteral("Download finished")) > 0; }, 500);
     m_downloader.abandonDownload();
-    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path); }));
+    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path); }))
+        << qPrintable(m_reporter.logLines().join(QLatin1Char('|'))) << read(m_path).size();
     EXPECT_FALSE(m_downloader.succeeded);
     EXPECT_EQ(countLines(QStringLiteral("Download finished successfully.")), 0);
 }

@@ -274,6 +274,21 @@ TEST_F(FileDownloaderTest, ANetworkErrorIsToldAndRetried)
     EXPECT_EQ(messages.texts(QtCriticalMsg).size(), 2);
 }
 
+TEST_F(FileDownloaderTest, AnErrorPageNeverReachesTheFile)
+{
+    for (const char *text : {"503:times=1", "404:times=1"}) {
+        for (const qint64 end : {0, 3000}) {
+            QFile::remove(m_path);
+            server().clearFaults();
+            fault(text);
+            const auto downloader = make(0, end);
+            downloader->startDownload();
+            ASSERT_TRUE(waitFor(*downloader, 1)) << text;
+            EXPECT_EQ(read(m_path), end ? m_content.left(3000) : m_content) << text;
+        }
+    }
+}
+
 TEST_F(FileDownloaderTest, ARetryWaitsItsDelay)
 {
     fault("503:times=1");
@@ -320,8 +335,9 @@ TEST_F(FileDownloaderTest, TheRetryCountIsNeverReset)
 
 TEST_F(FileDownloaderTest, ARetryResumesFromTheLocalFilesLength)
 {
-    fault("close-after:bytes=700,times=1");
+    fault("stall-after:bytes=700,times=1");
     const auto downloader = make(1000, 3000);
+    downloader->stallTimeout = 300;
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
     EXPECT_EQ(rangesAsked(), (QList<QByteArray>{"bytes=1000-2999", "bytes=1700-2999"}));

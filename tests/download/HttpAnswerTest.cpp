@@ -57,4 +57,16 @@ TEST(HttpAnswerTest, TheBodyOfAPartBeginsWhereContentRangeSays)
     EXPECT_EQ(HttpAnswer::firstByteOfBody(200, "bytes 100-199/5000", 7), 0);
 }
 
+TEST(HttpAnswerTest, ABodyWithFewerBytesThanAnnouncedIsCutShort)
+{
+    FakeReply reply(200);
+    EXPECT_FALSE(HttpAnswer::isCutShort(reply, 0)) << "nothing was announced";
+    reply.announce(100);
+    EXPECT_TRUE(HttpAnswer::isCutShort(reply, 0));
+    EXPECT_TRUE(HttpAnswer::isCutShort(reply, 99));
+    EXPECT_FALSE(HttpAnswer::isCutShort(reply, 100));
+    reply.encode();
+    EXPECT_FALSE(HttpAnswer::isCutShort(reply, 99)) << "those were other bytes";
+}
+
 } // namespace

@@ -30,6 +30,7 @@ protected:
 
 TEST_F(NetworkThreadsTest, NoThreadIsLeftAfterARun)
 {
+    fault("slow-drip:nth=2,bytes=2000,ms=20"); // long enough to be looked at
     int most = 0;
     m_clock.onSleep = [&] {
         most = std::max(most, networkThreads());

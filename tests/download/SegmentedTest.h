@@ -50,7 +50,7 @@ protected:
         if (!m_isEnded)
             m_clock.leave();
         QThreadPool::globalInstance()->waitForDone();
-        pumpFor(0);
+        QCoreApplication::sendPostedEvents(); // the last texts and percentages
         return m_result;
     }
     void begin(int count = 10)
