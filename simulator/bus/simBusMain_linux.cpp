@@ -85,7 +85,6 @@ int main(int argc, char *argv[])
     printf("%s\n", QJsonDocument(ready).toJson(QJsonDocument::Compact).constData());
     fflush(stdout);
     const int code = QCoreApplication::exec();
-    server.endProgram();
     close(signalDescriptor);
     return code;
 }
