@@ -19,7 +19,7 @@ LaunchOptions parseArguments(int argc, const char *const argv[])
 
 LaunchOptions parseCommandLine(int argc, const char *const argv[])
 {
-    const LaunchOptions options = parseArguments(argc, argv);
+    LaunchOptions options = parseArguments(argc, argv);
     if (options.isTessilonixMode && options.wantedModelName.isEmpty()) {
         // An error in an information box: so companion programs' manuals show it.
         QMessageBox::information(nullptr, QStringLiteral("Error"), QStringLiteral("TessilonixDev isNull.!"),

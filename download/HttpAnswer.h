@@ -12,7 +12,7 @@ class QUrl;
 namespace HttpAnswer {
 
 /// As much of a body as a reply may hold before it is read: enough for full speed.
-constexpr qint64 readBufferSize = 1024 * 1024;
+constexpr qint64 readBufferSize = qint64(1024) * 1024;
 
 /// A request that follows redirects, but never from https to http.
 QNetworkRequest request(const QUrl &url);

@@ -124,7 +124,7 @@ QString FirmwareFetch::downloadImage(const QString &address)
 
     const bool isIap = m_state.device().iapFlag != 0;
     m_reporter.log(isIap ? QStringLiteral("is bin file type.") : QStringLiteral("is img file type."));
-    const QString path = isIap ? m_paths.downloadedIapImage() : m_paths.downloadedImage();
+    QString path = isIap ? m_paths.downloadedIapImage() : m_paths.downloadedImage();
     m_segmentWorker.url = address;
     m_segmentWorker.savePath = path;
     if (!m_segmentWorker.downloadInSegments(segmentCount, &m_reporter)) {

@@ -46,7 +46,7 @@ QString FirmwareFileDialog::choose(QWidget *owner, bool iapDevice, const QString
     const bool accepted = dialog.exec() == QDialog::Accepted;
     rememberFolder(lastDirFile, dialog.directory().absolutePath());
 
-    const QString file = accepted ? dialog.selectedFiles().value(0) : QString();
+    QString file = accepted ? dialog.selectedFiles().value(0) : QString();
     if (file.isEmpty())
         qDebug() << "未选择文件";
     else

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "simulator/bench/ChildProcess.h"
-#include "simulator/bench/JsonLineClient.h"
 #include "simulator/bench/PlainHost.h"
+#include "simulator/bus/BusClient.h"
 
 /// A simulated bus, and the program under test on it. The bus outlives the program: the destructor
 /// kills a program that still runs, and then asks the controller to end. One program at a time.
@@ -21,25 +21,24 @@ public:
     void killProgram() override;
     QString errorText() const override;
 
+    /// All that a controller can be asked for; the functions below are the part of it that most need.
+    BusClient &client() { return m_client; }
     /// Everything that the controller tells; empty without an answer.
-    QJsonObject state();
+    QJsonObject state() { return m_client.state(); }
     /// The fields of one device; empty when there is none of that key.
-    QJsonObject device(const QString &key);
+    QJsonObject device(const QString &key) { return m_client.device(key); }
     /// Waits until the device is in `state`: "application", "bootloader" or "absent".
     bool waitForDevice(const QString &key, const QString &state, int limitMs);
-    bool plug(const QString &key);
-    bool unplug(const QString &key);
+    bool plug(const QString &key) { return m_client.plug(key); }
+    bool unplug(const QString &key) { return m_client.unplug(key); }
     /// Writes the bytes that were burned into the device to a file.
-    bool saveImage(const QString &key, const QString &path);
+    bool saveImage(const QString &key, const QString &path) { return m_client.saveImage(key, path); }
 
 private:
-    QJsonObject request(const QJsonObject &request);
-    bool operate(const char *operation, QJsonObject fields = {});
-
     ChildProcess m_controller;
     /// What puts a program onto the bus.
     QJsonObject m_busEnvironment;
     PlainHost m_program;
-    JsonLineClient m_client;
+    BusClient m_client;
     QString m_error;
 };

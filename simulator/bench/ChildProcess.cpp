@@ -1,6 +1,5 @@
 #include "simulator/bench/ChildProcess.h"
 
-#include "simulator/bench/ChildLifetime.h"
 #include "simulator/bench/Polling.h"
 
 #include <QFile>
@@ -11,11 +10,6 @@ constexpr int startLimitMs = 10000;
 constexpr int terminateLimitMs = 2000;
 constexpr int errorTail = 2000;
 } // namespace
-
-void ChildProcess::BoundProcess::setupChildProcess()
-{
-    ChildLifetime::bindToParent();
-}
 
 ChildProcess::ChildProcess() = default;
 
@@ -29,13 +23,10 @@ bool ChildProcess::start(const QStringList &command, const QProcessEnvironment &
     m_process.setProcessEnvironment(environment);
     m_process.setStandardOutputFile(m_folder.filePath(QStringLiteral("stdout")));
     m_process.setStandardErrorFile(m_folder.filePath(QStringLiteral("stderr")));
-    m_process.start(command.value(0), command.mid(1));
-    if (!m_process.waitForStarted(startLimitMs)) {
-        m_error = command.value(0) + QStringLiteral(": ") + m_process.errorString();
-        return false;
-    }
-    m_processId = m_process.processId();
-    return true;
+    if (m_process.startAndWait(command.value(0), command.mid(1), startLimitMs))
+        return true;
+    m_error = command.value(0) + QStringLiteral(": ") + m_process.errorString();
+    return false;
 }
 
 QByteArray ChildProcess::waitForFirstLine(int limitMs)
@@ -74,18 +65,6 @@ quint16 ChildProcess::waitForPort(int limitMs)
     return static_cast<quint16>(waitForReadyLine(limitMs).value(QLatin1String("port")).toInt());
 }
 
-bool ChildProcess::isRunning()
-{
-    if (m_process.state() != QProcess::NotRunning)
-        m_process.waitForFinished(0); // Notices an end without an event loop.
-    return m_process.state() != QProcess::NotRunning;
-}
-
-qint64 ChildProcess::processId() const
-{
-    return m_processId;
-}
-
 bool ChildProcess::end(int graceMs)
 {
     if (m_process.state() == QProcess::NotRunning)
@@ -98,7 +77,7 @@ bool ChildProcess::end(int graceMs)
             m_process.kill();
             m_process.waitForFinished(terminateLimitMs);
         }
-        ChildLifetime::killGroup(m_processId);
+        m_process.killAll();
     }
     return endedByItself;
 }

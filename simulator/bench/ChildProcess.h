@@ -1,7 +1,9 @@
 #pragma once
 
+#include "simulator/bench/BoundProcess.h"
+
 #include <QJsonObject>
-#include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 /// A helper process of the bench with an open standard input. Its output goes to files, so that it
@@ -25,8 +27,8 @@ public:
     /// That line's port alone; 0 when none came.
     quint16 waitForPort(int limitMs);
 
-    bool isRunning();
-    qint64 processId() const;
+    bool isRunning() { return m_process.isRunning(); }
+    qint64 processId() const { return m_process.leaderId(); }
     /// Closes the standard input and gives the process `graceMs` to end; then terminates it, then
     /// kills it and its process group. Returns whether it ended by itself.
     bool end(int graceMs);
@@ -35,16 +37,9 @@ public:
     QString errorText() const;
 
 private:
-    class BoundProcess : public QProcess
-    {
-    protected:
-        void setupChildProcess() override;
-    };
-
     QByteArray contents(const char *fileName) const;
 
     QTemporaryDir m_folder;
     BoundProcess m_process;
-    qint64 m_processId = 0;
     QString m_error;
 };

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "simulator/bench/BoundProcess.h"
 #include "simulator/bench/ProgramHost.h"
-
-#include <QProcess>
 
 #include <memory>
 
@@ -17,10 +16,9 @@ public:
     State programState() override;
     void killProgram() override;
     QString errorText() const override { return m_error; }
-    qint64 processId() const;
+    qint64 processId() const { return m_process ? m_process->leaderId() : 0; }
 
 private:
-    std::unique_ptr<QProcess> m_process;
-    qint64 m_processId = 0;
+    std::unique_ptr<BoundProcess> m_process;
     QString m_error;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/bench/JsonLineClient.h"
+#include "simulator/bus/JsonLineClient.h"
 
 #include <QJsonArray>
 #include <QString>

@@ -1,74 +1,49 @@
 #include "simulator/bus/BusClient.h"
 
-#include <QDeadlineTimer>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QThread>
 
 namespace {
-
-constexpr int answerTimeoutMs = 30000;
-
-QJsonObject operation(const QString &name, const QString &device = QString())
-{
-    QJsonObject request{{QStringLiteral("op"), name}};
-    if (!device.isEmpty())
-        request.insert(QStringLiteral("device"), device);
-    return request;
+constexpr int answerLimitMs = 30000;
 }
 
-} // namespace
-
-bool BusClient::connectTo(const QString &address)
+bool BusClient::connectTo(quint16 port)
 {
-    const int colon = address.lastIndexOf(QLatin1Char(':'));
-    m_socket.connectToHost(address.left(colon), address.mid(colon + 1).toUShort());
-    if (m_socket.waitForConnected(answerTimeoutMs))
+    if (m_client.connectTo(port, answerLimitMs))
         return true;
-    m_error = QStringLiteral("no bus at \"%1\": %2").arg(address, m_socket.errorString());
+    m_error = QStringLiteral("no bus controller on port %1").arg(port);
     return false;
 }
 
 bool BusClient::connectToOwnBus()
 {
     const QString address = qEnvironmentVariable("QUILLMARSH_SIM_BUS");
-    if (!address.isEmpty())
-        return connectTo(address);
+    const quint16 port = address.mid(address.lastIndexOf(QLatin1Char(':')) + 1).toUShort();
+    if (port != 0)
+        return connectTo(port);
     m_error = QStringLiteral("QUILLMARSH_SIM_BUS names no bus");
     return false;
 }
 
 QJsonObject BusClient::request(const QJsonObject &request, const QByteArray &payload)
 {
-    m_error.clear();
-    m_socket.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
-    m_socket.write(payload);
-    const QDeadlineTimer deadline(answerTimeoutMs);
-    while (m_socket.bytesToWrite() > 0) {
-        if (!m_socket.waitForBytesWritten(static_cast<int>(deadline.remainingTime())))
-            break;
-    }
-    while (!m_socket.canReadLine()) {
-        if (!m_socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
-            break;
-    }
-    if (!m_socket.canReadLine()) {
-        m_error = QStringLiteral("no answer from the bus: ") + m_socket.errorString();
-        return {{QStringLiteral("ok"), false}, {QStringLiteral("error"), m_error}};
-    }
-    const QJsonObject answer = QJsonDocument::fromJson(m_socket.readLine()).object();
+    const QJsonObject answer = m_client.request(request, answerLimitMs, payload);
     m_error = answer.value(QLatin1String("error")).toString();
     return answer;
 }
 
-bool BusClient::done(const QJsonObject &toDo, const QByteArray &payload)
+bool BusClient::done(const char *operation, const QString &device, QJsonObject fields,
+                     const QByteArray &payload)
 {
-    return request(toDo, payload).value(QLatin1String("ok")).toBool();
+    fields.insert(QStringLiteral("op"), QLatin1String(operation));
+    if (!device.isEmpty())
+        fields.insert(QStringLiteral("device"), device);
+    return request(fields, payload).value(QLatin1String("ok")).toBool();
 }
 
 QJsonObject BusClient::state()
 {
-    return request(operation(QStringLiteral("state")));
+    const QJsonObject answer = request({{QStringLiteral("op"), QStringLiteral("state")}});
+    return answer.value(QLatin1String("ok")).toBool() ? answer : QJsonObject();
 }
 
 QJsonObject BusClient::device(const QString &key)
@@ -81,96 +56,42 @@ QJsonObject BusClient::device(const QString &key)
     return {};
 }
 
-QJsonObject BusClient::program()
-{
-    return state().value(QLatin1String("program")).toObject();
-}
-
-bool BusClient::run(const QString &program, const QStringList &arguments, const QJsonObject &more)
-{
-    QJsonObject toDo = more;
-    toDo.insert(QStringLiteral("op"), QStringLiteral("run"));
-    toDo.insert(QStringLiteral("program"), program);
-    toDo.insert(QStringLiteral("arguments"), QJsonArray::fromStringList(arguments));
-    return done(toDo);
-}
-
 bool BusClient::plug(const QString &key)
 {
-    return done(operation(QStringLiteral("plug"), key));
+    return done("plug", key);
 }
 
 bool BusClient::plugBootloader(const QString &key)
 {
-    QJsonObject toDo = operation(QStringLiteral("plug"), key);
-    toDo.insert(QStringLiteral("as"), QStringLiteral("bootloader"));
-    return done(toDo);
+    return done("plug", key, {{QStringLiteral("as"), QStringLiteral("bootloader")}});
 }
 
 bool BusClient::unplug(const QString &key)
 {
-    return done(operation(QStringLiteral("unplug"), key));
+    return done("unplug", key);
 }
 
 bool BusClient::burn(const QByteArray &image, const QString &key)
 {
-    QJsonObject toDo = operation(QStringLiteral("burn"), key);
-    toDo.insert(QStringLiteral("size"), image.size());
-    return done(toDo, image);
+    return done("burn", key, {{QStringLiteral("size"), image.size()}}, image);
 }
 
 bool BusClient::reset(const QString &key)
 {
-    return done(operation(QStringLiteral("reset"), key));
+    return done("reset", key);
 }
 
 bool BusClient::saveImage(const QString &key, const QString &path)
 {
-    QJsonObject toDo = operation(QStringLiteral("saveImage"), key);
-    toDo.insert(QStringLiteral("path"), path);
-    return done(toDo);
+    return done("saveImage", key, {{QStringLiteral("path"), path}});
 }
 
 bool BusClient::setReportAnswer(const QString &key, const QJsonObject &changes)
 {
-    QJsonObject toDo = changes;
-    toDo.insert(QStringLiteral("op"), QStringLiteral("setReportAnswer"));
-    toDo.insert(QStringLiteral("device"), key);
-    return done(toDo);
-}
-
-bool BusClient::kill()
-{
-    return done(operation(QStringLiteral("kill")));
+    return done("setReportAnswer", key, changes);
 }
 
 bool BusClient::quit()
 {
-    return done(operation(QStringLiteral("quit")));
-}
-
-bool BusClient::waitUntil(int timeoutMs, const std::function<bool()> &condition)
-{
-    const QDeadlineTimer deadline(timeoutMs);
-    while (!condition()) {
-        if (m_socket.state() != QAbstractSocket::ConnectedState)
-            return false;
-        if (deadline.hasExpired()) {
-            m_error = QStringLiteral("it did not happen within %1 ms").arg(timeoutMs);
-            return false;
-        }
-        QThread::msleep(10);
-    }
-    return true;
-}
-
-bool BusClient::waitForState(const QString &key, const QString &wanted, int timeoutMs)
-{
-    return waitUntil(timeoutMs,
-                     [&] { return device(key).value(QLatin1String("state")).toString() == wanted; });
-}
-
-bool BusClient::waitForProgramEnd(int timeoutMs)
-{
-    return waitUntil(timeoutMs, [&] { return !program().value(QLatin1String("running")).toBool(true); });
+    return done("quit", QString());
 }

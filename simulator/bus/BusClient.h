@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QByteArray>
-#include <QJsonObject>
-#include <QString>
-#include <QTcpSocket>
+#include "simulator/bus/JsonLineClient.h"
 
-#include <functional>
+#include <QString>
 
 /// A connection to a bus controller. Every call blocks until the answer is there (at most 30 s)
 /// and needs no event loop; use it on the thread that made it. After a call that returned false
@@ -13,39 +10,36 @@
 class BusClient
 {
 public:
-    /// `address` is "127.0.0.1:PORT".
-    bool connectTo(const QString &address);
+    /// A controller on this loopback port.
+    bool connectTo(quint16 port);
     /// The bus that this process runs on: the address in the variable QUILLMARSH_SIM_BUS.
     bool connectToOwnBus();
+    bool isConnected() const { return m_client.isConnected(); }
     QString errorText() const { return m_error; }
 
     /// One operation. The answer's "ok" tells whether it was done; a lost connection looks the same.
     QJsonObject request(const QJsonObject &request, const QByteArray &payload = QByteArray());
 
+    /// Everything that the controller tells; empty without an answer.
     QJsonObject state();
     /// That device's part of the state; empty when there is none.
     QJsonObject device(const QString &key);
-    QJsonObject program();
-    bool run(const QString &program, const QStringList &arguments, const QJsonObject &more = {});
     bool plug(const QString &key);
     bool plugBootloader(const QString &key);
     bool unplug(const QString &key);
     bool burn(const QByteArray &image, const QString &key = QString());
     bool reset(const QString &key = QString());
+    /// Writes the bytes that were burned last into the device to a file.
     bool saveImage(const QString &key, const QString &path);
     /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.
     bool setReportAnswer(const QString &key, const QJsonObject &changes);
-    bool kill();
+    /// Ends the controller.
     bool quit();
 
-    /// Asks every 10 ms until the device is in that state ("application", "bootloader", "absent").
-    bool waitForState(const QString &key, const QString &state, int timeoutMs);
-    bool waitForProgramEnd(int timeoutMs);
-
 private:
-    bool done(const QJsonObject &request, const QByteArray &payload = QByteArray());
-    bool waitUntil(int timeoutMs, const std::function<bool()> &condition);
+    bool done(const char *operation, const QString &device, QJsonObject fields = {},
+              const QByteArray &payload = QByteArray());
 
-    QTcpSocket m_socket;
+    JsonLineClient m_client;
     QString m_error;
 };

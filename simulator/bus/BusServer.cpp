@@ -104,19 +104,8 @@ QJsonObject BusServer::perform(const QJsonObject &request, const QByteArray &pay
     const QString operation = request.value(QLatin1String("op")).toString();
     if (operation == QLatin1String("state"))
         return state();
-    if (operation == QLatin1String("run")) {
-        const QString address = QStringLiteral("127.0.0.1:%1").arg(m_server.serverPort());
-        const QString problem = m_program.run(request, address);
-        if (!problem.isEmpty())
-            return failure(problem);
-        QJsonObject result = success();
-        result.insert(QStringLiteral("pid"), m_program.processId());
-        return result;
-    }
-    if (operation == QLatin1String("kill") || operation == QLatin1String("quit")) {
-        m_program.killAll();
+    if (operation == QLatin1String("quit"))
         return success();
-    }
     return performOnDevice(operation, request, payload);
 }
 
@@ -190,7 +179,6 @@ QJsonObject BusServer::state() const
     }
     QJsonObject result = success();
     result.insert(QStringLiteral("devices"), devices);
-    result.insert(QStringLiteral("program"), m_program.describe());
     if (!m_bus.error().isEmpty())
         result.insert(QStringLiteral("busError"), m_bus.error());
     return result;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "simulator/bus/ProgramUnderTest_linux.h"
 #include "simulator/bus/SimulatedBus.h"
 
 #include <QHash>
@@ -9,8 +8,8 @@
 
 class QTcpSocket;
 
-/// Serves a simulated bus, and the program that runs on it, to any number of connections on the
-/// loopback interface: one JSON object per line each way, see README.md.
+/// Serves a simulated bus to any number of connections on the loopback interface: one JSON object
+/// per line each way, see README.md.
 class BusServer
 {
 public:
@@ -20,8 +19,6 @@ public:
 
     /// Takes a port that the system chooses; 0 when there is none.
     quint16 listen();
-    /// Ends the program under test with everything that it has started.
-    void endProgram() { m_program.killAll(); }
 
 private:
     /// Raw bytes that a connection announced, and the request they belong to.
@@ -40,7 +37,6 @@ private:
 
     SimulatedBus &m_bus;
     std::function<void()> m_quit;
-    ProgramUnderTest m_program;
     QHash<QTcpSocket *, Pending> m_pending;
     QTcpServer m_server;
 };

@@ -1,5 +1,6 @@
 #include "simulator/bus/UmockdevBus_linux.h"
 
+#include "simulator/bus/UmockdevNode_linux.h"
 #include "simulator/bus/UsbRecords.h"
 
 #include <QCoreApplication>
@@ -9,14 +10,10 @@
 #undef signals
 #include <umockdev.h>
 
-#include <linux/hidraw.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
+#include <map>
 
 namespace {
 
@@ -24,112 +21,6 @@ constexpr int hidrawMajor = 240;
 constexpr int usbMajor = 189;
 // Fixed width, so that the order of the names is the order of the numbers.
 constexpr int lastPort = 199;
-constexpr auto connectedNodeKey = "quillmarsh-appearance";
-
-/// What one device node answers with; lives as long as the bus, through any number of unpluggings.
-struct Node
-{
-    BusPresenter::WriteHandler *handler = nullptr;
-    QObject *context = nullptr;
-    UMockdevIoctlBase *ioctl = nullptr;
-    int device = 0;
-    int index = 0;
-    bool present = false;
-    /// A handle from before an unplugging must not reach the device that came after it.
-    int appearance = 0;
-    QByteArray reportDescriptor;
-};
-
-/// The testbed calls its handlers on a thread of its own; all state here belongs to the thread of
-/// the bus. Once that has taken the context down, nothing is done any more.
-template <typename Function>
-void onBusThread(const Node *node, Function function)
-{
-    if (node->context->thread() == QThread::currentThread())
-        function();
-    else
-        QMetaObject::invokeMethod(node->context, function, Qt::BlockingQueuedConnection);
-}
-
-bool isStale(const Node *node, UMockdevIoctlClient *client)
-{
-    return !node->present ||
-           GPOINTER_TO_INT(g_object_get_data(G_OBJECT(client), connectedNodeKey)) != node->appearance;
-}
-
-extern "C" void onConnected(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
-{
-    const auto *node = static_cast<Node *>(data);
-    onBusThread(node, [&] {
-        g_object_set_data(G_OBJECT(client), connectedNodeKey, GINT_TO_POINTER(node->appearance));
-    });
-}
-
-extern "C" gboolean onIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
-{
-    auto *node = static_cast<Node *>(data);
-    bool stale = true;
-    onBusThread(node, [&] { stale = isStale(node, client); });
-    if (stale) {
-        umockdev_ioctl_client_complete(client, -1, ENODEV);
-        return TRUE;
-    }
-    UMockdevIoctlData *pointer = umockdev_ioctl_client_get_arg(client);
-    const gulong request = umockdev_ioctl_client_get_request(client);
-    QByteArray answer;
-    gsize room = 0;
-    if (request == HIDIOCGRDESCSIZE) {
-        const int size = node->reportDescriptor.size();
-        answer = QByteArray(reinterpret_cast<const char *>(&size), sizeof size);
-        room = answer.size();
-    } else if (request == HIDIOCGRDESC) {
-        hidraw_report_descriptor descriptor{};
-        descriptor.size = static_cast<__u32>(node->reportDescriptor.size());
-        memcpy(descriptor.value, node->reportDescriptor.constData(), descriptor.size);
-        room = sizeof descriptor;
-        answer = QByteArray(reinterpret_cast<const char *>(&descriptor),
-                            static_cast<int>(sizeof descriptor.size + descriptor.size));
-    } else if (request == HIDIOCGRAWINFO) {
-        hidraw_devinfo information{};
-        information.bustype = 3;
-        answer = QByteArray(reinterpret_cast<const char *>(&information), sizeof information);
-        room = answer.size();
-    } else {
-        umockdev_ioctl_client_complete(client, -1, ENOTTY);
-        return TRUE;
-    }
-    UMockdevIoctlData *target = umockdev_ioctl_data_resolve(pointer, 0, room, nullptr);
-    if (!target) {
-        umockdev_ioctl_client_complete(client, -1, EFAULT);
-        return TRUE;
-    }
-    umockdev_ioctl_data_update(target, 0, reinterpret_cast<guint8 *>(answer.data()), answer.size());
-    umockdev_ioctl_data_unref(target);
-    umockdev_ioctl_client_complete(client, 0, 0);
-    return TRUE;
-}
-
-extern "C" gboolean onWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data)
-{
-    auto *node = static_cast<Node *>(data);
-    BusPresenter::WriteAnswer answer{-1, ENODEV};
-    onBusThread(node, [&] {
-        if (isStale(node, client) || !*node->handler)
-            return;
-        const UMockdevIoctlData *bytes = umockdev_ioctl_client_get_arg(client);
-        answer = (*node->handler)(node->device, node->index,
-                                  QByteArray(reinterpret_cast<const char *>(bytes->data), bytes->data_len));
-    });
-    umockdev_ioctl_client_complete(client, answer.count, answer.count < 0 ? answer.errorNumber : 0);
-    return TRUE;
-}
-
-extern "C" gboolean onRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer)
-{
-    // The simulated devices send nothing.
-    umockdev_ioctl_client_complete(client, -1, EAGAIN);
-    return TRUE;
-}
 
 // A device record is refused with small hex digits.
 QByteArray hexDump(const QByteArray &bytes)
@@ -163,7 +54,7 @@ struct UmockdevBus::Private
     WriteHandler handler;
     std::unique_ptr<QObject> context = std::make_unique<QObject>();
     QHash<int, Shown> shown;
-    QHash<QByteArray, Node *> nodes;
+    std::map<QByteArray, std::unique_ptr<UmockdevNode>> nodes;
     int lastAddress = 1;
     int lastHid = 0;
     int nextMinor = 0;
@@ -242,32 +133,15 @@ struct UmockdevBus::Private
     QString attach(int id, int index, const HidNodeDescription &node)
     {
         const QByteArray name = node.node.toUtf8();
-        Node *&entry = nodes[name];
+        std::unique_ptr<UmockdevNode> &entry = nodes[name];
         if (!entry) {
-            entry = new Node;
-            entry->handler = &handler;
-            entry->context = context.get();
-            entry->device = id;
-            entry->index = index;
-            entry->reportDescriptor = UsbRecords::reportDescriptor(node.collections);
-            if (node.openable) {
-                entry->ioctl = umockdev_ioctl_base_new();
-                g_signal_connect(entry->ioctl, "client-connected", G_CALLBACK(onConnected), entry);
-                g_signal_connect(entry->ioctl, "handle-ioctl", G_CALLBACK(onIoctl), entry);
-                g_signal_connect(entry->ioctl, "handle-write", G_CALLBACK(onWrite), entry);
-                g_signal_connect(entry->ioctl, "handle-read", G_CALLBACK(onRead), entry);
-                GError *problem = nullptr;
-                umockdev_testbed_attach_ioctl(testbed, QByteArray("/dev/" + name).constData(), entry->ioctl,
-                                              &problem);
-                if (problem) {
-                    const QString text = QString::fromUtf8(problem->message);
-                    g_clear_error(&problem);
-                    return text;
-                }
-            }
+            entry = std::make_unique<UmockdevNode>(id, index, UsbRecords::reportDescriptor(node.collections),
+                                                   handler, *context);
+            const QString problem = node.openable ? entry->attach(testbed, "/dev/" + name) : QString();
+            if (!problem.isEmpty())
+                return problem;
         }
-        entry->present = true;
-        ++entry->appearance;
+        entry->appear();
         return QString();
     }
 
@@ -339,14 +213,7 @@ UmockdevBus::~UmockdevBus()
 {
     // A handler that is waiting for this thread gets its turn now; no later one may come.
     QCoreApplication::sendPostedEvents(d->context.get());
-    for (const Node *node : qAsConst(d->nodes)) {
-        if (node->ioctl) {
-            g_signal_handlers_disconnect_matched(node->ioctl, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr,
-                                                 const_cast<Node *>(node));
-            g_object_unref(node->ioctl);
-        }
-        delete node;
-    }
+    d->nodes.clear();
     g_object_unref(d->testbed);
 }
 
@@ -401,7 +268,8 @@ void UmockdevBus::remove(int id)
         return;
     const Private::Shown shown = d->shown.take(id);
     for (const QByteArray &name : shown.nodeNames) {
-        d->nodes.value(name)->present = false;
+        if (const auto node = d->nodes.find(name); node != d->nodes.end())
+            node->second->disappear();
         unlink((d->root + "/sys/class/hidraw/" + name).constData());
         unlink((d->root + "/dev/" + name).constData());
     }

@@ -1,17 +1,14 @@
 #include "simulator/bus/BusServer.h"
 #include "simulator/bus/UmockdevBus_linux.h"
+#include "simulator/lifetime/EndOnRequest.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSocketNotifier>
 
-#include <csignal>
 #include <cstdio>
-#include <sys/signalfd.h>
-#include <unistd.h>
 
 namespace {
 
@@ -21,23 +18,12 @@ int fail(const QString &text)
     return 2;
 }
 
-/// Signals arrive as something to read, so that the program under test and the testbed's folder
-/// are cleared away.
-int endSignals()
-{
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP})
-        sigaddset(&set, number);
-    sigprocmask(SIG_BLOCK, &set, nullptr);
-    return signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    const EndOnRequest end;
     QCommandLineParser parser;
     parser.addHelpOption();
     const QCommandLineOption descriptionOption(
@@ -64,18 +50,6 @@ int main(int argc, char *argv[])
     if (port == 0)
         return fail(QStringLiteral("no port to listen on"));
 
-    const int signalDescriptor = endSignals();
-    QSocketNotifier signalled(signalDescriptor, QSocketNotifier::Read);
-    QObject::connect(&signalled, &QSocketNotifier::activated, [] { QCoreApplication::exit(0); });
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, [&input] {
-        char dropped[4096];
-        if (read(STDIN_FILENO, dropped, sizeof dropped) <= 0) {
-            input.setEnabled(false);
-            QCoreApplication::exit(0);
-        }
-    });
-
     // A program that is started with these variables finds itself on this bus.
     QJsonObject environment;
     for (const char *name : {"LD_PRELOAD", "UMOCKDEV_DIR"})
@@ -84,8 +58,5 @@ int main(int argc, char *argv[])
     const QJsonObject ready{{QStringLiteral("port"), port}, {QStringLiteral("environment"), environment}};
     printf("%s\n", QJsonDocument(ready).toJson(QJsonDocument::Compact).constData());
     fflush(stdout);
-    const int code = QCoreApplication::exec();
-    server.endProgram();
-    close(signalDescriptor);
-    return code;
+    return QCoreApplication::exec();
 }

@@ -1,55 +1,17 @@
 // The firmware server as a program of its own, for a demo and for tests of the whole product.
 
+#include "simulator/lifetime/EndOnRequest.h"
 #include "simulator/server/FirmwareServer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QFile>
-#include <QTimer>
 
-#include <csignal>
 #include <cstdio>
-#include <thread>
-
-namespace {
-
-volatile std::sig_atomic_t terminateAsked = 0;
-
-void onTerminate(int)
-{
-    terminateAsked = 1;
-}
-
-/// Ends the program when whoever started it closes its end of standard input, or dies.
-void quitAtEndOfInput()
-{
-    std::thread([] {
-        QFile input;
-        char buffer[256];
-        if (input.open(fileno(stdin), QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-            while (input.read(buffer, sizeof buffer) > 0) {
-            }
-        }
-        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                                  Qt::QueuedConnection);
-    }).detach();
-}
-
-void quitAtTerminate(QTimer &timer)
-{
-    std::signal(SIGTERM, onTerminate);
-    QObject::connect(&timer, &QTimer::timeout, [] {
-        if (terminateAsked)
-            QCoreApplication::quit();
-    });
-    timer.start(50);
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    const EndOnRequest end;
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -86,10 +48,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "cannot listen on port %s\n", qPrintable(parser.value(portOption)));
         return 1;
     }
-    QTimer timer;
-    quitAtTerminate(timer);
     std::printf("{\"port\":%d}\n", int(server.port()));
     std::fflush(stdout);
-    quitAtEndOfInput();
     return QCoreApplication::exec();
 }

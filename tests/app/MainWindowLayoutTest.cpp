@@ -1,6 +1,6 @@
 #include "app/MainWindowTexts.h"
 #include "tests/app/MainWindowOnGround.h"
-#include "tests/widgets/CapturedDebug.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"
 #include "widgets/TextWindow.h"
@@ -396,7 +396,7 @@ TEST(MainWindowLayoutTest, TickingThePartitionBoxShowsTheFiveStillDisabledAndUnt
 {
     MainWindowOnGround window(english());
     window.show();
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     window.widgets.partitionSelectBox->setChecked(true);
     EXPECT_EQ(debug.count(QStringLiteral("Checkbox is checked.")), 1);
     for (const QCheckBox *box : window.widgets.partitionBoxes) {
@@ -426,7 +426,7 @@ TEST(MainWindowLayoutTest, TheLogBoxShowsAndHidesTheLogWindow)
     MainWindowOnGround window(english());
     TextWindow log;
     MainWindowLayout::connectLogBox(window.widgets, &log);
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     window.widgets.logBox->setChecked(true);
     EXPECT_TRUE(log.isVisible());
     window.widgets.logBox->setChecked(false);

@@ -1,6 +1,7 @@
 // Plays the processes that the bench starts: a bus controller and a firmware server reduced to
 // their protocol, and processes that misbehave.
 #include "simulator/bench/ChildProcess.h"
+#include "simulator/lifetime/EndOnRequest.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -13,7 +14,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <unistd.h>
 
 namespace {
 
@@ -23,27 +23,13 @@ void printLine(const QByteArray &line)
     std::fflush(stdout);
 }
 
-void quitAtEndOfInput()
-{
-    auto *watcher = QThread::create([] {
-        char byte = 0;
-        while (::read(STDIN_FILENO, &byte, 1) > 0) {
-        }
-        QMetaObject::invokeMethod(
-            qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
-    });
-    watcher->start();
-}
-
-/// One device, "panel"; plugging and unplugging change its state, and one program runs.
+/// One device, "panel"; plugging and unplugging change its state.
 class Controller
 {
 public:
     QJsonObject answer(const QJsonObject &request)
     {
         const QString operation = request.value(QLatin1String("op")).toString();
-        if (operation == QLatin1String("run"))
-            return run(request);
         if (operation == QLatin1String("state"))
             return state();
         if (operation == QLatin1String("plug"))
@@ -52,8 +38,6 @@ public:
             m_device = QStringLiteral("absent");
         else if (operation == QLatin1String("saveImage"))
             return saveImage(request.value(QLatin1String("path")).toString());
-        else if (operation == QLatin1String("kill"))
-            m_program.kill();
         else if (operation == QLatin1String("quit"))
             QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         else
@@ -62,42 +46,11 @@ public:
     }
 
 private:
-    QJsonObject run(const QJsonObject &request)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        const QJsonObject variables = request.value(QLatin1String("environment")).toObject();
-        for (auto variable = variables.begin(); variable != variables.end(); ++variable) {
-            if (variable.value().isNull())
-                environment.remove(variable.key());
-            else
-                environment.insert(variable.key(), variable.value().toString());
-        }
-        m_program.setProcessEnvironment(environment);
-        m_program.setWorkingDirectory(request.value(QLatin1String("workingDirectory")).toString());
-        m_program.setStandardOutputFile(request.value(QLatin1String("stdout")).toString());
-        m_program.setStandardErrorFile(request.value(QLatin1String("stderr")).toString());
-        QStringList arguments;
-        const QJsonArray given = request.value(QLatin1String("arguments")).toArray();
-        for (const QJsonValue &argument : given)
-            arguments << argument.toString();
-        m_program.start(request.value(QLatin1String("program")).toString(), arguments);
-        return {{QLatin1String("ok"), m_program.waitForStarted()},
-                {QLatin1String("error"), m_program.errorString()}};
-    }
-
     QJsonObject state() const
     {
-        const bool running = m_program.state() != QProcess::NotRunning;
-        const bool signalled = !running && m_program.exitStatus() == QProcess::CrashExit;
         const QJsonObject device{{QLatin1String("key"), QLatin1String("panel")},
                                  {QLatin1String("state"), m_device}};
-        const QJsonObject program{
-            {QLatin1String("running"), running},
-            {QLatin1String("exitCode"), running || signalled ? QJsonValue() : m_program.exitCode()},
-            {QLatin1String("signalled"), signalled}};
-        return {{QLatin1String("ok"), true},
-                {QLatin1String("devices"), QJsonArray{device}},
-                {QLatin1String("program"), program}};
+        return {{QLatin1String("ok"), true}, {QLatin1String("devices"), QJsonArray{device}}};
     }
 
     static QJsonObject saveImage(const QString &path)
@@ -106,12 +59,12 @@ private:
         return {{QLatin1String("ok"), file.open(QIODevice::WriteOnly) && file.write("burned") == 6}};
     }
 
-    QProcess m_program;
     QString m_device = QStringLiteral("application");
 };
 
 int controller()
 {
+    const EndOnRequest end;
     Controller bus;
     QTcpServer server;
     server.listen(QHostAddress::LocalHost);
@@ -126,9 +79,7 @@ int controller()
         });
     });
     printLine("{\"port\":" + QByteArray::number(server.serverPort()) + '}');
-    quitAtEndOfInput();
-    const int code = QCoreApplication::exec();
-    std::_Exit(code); // The watcher of the input may still be reading.
+    return QCoreApplication::exec();
 }
 
 /// Holds a port for a while; another exit code when it is taken.

@@ -1,4 +1,6 @@
-#include "simulator/bus/BusProcess.h"
+#include "simulator/bench/BusController.h"
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/Polling.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -41,11 +43,16 @@ const QString rootHubIds = QStringLiteral("1d6b:0002");
 class SimulatedBusTest : public testing::Test
 {
 protected:
+    QString describe(const QJsonArray &devices) const
+    {
+        QFile file(path("bus.json"));
+        const QJsonObject description{{QStringLiteral("devices"), devices}};
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(description).toJson()) > 0);
+        return file.fileName();
+    }
     void startBus(const QJsonArray &devices)
     {
-        const QJsonObject description{{QStringLiteral("devices"), devices}};
-        ASSERT_TRUE(m_bus.start(QStringLiteral(SIM_BUS), QJsonDocument(description).toJson()))
-            << m_bus.errorText().toStdString();
+        ASSERT_TRUE(m_bus.start(describe(devices))) << m_bus.errorText().toStdString();
     }
     BusClient &bus() { return m_bus.client(); }
     QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
@@ -53,10 +60,9 @@ protected:
     void startLister(const QStringList &arguments)
     {
         QFile::remove(path("out"));
-        ASSERT_TRUE(
-            bus().run(QStringLiteral(BUS_LISTER), arguments,
-                      {{QStringLiteral("stdout"), path("out")}, {QStringLiteral("stderr"), path("err")}}))
-            << bus().errorText().toStdString();
+        ASSERT_TRUE(m_bus.run({QStringLiteral(BUS_LISTER), arguments, m_folder.path(),
+                               QProcessEnvironment::systemEnvironment(), path("out"), path("err")}))
+            << m_bus.errorText().toStdString();
     }
     QVector<QJsonObject> lines() const
     {
@@ -70,11 +76,12 @@ protected:
     }
     QVector<QJsonObject> listerOutput()
     {
-        EXPECT_TRUE(bus().waitForProgramEnd(20000));
-        const QJsonObject program = bus().program();
-        EXPECT_EQ(program.value(QLatin1String("exitCode")).toInt(-1), 0);
-        EXPECT_FALSE(program.value(QLatin1String("signalled")).toBool(true));
+        EXPECT_EQ(m_bus.waitForExit(20000), 0);
         return lines();
+    }
+    void waitForLines(int count) const
+    {
+        EXPECT_TRUE(pollUntil([&] { return lines().size() >= count; }, 20000));
     }
     QVector<QJsonObject> runLister(const QStringList &arguments)
     {
@@ -113,47 +120,9 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     }
 
-    /// A shell that waits for a child of its own; returns its process id.
-    int startShell()
-    {
-        const QString script = QStringLiteral("sleep 60 & echo $! > '%1'; wait").arg(path("child"));
-        const QJsonObject answer =
-            bus().request({{QStringLiteral("op"), QStringLiteral("run")},
-                           {QStringLiteral("program"), QStringLiteral("/bin/sh")},
-                           {QStringLiteral("arguments"), QJsonArray{QStringLiteral("-c"), script}}});
-        EXPECT_GT(answer.value(QLatin1String("pid")).toInt(), 1);
-        return answer.value(QLatin1String("pid")).toInt();
-    }
-    int childOfShell() const
-    {
-        QFile file(path("child"));
-        for (int i = 0; i < 1000; ++i, QThread::msleep(5)) {
-            if (file.open(QIODevice::ReadOnly)) {
-                const QByteArray number = file.readAll();
-                file.close();
-                if (number.endsWith('\n'))
-                    return number.trimmed().toInt();
-            }
-        }
-        ADD_FAILURE() << "the shell has no child";
-        return -1;
-    }
-    /// A process that has ended may remain for its parent to ask after; that is not alive.
-    static bool isAlive(int process)
-    {
-        QFile status(QStringLiteral("/proc/%1/stat").arg(process));
-        return status.open(QIODevice::ReadOnly) && !status.readAll().contains(") Z ");
-    }
-    static bool ends(int process)
-    {
-        for (int i = 0; i < 1000 && isAlive(process); ++i)
-            QThread::msleep(5);
-        return !isAlive(process);
-    }
-
     const QByteArray m_right = QByteArray::fromHex("0443525400004150504e4557") + QByteArray(501, '\0');
     QTemporaryDir m_folder;
-    BusProcess m_bus;
+    BusSession m_bus;
 };
 
 TEST_F(SimulatedBusTest, DevicesAreListedInTheOrderOfTheirPositions)
@@ -183,10 +152,6 @@ TEST_F(SimulatedBusTest, ARunningProgramSeesADeviceComeAndGo)
     startBus({deviceOf(QStringLiteral("a"), 1)});
     startLister({QStringLiteral("list"), QStringLiteral("wait-file"), path("go"), QStringLiteral("list"),
                  QStringLiteral("wait-file"), path("go2"), QStringLiteral("list")});
-    const auto waitForLines = [this](int count) {
-        for (int i = 0; i < 1000 && lines().size() < count; ++i)
-            QThread::msleep(5);
-    };
     waitForLines(1);
     ASSERT_TRUE(bus().unplug(QStringLiteral("a")));
     QThread::msleep(100); // the event needs its time through libusb's own thread
@@ -208,13 +173,13 @@ TEST_F(SimulatedBusTest, TheRightReportBringsTheBootloaderOntoTheBus)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
     EXPECT_EQ(write("hidraw0", m_right), 513);
-    ASSERT_TRUE(bus().waitForState(QStringLiteral("a"), QStringLiteral("bootloader"), 5000));
+    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("bootloader"), 5000));
     const QJsonObject listing = list();
     EXPECT_EQ(usb(listing), QStringList({bootloaderIds}));
     EXPECT_EQ(paths(listing), QStringList());
     ASSERT_TRUE(bus().burn("image"));
     ASSERT_TRUE(bus().reset());
-    ASSERT_TRUE(bus().waitForState(QStringLiteral("a"), QStringLiteral("application"), 5000));
+    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application"), 5000));
     EXPECT_EQ(usb(list()), QStringList({idsOf(1)}));
     EXPECT_EQ(bus().device(QStringLiteral("a")).value(QLatin1String("receivedBytes")).toInt(), 5);
 }
@@ -248,7 +213,7 @@ TEST_F(SimulatedBusTest, AMarkerStandsInThePathAsItWasWritten)
     EXPECT_EQ(found, QStringList({QStringLiteral("/dev/hidraw_Col01"), QStringLiteral("/dev/hidraw_Col04"),
                                   QStringLiteral("/dev/hidraw_mi_00_x")}));
     EXPECT_EQ(write("hidraw_Col04", m_right), 513);
-    EXPECT_TRUE(bus().waitForState(QStringLiteral("col"), QStringLiteral("bootloader"), 5000));
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("col"), QStringLiteral("bootloader"), 5000));
 }
 
 TEST_F(SimulatedBusTest, CollectionsOfOneInterfaceShareItsPathAndKeepTheirOrder)
@@ -325,8 +290,7 @@ TEST_F(SimulatedBusTest, AHandleFromBeforeAnUnpluggingDoesNotReachTheDeviceThatC
     startBus({deviceOf(QStringLiteral("a"), 1)});
     startLister({QStringLiteral("open-path"), QStringLiteral("/dev/hidraw0"), QStringLiteral("wait-file"),
                  path("go"), QStringLiteral("write"), QString::fromLatin1(m_right.toHex())});
-    for (int i = 0; i < 1000 && lines().isEmpty(); ++i)
-        QThread::msleep(5);
+    waitForLines(1);
     ASSERT_TRUE(bus().unplug(QStringLiteral("a")));
     ASSERT_TRUE(bus().plug(QStringLiteral("a")));
     touch("go");
@@ -349,52 +313,25 @@ TEST_F(SimulatedBusTest, PluggingAndUnpluggingWhileAProgramEnumeratesDoesNotCras
     EXPECT_EQ(watched.value(QLatin1String("nullPaths")).toInt(-1), 0);
 }
 
-TEST_F(SimulatedBusTest, OnlyOneProgramRunsAtATime)
+TEST_F(SimulatedBusTest, TheControllerEndsWhenItsInputEnds)
 {
-    startBus({});
-    startLister({QStringLiteral("wait-file"), path("never")});
-    EXPECT_FALSE(bus().run(QStringLiteral(BUS_LISTER), {}));
-    EXPECT_TRUE(bus().program().value(QLatin1String("running")).toBool());
+    ChildProcess controller;
+    ASSERT_TRUE(controller.start(busControllerCommand(describe({}))));
+    ASSERT_FALSE(controller.waitForReadyLine(15000).isEmpty()) << controller.errorText().toStdString();
+    EXPECT_TRUE(controller.end(10000));
 }
 
-TEST_F(SimulatedBusTest, TheProgramAndWhatItStartedEndTogetherWithTheController)
+TEST_F(SimulatedBusTest, AControllerThatIsAskedToTerminateTakesItsTestbedWithIt)
 {
-    startBus({});
-    const int program = startShell();
-    const int child = childOfShell();
-    EXPECT_TRUE(isAlive(program));
-    EXPECT_TRUE(isAlive(child));
-    EXPECT_TRUE(m_bus.stop());
-    EXPECT_TRUE(ends(program));
-    EXPECT_TRUE(ends(child));
-}
-
-TEST_F(SimulatedBusTest, WhatAProgramLeavesBehindIsKilledWhenItEnds)
-{
-    startBus({});
-    const int program = startShell();
-    const int child = childOfShell();
-    ASSERT_EQ(::kill(program, SIGTERM), 0);
-    EXPECT_TRUE(ends(child));
-}
-
-TEST_F(SimulatedBusTest, TheProgramEndsAlsoWhenItsControllerIsKilled)
-{
-    startBus({});
-    const int program = startShell();
-    ASSERT_GT(childOfShell(), 0);
-    ASSERT_EQ(::kill(static_cast<pid_t>(m_bus.processId()), SIGKILL), 0);
-    EXPECT_TRUE(ends(program));
-}
-
-TEST_F(SimulatedBusTest, AKilledProgramIsReportedAsSignalled)
-{
-    startBus({});
-    startLister({QStringLiteral("wait-file"), path("never")});
-    ASSERT_TRUE(bus().kill());
-    const QJsonObject program = bus().program();
-    EXPECT_FALSE(program.value(QLatin1String("running")).toBool(true));
-    EXPECT_TRUE(program.value(QLatin1String("signalled")).toBool());
+    ChildProcess controller;
+    ASSERT_TRUE(controller.start(busControllerCommand(describe({deviceOf(QStringLiteral("a"), 1)}))));
+    const QJsonObject ready = controller.waitForReadyLine(15000);
+    const QString testbed =
+        ready.value(QLatin1String("environment")).toObject().value(QLatin1String("UMOCKDEV_DIR")).toString();
+    ASSERT_TRUE(QFile::exists(testbed)) << controller.errorText().toStdString();
+    ASSERT_EQ(::kill(static_cast<pid_t>(controller.processId()), SIGTERM), 0);
+    EXPECT_TRUE(pollUntil([&] { return !controller.isRunning(); }, 10000));
+    EXPECT_FALSE(QFile::exists(testbed));
 }
 
 TEST_F(SimulatedBusTest, WrongRequestsAreAnsweredWithAnError)
@@ -406,7 +343,13 @@ TEST_F(SimulatedBusTest, WrongRequestsAreAnsweredWithAnError)
                      .toBool(true));
     EXPECT_FALSE(bus().plug(QStringLiteral("nobody")));
     EXPECT_FALSE(bus().plug(QStringLiteral("a")));
-    EXPECT_FALSE(bus().run(path("no-program"), {}));
+    for (const char *gone : {"run", "kill"}) {
+        EXPECT_FALSE(bus()
+                         .request({{QStringLiteral("op"), QString::fromLatin1(gone)}})
+                         .value(QLatin1String("ok"))
+                         .toBool(true))
+            << gone;
+    }
     EXPECT_FALSE(bus().burn("image"));
     EXPECT_EQ(bus().errorText(), QStringLiteral("no bootloader on the bus"));
     EXPECT_TRUE(bus().state().value(QLatin1String("ok")).toBool());

@@ -1,9 +1,9 @@
-#include "simulator/bus/BusProcess.h"
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/Polling.h"
 #include "simulator/standin/StandinRuns.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -28,28 +28,44 @@ protected:
     }
     void startBus(const QByteArray &start)
     {
-        const QByteArray description = R"({"devices":[{"key":"a","start":")" + start +
-                                       R"(","application":{"vendorId":"0xF101","productId":"0xA001"}}]})";
-        ASSERT_TRUE(m_bus.start(QStringLiteral(SIM_BUS), description)) << m_bus.errorText().toStdString();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QUILLMARSH_SIM_BUS"), m_bus.address());
-        m_process.setProcessEnvironment(environment);
+        QFile description(m_folder.filePath(QStringLiteral("bus.json")));
+        ASSERT_TRUE(description.open(QIODevice::WriteOnly));
+        description.write(R"({"devices":[{"key":"a","start":")" + start +
+                          R"(","application":{"vendorId":"0xF101","productId":"0xA001"}}]})");
+        description.close();
+        ASSERT_TRUE(m_bus.start(description.fileName())) << m_bus.errorText().toStdString();
+        m_host = &m_bus;
     }
+    void startTool(const QStringList &arguments)
+    {
+        ASSERT_TRUE(m_host->run({m_tool, arguments, m_folder.path(), QProcessEnvironment::systemEnvironment(),
+                                 m_stdout, m_stderr}))
+            << m_host->errorText().toStdString();
+    }
+    static QByteArray contentsOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// The exit code; -1 when the tool was ended by a signal.
     int run(const QStringList &arguments)
     {
-        m_process.setWorkingDirectory(m_folder.path());
-        m_process.start(m_tool, arguments);
-        EXPECT_TRUE(m_process.waitForFinished(20000)) << m_process.errorString().toStdString();
-        m_output = m_process.readAllStandardOutput();
-        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+        startTool(arguments);
+        const std::optional<int> exitCode = m_host->waitForExit(20000);
+        EXPECT_TRUE(exitCode || m_host->programState().signalled);
+        m_output = contentsOf(m_stdout);
+        return exitCode.value_or(-1);
     }
     int burn() { return run({QStringLiteral("image"), m_image}); }
 
     QTemporaryDir m_folder;
     const QString m_tool = m_folder.filePath(QStringLiteral("upgcmd.exe"));
     const QString m_image = m_folder.filePath(QStringLiteral("dev.img"));
-    BusProcess m_bus;
-    QProcess m_process;
+    const QString m_stdout = m_folder.filePath(QStringLiteral("stdout"));
+    const QString m_stderr = m_folder.filePath(QStringLiteral("stderr"));
+    PlainHost m_withoutBus;
+    BusSession m_bus;
+    ProgramHost *m_host = &m_withoutBus;
     QByteArray m_output;
 };
 
@@ -65,10 +81,8 @@ TEST_F(StandinTest, AnHonestFlasherBurnsTheImageIntoTheBootloader)
     }
     EXPECT_TRUE(m_output.contains("Burn") && m_output.contains("successfully!"));
     const QString saved = m_folder.filePath(QStringLiteral("saved"));
-    ASSERT_TRUE(m_bus.client().saveImage(QStringLiteral("a"), saved));
-    QFile file(saved);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "the image");
+    ASSERT_TRUE(m_bus.saveImage(QStringLiteral("a"), saved));
+    EXPECT_EQ(contentsOf(saved), "the image");
 }
 
 TEST_F(StandinTest, AnHonestFlasherCannotOpenADeviceThatIsNotInItsBootloader)
@@ -88,7 +102,7 @@ TEST_F(StandinTest, TheResetCommandBringsTheDeviceBack)
 {
     startBus("bootloader");
     EXPECT_EQ(run({QStringLiteral("shcmd"), QStringLiteral("reset")}), 0);
-    EXPECT_TRUE(m_bus.client().waitForState(QStringLiteral("a"), QStringLiteral("application"), 5000));
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application"), 5000));
 }
 
 TEST_F(StandinTest, EachRunPlaysItsOwnEntryAndTheLastOneIsRepeated)
@@ -99,7 +113,7 @@ TEST_F(StandinTest, EachRunPlaysItsOwnEntryAndTheLastOneIsRepeated)
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(burn(), 0);
         EXPECT_EQ(m_output, "two");
-        EXPECT_EQ(m_process.readAllStandardError(), "oops");
+        EXPECT_EQ(contentsOf(m_stderr), "oops");
     }
 }
 
@@ -130,7 +144,7 @@ TEST_F(StandinTest, AScriptThatCannotBeReadDoesNotPassForAnHonestFlasher)
     EXPECT_EQ(burn(), 98);
     script(R"({"runs":[[{"sing":true}]]})");
     EXPECT_EQ(burn(), 99);
-    EXPECT_EQ(m_bus.client().device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(-1), 0);
+    EXPECT_EQ(m_bus.device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(-1), 0);
 }
 
 TEST_F(StandinTest, ACrashIsACrash)
@@ -143,10 +157,9 @@ TEST_F(StandinTest, RunsAreRecordedAlsoWhenTheyWereKilled)
 {
     script(R"({"runs":[[{"sleepMs":50},{"exit":4}],[{"print":"up"},{"hang":true}]]})");
     EXPECT_EQ(burn(), 4);
-    m_process.start(m_tool, {QStringLiteral("image"), QStringLiteral("x y")});
-    ASSERT_TRUE(m_process.waitForReadyRead(20000));
-    m_process.kill();
-    m_process.waitForFinished();
+    startTool({QStringLiteral("image"), QStringLiteral("x y")});
+    ASSERT_TRUE(pollUntil([&] { return contentsOf(m_stdout) == "up"; }, 20000));
+    m_host->killProgram();
     const QVector<StandinRun> runs = StandinRuns::read(m_tool);
     ASSERT_EQ(runs.size(), 2);
     EXPECT_EQ(runs.at(0).arguments, QStringList({QStringLiteral("image"), m_image}));

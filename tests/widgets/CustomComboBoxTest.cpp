@@ -1,6 +1,6 @@
 #include "widgets/CustomComboBox.h"
 
-#include "tests/widgets/CapturedDebug.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/CustomItemDelegate.h"
 
 #include <QPainter>
@@ -77,7 +77,7 @@ TEST_F(CustomComboBoxTest, WithTheListOpenAndTheMouseOutsideTheArrowIsStillActiv
 
 TEST_F(CustomComboBoxTest, OpeningAndClosingTheListIsReported)
 {
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     m_box.showPopup();
     EXPECT_EQ(debug.count(QStringLiteral("Dropdown is now visible")), 1);
     EXPECT_EQ(debug.count(QStringLiteral("Dropdown is now hidden")), 0);

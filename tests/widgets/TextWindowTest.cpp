@@ -1,6 +1,6 @@
 #include "widgets/TextWindow.h"
 
-#include "tests/widgets/CapturedDebug.h"
+#include "tests/support/RecordedDebugStream.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -100,7 +100,7 @@ TEST_F(TextWindowTest, ThePaneScrollsToTheNewestLine)
 TEST_F(TextWindowTest, AFileThatCannotBeWrittenLeavesThePaneWorkingAndCostsAWarning)
 {
     QDir(m_folder.path()).mkdir(QStringLiteral("UPDLog.txt"));
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     m_window.appendLog(QStringLiteral("hello"));
     EXPECT_EQ(pane(), QStringLiteral("hello"));
     EXPECT_EQ(debug.count(QStringLiteral("无法打开文件进行写入")), 1);
@@ -151,7 +151,7 @@ TEST_F(TextWindowTest, ClosingItOnlyHidesItAndUnticksTheLogCheckBox)
     box.setChecked(true);
     m_window.setLogCheckBox(&box);
     m_window.show();
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     EXPECT_FALSE(m_window.close()) << "the close is refused";
     EXPECT_FALSE(m_window.isVisible());
     EXPECT_EQ(box.checkState(), Qt::Unchecked);

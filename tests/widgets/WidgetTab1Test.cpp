@@ -1,6 +1,6 @@
 #include "widgets/WidgetTab1.h"
 
-#include "tests/widgets/CapturedDebug.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/LocalFileHost.h"
 
 #include <QMetaMethod>
@@ -126,7 +126,7 @@ TEST_F(WidgetTab1Test, TheStyleSheetsBackgroundIsDrawn)
 
 TEST_F(WidgetTab1Test, PaintingReportsTheLevelAndItsRectangle)
 {
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     picture(50.0);
     ASSERT_EQ(debug.lines().size(), 2);
     EXPECT_EQ(debug.lines().at(0), QStringLiteral("double(JD*k):  62.5"));
@@ -160,7 +160,7 @@ TEST_F(WidgetTab1Test, ALeftOrRightClickAnywhereDoesNothing)
 
 TEST_F(WidgetTab1Test, TheGestureIsReportedOnTheDebugStream)
 {
-    const CapturedDebug debug;
+    const RecordedDebugStream debug;
     click(Qt::MiddleButton, QPoint(730, 310));
     const QPoint global = m_page.mapToGlobal(QPoint(730, 310));
     const QStringList expected{

@@ -1,4 +1,4 @@
-#include "simulator/bench/JsonLineClient.h"
+#include "simulator/bus/JsonLineClient.h"
 
 #include <QElapsedTimer>
 #include <QHostAddress>
@@ -25,13 +25,14 @@ bool JsonLineClient::isConnected() const
     return m_socket.state() == QAbstractSocket::ConnectedState;
 }
 
-QJsonObject JsonLineClient::request(const QJsonObject &request, int limitMs)
+QJsonObject JsonLineClient::request(const QJsonObject &request, int limitMs, const QByteArray &payload)
 {
     if (!isConnected())
         return failure(QStringLiteral("not connected"));
     QElapsedTimer waited;
     waited.start();
     m_socket.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+    m_socket.write(payload);
     while (!m_socket.canReadLine()) {
         const qint64 left = limitMs - waited.elapsed();
         if (left <= 0 || !m_socket.waitForReadyRead(static_cast<int>(left))) {

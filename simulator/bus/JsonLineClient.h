@@ -10,10 +10,10 @@ class JsonLineClient
 public:
     bool connectTo(quint16 port, int limitMs);
     bool isConnected() const;
-    /// Sends one request and returns its answer. Without one in time, or without a connection, the
-    /// answer is {"ok":false,"error":..}, and the connection is given up: a late answer would be
-    /// taken for the next request's.
-    QJsonObject request(const QJsonObject &request, int limitMs);
+    /// Sends one request, with the raw bytes of `payload` after it, and returns its answer. Without
+    /// one in time, or without a connection, the answer is {"ok":false,"error":..}, and the
+    /// connection is given up: a late answer would be taken for the next request's.
+    QJsonObject request(const QJsonObject &request, int limitMs, const QByteArray &payload = {});
     /// Whether the other side closes the connection within `limitMs`.
     bool waitForClosed(int limitMs);
 
