@@ -6,6 +6,22 @@ include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
+# quillmarsh_test_environment(<list> [NAME=VALUE ...])
+#
+# Sets the environment of the tests whose names the discovery leaves in <list>: what every test has,
+# and more. It happens when ctest starts, since of a list among gtest_discover_tests()'s properties
+# only the first item arrives.
+function(quillmarsh_test_environment list)
+    set(environment
+        QT_QPA_PLATFORM=offscreen
+        LC_ALL=C.UTF-8
+        LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-libraries.supp:print_suppressions=0
+        ${ARGN})
+    set(afterwards "${CMAKE_CURRENT_BINARY_DIR}/${list}_environment.cmake")
+    file(WRITE "${afterwards}" "set_tests_properties(\${${list}} PROPERTIES ENVIRONMENT \"${environment}\")\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${afterwards}")
+endfunction()
+
 function(quillmarsh_test name)
     cmake_parse_arguments(TEST "GUI" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
     if(NOT TEST_TIMEOUT)
@@ -29,15 +45,7 @@ function(quillmarsh_test name)
         PROPERTIES
             ${labels}
             TIMEOUT ${TEST_TIMEOUT})
-    # Set once the tests are known: of a list among the properties above only the first item arrives.
-    set(environment
-        QT_QPA_PLATFORM=offscreen
-        LC_ALL=C.UTF-8
-        LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-libraries.supp:print_suppressions=0)
-    set(afterwards "${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake")
-    file(WRITE "${afterwards}"
-        "set_tests_properties(\${${name}_TESTS} PROPERTIES ENVIRONMENT \"${environment}\")\n")
-    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${afterwards}")
+    quillmarsh_test_environment(${name}_TESTS)
 endfunction()
 
 # quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the

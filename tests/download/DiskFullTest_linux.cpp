@@ -1,7 +1,7 @@
 // Every write to /dev/full fails as on a full disk.
 
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 
 #include "download/FileDownloaderHTTP.h"
 
@@ -15,10 +15,10 @@ class DiskFullTest : public SegmentedTest
 
 TEST_F(DiskFullTest, AMergeOntoAFullDiskFails)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     write(local("a"), "content");
     EXPECT_FALSE(m_worker.mergeFiles({local("a")}, fullDisk));
-    EXPECT_EQ(messages.texts(QtWarningMsg),
+    EXPECT_EQ(messages.lines(QtWarningMsg),
               QStringList{QStringLiteral("Could not write target file: /dev/full")});
 }
 
@@ -33,7 +33,7 @@ TEST_F(DiskFullTest, AMergeOntoAFullDiskIsToldWithItsReason)
 
 TEST_F(DiskFullTest, ASegmentOnAFullDiskIsRetriedAndGivesUp)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     FileDownloader downloader(server().url(QStringLiteral("/image.bin")), fullDisk);
     downloader.endByte = 1000;
     downloader.retryDelay = 5;
@@ -43,7 +43,7 @@ TEST_F(DiskFullTest, ASegmentOnAFullDiskIsRetriedAndGivesUp)
     EXPECT_EQ(downloader.state, -1);
     EXPECT_EQ(server().requests().size(), 3);
     EXPECT_TRUE(downloader.lastProblem().contains(QStringLiteral("No space left")));
-    EXPECT_GE(messages.count(QStringLiteral("Unable to write file: /dev/full")), 3);
+    EXPECT_GE(messages.countBeginning(QStringLiteral("Unable to write file: /dev/full")), 3);
 }
 
 TEST_F(DiskFullTest, ASegmentThatGaveUpOnAFullDiskIsLoggedWithItsReason)

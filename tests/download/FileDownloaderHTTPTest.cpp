@@ -1,6 +1,6 @@
 #include "download/FileDownloaderHTTP.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "tests/support/RecordingReporter.h"
 
 #include <QRegularExpression>
@@ -32,7 +32,7 @@ protected:
     QString m_url;
     const QString m_path = local("dev.jn");
     RecordingReporter m_reporter;
-    CapturedMessages m_messages;
+    RecordedDebugStream m_messages;
     FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
 };
 
@@ -55,7 +55,7 @@ TEST_F(FileDownloaderHTTPTest, AFileIsFetchedAndToldInPercent)
     EXPECT_TRUE(lines.contains(QStringLiteral("Progress:100%")));
     EXPECT_EQ(lines.last(), QStringLiteral("Download finished successfully."));
     EXPECT_EQ(countLines(QStringLiteral("Received:")), 0);
-    EXPECT_GE(m_messages.count(QStringLiteral("Progress: 100 %")), 1);
+    EXPECT_GE(m_messages.countBeginning(QStringLiteral("Progress: 100 %")), 1);
 }
 
 TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
@@ -68,7 +68,7 @@ TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
     const QRegularExpression received(QStringLiteral("^Received:[1-9][0-9]*bytes$"));
     EXPECT_FALSE(m_reporter.logLines().filter(received).isEmpty());
     const QRegularExpression toldReceived(QStringLiteral("^Received: [1-9][0-9]* bytes$"));
-    EXPECT_FALSE(m_messages.texts().filter(toldReceived).isEmpty());
+    EXPECT_FALSE(m_messages.lines().filter(toldReceived).isEmpty());
     // At the end the toolkit knows the size after all.
     EXPECT_EQ(countLines(QStringLiteral("Progress:")), countLines(QStringLiteral("Progress:100%")));
 }
@@ -94,7 +94,7 @@ TEST_F(FileDownloaderHTTPTest, AnInvalidAddressIsRefusedWithoutARequest)
     start();
     EXPECT_EQ(m_reporter.logLines(),
               (QStringList{QStringLiteral("try to download dev json..."), QStringLiteral("Invalid URL")}));
-    EXPECT_EQ(m_messages.texts(), QStringList{QStringLiteral("Invalid URL: http://[")});
+    EXPECT_EQ(m_messages.lines(), QStringList{QStringLiteral("Invalid URL: http://[")});
     EXPECT_FALSE(QFile::exists(m_path));
     EXPECT_FALSE(m_downloader.succeeded);
 }
@@ -105,7 +105,7 @@ TEST_F(FileDownloaderHTTPTest, AFileThatCannotBeOpenedIsToldAndNothingIsAsked)
     emit m_downloader.sigDownloadFile(m_url, path);
     pumpFor(50);
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("Could not open file for writing"));
-    EXPECT_EQ(m_messages.texts(), QStringList{QStringLiteral("Could not open file for writing: ") + path});
+    EXPECT_EQ(m_messages.lines(), QStringList{QStringLiteral("Could not open file for writing: ") + path});
     EXPECT_TRUE(server().requests().isEmpty());
     EXPECT_FALSE(m_downloader.succeeded);
 }
@@ -117,9 +117,9 @@ TEST_F(FileDownloaderHTTPTest, AnErrorRemovesTheFileAndIsTold)
     ASSERT_TRUE(waitForLine(QStringLiteral("Download finished with error:")));
     EXPECT_FALSE(QFile::exists(m_path));
     EXPECT_FALSE(m_downloader.succeeded);
-    EXPECT_EQ(m_messages.count(QStringLiteral("Download error:")), 1);
-    EXPECT_TRUE(m_messages.texts().join(QLatin1Char(' ')).contains(QStringLiteral("ContentNotFoundError")));
-    EXPECT_EQ(m_messages.count(QStringLiteral("Download finished with error:")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Download error:")), 1);
+    EXPECT_TRUE(m_messages.lines().join(QLatin1Char(' ')).contains(QStringLiteral("ContentNotFoundError")));
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Download finished with error:")), 1);
     EXPECT_EQ(countLines(QStringLiteral("Download finished successfully.")), 0);
     // The error's text follows the colon directly.
     EXPECT_FALSE(m_reporter.logLines().last().startsWith(QStringLiteral("Download finished with error: ")));
@@ -172,7 +172,7 @@ TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNeitherFileNorLines)
     m_downloader.abandonDownload();
     ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path) && server().openConnections() == 0; }));
     EXPECT_EQ(m_reporter.logLines(), before);
-    EXPECT_EQ(m_messages.count(QStringLiteral("Download")), 0);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Download")), 0);
     EXPECT_FALSE(m_downloader.succeeded);
 }
 

@@ -1,6 +1,6 @@
 #include "download/FileDownloader.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QNetworkAccessManager>
@@ -63,7 +63,7 @@ TEST_F(FileDownloaderTest, ANewOneRunsWith20RetriesASecondApart)
 
 TEST_F(FileDownloaderTest, EndZeroAndNoLocalFileIsAPlainGetOfTheWholeFile)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     const auto downloader = make(0, 0);
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
@@ -72,17 +72,17 @@ TEST_F(FileDownloaderTest, EndZeroAndNoLocalFileIsAPlainGetOfTheWholeFile)
     EXPECT_FALSE(server().requests().first().headers.contains("range"));
     EXPECT_EQ(downloader->CurrentPackDownloadSize, m_content.size());
     EXPECT_EQ(downloader->m_totalSize, m_content.size());
-    EXPECT_EQ(messages.count(QStringLiteral("Download completed successfully!")), 1);
-    EXPECT_EQ(messages.count(QStringLiteral("Resuming from byte:")), 0);
-    EXPECT_EQ(messages.count(QStringLiteral("Total file size: 100000")), 1);
-    EXPECT_GE(messages.count(QStringLiteral("Download progress: 100000 / 100000")), 1);
-    EXPECT_GE(messages.count(QStringLiteral("CurrentPackDownloadSize: 100000")), 1);
-    EXPECT_GE(messages.count(QStringLiteral("m_totalSize: 100000")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Download completed successfully!")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Resuming from byte:")), 0);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Total file size: 100000")), 1);
+    EXPECT_GE(messages.countBeginning(QStringLiteral("Download progress: 100000 / 100000")), 1);
+    EXPECT_GE(messages.countBeginning(QStringLiteral("CurrentPackDownloadSize: 100000")), 1);
+    EXPECT_GE(messages.countBeginning(QStringLiteral("m_totalSize: 100000")), 1);
 }
 
 TEST_F(FileDownloaderTest, EndZeroAndALocalFileIsAskedForFromItsLengthOn)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     write(m_path, m_content.left(1234));
     const auto downloader = make(0, 0);
     downloader->startDownload();
@@ -90,7 +90,7 @@ TEST_F(FileDownloaderTest, EndZeroAndALocalFileIsAskedForFromItsLengthOn)
     EXPECT_EQ(rangesAsked(), QList<QByteArray>{"bytes=1234-"});
     EXPECT_EQ(read(m_path), m_content);
     EXPECT_EQ(downloader->CurrentPackDownloadSize, m_content.size());
-    EXPECT_EQ(messages.count(QStringLiteral("Resuming from byte: 1234")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Resuming from byte: 1234")), 1);
 }
 
 TEST_F(FileDownloaderTest, ARangeIsAskedForWithAnInclusiveEnd)
@@ -105,7 +105,7 @@ TEST_F(FileDownloaderTest, ARangeIsAskedForWithAnInclusiveEnd)
 
 TEST_F(FileDownloaderTest, ARangeWithALocalFileIsAskedForFromItsLengthOn)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     write(m_path, m_content.mid(1000, 500));
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
@@ -114,19 +114,19 @@ TEST_F(FileDownloaderTest, ARangeWithALocalFileIsAskedForFromItsLengthOn)
     EXPECT_EQ(rangesAsked(), QList<QByteArray>{"bytes=1500-2999"});
     EXPECT_EQ(read(m_path), m_content.mid(1000, 2000));
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 2000);
-    EXPECT_EQ(messages.count(QStringLiteral("Resuming from byte: 500")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Resuming from byte: 500")), 1);
 }
 
 TEST_F(FileDownloaderTest, ARangeThatIsOnDiskFinishesAtOnceWithoutARequest)
 {
     for (const int length : {2000, 2001}) {
-        CapturedMessages messages;
+        RecordedDebugStream messages;
         write(m_path, QByteArray(length, 'x'));
         const auto downloader = make(1000, 3000);
         downloader->startDownload();
         EXPECT_EQ(downloader->state, 1);
         EXPECT_EQ(downloader->CurrentPackDownloadSize, length);
-        EXPECT_EQ(messages.count(QStringLiteral("下载已完成")), 1);
+        EXPECT_EQ(messages.countBeginning(QStringLiteral("下载已完成")), 1);
         pumpFor(50);
         EXPECT_TRUE(server().requests().isEmpty());
     }
@@ -144,16 +144,16 @@ TEST_F(FileDownloaderTest, ARangeThatLacksOneByteIsAskedForIt)
 
 TEST_F(FileDownloaderTest, A416CountsAsFinishedAndIsNotRetried)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     write(m_path, m_content);
     const auto downloader = make(0, 0);
     downloader->startDownload(); // asks for what follows the last byte
-    ASSERT_TRUE(pumpUntil([&] { return messages.count(QStringLiteral("state Code: 416")) == 1; }));
+    ASSERT_TRUE(pumpUntil([&] { return messages.countBeginning(QStringLiteral("state Code: 416")) == 1; }));
     pumpFor(50);
     EXPECT_EQ(downloader->state, 1);
     EXPECT_EQ(downloader->retryCount, 0);
-    EXPECT_EQ(messages.count(QStringLiteral("you download success")), 1);
-    EXPECT_EQ(messages.count(QStringLiteral("Download failed:")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("you download success")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Download failed:")), 1);
     EXPECT_EQ(server().requests().size(), 1);
     EXPECT_EQ(read(m_path), m_content);
 }
@@ -178,7 +178,7 @@ TEST_F(FileDownloaderTest, AContentRangeWithoutASlashLeavesTheTotalSizeAsItWas)
 
 TEST_F(FileDownloaderTest, PauseDoesNotStopTheTransferAndDataArrivingWhilePausedIsNotWritten)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("slow-drip:bytes=5000,ms=15,times=1");
     const auto downloader = make(0, 0);
     downloader->startDownload();
@@ -195,12 +195,12 @@ TEST_F(FileDownloaderTest, PauseDoesNotStopTheTransferAndDataArrivingWhilePaused
     EXPECT_EQ(read(m_path), before);
     EXPECT_LT(before.size(), m_content.size());
     EXPECT_EQ(downloader->CurrentPackDownloadSize, sizeBefore);
-    EXPECT_EQ(messages.count(QStringLiteral("Download paused")), 1);
-    EXPECT_EQ(messages.count(QStringLiteral("Download completed successfully!")), 0);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Download paused")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Download completed successfully!")), 0);
     EXPECT_EQ(replyOf(*downloader), reply) << "a reply that ends while paused is kept";
 
     downloader->resume();
-    EXPECT_EQ(messages.count(QStringLiteral("Resuming download")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Resuming download")), 1);
     ASSERT_TRUE(waitFor(*downloader, 1));
     EXPECT_EQ(rangesAsked().last(), "bytes=" + QByteArray::number(before.size()) + "-");
     EXPECT_EQ(read(m_path), m_content);
@@ -224,7 +224,7 @@ TEST_F(FileDownloaderTest, ResumingWhileTheOldTransferRunsWritesNoByteTwice)
 
 TEST_F(FileDownloaderTest, PauseResumeAndRetryDoNothingInOtherStates)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     FileDownloader downloader(server().url(QStringLiteral("/image.bin")), m_path);
     downloader.resume();
     EXPECT_EQ(downloader.state, 0);
@@ -234,30 +234,30 @@ TEST_F(FileDownloaderTest, PauseResumeAndRetryDoNothingInOtherStates)
     downloader.state = FileDownloader::Paused;
     downloader.retryDownload();
     EXPECT_EQ(downloader.retryCount, 0);
-    EXPECT_TRUE(messages.texts().isEmpty());
+    EXPECT_TRUE(messages.lines().isEmpty());
 }
 
 TEST_F(FileDownloaderTest, AskingForARetryCountsAndStartsAgainAfterTheDelay)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     const auto downloader = make(1000, 3000);
     downloader->retryDownload();
     EXPECT_EQ(downloader->retryCount, 1);
-    EXPECT_EQ(messages.texts(), QStringList{QStringLiteral("Retrying download. Attempt: 1")});
+    EXPECT_EQ(messages.lines(), QStringList{QStringLiteral("Retrying download. Attempt: 1")});
     ASSERT_TRUE(waitFor(*downloader, 1));
     EXPECT_EQ(read(m_path), m_content.mid(1000, 2000));
 }
 
 TEST_F(FileDownloaderTest, ANetworkErrorIsToldAndRetried)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("503:times=1");
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
     EXPECT_EQ(read(m_path), m_content.mid(1000, 2000)) << "an error page is no part of the file";
     QStringList told;
-    const QStringList texts = messages.texts();
+    const QStringList texts = messages.lines();
     for (const QString &text : texts) {
         for (const char *beginning :
              {"Network error occurred:", "Retrying download. Attempt: 1",
@@ -271,7 +271,7 @@ TEST_F(FileDownloaderTest, ANetworkErrorIsToldAndRetried)
                                  QStringLiteral("Download failed:"), QStringLiteral("state Code: 503"),
                                  QStringLiteral("Download completed successfully!")}));
     EXPECT_TRUE(texts.join(QLatin1Char('\n')).contains(QStringLiteral("ServiceUnavailableError")));
-    EXPECT_EQ(messages.texts(QtCriticalMsg).size(), 2);
+    EXPECT_EQ(messages.lines(QtCriticalMsg).size(), 2);
 }
 
 TEST_F(FileDownloaderTest, AnErrorPageNeverReachesTheFile)
@@ -303,7 +303,7 @@ TEST_F(FileDownloaderTest, ARetryWaitsItsDelay)
 
 TEST_F(FileDownloaderTest, After20RetriesItGivesUpForGood)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("404");
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
@@ -312,8 +312,8 @@ TEST_F(FileDownloaderTest, After20RetriesItGivesUpForGood)
     EXPECT_EQ(downloader->state, -1);
     EXPECT_EQ(downloader->retryCount, 20);
     EXPECT_EQ(server().requests().size(), 21);
-    EXPECT_EQ(messages.count(QStringLiteral("Retrying download. Attempt:")), 20);
-    EXPECT_EQ(messages.count(QStringLiteral("Maximum retry attempts reached. Download failed.")), 1);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Retrying download. Attempt:")), 20);
+    EXPECT_EQ(messages.countBeginning(QStringLiteral("Maximum retry attempts reached. Download failed.")), 1);
     EXPECT_FALSE(downloader->lastProblem().isEmpty());
 }
 
@@ -371,14 +371,14 @@ TEST_F(FileDownloaderTest, TheLocalFileIsNeitherTruncatedNorRemoved)
 
 TEST_F(FileDownloaderTest, AFileThatCannotBeOpenedIsTriedAgainWithoutANewRequest)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("slow-drip:bytes=20000,ms=40");
     const QString folder = local("folder");
     const QString path = folder + QStringLiteral("/part");
     const auto downloader = make(0, 0, path);
     downloader->startDownload();
     const QString text = QStringLiteral("Unable to open file for writing: ") + path;
-    ASSERT_TRUE(pumpUntil([&] { return messages.count(text) > 0; }));
+    ASSERT_TRUE(pumpUntil([&] { return messages.countBeginning(text) > 0; }));
     EXPECT_EQ(downloader->state, 0);
     ASSERT_TRUE(QDir().mkdir(folder));
     ASSERT_TRUE(waitFor(*downloader, 1));
@@ -394,7 +394,7 @@ TEST_F(FileDownloaderTest, AFullBufferIsReadAgainWhenTheFileCanBeOpened)
     const QString folder = local("folder");
     FileDownloader downloader(url, folder + QStringLiteral("/part"));
     downloader.retryDelay = 20;
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     downloader.startDownload();
     QNetworkReply *reply = replyOf(downloader);
     ASSERT_TRUE(pumpUntil([&] { return reply->bytesAvailable() >= 1024 * 1024; }));

@@ -1,6 +1,6 @@
 #include "download/FileSizeFetcher.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 
 namespace {
 
@@ -10,11 +10,11 @@ protected:
     FileSizeFetcherTest() : m_url(serve(QStringLiteral("/image.bin"), someBytes(5000))) {}
 
     QUrl m_url;
-    CapturedMessages m_messages;
+    RecordedDebugStream m_messages;
 
     bool waitForText(const char *beginning)
     {
-        return pumpUntil([&] { return m_messages.count(QString::fromUtf8(beginning)) > 0; });
+        return pumpUntil([&] { return m_messages.countBeginning(QString::fromUtf8(beginning)) > 0; });
     }
 };
 
@@ -32,7 +32,7 @@ TEST_F(FileSizeFetcherTest, TheSizeComesFromTheHeadOfAnOrdinaryGet)
     probe.fetchFileSize();
     ASSERT_TRUE(waitForText("Request completed."));
     EXPECT_EQ(probe.fileSize, 5000);
-    EXPECT_EQ(m_messages.count(QStringLiteral("File size: 5000 bytes")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("File size: 5000 bytes")), 1);
     EXPECT_EQ(rangesAsked(), QList<QByteArray>{QByteArray()});
     EXPECT_EQ(server().requests().first().header("Accept-Encoding"), "identity");
 }
@@ -54,7 +54,7 @@ TEST_F(FileSizeFetcherTest, WithoutAContentLengthTheTotalOfContentRangeCounts)
     probe.fetchFileSize();
     ASSERT_TRUE(waitForText("Request completed."));
     EXPECT_EQ(probe.fileSize, 5000);
-    EXPECT_EQ(m_messages.count(QStringLiteral("File size: 5000 bytes")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("File size: 5000 bytes")), 1);
 }
 
 TEST_F(FileSizeFetcherTest, AContentRangeWithoutASlashGivesTheCriticalLineAndNoSize)
@@ -65,7 +65,7 @@ TEST_F(FileSizeFetcherTest, AContentRangeWithoutASlashGivesTheCriticalLineAndNoS
     probe.fetchFileSize();
     ASSERT_TRUE(waitForText("Request completed."));
     EXPECT_EQ(probe.fileSize, 0);
-    EXPECT_EQ(m_messages.texts(QtCriticalMsg),
+    EXPECT_EQ(m_messages.lines(QtCriticalMsg),
               QStringList{QStringLiteral("Could not determine file size from Content-Range header.")});
 }
 
@@ -88,8 +88,8 @@ TEST_F(FileSizeFetcherTest, AFailedRequestIsRepeatedAtOnce)
     ASSERT_TRUE(waitForText("Request completed."));
     EXPECT_LT(timer.elapsed(), 15000) << "50 retries without a delay";
     EXPECT_EQ(probe.fileSize, 5000) << "the size of an error page is not the file's";
-    EXPECT_EQ(m_messages.count(QStringLiteral("Error fetching file size:")), 50);
-    EXPECT_EQ(m_messages.count(QStringLiteral("Retrying... Attempt 50 of 999")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Error fetching file size:")), 50);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Retrying... Attempt 50 of 999")), 1);
     EXPECT_EQ(probe.retryCount, 0) << "a success starts the count again";
 }
 
@@ -101,8 +101,8 @@ TEST_F(FileSizeFetcherTest, After999RetriesItGivesUp)
     ASSERT_TRUE(waitForText("Max retries reached. Giving up."));
     pumpFor(20);
     EXPECT_EQ(server().requests().size(), 1000);
-    EXPECT_EQ(m_messages.count(QStringLiteral("Retrying... Attempt 999 of 999")), 1);
-    EXPECT_EQ(m_messages.count(QStringLiteral("Max retries reached. Giving up.")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Retrying... Attempt 999 of 999")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Max retries reached. Giving up.")), 1);
     EXPECT_EQ(probe.fileSize, 0);
 }
 
@@ -115,7 +115,7 @@ TEST_F(FileSizeFetcherTest, TheSizeOfARedirectIsNotTakenForTheFiles)
     probe.fetchFileSize();
     ASSERT_TRUE(pumpUntil([&] { return probe.fileSize != 0; }));
     EXPECT_EQ(probe.fileSize, 7000);
-    EXPECT_EQ(m_messages.count(QStringLiteral("File size:")), 1);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("File size:")), 1);
 }
 
 TEST_F(FileSizeFetcherTest, TheBodyIsFetchedToItsEndAndDropped)
@@ -143,7 +143,7 @@ TEST_F(FileSizeFetcherTest, TheSizeIsKnownBeforeTheBodyHasArrived)
     FileSizeFetcher probe(m_url);
     probe.fetchFileSize();
     ASSERT_TRUE(pumpUntil([&] { return probe.fileSize == 5000; }));
-    EXPECT_EQ(m_messages.count(QStringLiteral("Request completed.")), 0);
+    EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Request completed.")), 0);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 
 namespace {
 
@@ -7,7 +7,7 @@ class MergeFilesTest : public SegmentedTest
 {
 protected:
     const QString m_target = local("target");
-    CapturedMessages m_messages;
+    RecordedDebugStream m_messages;
 };
 
 TEST_F(MergeFilesTest, PartsAreJoinedInTheOrderOfTheList)
@@ -39,7 +39,7 @@ TEST_F(MergeFilesTest, ATargetThatCannotBeOpenedFails)
 {
     const QString target = local("missing/target");
     EXPECT_FALSE(m_worker.mergeFiles({}, target));
-    EXPECT_EQ(m_messages.texts(QtWarningMsg),
+    EXPECT_EQ(m_messages.lines(QtWarningMsg),
               QStringList{QStringLiteral("Could not open target file for writing: ") + target});
 }
 
@@ -48,7 +48,7 @@ TEST_F(MergeFilesTest, APartThatCannotBeOpenedFailsAndTheTargetKeepsWhatItHas)
     write(local("a"), "first");
     EXPECT_FALSE(m_worker.mergeFiles({local("a"), local("none"), local("a")}, m_target));
     EXPECT_EQ(read(m_target), "first");
-    EXPECT_EQ(m_messages.texts(QtWarningMsg),
+    EXPECT_EQ(m_messages.lines(QtWarningMsg),
               QStringList{QStringLiteral("Could not open source file for reading: ") + local("none")});
 }
 

@@ -1,5 +1,5 @@
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/CapturedMessages.h"
+#include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QNetworkReply>
@@ -37,7 +37,7 @@ TEST_F(ThreadFileDownloaderTest, TheTwoSignalsStandInTheirOrderAndNothingElse)
 
 TEST_F(ThreadFileDownloaderTest, ARunShowsAndLogsItsStepsInOrder)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     ASSERT_TRUE(run());
     EXPECT_EQ(result(), m_content);
     EXPECT_TRUE(arePartsGone());
@@ -53,7 +53,7 @@ TEST_F(ThreadFileDownloaderTest, ARunShowsAndLogsItsStepsInOrder)
                            text("merge Files Success")}));
     EXPECT_TRUE(m_reporter.titles().isEmpty());
     QStringList steps;
-    const QStringList debug = messages.texts();
+    const QStringList debug = messages.lines();
     for (const QString &line : debug) {
         for (const char *beginning :
              {"准备下载任务...", "等待服务器返回...", "Wait Servier Return File Size...",
@@ -71,12 +71,12 @@ TEST_F(ThreadFileDownloaderTest, ARunShowsAndLogsItsStepsInOrder)
 
 TEST_F(ThreadFileDownloaderTest, TheRangesAreWrittenToTheDebugStream)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     ASSERT_TRUE(run());
-    EXPECT_EQ(messages.count(text("第 ")), 10);
-    EXPECT_EQ(messages.count(text("开始: ")), 10);
-    EXPECT_EQ(messages.count(text("结束: ")), 10);
-    const QStringList texts = messages.texts();
+    EXPECT_EQ(messages.countBeginning(text("第 ")), 10);
+    EXPECT_EQ(messages.countBeginning(text("开始: ")), 10);
+    EXPECT_EQ(messages.countBeginning(text("结束: ")), 10);
+    const QStringList texts = messages.lines();
     EXPECT_TRUE(texts.contains(text("开始: 30000")));
     EXPECT_TRUE(texts.contains(text("结束: 40000")));
     // The last line counts back from the end, remainder and all.
@@ -116,25 +116,25 @@ TEST_F(ThreadFileDownloaderTest, ProgressTellsPercentAndWholeMebibytes)
 
 TEST_F(ThreadFileDownloaderTest, WithoutAnAddressNothingIsAsked)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     m_worker.url.clear();
     EXPECT_FALSE(run());
     EXPECT_EQ(m_states, (QStringList{text("当前状态: 准备下载任务..."), text("当前状态: 错误1")}));
     EXPECT_EQ(m_reporter.logLines(),
               (QStringList{text("Begin To Downloader Json: "), text("ERR: Json url is null")}));
-    EXPECT_EQ(messages.count(text("准备下载任务...")), 1);
-    EXPECT_EQ(messages.count(text("url is null")), 1);
+    EXPECT_EQ(messages.countBeginning(text("准备下载任务...")), 1);
+    EXPECT_EQ(messages.countBeginning(text("url is null")), 1);
     EXPECT_TRUE(server().requests().isEmpty());
 }
 
 TEST_F(ThreadFileDownloaderTest, TheSizeIsWaitedFor20SecondsInRoundsOf100Milliseconds)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("stall");
     m_clock.sleepsCount = true;
     EXPECT_FALSE(run());
     EXPECT_EQ(m_reporter.logLines().last(), text("wait server return timeout!"));
-    EXPECT_EQ(messages.texts(QtWarningMsg), QStringList{text("Timeout reached!")});
+    EXPECT_EQ(messages.lines(QtWarningMsg), QStringList{text("Timeout reached!")});
     // Real time counts, too, so a busy machine may need fewer rounds.
     EXPECT_LE(m_clock.sleeps.load(), 200);
     EXPECT_GT(m_clock.sleeps.load(), 100);
@@ -220,16 +220,16 @@ TEST_F(ThreadFileDownloaderTest, ASecondRunRemovesTheFirstRunsPartsAgain)
 
 TEST_F(ThreadFileDownloaderTest, ATargetThatExistsIsToldWithItsSizeAndReplaced)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     write(m_worker.savePath, QByteArray(123, 'x'));
     ASSERT_TRUE(run());
-    EXPECT_EQ(messages.count(text("file.size(): 123")), 1);
+    EXPECT_EQ(messages.countBeginning(text("file.size(): 123")), 1);
     EXPECT_EQ(result(), m_content);
 }
 
 TEST_F(ThreadFileDownloaderTest, AMergeThatFailsIsToldAndThePartsAreRemoved)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     // The parts can be written beside it, but the target is a folder.
     ASSERT_TRUE(QDir().mkdir(m_worker.savePath));
     EXPECT_FALSE(run());
@@ -239,12 +239,12 @@ TEST_F(ThreadFileDownloaderTest, AMergeThatFailsIsToldAndThePartsAreRemoved)
     ASSERT_GE(log.size(), 2);
     EXPECT_EQ(log.at(log.size() - 2), text("merge Files Failed!"));
     EXPECT_TRUE(log.last().startsWith(m_worker.savePath)) << "the reason is told as well";
-    EXPECT_EQ(messages.count(text("合并失败")), 1);
+    EXPECT_EQ(messages.countBeginning(text("合并失败")), 1);
 }
 
 TEST_F(ThreadFileDownloaderTest, ASegmentThatGaveUpKeepsTheRunWaitingAndIsToldOnce)
 {
-    CapturedMessages messages;
+    RecordedDebugStream messages;
     fault("404:range=3");
     int roundsAfter = 0;
     m_clock.onSleep = [&] {
@@ -255,7 +255,7 @@ TEST_F(ThreadFileDownloaderTest, ASegmentThatGaveUpKeepsTheRunWaitingAndIsToldOn
     EXPECT_FALSE(run());
     EXPECT_EQ(roundsAfter, 50);
     EXPECT_EQ(m_reporter.logLines().filter(text("gave up")).size(), 1);
-    EXPECT_EQ(messages.count(text("Maximum retry attempts reached. Download failed.")), 1);
+    EXPECT_EQ(messages.countBeginning(text("Maximum retry attempts reached. Download failed.")), 1);
     EXPECT_TRUE(m_states.last().startsWith(text("当前状态: 正在下载 "))) << "the last download line stays";
 }
 
