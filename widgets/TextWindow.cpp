@@ -65,6 +65,7 @@ void TextWindow::setLogCheckBox(QCheckBox *checkBox)
 void TextWindow::appendLog(const QString &text)
 {
     appendToPane(withLongLinesCut(text));
+    dropOldLines();
     QTextCursor end = m_textView->textCursor();
     end.movePosition(QTextCursor::End, QTextCursor::MoveAnchor, 1);
     m_textView->setTextCursor(end);
@@ -81,14 +82,20 @@ void TextWindow::appendToPane(const QString &text)
         cursor.insertBlock();
     m_hasLines = true;
     cursor.insertText(text);
-    const int lines = m_textView->document()->blockCount();
-    if (lines > maximumLines) {
-        cursor.movePosition(QTextCursor::Start);
-        cursor.setPosition(m_textView->document()->findBlockByNumber(lines - keptLines).position(),
-                           QTextCursor::KeepAnchor);
-        cursor.removeSelectedText();
-    }
     cursor.endEditBlock();
+}
+
+void TextWindow::dropOldLines()
+{
+    const int lines = m_textView->document()->blockCount();
+    if (lines <= maximumLines)
+        return;
+    // A change of its own: together with the append it would span the whole document, and every
+    // line that stays would be laid out anew (110 ms instead of 12).
+    QTextCursor cursor(m_textView->document());
+    cursor.setPosition(m_textView->document()->findBlockByNumber(lines - keptLines).position(),
+                       QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
 }
 
 void TextWindow::closeEvent(QCloseEvent *event)

@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 /// The log file lies in the working directory.
@@ -120,6 +122,17 @@ TEST_F(TextWindowTest, AboveTwentyTwoThousandLinesThePaneDropsToTheNewestTwentyT
     EXPECT_EQ(document->lastBlock().text(), QStringLiteral("22000"));
     EXPECT_TRUE(m_window.textView()->textCursor().atEnd());
     EXPECT_EQ(fileLines().size(), 22002) << "the file keeps all";
+}
+
+TEST_F(TextWindowTest, DroppingOldLinesLaysOutNoneOfThoseThatStay)
+{
+    m_window.appendLog(QString(21999, QLatin1Char('\n')));
+    QVector<int> laidOut;
+    QObject::connect(m_window.textView()->document(), &QTextDocument::contentsChange, &m_window,
+                     [&laidOut](int, int, int added) { laidOut.append(added); });
+    m_window.appendLog(QStringLiteral("the last straw"));
+    ASSERT_EQ(m_window.textView()->document()->blockCount(), 20000);
+    EXPECT_LT(*std::max_element(laidOut.begin(), laidOut.end()), 100);
 }
 
 TEST_F(TextWindowTest, ALineLongerThan64KiBIsCutInThePaneOnly)
