@@ -126,6 +126,19 @@ bool BusSession::plug(const QString &key)
     return operate("plug", {{QLatin1String("device"), key}});
 }
 
+bool BusSession::plugBootloader(const QString &key)
+{
+    return operate("plug",
+                   {{QLatin1String("device"), key}, {QLatin1String("as"), QLatin1String("bootloader")}});
+}
+
+bool BusSession::setReportAnswer(const QString &key, const QJsonObject &changes)
+{
+    QJsonObject fields = changes;
+    fields.insert(QLatin1String("device"), key);
+    return operate("setReportAnswer", fields);
+}
+
 bool BusSession::unplug(const QString &key)
 {
     return operate("unplug", {{QLatin1String("device"), key}});

@@ -28,7 +28,10 @@ public:
     /// Waits until the device is in `state`: "application", "bootloader" or "absent".
     bool waitForDevice(const QString &key, const QString &state, int limitMs);
     bool plug(const QString &key);
+    bool plugBootloader(const QString &key);
     bool unplug(const QString &key);
+    /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.
+    bool setReportAnswer(const QString &key, const QJsonObject &changes);
     /// Writes the bytes that were burned into the device to a file.
     bool saveImage(const QString &key, const QString &path);
 
