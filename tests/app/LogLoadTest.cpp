@@ -1,17 +1,13 @@
 #include "app/bringToForeground.h"
+#include "support/LogFile.h"
+#include "tests/support/ProcessUse.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/TextWindow.h"
 
-#include "support/LogFile.h"
-
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextDocument>
-#include <QTextEdit>
 
 #include <gtest/gtest.h>
 
@@ -21,57 +17,45 @@
 
 namespace {
 
-/// Megabytes of memory that this process holds now.
-double residentMegabytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * 4096 / 1048576;
-}
-
-/// Notes how late a timer of the GUI thread comes at most.
+/// How late a timer of this thread comes at most.
 class Lateness
 {
 public:
     explicit Lateness(int intervalMs) : m_intervalMs(intervalMs)
     {
         m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
-            m_worst = qMax(m_worst, m_sinceLast.restart() - m_intervalMs);
-            ++m_ticks;
-        });
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer,
+                         [this] { m_worst = qMax(m_worst, m_sinceLast.restart() - m_intervalMs); });
         m_sinceLast.start();
         m_timer.start(intervalMs);
     }
-    qint64 worstMs() const { return m_worst; }
-    int ticks() const { return m_ticks; }
+    int worstMs() const { return static_cast<int>(m_worst); }
 
 private:
     const int m_intervalMs;
     QTimer m_timer;
     QElapsedTimer m_sinceLast;
     qint64 m_worst = 0;
-    int m_ticks = 0;
 };
 
+/// The main widget with its log window open, in a working directory of its own.
 class LogLoadTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        m_before = QDir::currentPath();
         ASSERT_TRUE(QDir::setCurrent(m_folder.path()));
         m_ground = std::make_unique<BackgroundWidget>(false);
         m_main = new bringToForeground(m_ground.get(), false, false, QString());
         m_main->onStartCheckDeviceQTimer(false);
         m_ground->show();
-        for (QWidget *window : QApplication::topLevelWidgets()) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
             if (auto *log = qobject_cast<TextWindow *>(window))
                 m_log = log;
         }
         ASSERT_NE(m_log, nullptr);
-        // The costly case: each line is laid out and painted.
+        // The costly case: each line is painted, too.
         m_log->show();
         QCoreApplication::processEvents();
     }
@@ -81,41 +65,61 @@ protected:
         QDir::setCurrent(m_before);
     }
 
-    QString m_before;
+    /// Logs from another thread, so many lines a second, while this one runs its events.
+    void logLines(int count, int perSecond)
+    {
+        std::atomic<bool> ended{false};
+        std::thread worker([&] {
+            const auto start = std::chrono::steady_clock::now();
+            for (int i = 0; i < count; ++i) {
+                std::this_thread::sleep_until(start + std::chrono::microseconds(1000000 / perSecond) * i);
+                emit m_main->sigAppendLog(m_log, m_line.arg(i));
+            }
+            ended = true;
+        });
+        while (!ended || m_main->isCatchingUp())
+            QTest::qWait(20);
+        worker.join();
+    }
+    /// How many of the lines stand in the file, in their order and without a gap.
+    int linesInFile() const
+    {
+        QFile file(LogFile::updateLogPath());
+        if (!file.open(QIODevice::ReadOnly))
+            return -1;
+        int next = 0;
+        while (!file.atEnd()) {
+            if (QString::fromUtf8(file.readLine()).mid(22).trimmed() == m_line.arg(next))
+                ++next;
+        }
+        return next;
+    }
+
+    const QString m_line = QStringLiteral("line %1 of a burn that has much to say");
+    const QString m_before = QDir::currentPath();
     QTemporaryDir m_folder;
     std::unique_ptr<BackgroundWidget> m_ground;
     bringToForeground *m_main = nullptr;
     TextWindow *m_log = nullptr;
 };
 
-TEST_F(LogLoadTest, AHundredThousandLinesInTwentySecondsLeaveTheWindowAliveAndTheFileComplete)
+/// 30,000 lines in the usual run, enough for the pane to drop lines; 100,000 with
+/// QUILLMARSH_LONG_TESTS set.
+TEST_F(LogLoadTest, FiveThousandLinesASecondLeaveTheWindowAliveAndTheFileComplete)
 {
-    constexpr int lines = 100000;
-    constexpr int linesPerSecond = 5000;
-    const double before = residentMegabytes();
+    const int lines = qEnvironmentVariableIsSet("QUILLMARSH_LONG_TESTS") ? 100000 : 30000;
+    const int before = ProcessUse::of().peakKilobytes;
     const Lateness lateness(10);
-    std::atomic<bool> ended{false};
-    std::thread worker([&] {
-        const auto start = std::chrono::steady_clock::now();
-        for (int i = 0; i < lines; ++i) {
-            std::this_thread::sleep_until(start + std::chrono::microseconds(i) * (1000000 / linesPerSecond));
-            emit m_main->sigAppendLog(m_log, QStringLiteral("line %1 of a burn that has much to say").arg(i));
-        }
-        ended = true;
-    });
-    QElapsedTimer timer;
-    timer.start();
-    double peak = 0;
-    while (!ended) {
-        QTest::qWait(50);
-        peak = qMax(peak, residentMegabytes());
+    logLines(lines, 5000);
+    const int grown = (ProcessUse::of().peakKilobytes - before) / 1024;
+    RecordProperty("late_ms", lateness.worstMs());
+    RecordProperty("memory_grown_mb", grown);
+    // Far more than on a machine that does nothing else, where it is a few tens of milliseconds.
+    EXPECT_LT(lateness.worstMs(), 1000);
+    if (ProcessUse::memoryTells()) {
+        EXPECT_LT(grown, 60);
     }
-    worker.join();
-    QElapsedTimer rest;
-    rest.start();
-    QCoreApplication::sendPostedEvents();
-    printf("rest %lld ms late %lld ms ticks %d in %lld mem %.1f -> %.1f\n", rest.elapsed(),
-           lateness.worstMs(), lateness.ticks(), timer.elapsed(), before, peak);
+    EXPECT_EQ(linesInFile(), lines);
 }
 
 } // namespace
