@@ -149,6 +149,21 @@ TEST_F(TextWindowTest, ALineLongerThan64KiBIsCutInThePaneOnly)
     EXPECT_EQ(fileLines().at(2), longest + QLatin1Char('y'));
 }
 
+TEST_F(TextWindowTest, AboveEightMillionCharactersThePaneDropsToTheNewestSix)
+{
+    const QString longest(64 * 1024, QLatin1Char('x'));
+    const QTextDocument *document = m_window.textView()->document();
+    for (int line = 0; line < 127; ++line)
+        m_window.appendLog(longest);
+    EXPECT_EQ(document->blockCount(), 127);
+    m_window.appendLog(longest);
+    m_window.appendLog(QStringLiteral("newest"));
+    EXPECT_EQ(document->blockCount(), 97);
+    EXPECT_EQ(document->firstBlock().text(), longest);
+    EXPECT_EQ(document->lastBlock().text(), QStringLiteral("newest"));
+    EXPECT_EQ(fileLines().size(), 130) << "the file keeps all";
+}
+
 TEST_F(TextWindowTest, ManyShortLinesInOneMessageAreNotCut)
 {
     QString text;
