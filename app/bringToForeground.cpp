@@ -94,10 +94,20 @@ void bringToForeground::connectSignals()
 {
     qRegisterMetaType<TextWindow *>("TextWindow*");
     qRegisterMetaType<QPushButton *>("QPushButton*");
-    connect(this, &bringToForeground::sigAppendLog, this, &bringToForeground::AppendLog,
-            Qt::QueuedConnection);
+    connectLog();
     connect(this, &bringToForeground::sigSetStateTitle, this, &bringToForeground::onSetStateTitle);
     connectControlSignals();
+}
+
+void bringToForeground::connectLog()
+{
+    using Self = bringToForeground;
+    connect(
+        this, &Self::sigAppendLog, this, [this] { ++m_linesOnTheirWay; }, Qt::DirectConnection);
+    connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
+    // After the line itself: queued calls come in the order of their connections.
+    connect(
+        this, &Self::sigAppendLog, this, [this] { --m_linesOnTheirWay; }, Qt::QueuedConnection);
 }
 
 void bringToForeground::connectControlSignals()

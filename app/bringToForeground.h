@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <atomic>
 #include <memory>
 
 class FileDownloaderHTTP;
@@ -51,6 +52,7 @@ public:
     void StopCheckConnectTimer();
 
     void log(const QString &line) override;
+    bool isCatchingUp() const override { return m_linesOnTheirWay > 0; }
     void setStateTitle(const BilingualText &title) override;
     void setProgress(int percent) override;
     void enableStartButton(bool enable) override;
@@ -90,6 +92,7 @@ private:
     void initialiseLanguage();
     void reportSsl();
     void connectSignals();
+    void connectLog();
     void connectControlSignals();
     void initialiseDeviceLibraries();
     void buildConnectionControls();
@@ -124,6 +127,7 @@ private:
     MainWindowWidgets m_widgets;
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
+    std::atomic<int> m_linesOnTheirWay{0};
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
     std::unique_ptr<UpdateStarter> m_updates;

@@ -14,6 +14,10 @@ public:
 
     /// Appends one line to the log window and to "UPDLog.txt".
     virtual void log(const QString &line) = 0;
+    /// Whether logged lines still wait to be shown and written. Who passes on what may come without
+    /// end, such as a tool's output, reads on only when they do not: lines on their way to the
+    /// window use memory, and keep it from everything else.
+    virtual bool isCatchingUp() const { return false; }
     /// Shows `title`, in the current language, as the status title.
     virtual void setStateTitle(const BilingualText &title) = 0;
     /// Sets the progress bar, in percent.

@@ -127,7 +127,9 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
             return BurnWithoutSuccessLine;
         }
         m_picture.repaintPicture();
-        QCoreApplication::processEvents();
+        // Output that is not read fills the pipe and makes a flasher that floods it wait.
+        if (!m_reporter.isCatchingUp())
+            QCoreApplication::processEvents();
     }
 
     const int result = console.result();

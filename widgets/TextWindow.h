@@ -31,6 +31,7 @@ protected:
 
 private:
     void appendToPane(const QString &text);
+    void dropOldLines();
 
     QTextEdit *m_textView = nullptr;
     QPointer<QCheckBox> m_logCheckBox;

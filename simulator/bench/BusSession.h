@@ -30,7 +30,13 @@ public:
     /// Waits until the device is in `state`: "application", "bootloader" or "absent".
     bool waitForDevice(const QString &key, const QString &state, int limitMs);
     bool plug(const QString &key) { return m_client.plug(key); }
+    bool plugBootloader(const QString &key) { return m_client.plugBootloader(key); }
     bool unplug(const QString &key) { return m_client.unplug(key); }
+    /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.
+    bool setReportAnswer(const QString &key, const QJsonObject &changes)
+    {
+        return m_client.setReportAnswer(key, changes);
+    }
     /// Writes the bytes that were burned into the device to a file.
     bool saveImage(const QString &key, const QString &path) { return m_client.saveImage(key, path); }
 

@@ -109,6 +109,17 @@ TEST_F(bringToForegroundTest, LogLinesAreQueuedEvenFromTheGuiThread)
     EXPECT_EQ(logLines().size(), before + 1);
 }
 
+TEST_F(bringToForegroundTest, ItCatchesUpUntilEveryLoggedLineIsWritten)
+{
+    logLines();
+    EXPECT_FALSE(m_main->isCatchingUp());
+    m_main->log(QStringLiteral("one"));
+    emit m_main->sigAppendLog(nullptr, QStringLiteral("for no window"));
+    EXPECT_TRUE(m_main->isCatchingUp());
+    EXPECT_TRUE(logLines().contains(QStringLiteral("one")));
+    EXPECT_FALSE(m_main->isCatchingUp());
+}
+
 TEST_F(bringToForegroundTest, TheOtherSignalsActAtOnceOnTheGuiThread)
 {
     emit m_main->sigSetStateTitle(QStringLiteral("a title"));

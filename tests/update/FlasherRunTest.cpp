@@ -113,6 +113,30 @@ TEST_F(FlasherRunTest, TheStateSaysFlashingOnlyWhileTheChildRuns)
     EXPECT_FALSE(m_state.isFlashing());
 }
 
+TEST_F(FlasherRunTest, OutputIsReadNoFasterThanTheLogIsWritten)
+{
+    class SlowReporter : public RecordingReporter
+    {
+    public:
+        bool isCatchingUp() const override { return behind; }
+        bool behind = true;
+    };
+    SlowReporter reporter;
+    int watched = 0;
+    m_clock.whileWatching = [&] {
+        if (++watched < 200)
+            EXPECT_TRUE(reporter.events().isEmpty());
+        else
+            reporter.behind = false;
+    };
+    m_tools.write(QStringLiteral("usb"),
+                  "echo 'Upgrade fwc: image.target.os'; echo 'Burn image successfully!'");
+    Flasher flasher(reporter, m_picture, m_state, m_clock, m_paths);
+    EXPECT_EQ(flasher.runFlasher(m_paths.usbFlasher, m_image), BurnSucceeded);
+    EXPECT_GE(watched, 200);
+    EXPECT_EQ(reporter.progress(), (QStringList{QStringLiteral("100"), QStringLiteral("48")}));
+}
+
 TEST_F(FlasherRunTest, LeavingKillsTheChildWithinASecond)
 {
     const QString pidFile = m_tools.program(QStringLiteral("pid"));

@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 /// The log file lies in the working directory.
@@ -122,6 +124,17 @@ TEST_F(TextWindowTest, AboveTwentyTwoThousandLinesThePaneDropsToTheNewestTwentyT
     EXPECT_EQ(fileLines().size(), 22002) << "the file keeps all";
 }
 
+TEST_F(TextWindowTest, DroppingOldLinesLaysOutNoneOfThoseThatStay)
+{
+    m_window.appendLog(QString(21999, QLatin1Char('\n')));
+    QVector<int> laidOut;
+    QObject::connect(m_window.textView()->document(), &QTextDocument::contentsChange, &m_window,
+                     [&laidOut](int, int, int added) { laidOut.append(added); });
+    m_window.appendLog(QStringLiteral("the last straw"));
+    ASSERT_EQ(m_window.textView()->document()->blockCount(), 20000);
+    EXPECT_LT(*std::max_element(laidOut.begin(), laidOut.end()), 100);
+}
+
 TEST_F(TextWindowTest, ALineLongerThan64KiBIsCutInThePaneOnly)
 {
     const QString longest(64 * 1024, QLatin1Char('x'));
@@ -134,6 +147,21 @@ TEST_F(TextWindowTest, ALineLongerThan64KiBIsCutInThePaneOnly)
     EXPECT_EQ(cut.previous().text(), QStringLiteral("a"));
     EXPECT_EQ(cut.next().text(), QStringLiteral("b"));
     EXPECT_EQ(fileLines().at(2), longest + QLatin1Char('y'));
+}
+
+TEST_F(TextWindowTest, AboveEightMillionCharactersThePaneDropsToTheNewestSix)
+{
+    const QString longest(64 * 1024, QLatin1Char('x'));
+    const QTextDocument *document = m_window.textView()->document();
+    for (int line = 0; line < 127; ++line)
+        m_window.appendLog(longest);
+    EXPECT_EQ(document->blockCount(), 127);
+    m_window.appendLog(longest);
+    m_window.appendLog(QStringLiteral("newest"));
+    EXPECT_EQ(document->blockCount(), 97);
+    EXPECT_EQ(document->firstBlock().text(), longest);
+    EXPECT_EQ(document->lastBlock().text(), QStringLiteral("newest"));
+    EXPECT_EQ(fileLines().size(), 130) << "the file keeps all";
 }
 
 TEST_F(TextWindowTest, ManyShortLinesInOneMessageAreNotCut)

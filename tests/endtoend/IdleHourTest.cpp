@@ -1,0 +1,56 @@
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/ModelOnBus.h"
+#include "simulator/bench/StagedProgram.h"
+#include "tests/support/ProcessUse.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// An hour of waiting with a device whose HID interface is opened on every look, in as short a
+/// time as it takes: 900 looks in the usual run, 3600 with QUILLMARSH_LONG_TESTS set.
+TEST(IdleHourTest, LookingAtTheBusOverAndOverHoldsNoMoreThanAtFirst)
+{
+    const int ticks = qEnvironmentVariableIsSet("QUILLMARSH_LONG_TESTS") ? 3600 : 900;
+    const QString duo = QStringLiteral("DevMbu");
+    StagedProgram program(QStringLiteral(IDLE_HOUR));
+    ASSERT_TRUE(program.isValid()) << program.errorText().toStdString();
+    ASSERT_TRUE(program.setControlList({duo}, {QStringLiteral("USB")}));
+
+    QFile description(program.workingFolder() + QLatin1String("/../bus.json"));
+    ASSERT_TRUE(description.open(QIODevice::WriteOnly));
+    description.write(ModelOnBus::describe({ModelOnBus::application(duo)}));
+    description.close();
+    BusSession bus;
+    ASSERT_TRUE(bus.start(description.fileName())) << bus.errorText().toStdString();
+    ASSERT_TRUE(bus.run(program.launch({QString::number(ticks)}))) << bus.errorText().toStdString();
+    ASSERT_EQ(bus.waitForExit(150000), 0) << program.standardError().right(2000).toStdString();
+
+    const QJsonObject result =
+        QJsonDocument::fromJson(
+            program.standardOutput().section(QLatin1Char('{'), 1).prepend(QLatin1Char('{')).toUtf8())
+            .object();
+    ASSERT_EQ(result.value(QLatin1String("ticks")).toInt(), ticks)
+        << program.standardOutput().right(2000).toStdString();
+    EXPECT_EQ(result.value(QLatin1String("shown")).toString(), QStringLiteral("Device Detected"));
+    const QJsonObject early = result.value(QLatin1String("early")).toObject();
+    const QJsonObject late = result.value(QLatin1String("late")).toObject();
+    for (const char *what : {"descriptors", "threads"}) {
+        EXPECT_GT(early.value(QLatin1String(what)).toInt(), 0) << what;
+        EXPECT_EQ(late.value(QLatin1String(what)).toInt(), early.value(QLatin1String(what)).toInt()) << what;
+    }
+    const int grown =
+        late.value(QLatin1String("kilobytes")).toInt() - early.value(QLatin1String("kilobytes")).toInt();
+    RecordProperty("memory_grown_kb", grown);
+    RecordProperty("descriptors", late.value(QLatin1String("descriptors")).toInt());
+    RecordProperty("threads", late.value(QLatin1String("threads")).toInt());
+    // The log pane alone keeps three lines of each look.
+    if (ProcessUse::memoryTells()) {
+        EXPECT_LT(grown, 20000);
+    }
+}
+
+} // namespace

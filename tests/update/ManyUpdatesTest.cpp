@@ -1,0 +1,120 @@
+#include "tests/update/UpdateWorkflowTest.h"
+
+#include "download/FileDownloaderHTTP.h"
+#include "download/ThreadFileDownloader.h"
+#include "simulator/bench/BenchPaths.h"
+#include "simulator/bench/FirmwareRoot.h"
+#include "simulator/bench/ServerSession.h"
+#include "tests/support/ProcessUse.h"
+#include "update/FirmwareFetch.h"
+
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+#include <QTcpServer>
+#include <QtConcurrent>
+
+namespace {
+
+/// Sleeps really, but never long.
+class ShortClock : public Clock
+{
+public:
+    qint64 nowMs() const override { return Clock::real().nowMs(); }
+    bool sleepMs(int milliseconds) override { return Clock::real().sleepMs(qMin(milliseconds, 3)); }
+    bool isLeaving() const override { return false; }
+};
+
+/// Whole updates in one process, with a real server and real flashers.
+class ManyUpdatesTest : public FlasherTest
+{
+protected:
+    void SetUp() override
+    {
+        // A free port, which the manifest has to name before the server is there.
+        QTcpServer free;
+        ASSERT_TRUE(free.listen(QHostAddress::LocalHost));
+        const quint16 port = free.serverPort();
+        free.close();
+        m_firmware = std::make_unique<FirmwareRoot>(QStringLiteral("http://127.0.0.1:%1").arg(port));
+        m_firmware->addModel(QStringLiteral("M1"), 100000);
+        ASSERT_TRUE(m_server.start(m_firmware->folder(), port)) << m_server.errorText().toStdString();
+
+        m_paths.applicationDir = m_tools.program(QStringLiteral("app"));
+        m_paths.temporaryFolder = m_tools.program(QStringLiteral("Tmp"));
+        m_paths.manifestUrl =
+            QStringLiteral("http://127.0.0.1:%1/Tessilonix/firmware/firmware-version-check-test.json")
+                .arg(port);
+        ASSERT_TRUE(QFile::copy(BenchPaths::standIn(), m_paths.usbFlasher));
+        QFile script(m_paths.usbFlasher + QStringLiteral(".script.json"));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        script.write(R"({"runs":[[{"print":"Upgrade fwc: image.target.os\n"},{"success":true}]]})");
+        m_state.setWriteType(QStringLiteral("USB"));
+        m_state.setRestartCheckable(true);
+        ChosenDevice device;
+        device.name = QStringLiteral("M1");
+        m_state.setDevice(device);
+    }
+
+    /// One update on a pool thread, as the start button has it; the title that it ends with.
+    QString update()
+    {
+        RecordingReporter reporter;
+        FakeUpdateHost host(reporter);
+        const QFuture<void> run = QtConcurrent::run([&] {
+            FirmwareFetch fetch(reporter, m_state, m_short, m_paths, *m_downloader, *m_segments, nullptr);
+            UpdateWorkflow workflow(reporter, m_state, host, m_short, m_paths, m_launch, fetch);
+            workflow.finish(workflow.run());
+        });
+        while (!run.isFinished())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        m_log = reporter.logLines();
+        return reporter.titles().value(reporter.titles().size() - 1);
+    }
+    void updateOften(int times)
+    {
+        for (int i = 0; i < times; ++i) {
+            ASSERT_EQ(update(), QStringLiteral("Current Status: Upgrade Successful"))
+                << m_log.join(QLatin1Char('\n')).toStdString();
+        }
+        // Whatever ends later than its update.
+        for (int i = 0; i < 20; ++i) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            Clock::real().sleepMs(10);
+        }
+    }
+
+    std::unique_ptr<FirmwareRoot> m_firmware;
+    ServerSession m_server;
+    ShortClock m_short;
+    LaunchOptions m_launch;
+    RecordingReporter m_downloadReporter;
+    std::unique_ptr<FileDownloaderHTTP> m_downloader =
+        std::make_unique<FileDownloaderHTTP>(nullptr, &m_downloadReporter);
+    std::unique_ptr<ThreadFileDownloader> m_segments =
+        std::make_unique<ThreadFileDownloader>(nullptr, nullptr, m_short);
+    QStringList m_log;
+};
+
+/// 30 updates in the usual run, 200 with QUILLMARSH_LONG_TESTS set. The list of segments grows by
+/// ten small objects a run; all else is given back.
+TEST_F(ManyUpdatesTest, OneAfterTheOtherHoldNoMoreThanTheFirstTen)
+{
+    const int updates = qEnvironmentVariableIsSet("QUILLMARSH_LONG_TESTS") ? 200 : 30;
+    updateOften(10);
+    const ProcessUse early = ProcessUse::of();
+    updateOften(updates - 10);
+    const ProcessUse late = ProcessUse::of();
+    EXPECT_EQ(m_segments->segments.size(), 10 * updates);
+    EXPECT_LE(late.descriptors, early.descriptors);
+    EXPECT_LE(late.threads, early.threads);
+    const int grown = late.residentKilobytes - early.residentKilobytes;
+    RecordProperty("memory_grown_kb", grown);
+    RecordProperty("descriptors", late.descriptors);
+    RecordProperty("threads", late.threads);
+    if (ProcessUse::memoryTells()) {
+        EXPECT_LT(grown, 3000 + 30 * updates);
+    }
+}
+
+} // namespace
