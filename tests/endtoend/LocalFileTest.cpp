@@ -1,4 +1,4 @@
-#include "tests/endtoend/FileDialog.h"
+#include "tests/endtoend/LocalFiles.h"
 
 #include "simulator/bench/ModelOnBus.h"
 
@@ -52,9 +52,9 @@ TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
     for (int i = 0; i < 300000; ++i)
         bytes.append(static_cast<char>(i * 7 + i / 251));
     ASSERT_TRUE(writeFile(path, bytes));
-    ASSERT_TRUE(revealFileRow(s));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_TRUE(s.probe.isVisible(chooseButton));
-    ASSERT_TRUE(chooseFile(s, path)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::choose(s.probe, path)) << s.probe.errorText().toStdString();
     EXPECT_EQ(contentsOf(lastDirFile(s)), folder.toUtf8());
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("选择的文件: ") + path));
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
@@ -73,16 +73,16 @@ TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKee
     const QString below = makeFolder(s, "remembered/below");
     ASSERT_TRUE(writeFile(lastDirFile(s), "  " + folder.toUtf8() + " \r\n"));
     start();
-    ASSERT_TRUE(revealFileRow(s));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
     const QString before = s.probe.text(fileEdit);
-    ASSERT_TRUE(openFileDialog(s));
+    ASSERT_TRUE(FileRow::openDialog(s.probe));
     EXPECT_EQ(shownFolder(), folder);
     EXPECT_EQ(filters(), (QStringList{QStringLiteral("IMG 文件 (*.img)"), QStringLiteral("BIN 文件 (*.bin)"),
                                       QStringLiteral("所有文件 (*.*)")}));
     // Into the folder below, and away from there.
-    ASSERT_TRUE(typeInFileDialog(s, below));
+    ASSERT_TRUE(FileRow::typeName(s.probe, below));
     ASSERT_TRUE(s.probe.waitForText(QStringLiteral("lookInCombo"), below, 5000));
-    ASSERT_TRUE(endFileDialog(s, "Cancel"));
+    ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
     EXPECT_EQ(contentsOf(lastDirFile(s)), below.toUtf8());
     EXPECT_EQ(s.probe.text(fileEdit), before);
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("未选择文件")));
@@ -93,11 +93,11 @@ TEST_F(LocalFileTest, AnIapDeviceIsOfferedBinFilesFirst)
     UpdateScenario &s = scenario("DevMdq");
     start();
     ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 10000));
-    ASSERT_TRUE(revealFileRow(s));
-    ASSERT_TRUE(openFileDialog(s));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    ASSERT_TRUE(FileRow::openDialog(s.probe));
     EXPECT_EQ(filters(), (QStringList{QStringLiteral("BIN 文件 (*.bin)"), QStringLiteral("IMG 文件 (*.img)"),
                                       QStringLiteral("所有文件 (*.*)")}));
-    EXPECT_TRUE(endFileDialog(s, "Cancel"));
+    EXPECT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
 }
 
 TEST_F(LocalFileTest, OfTwoImagesNamedBAndCapitalATheLatterIsTheDefaultAndIsBurned)
@@ -107,7 +107,7 @@ TEST_F(LocalFileTest, OfTwoImagesNamedBAndCapitalATheLatterIsTheDefaultAndIsBurn
     ASSERT_TRUE(writeFile(folder + QStringLiteral("b.img"), "the second one"));
     ASSERT_TRUE(writeFile(folder + QStringLiteral("A.img"), "the first one"));
     start();
-    ASSERT_TRUE(revealFileRow(s));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_EQ(s.probe.text(fileEdit), folder + QStringLiteral("A.img"));
     EXPECT_TRUE(logHas("find default img file"));
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
@@ -119,7 +119,7 @@ TEST_F(LocalFileTest, AStartWithoutAChosenFileFailsInTheFlasherAndGivesTheContro
     start();
     UpdateScenario &s = scenario();
     const QString folder = s.program.applicationFolder() + QStringLiteral("/qmake/");
-    ASSERT_TRUE(revealFileRow(s));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_EQ(s.probe.text(fileEdit), folder);
     EXPECT_TRUE(logHas("not find default img file!"));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
@@ -136,14 +136,14 @@ TEST_F(LocalFileTest, AFileThatHasGoneFailsInTheFlasherAndTheNextChoiceIsBurned)
     const QString there = folder + QStringLiteral("/there.img");
     ASSERT_TRUE(writeFile(gone, "too early"));
     ASSERT_TRUE(writeFile(there, "in time"));
-    ASSERT_TRUE(revealFileRow(s));
-    ASSERT_TRUE(chooseFile(s, gone)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    ASSERT_TRUE(FileRow::choose(s.probe, gone)) << s.probe.errorText().toStdString();
     ASSERT_TRUE(QFile::remove(gone));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
     EXPECT_TRUE(s.burned().isEmpty());
     // The device waits in its bootloader now; the controls are there for another try.
     ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 5000));
-    ASSERT_TRUE(chooseFile(s, there)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::choose(s.probe, there)) << s.probe.errorText().toStdString();
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
     EXPECT_EQ(s.burned(), QByteArray("in time"));

@@ -1,4 +1,4 @@
-#include "tests/endtoend/FileDialog.h"
+#include "tests/endtoend/LocalFiles.h"
 
 #include "simulator/bench/ModelOnBus.h"
 #include "simulator/bench/Polling.h"
@@ -133,11 +133,11 @@ QList<Row> controlListRows()
 void lookAtTheDialog(UpdateScenario &s)
 {
     if (!s.probe.isVisible(chooseButton)) {
-        ASSERT_TRUE(revealFileRow(s));
+        ASSERT_TRUE(FileRow::reveal(s.probe));
     }
-    ASSERT_TRUE(openFileDialog(s)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::openDialog(s.probe)) << s.probe.errorText().toStdString();
     EXPECT_EQ(s.probe.text(QStringLiteral("lookInCombo")), s.program.homeFolder());
-    ASSERT_TRUE(endFileDialog(s, "Cancel")) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel"))) << s.probe.errorText().toStdString();
 }
 
 Row folderRow(const char *input, const Step &prepare)
