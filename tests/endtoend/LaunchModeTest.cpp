@@ -12,6 +12,8 @@ const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Success
 const QString nothing = QStringLiteral("Device not detected");
 const char *const blocking = "Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!";
 const char *const begun = "Try To Get File Address...";
+/// The number that the toolkit gives this icon.
+constexpr int informationIcon = 1;
 
 /// What a companion program gets that starts the window with a mode.
 class LaunchModeTest : public EndToEndTest
@@ -185,6 +187,8 @@ TEST_F(LaunchModeTest, TessilonixModeWithoutAModelNameSaysSoAndEndsWithZero)
         UpdateScenario &s = start("DevMaa", QStringList{QStringLiteral("TessilonixUpDate")} + name);
         ASSERT_TRUE(s.probe.waitForWindow(text, 10000)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.window(text).value(QLatin1String("title")).toString(), QStringLiteral("Error"));
+        // An information box for an error, and meant so.
+        EXPECT_EQ(s.probe.window(text).value(QLatin1String("icon")).toInt(), informationIcon);
         ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("OK")));
         EXPECT_EQ(s.bus.waitForExit(10000), 0);
         EXPECT_TRUE(s.program.updateLog().isEmpty()) << "the main window was made";
@@ -239,12 +243,17 @@ TEST_P(ReducedInterfaceTest, TheNoticeTakesTheControlsPlace)
     EXPECT_FALSE(s.probe.window(QString::fromUtf8(GetParam().windowTitle)).isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    InBothLanguages, ReducedInterfaceTest,
-    testing::Values(ReducedCase{"en_US.UTF-8", "Quillmarsh", "    Warm Tips:\n\n    1. ",
-                                "please manually reopen the software.", 16},
-                    ReducedCase{"zh_CN.UTF-8", "固件升级", "    温馨提示:\n\n    1.在固件",
-                                "      请手动打开软件。", 13}),
-    [](const testing::TestParamInfo<ReducedCase> &each) { return std::string(each.param.locale, 2); });
+const ReducedCase reducedCases[] = {
+    {"en_US.UTF-8", "Quillmarsh", "    Warm Tips:\n\n    1. ", "please manually reopen the software.", 16},
+    {"zh_CN.UTF-8", "固件升级", "    温馨提示:\n\n    1.在固件", "      请手动打开软件。", 13},
+    // The country decides, not the language.
+    {"zh_TW.UTF-8", "Quillmarsh", "    Warm Tips:\n\n    1. ", "please manually reopen the software.", 16},
+    {"bo_CN.UTF-8", "固件升级", "    温馨提示:\n\n    1.在固件", "      请手动打开软件。", 13},
+};
+
+INSTANTIATE_TEST_SUITE_P(InEachCountry, ReducedInterfaceTest, testing::ValuesIn(reducedCases),
+                         [](const testing::TestParamInfo<ReducedCase> &each) {
+                             return std::string(each.param.locale, 5);
+                         });
 
 } // namespace

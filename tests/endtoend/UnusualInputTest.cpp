@@ -252,9 +252,23 @@ void expectThePaneToWork(UpdateScenario &s)
     EXPECT_FALSE(QFile::exists(s.program.workingFolder() + QStringLiteral("/UPDLog.txt")));
 }
 
+QString staleImage(UpdateScenario &s)
+{
+    return s.program.applicationFolder() + QStringLiteral("/tmp/dev.img");
+}
+
 QList<Row> surroundingRows()
 {
     return {
+        {"StaleTemporaryImage", "a stale image beside the program",
+         [](UpdateScenario &s) {
+             ASSERT_TRUE(QDir().mkpath(s.program.applicationFolder() + QStringLiteral("/tmp")));
+             ASSERT_TRUE(writeFile(staleImage(s), "of an earlier run"));
+         },
+         [](UpdateScenario &s) {
+             EXPECT_TRUE(pollUntil([&] { return !QFile::exists(staleImage(s)); }, 5000));
+         },
+         "删除临时固件文件", untouchedTitle, true, detected},
         {"SmallScreen", "a screen of 800 x 600", [](UpdateScenario &s) { s.screen = QSize(800, 600); },
          expectTheWindowWithinTheScreen, "Find deviceName: DevMaa", untouchedTitle, true, detected},
         {"ClosedChooser", "the chooser closed without a pick",
