@@ -324,6 +324,8 @@ protected:
         UpdateScenario &s = scenario();
         row.act(s);
         EXPECT_TRUE(pollUntil([&] { return timesSaid(row.said) > saidBefore; }, 10000)) << row.said;
+        // Until its first look at the bus the window says that there is no device.
+        EXPECT_TRUE(pollUntil([&] { return timesSaid("Device List Count:") > 0; }, 10000));
         EXPECT_TRUE(s.probe.waitForText(connection, row.monitor, 10000)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.text(title), QString::fromUtf8(row.title));
         EXPECT_EQ(s.probe.isEnabled(startButton), row.startEnabled);
