@@ -1,12 +1,18 @@
 #!/usr/bin/env bash
 # Updates a simulated device with the real program. With a display it opens the window and leaves
 # the start button to you; without one, or with --auto, it presses Start itself and leaves pictures
-# in build/demo. --lang zh shows the window in Chinese; --help tells the rest.
+# in build/demo. --lang zh shows the window in Chinese, --mode zn58 and --mode tessilonix MODEL start
+# the update as a companion program does, --bootloader has the model asked for, --local FILE burns
+# that file; --help tells the rest.
 set -euo pipefail
-cd "$(dirname "$0")/.."
+project=$(cd "$(dirname "$0")/.." && pwd)
 
-scripts/install-dependencies.sh
-mkdir -p build
-cmake --preset demo >build/demo-build.log 2>&1 || { cat build/demo-build.log; exit 1; }
-cmake --build --preset demo --target quillmarsh-demo
-exec simulator/bench/in-own-network.sh build/demo/bin/quillmarsh-demo --pictures build/demo "$@"
+(
+    cd "$project"
+    scripts/install-dependencies.sh
+    mkdir -p build
+    cmake --preset demo >build/demo-build.log 2>&1 || { cat build/demo-build.log; exit 1; }
+    cmake --build --preset demo --target quillmarsh-demo
+)
+exec "$project/simulator/bench/in-own-network.sh" "$project/build/demo/bin/quillmarsh-demo" \
+    --pictures "$project/build/demo" "$@"

@@ -42,6 +42,8 @@ QString FirmwareFileDialog::choose(QWidget *owner, bool iapDevice, const QString
                        filters(iapDevice));
     dialog.setObjectName(QStringLiteral("firmwareFileDialog"));
     dialog.setFileMode(QFileDialog::ExistingFile);
+    // The owner's grey ground reaches into the dialog, and what takes input would look disabled.
+    dialog.setStyleSheet(QStringLiteral("QAbstractItemView, QLineEdit { background-color: white; }"));
     QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, &dialog, &QDialog::reject);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     rememberFolder(lastDirFile, dialog.directory().absolutePath());

@@ -167,7 +167,9 @@ void StagedProgram::setVariable(const QString &name, const QString &value)
 Launch StagedProgram::launch(const QStringList &arguments) const
 {
     QFile::remove(probePortFile());
-    return {m_program, arguments, workingFolder(), m_environment, inStage("stdout"), inStage("stderr")};
+    QStringList command = m_through + QStringList{m_program} + arguments;
+    const QString first = command.takeFirst();
+    return {first, command, workingFolder(), m_environment, inStage("stdout"), inStage("stderr")};
 }
 
 QString StagedProgram::updateLog() const

@@ -50,6 +50,9 @@ public:
     /// The X display to use; without one the program draws off screen.
     void setDisplay(const QString &display);
     void setVariable(const QString &name, const QString &value);
+    /// Starts the program through another one, such as one that drops privileges first: its name and
+    /// arguments, after which the program's own follow. It must become the program, not its parent.
+    void startThrough(const QStringList &command) { m_through = command; }
     /// How to start it, with the probe loaded. An earlier start's port file is removed.
     Launch launch(const QStringList &arguments = {}) const;
     /// Where that start's probe writes its port.
@@ -72,5 +75,6 @@ private:
     QTemporaryDir m_folder;
     QString m_program;
     QProcessEnvironment m_environment;
+    QStringList m_through;
     QString m_error;
 };

@@ -1,34 +1,96 @@
 #include "simulator/demo/DemoOptions.h"
 
+#include "devices/ModelTable.h"
+
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdlib>
+
+namespace {
+
+QCommandLineOption option(const char *name, const char *description, const char *value = "")
+{
+    return QCommandLineOption(QLatin1String(name), QLatin1String(description), QLatin1String(value));
+}
+
+[[noreturn]] void refuse(const QString &why)
+{
+    QTextStream(stderr) << why << '\n';
+    std::exit(2);
+}
+
+bool isKnownModel(const QString &name)
+{
+    const ModelTable table;
+    return std::any_of(table.rows().begin(), table.rows().end(),
+                       [&](const ModelRow &row) { return name == row.name; });
+}
+
+void readLanguage(DemoOptions &options, const QString &code)
+{
+    options.chinese = code == QLatin1String("zh");
+    if (!options.chinese && code != QLatin1String("en"))
+        refuse(QStringLiteral("--lang takes en or zh, not ") + code);
+}
+
+void readMode(DemoOptions &options, const QString &mode, const QString &model)
+{
+    if (mode == QLatin1String("zn58")) {
+        options.model = QStringLiteral("ZN58");
+        options.programArguments = QStringList{QStringLiteral("ZN58UpDate")};
+    } else if (mode == QLatin1String("tessilonix")) {
+        if (!isKnownModel(model))
+            refuse(QStringLiteral("--mode tessilonix takes the name of a model, such as DevMac"));
+        options.model = model;
+        options.programArguments = QStringList{QStringLiteral("TessilonixUpDate"), model};
+    } else {
+        refuse(QStringLiteral("--mode takes zn58 or tessilonix MODEL, not ") + mode);
+    }
+}
+
+void readLocalFile(DemoOptions &options, const QString &name)
+{
+    const QFileInfo file(name);
+    if (!file.isFile() || !file.isReadable())
+        refuse(QStringLiteral("--local takes a file, not ") + name);
+    options.localFile = file.canonicalFilePath();
+}
+
+} // namespace
 
 DemoOptions DemoOptions::read(const QStringList &arguments)
 {
+    const auto automatic = option("auto", "Press Start and end by itself, on a display of its own.");
+    const auto language = option("lang", "Language of the window: en or zh.", "language");
+    const auto mode =
+        option("mode", "Start by itself as a companion does: zn58, or tessilonix MODEL.", "mode");
+    const auto bootloader =
+        option("bootloader", "The device waits in its bootloader, its model is asked for.");
+    const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
+    const auto pictures = option("pictures", "Folder for the pictures.", "folder");
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Updates a simulated device with the real program."));
     parser.addHelpOption();
-    const QCommandLineOption automatic(
-        QStringLiteral("auto"), QStringLiteral("Press Start and end by itself, on a display of its own."));
-    const QCommandLineOption language(QStringLiteral("lang"),
-                                      QStringLiteral("Language of the window: en or zh."),
-                                      QStringLiteral("language"), QStringLiteral("en"));
-    const QCommandLineOption pictures(QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."),
-                                      QStringLiteral("folder"), QStringLiteral("."));
-    parser.addOptions({automatic, language, pictures});
+    parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
+                                 QStringLiteral("[MODEL]"));
+    parser.addOptions({automatic, language, mode, bootloader, local, pictures});
     parser.process(arguments);
 
     DemoOptions options;
-    const QString code = parser.value(language);
-    if (code == QLatin1String("zh")) {
-        options.locale = QStringLiteral("zh_CN.UTF-8");
-    } else if (code != QLatin1String("en")) {
-        QTextStream(stderr) << "--lang takes en or zh, not " << code << '\n';
-        std::exit(2);
-    }
     options.automatic = parser.isSet(automatic) || qEnvironmentVariableIsEmpty("DISPLAY");
-    options.pictures = parser.value(pictures);
+    options.inBootloader = parser.isSet(bootloader);
+    if (parser.isSet(language))
+        readLanguage(options, parser.value(language));
+    if (parser.isSet(mode))
+        readMode(options, parser.value(mode), parser.positionalArguments().value(0));
+    if (parser.isSet(local))
+        readLocalFile(options, parser.value(local));
+    if (parser.isSet(pictures))
+        options.pictures = parser.value(pictures);
+    if (options.isLaunchMode() && (options.inBootloader || !options.localFile.isEmpty()))
+        refuse(QStringLiteral("--bootloader and --local need a person's controls, which --mode hides"));
     return options;
 }

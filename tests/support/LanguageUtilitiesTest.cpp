@@ -63,6 +63,51 @@ TEST_F(LanguageUtilitiesTest, ATableThatIsNoJsonYieldsTheFallback)
     EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
 }
 
+TEST_F(LanguageUtilitiesTest, AnEmptyTableFileYieldsTheFallback)
+{
+    write(QStringLiteral("en"), "");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.language(), QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, AHugeFileThatIsNoTableYieldsTheFallback)
+{
+    QFile sparse(m_folder.filePath(QStringLiteral("en.json")));
+    ASSERT_TRUE(sparse.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(sparse.resize(100 * 1024 * 1024));
+    sparse.close();
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, InAHugeTableEveryTextIsFound)
+{
+    QByteArray json("{");
+    for (int i = 0; i < 100000; ++i)
+        json += QByteArrayLiteral("\"key ") + QByteArray::number(i) + "\":\"text " + QByteArray::number(i) +
+                "\",";
+    write(QStringLiteral("en"), json + R"("Log":"Log!"})");
+    LanguageUtilities tables(m_folder.path());
+    tables.setLanguage(QStringLiteral("en"));
+    EXPECT_EQ(tables.lookup(QStringLiteral("key 0"), m_fallback), QStringLiteral("text 0"));
+    EXPECT_EQ(tables.lookup(QStringLiteral("key 99999"), m_fallback), QStringLiteral("text 99999"));
+    EXPECT_EQ(tables.lookup(m_key, m_fallback), QStringLiteral("Log!"));
+}
+
+TEST_F(LanguageUtilitiesTest, AnArrayOrTextsOfAnotherTypeYieldTheFallback)
+{
+    for (const char *json :
+         {R"(["Log", "Log!"])", R"({"Log":7})", R"({"Log":["Log!"]})", R"({"Log":{"en":"Log!"}})", "7"}) {
+        write(QStringLiteral("en"), json);
+        LanguageUtilities tables(m_folder.path());
+        tables.setLanguage(QStringLiteral("en"));
+        EXPECT_EQ(tables.lookup(m_key, m_fallback), m_fallback) << json;
+    }
+}
+
 TEST_F(LanguageUtilitiesTest, AGivenLanguageIsTakenInsteadOfTheCurrentOne)
 {
     write(QStringLiteral("en"), R"({"Log":"Log!"})");

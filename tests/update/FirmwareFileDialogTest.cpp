@@ -11,6 +11,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeView>
 
 #include <gtest/gtest.h>
 
@@ -115,6 +116,22 @@ TEST_F(FirmwareFileDialogTest, AcceptingGivesTheFile)
     EXPECT_EQ(chosen, image);
     EXPECT_EQ(remembered(), m_folder.path().toUtf8());
     EXPECT_TRUE(debug.lines().contains(QStringLiteral("选择的文件: ") + image));
+}
+
+TEST_F(FirmwareFileDialogTest, ListAndNameAreWhiteWhateverTheWindowsGround)
+{
+    m_owner.setStyleSheet(QStringLiteral("background-color: rgb(240,240,240);"));
+    const QColor white(Qt::white);
+    choose([&](QFileDialog *dialog) {
+        auto *list = dialog->findChild<QTreeView *>(QStringLiteral("treeView"));
+        auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        const QPoint inList = list->viewport()->mapTo(dialog, list->viewport()->rect().center());
+        const QPoint inName = name->mapTo(dialog, name->rect().center());
+        const QImage picture = dialog->grab().toImage();
+        EXPECT_EQ(picture.pixelColor(inList), white);
+        EXPECT_EQ(picture.pixelColor(inName), white);
+        dialog->reject();
+    });
 }
 
 } // namespace

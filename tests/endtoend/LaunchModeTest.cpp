@@ -1,0 +1,259 @@
+#include "tests/endtoend/EndToEnd.h"
+
+#include "simulator/bench/ModelOnBus.h"
+#include "simulator/bench/Polling.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString zn58 = QStringLiteral("ZN58");
+const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
+const QString nothing = QStringLiteral("Device not detected");
+const char *const blocking = "Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!";
+const char *const begun = "Try To Get File Address...";
+/// The number that the toolkit gives this icon.
+constexpr int informationIcon = 1;
+
+/// What a companion program gets that starts the window with a mode.
+class LaunchModeTest : public EndToEndTest
+{
+protected:
+    UpdateScenario &start(const char *model, const QStringList &arguments)
+    {
+        UpdateScenario &s = scenario(model);
+        s.arguments = arguments;
+        EXPECT_TRUE(s.start()) << s.errorText().toStdString();
+        return s;
+    }
+
+    int linesThatSay(const char *text) const
+    {
+        return m_scenario->program.updateLogLines().count(QString::fromUtf8(text));
+    }
+
+    bool waitForLines(const char *text, int count, int limitMs = updateLimitMs) const
+    {
+        return pollUntil([&] { return linesThatSay(text) >= count; }, limitMs, 50);
+    }
+
+    /// The ending of a launch mode: two seconds, in which a running monitor would tick and tell.
+    void expectButtonAndMonitorStayOff()
+    {
+        UpdateScenario &s = scenario();
+        const int ticks = s.program.updateLogLines().filter(QStringLiteral("Find deviceName: ")).size();
+        const QString shown = s.probe.text(connection);
+        // After a burn the reset device is on its way back.
+        ASSERT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application"), 5000));
+        ASSERT_TRUE(s.bus.unplug(s.model()));
+        EXPECT_FALSE(s.probe.waitForText(connection, nothing, 2200)) << "the monitor runs";
+        EXPECT_EQ(s.probe.text(connection), shown);
+        EXPECT_EQ(s.program.updateLogLines().filter(QStringLiteral("Find deviceName: ")).size(), ticks);
+        EXPECT_FALSE(s.probe.isEnabled(startButton));
+        EXPECT_EQ(linesThatSay(blocking), 1);
+    }
+
+    bool untouched()
+    {
+        UpdateScenario &s = scenario();
+        return s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty() &&
+               s.program.runs(usbFlasher).isEmpty();
+    }
+};
+
+TEST_F(LaunchModeTest, Zn58ModeWithFurtherArgumentsUpdatesByItselfAndKeepsButtonAndMonitorOff)
+{
+    UpdateScenario &s = scenario("ZN58");
+    // The list is not asked in this mode.
+    s.program.setControlList(R"({"devices":[{"id":"ZN58","is_on":false}]})");
+    start("ZN58",
+          {QStringLiteral("ZN58UpDate"), QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMaa")});
+    ASSERT_TRUE(waitForLines(blocking, 1));
+    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful, 5000));
+    EXPECT_TRUE(logHas("IsZN58UseMe?: true"));
+    EXPECT_EQ(s.burned(), s.image());
+    EXPECT_EQ(s.program.runs(usbFlasher).size(), 2);
+    expectButtonAndMonitorStayOff();
+    EXPECT_EQ(s.closeWindow(5000), 0);
+}
+
+TEST_F(LaunchModeTest, TessilonixModeUpdatesTheModelThatIsNamedByItself)
+{
+    UpdateScenario &s = start(
+        "DevMaa", {QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMaa"), QStringLiteral("DevMac")});
+    ASSERT_TRUE(waitForLines(blocking, 1));
+    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful, 5000));
+    EXPECT_TRUE(logHas("IsZN58UseMe?: false"));
+    EXPECT_EQ(s.burned(), s.image());
+    expectButtonAndMonitorStayOff();
+}
+
+TEST_F(LaunchModeTest, InTessilonixModeTheRowsIapFlagIsNotCopiedAndTheChipsFlasherRuns)
+{
+    UpdateScenario &s = start("DevMdq", {QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMdq")});
+    ASSERT_TRUE(waitForLines(blocking, 1));
+    EXPECT_TRUE(logHas("is img file type."));
+    EXPECT_FALSE(logHas("IAP Dev - Run IAPUpDate Mode!"));
+    EXPECT_EQ(s.burned(), s.image());
+    EXPECT_EQ(s.program.runs(usbFlasher).size(), 2);
+}
+
+TEST_F(LaunchModeTest, AWrongSumEndsInTheBlockingLoop)
+{
+    UpdateScenario &s = scenario("ZN58");
+    s.firmware.setField(zn58, QStringLiteral("md5"), QStringLiteral("00000000000000000000000000000000"));
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    ASSERT_TRUE(waitForLines(blocking, 1));
+    EXPECT_TRUE(logHas("File MD5 mismatch."));
+    EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("CurrentStatus: MD5 verification failed."), 5000));
+    EXPECT_TRUE(untouched());
+    expectButtonAndMonitorStayOff();
+}
+
+TEST_F(LaunchModeTest, AFailedFetchEndsInTheBlockingLoopWithButtonAndMonitorOff)
+{
+    // The failed fetch itself switches both on just before.
+    UpdateScenario &s = scenario("ZN58");
+    s.firmware.setManifest(R"({"CurrentVersion":{}})");
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    ASSERT_TRUE(waitForLines(blocking, 1));
+    EXPECT_TRUE(logHas("Get File Address Failed!"));
+    EXPECT_TRUE(untouched());
+    expectButtonAndMonitorStayOff();
+}
+
+TEST_F(LaunchModeTest, AFolderThatCannotBeMadeEndsInIdleAndTheMonitorTriesAgain)
+{
+    UpdateScenario &s = scenario("ZN58");
+    QFile inTheWay(s.program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath"));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    // The ending gives button and monitor back; the next tick presses the button again.
+    ASSERT_TRUE(waitForLines("ensurePath Failed!", 2, 10000));
+    EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("当前状态: ensurePath Failed"), 5000));
+    EXPECT_EQ(linesThatSay(blocking), 0);
+    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true, 5000));
+    EXPECT_TRUE(untouched());
+}
+
+TEST_F(LaunchModeTest, InZn58ModeADeviceOfAnotherModelIsIgnored)
+{
+    UpdateScenario &s = scenario("ZN58");
+    QJsonObject absent = ModelOnBus::application(zn58);
+    absent.insert(QStringLiteral("start"), QStringLiteral("absent"));
+    s.devices = {ModelOnBus::application(QStringLiteral("DevMaa")), absent};
+    s.program.setControlList({QStringLiteral("DevMaa"), zn58}, {QStringLiteral("USB")});
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    // Three ticks with the other model in view.
+    ASSERT_TRUE(pollUntil(
+        [&] { return s.program.standardError().count(QStringLiteral("Device List Count:")) >= 3; }, 10000));
+    EXPECT_EQ(s.probe.text(connection), nothing);
+    EXPECT_EQ(s.probe.read(connection).value(QLatin1String("styleSheet")).toString(),
+              QStringLiteral("color: blue;"));
+    EXPECT_EQ(linesThatSay(begun), 0);
+    // The wanted one is still waited for.
+    ASSERT_TRUE(s.bus.plug(zn58));
+    EXPECT_TRUE(waitForLines(begun, 1, 10000));
+}
+
+TEST_F(LaunchModeTest, AModeInOtherLetterCaseIsNormalModeAndWaitsForThePerson)
+{
+    UpdateScenario &s = start("ZN58", {QStringLiteral("zn58update")});
+    ASSERT_TRUE(waitForLines("Find deviceName: ZN58", 3, 10000));
+    EXPECT_TRUE(s.probe.isVisible(startButton));
+    EXPECT_TRUE(s.probe.isEnabled(startButton));
+    EXPECT_TRUE(s.probe.isVisible(QStringLiteral("restartBox")));
+    EXPECT_EQ(linesThatSay(begun), 0);
+    EXPECT_TRUE(logHas("IsZN58UseMe?: false"));
+}
+
+TEST_F(LaunchModeTest, ADeviceAlreadyInItsBootloaderDoesNotStartByItself)
+{
+    UpdateScenario &s = scenario("ZN58");
+    s.devices = {ModelOnBus::bootloader(zn58)};
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    ASSERT_TRUE(waitForLines("Run User Chose Mode.", 3, 10000));
+    EXPECT_EQ(s.probe.text(connection), QStringLiteral("FindBootloader"));
+    EXPECT_FALSE(s.probe.isVisible(startButton));
+    EXPECT_EQ(linesThatSay(begun), 0);
+    EXPECT_TRUE(untouched());
+}
+
+TEST_F(LaunchModeTest, TessilonixModeWithoutAModelNameSaysSoAndEndsWithZero)
+{
+    const QString text = QStringLiteral("TessilonixDev isNull.!");
+    for (const QStringList &name : {QStringList(), QStringList{QString()}}) {
+        m_scenario.reset();
+        UpdateScenario &s = start("DevMaa", QStringList{QStringLiteral("TessilonixUpDate")} + name);
+        ASSERT_TRUE(s.probe.waitForWindow(text, 10000)) << s.probe.errorText().toStdString();
+        EXPECT_EQ(s.probe.window(text).value(QLatin1String("title")).toString(), QStringLiteral("Error"));
+        // An information box for an error, and meant so.
+        EXPECT_EQ(s.probe.window(text).value(QLatin1String("icon")).toInt(), informationIcon);
+        ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("OK")));
+        EXPECT_EQ(s.bus.waitForExit(10000), 0);
+        EXPECT_TRUE(s.program.updateLog().isEmpty()) << "the main window was made";
+    }
+}
+
+/// Locale, window title, and how the notice begins and ends.
+struct ReducedCase
+{
+    const char *locale;
+    const char *windowTitle;
+    const char *noticeBegins;
+    const char *noticeEnds;
+    int noticeLines;
+};
+
+/// How a case is named in a report.
+std::ostream &operator<<(std::ostream &out, const ReducedCase &each)
+{
+    return out << each.locale;
+}
+
+class ReducedInterfaceTest : public LaunchModeTest, public testing::WithParamInterface<ReducedCase>
+{
+};
+
+TEST_P(ReducedInterfaceTest, TheNoticeTakesTheControlsPlace)
+{
+    UpdateScenario &s = scenario("ZN58");
+    s.withServer = false;
+    s.devices = {};
+    s.program.setLocale(QString::fromLatin1(GetParam().locale));
+    start("ZN58", {QStringLiteral("ZN58UpDate")});
+    ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("noticeLabel"), true, 5000));
+    for (const char *hidden :
+         {"startButton", "iapBox", "restartBox", "partitionSelectBox", "divider", "connectTypeLabel",
+          "partitionSeparator", "writeTypeBox", "firmwareFileEdit", "chooseFileButton"}) {
+        const QJsonObject seen = s.probe.read(QLatin1String(hidden));
+        ASSERT_FALSE(seen.isEmpty()) << hidden;
+        EXPECT_FALSE(seen.value(QLatin1String("visible")).toBool(true)) << hidden;
+    }
+    for (const char *shown : {"flashingPage", "statusLabel", "deviceModelLabel", "serverVersionLabel",
+                              "stateTitleLabel", "logBox", "progressBar"})
+        EXPECT_TRUE(s.probe.isVisible(QLatin1String(shown))) << shown;
+    const QJsonArray tabs = s.probe.read(QStringLiteral("tabBar")).value(QLatin1String("tabs")).toArray();
+    ASSERT_EQ(tabs.size(), 1);
+    EXPECT_FALSE(tabs.first().toObject().value(QLatin1String("visible")).toBool(true));
+    const QString notice = s.probe.text(QStringLiteral("noticeLabel"));
+    EXPECT_TRUE(notice.startsWith(QString::fromUtf8(GetParam().noticeBegins))) << notice.toStdString();
+    EXPECT_TRUE(notice.endsWith(QString::fromUtf8(GetParam().noticeEnds))) << notice.toStdString();
+    EXPECT_EQ(notice.count(QLatin1Char('\n')) + 1, GetParam().noticeLines);
+    EXPECT_FALSE(s.probe.window(QString::fromUtf8(GetParam().windowTitle)).isEmpty());
+}
+
+const ReducedCase reducedCases[] = {
+    {"en_US.UTF-8", "Quillmarsh", "    Warm Tips:\n\n    1. ", "please manually reopen the software.", 16},
+    {"zh_CN.UTF-8", "固件升级", "    温馨提示:\n\n    1.在固件", "      请手动打开软件。", 13},
+    // The country decides, not the language.
+    {"zh_TW.UTF-8", "Quillmarsh", "    Warm Tips:\n\n    1. ", "please manually reopen the software.", 16},
+    {"bo_CN.UTF-8", "固件升级", "    温馨提示:\n\n    1.在固件", "      请手动打开软件。", 13},
+};
+
+INSTANTIATE_TEST_SUITE_P(InEachCountry, ReducedInterfaceTest, testing::ValuesIn(reducedCases),
+                         [](const testing::TestParamInfo<ReducedCase> &each) {
+                             return std::string(each.param.locale, 5);
+                         });
+
+} // namespace

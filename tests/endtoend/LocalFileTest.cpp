@@ -1,0 +1,152 @@
+#include "tests/endtoend/LocalFiles.h"
+
+#include "simulator/bench/ModelOnBus.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
+const QString upgradeFailed = QStringLiteral("CurrentStatus: Upgrade Failed!");
+
+class LocalFileTest : public EndToEndTest
+{
+protected:
+    void start()
+    {
+        // No firmware server: a local file needs none.
+        scenario().withServer = false;
+        ASSERT_TRUE(scenario().start()) << scenario().errorText().toStdString();
+    }
+
+    QString updateWhatIsChosen()
+    {
+        UpdateScenario &s = scenario();
+        if (!s.pressStart() || !s.probe.waitForEnabled(startButton, false, 5000))
+            return s.errorText() + s.probe.errorText();
+        return titleWhenIdle();
+    }
+
+    QStringList filters()
+    {
+        QStringList texts;
+        const QJsonValue items =
+            scenario().probe.read(QStringLiteral("fileTypeCombo")).value(QLatin1String("items"));
+        for (const QJsonValue item : items.toArray())
+            texts.append(item.toString());
+        return texts;
+    }
+
+    QString shownFolder() { return scenario().probe.text(QStringLiteral("lookInCombo")); }
+};
+
+TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
+{
+    start();
+    UpdateScenario &s = scenario();
+    EXPECT_FALSE(s.probe.isVisible(fileEdit));
+    EXPECT_FALSE(s.probe.isVisible(chooseButton));
+    const QString folder = makeFolder(s, "my images 固件");
+    const QString path = folder + QStringLiteral("/new version 2.img");
+    QByteArray bytes;
+    for (int i = 0; i < 300000; ++i)
+        bytes.append(static_cast<char>(i * 7 + i / 251));
+    ASSERT_TRUE(writeFile(path, bytes));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    EXPECT_TRUE(s.probe.isVisible(chooseButton));
+    ASSERT_TRUE(FileRow::choose(s.probe, path)) << s.probe.errorText().toStdString();
+    EXPECT_EQ(contentsOf(lastDirFile(s)), folder.toUtf8());
+    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("选择的文件: ") + path));
+    EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), bytes);
+    EXPECT_EQ(argumentsOf(s.program, usbFlasher).value(0), (QStringList{QStringLiteral("image"), path}));
+    EXPECT_TRUE(logHas("Run LocalFile Update Model!"));
+    EXPECT_FALSE(logHas("Try To Get File Address..."));
+    EXPECT_EQ(contentsOf(path), bytes) << "the person's file was changed";
+}
+
+TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKeepsTheImage)
+{
+    UpdateScenario &s = scenario();
+    // Blanks and a line end around the path, as an editor leaves them.
+    const QString folder = makeFolder(s, "remembered");
+    const QString below = makeFolder(s, "remembered/below");
+    ASSERT_TRUE(writeFile(lastDirFile(s), "  " + folder.toUtf8() + " \r\n"));
+    start();
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    const QString before = s.probe.text(fileEdit);
+    ASSERT_TRUE(FileRow::openDialog(s.probe));
+    EXPECT_EQ(shownFolder(), folder);
+    EXPECT_EQ(filters(), (QStringList{QStringLiteral("IMG 文件 (*.img)"), QStringLiteral("BIN 文件 (*.bin)"),
+                                      QStringLiteral("所有文件 (*.*)")}));
+    // Into the folder below, and away from there.
+    ASSERT_TRUE(FileRow::typeName(s.probe, below));
+    ASSERT_TRUE(s.probe.waitForText(QStringLiteral("lookInCombo"), below, 5000));
+    ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
+    EXPECT_EQ(contentsOf(lastDirFile(s)), below.toUtf8());
+    EXPECT_EQ(s.probe.text(fileEdit), before);
+    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("未选择文件")));
+}
+
+TEST_F(LocalFileTest, AnIapDeviceIsOfferedBinFilesFirst)
+{
+    UpdateScenario &s = scenario("DevMdq");
+    start();
+    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 10000));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    ASSERT_TRUE(FileRow::openDialog(s.probe));
+    EXPECT_EQ(filters(), (QStringList{QStringLiteral("BIN 文件 (*.bin)"), QStringLiteral("IMG 文件 (*.img)"),
+                                      QStringLiteral("所有文件 (*.*)")}));
+    EXPECT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
+}
+
+TEST_F(LocalFileTest, OfTwoImagesNamedBAndCapitalATheLatterIsTheDefaultAndIsBurned)
+{
+    UpdateScenario &s = scenario();
+    const QString folder = s.program.applicationFolder() + QStringLiteral("/qmake/");
+    ASSERT_TRUE(writeFile(folder + QStringLiteral("b.img"), "the second one"));
+    ASSERT_TRUE(writeFile(folder + QStringLiteral("A.img"), "the first one"));
+    start();
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    EXPECT_EQ(s.probe.text(fileEdit), folder + QStringLiteral("A.img"));
+    EXPECT_TRUE(logHas("find default img file"));
+    EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), QByteArray("the first one"));
+}
+
+TEST_F(LocalFileTest, AStartWithoutAChosenFileFailsInTheFlasherAndGivesTheControlsBack)
+{
+    start();
+    UpdateScenario &s = scenario();
+    const QString folder = s.program.applicationFolder() + QStringLiteral("/qmake/");
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    EXPECT_EQ(s.probe.text(fileEdit), folder);
+    EXPECT_TRUE(logHas("not find default img file!"));
+    EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
+    EXPECT_EQ(argumentsOf(s.program, usbFlasher), (QList<QStringList>{{QStringLiteral("image"), folder}}));
+    EXPECT_TRUE(s.burned().isEmpty());
+}
+
+TEST_F(LocalFileTest, AFileThatHasGoneFailsInTheFlasherAndTheNextChoiceIsBurned)
+{
+    start();
+    UpdateScenario &s = scenario();
+    const QString folder = makeFolder(s, "images");
+    const QString gone = folder + QStringLiteral("/gone.img");
+    const QString there = folder + QStringLiteral("/there.img");
+    ASSERT_TRUE(writeFile(gone, "too early"));
+    ASSERT_TRUE(writeFile(there, "in time"));
+    ASSERT_TRUE(FileRow::reveal(s.probe));
+    ASSERT_TRUE(FileRow::choose(s.probe, gone)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(QFile::remove(gone));
+    EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
+    EXPECT_TRUE(s.burned().isEmpty());
+    // The device waits in its bootloader now; the controls are there for another try.
+    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 5000));
+    ASSERT_TRUE(FileRow::choose(s.probe, there)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.click(startButton));
+    ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
+    EXPECT_EQ(s.burned(), QByteArray("in time"));
+}
+
+} // namespace

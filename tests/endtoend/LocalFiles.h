@@ -1,0 +1,39 @@
+#pragma once
+
+#include "tests/endtoend/EndToEnd.h"
+
+#include "simulator/bench/FileRow.h"
+
+#include <QDir>
+
+/// What the tests with files of the person's have in common.
+namespace EndToEnd {
+
+const QString fileEdit = QStringLiteral("firmwareFileEdit");
+const QString chooseButton = QStringLiteral("chooseFileButton");
+
+inline QString lastDirFile(const UpdateScenario &s)
+{
+    return s.program.temporaryFolder() + QStringLiteral("/last_dir.txt");
+}
+
+inline QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeFile(const QString &path, const QByteArray &contents)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+/// A folder below the working folder.
+inline QString makeFolder(const UpdateScenario &s, const char *name)
+{
+    const QString path = s.program.workingFolder() + QLatin1Char('/') + QString::fromUtf8(name);
+    return QDir().mkpath(path) ? path : QString();
+}
+
+} // namespace EndToEnd
