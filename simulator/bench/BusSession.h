@@ -15,6 +15,8 @@ public:
     bool start(const QString &descriptionFile);
     /// Starts another controller that speaks the same protocol.
     bool startController(const QStringList &command);
+    /// The variables that put a program onto the bus, by name.
+    const QJsonObject &environment() const { return m_busEnvironment; }
 
     bool run(const Launch &launch) override;
     State programState() override;
@@ -42,7 +44,6 @@ public:
 
 private:
     ChildProcess m_controller;
-    /// What puts a program onto the bus.
     QJsonObject m_busEnvironment;
     PlainHost m_program;
     BusClient m_client;

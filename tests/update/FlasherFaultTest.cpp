@@ -1,6 +1,6 @@
 #include "tests/update/UpdateWorkflowTest.h"
 
-#include "simulator/bus/BusProcess.h"
+#include "simulator/bench/BusSession.h"
 #include "simulator/standin/StandinRuns.h"
 
 #include <QElapsedTimer>
@@ -84,8 +84,14 @@ class FlasherOnBusTest : public UpdateWorkflowTest
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(m_bus.start(QStringLiteral(SIM_BUS), busDescription)) << m_bus.errorText().toStdString();
-        qputenv("QUILLMARSH_SIM_BUS", m_bus.address().toUtf8());
+        QFile description(m_tools.program(QStringLiteral("bus.json")));
+        ASSERT_TRUE(description.open(QIODevice::WriteOnly));
+        description.write(busDescription);
+        description.close();
+        ASSERT_TRUE(m_bus.start(description.fileName())) << m_bus.errorText().toStdString();
+        // The flashers are asked to burn over it; they need not see the bus itself.
+        const QString address = m_bus.environment().value(QLatin1String("QUILLMARSH_SIM_BUS")).toString();
+        qputenv("QUILLMARSH_SIM_BUS", address.toUtf8());
         m_paths.usbFlasher = m_tools.program(QStringLiteral("upgcmd.exe"));
         m_paths.hidFlasher = m_tools.program(QStringLiteral("upgcmdHid.exe"));
         for (const QString &tool : {m_paths.usbFlasher, m_paths.hidFlasher})
@@ -170,7 +176,7 @@ protected:
         EXPECT_FALSE(m_state.isFlashing());
     }
 
-    BusProcess m_bus;
+    BusSession m_bus;
     int m_images = 0;
 };
 
