@@ -5,6 +5,7 @@
 #include "support/ShutdownFlag.h"
 
 #include <QApplication>
+#include <QDebug>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThreadPool>
@@ -15,12 +16,14 @@
 
 namespace {
 
-constexpr int workerLimitMs = 1200;
-constexpr int wholeLimitMs = 1800;
+// Together with the end of the process itself, which takes its time on a busy machine, two seconds.
+constexpr int workerLimitMs = 1000;
+constexpr int wholeLimitMs = 1500;
 constexpr int flushLimitMs = 100;
 
-[[noreturn]] void endProcess(int exitCode)
+[[noreturn]] void endProcess(int exitCode, const char *reason)
 {
+    qWarning() << "Leaving at once:" << reason;
     Diagnostics::flush(flushLimitMs);
     std::_Exit(exitCode);
 }
@@ -31,7 +34,7 @@ void startWatchdog()
 {
     std::thread([] {
         std::this_thread::sleep_for(std::chrono::milliseconds(wholeLimitMs));
-        endProcess(0);
+        endProcess(0, "something cannot be interrupted.");
     }).detach();
 }
 
@@ -41,7 +44,8 @@ Departure::~Departure() = default;
 
 void Departure::closeAsked(QWidget *window)
 {
-    if (m_isWriting && m_isWriting() && userStays(window))
+    // What is being destroyed may still run an event loop, and the question asks what is gone by then.
+    if (ShutdownFlag::instance().isRaised() || (m_isWriting && m_isWriting() && userStays(window)))
         return;
     leave();
 }
@@ -87,5 +91,5 @@ void Departure::settle(QObject *mainWidget, int exitCode)
     const bool workerEnded = QThreadPool::globalInstance()->waitForDone(workerLimitMs);
     QCoreApplication::sendPostedEvents(mainWidget, QEvent::MetaCall);
     if (!workerEnded)
-        endProcess(exitCode);
+        endProcess(exitCode, "the update cannot be stopped.");
 }

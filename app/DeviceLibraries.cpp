@@ -9,12 +9,11 @@
 
 namespace {
 
-void warnAndAskToQuit(const QString &text)
+void warn(const QString &text)
 {
     QMessageBox box(QMessageBox::Warning, QStringLiteral("警告"), text, QMessageBox::Ok);
     box.setDefaultButton(QMessageBox::Ok);
     box.exec();
-    QCoreApplication::exit(0);
 }
 
 } // namespace
@@ -33,7 +32,7 @@ void DeviceLibraries::initialiseUsb()
     qDebug() << "libusb_initRET:" << result;
     m_usbReady = result == 0;
     if (!m_usbReady)
-        warnAndAskToQuit(QStringLiteral("libusb初始化失败"));
+        warn(QStringLiteral("libusb初始化失败"));
 }
 
 void DeviceLibraries::initialiseHid()
@@ -42,5 +41,11 @@ void DeviceLibraries::initialiseHid()
     if (m_hidReady)
         return;
     qDebug() << "Failed to initialize HID library.";
-    warnAndAskToQuit(QStringLiteral("HIDAPI初始化失败"));
+    warn(QStringLiteral("HIDAPI初始化失败"));
+}
+
+void DeviceLibraries::askToQuitAfterFailure() const
+{
+    if (!m_usbReady || !m_hidReady)
+        QCoreApplication::exit(0);
 }

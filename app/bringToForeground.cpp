@@ -59,6 +59,7 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     if (m_launch.isAutomatic())
         reduceInterface();
     createIapPanel();
+    m_libraries.askToQuitAfterFailure();
 }
 
 bringToForeground::~bringToForeground() = default;

@@ -117,9 +117,9 @@ private:
     QString m_lastDirFilePath;
     QString m_defaultImagePath;
     WriteType m_writeType;
-    LiveState m_state;
-
+    /// Before everything that may hold a device of theirs open, and so destroyed after it.
     DeviceLibraries m_libraries;
+    LiveState m_state;
     std::unique_ptr<UsbBus> m_usb;
     std::unique_ptr<HidPort> m_hid;
     std::unique_ptr<ConnectionMonitor> m_monitor;

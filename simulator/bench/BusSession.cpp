@@ -44,8 +44,13 @@ bool BusSession::run(const Launch &launch)
 {
     // Started from here, not by the controller: that has threads, and a fork of it can hang.
     Launch onBus = launch;
+    // The program may have a library of a test preloaded, beside the bus.
+    const QString preload = QStringLiteral("LD_PRELOAD");
+    const QString ownPreload = onBus.environment.value(preload);
     for (auto variable = m_busEnvironment.begin(); variable != m_busEnvironment.end(); ++variable)
         onBus.environment.insert(variable.key(), variable.value().toString());
+    if (!ownPreload.isEmpty())
+        onBus.environment.insert(preload, onBus.environment.value(preload) + QLatin1Char(':') + ownPreload);
     return m_program.run(onBus);
 }
 

@@ -1,0 +1,117 @@
+#include "tests/endtoend/LeavingTest.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString upgradeSuccessful = QStringLiteral("Upgrade Successful");
+const QJsonObject firstMarker = step("print", QStringLiteral("Upgrade fwc: image.target.spl\n"));
+
+/// Leaving while the flasher is, or was, at work: asked first only while it writes.
+class LeavingFlasherTest : public LeavingTest
+{
+protected:
+    void startWithScript(const QJsonDocument &flasherScript)
+    {
+        scenario().program.setScript(usbFlasher, flasherScript);
+        startAndPress();
+    }
+
+    void waitUntilItWrites()
+    {
+        ASSERT_TRUE(scenario().probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 16,
+                                                  updateLimitMs))
+            << scenario().probe.errorText().toStdString();
+    }
+
+    int ended()
+    {
+        const QVector<StandinRun> runs = scenario().program.runs(usbFlasher);
+        return int(
+            std::count_if(runs.begin(), runs.end(), [](const StandinRun &run) { return run.endMs >= 0; }));
+    }
+};
+
+TEST_F(LeavingFlasherTest, WhileItWritesTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
+{
+    UpdateScenario &s = scenario();
+    startWithScript(QJsonDocument(QJsonObject{
+        {QLatin1String("image"), script({{firstMarker, step("sleepMs", 3000), step("progress", true),
+                                          step("burn", true), step("success", true)}})
+                                     .object()}}));
+    waitUntilItWrites();
+    closeAndExpectQuestion();
+    ASSERT_TRUE(s.probe.type(question, QString(), Qt::Key_Return));
+    ASSERT_TRUE(s.probe.waitForNoWindow(question, 5000)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
+    EXPECT_EQ(s.burned(), s.image());
+    ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, updateLimitMs));
+    closeAndExpectGone();
+}
+
+TEST_F(LeavingFlasherTest, WhileItWritesTheCloseOfTheQuestionMeansStay)
+{
+    startWithScript(script({{firstMarker, step("hang", true)}}));
+    waitUntilItWrites();
+    closeAndExpectQuestion();
+    ASSERT_TRUE(scenario().probe.close(question));
+    ASSERT_TRUE(scenario().probe.waitForNoWindow(question, 5000));
+    closeAndExpectQuestion();
+    answerAndExpectGone();
+}
+
+TEST_F(LeavingFlasherTest, WhileItWritesAConfirmedCloseKillsIt)
+{
+    startWithScript(script({{firstMarker, step("hang", true)}}));
+    waitUntilItWrites();
+    closeAndExpectQuestion();
+    ASSERT_EQ(scenario().program.runningProcesses().size(), 2);
+    answerAndExpectGone();
+    EXPECT_EQ(ended(), 0);
+    EXPECT_TRUE(logHas("Upgrade fwc: image.target.spl"));
+}
+
+TEST_F(LeavingFlasherTest, WhileItWritesAFloodOfLinesAConfirmedCloseKillsIt)
+{
+    startWithScript(
+        script({{firstMarker, step("sleepMs", 500), step("flood", 1024 * 1024), step("hang", true)}}));
+    waitUntilItWrites();
+    closeAndExpectQuestion();
+    answerAndExpectGone();
+}
+
+TEST_F(LeavingFlasherTest, BetweenTwoTriesNothingIsAsked)
+{
+    startWithScript(script({unreachable()}));
+    // The pause is a second long; on a busy machine the close can come too late for it.
+    for (int tries = 1; tries < 10; ++tries) {
+        ASSERT_TRUE(pollUntil([&] { return ended() >= tries; }, updateLimitMs));
+        QThread::msleep(150);
+        if (ended() == tries && scenario().program.runs(usbFlasher).size() == tries)
+            break;
+    }
+    closeAndExpectGone();
+}
+
+TEST_F(LeavingFlasherTest, AResetThatHangsIsKilledAndNothingIsAsked)
+{
+    startWithScript(
+        QJsonDocument(QJsonObject{{QLatin1String("shcmd"), script({{step("hang", true)}}).object()}}));
+    ASSERT_TRUE(waitForLog("try to RunCmdReset..."));
+    ASSERT_TRUE(
+        pollUntil([&] { return scenario().program.runs(usbFlasher).size() == 2; }, updateLimitMs, 20));
+    closeAndExpectGone();
+    EXPECT_TRUE(logHas("Process did not finish!"));
+}
+
+TEST_F(LeavingFlasherTest, InTheEndingLoopOfALaunchModeNothingIsAsked)
+{
+    UpdateScenario &s = scenario();
+    s.arguments = QStringList{QStringLiteral("TessilonixUpDate"), s.model()};
+    start();
+    ASSERT_TRUE(waitForLog("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
+    closeAndExpectGone();
+    EXPECT_EQ(s.burned(), s.image());
+}
+
+} // namespace

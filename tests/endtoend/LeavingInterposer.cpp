@@ -1,0 +1,73 @@
+// Loaded ahead of the libraries of the program under test: makes single calls of it go wrong in ways
+// that the simulated bus and the firmware server cannot. Without its variables it changes nothing.
+//
+//   INTERPOSE_FAIL     names, separated by blanks, of libusb_init and hid_init: they return an error
+//   INTERPOSE_LOOP_MS  libusb_init runs an event loop for so long, as a tool that is waited for does
+//   INTERPOSE_HOST     looking up this host name never returns
+//   INTERPOSE_MARK     a file that is made as soon as the loop or the look-up has begun
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+bool isToFail(const char *call)
+{
+    const char *names = std::getenv("INTERPOSE_FAIL");
+    return names && std::strstr(names, call);
+}
+
+void leaveMark()
+{
+    if (const char *path = std::getenv("INTERPOSE_MARK"))
+        close(open(path, O_CREAT | O_WRONLY, 0600));
+}
+
+template <typename Function>
+Function *next(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+int libusb_init(void **context)
+{
+    if (isToFail("libusb_init"))
+        return -99;
+    if (const char *milliseconds = std::getenv("INTERPOSE_LOOP_MS")) {
+        QEventLoop loop;
+        QTimer::singleShot(std::atoi(milliseconds), &loop, &QEventLoop::quit);
+        QTimer::singleShot(0, &loop, &leaveMark);
+        loop.exec();
+    }
+    return next<int(void **)>("libusb_init")(context);
+}
+
+int hid_init()
+{
+    return isToFail("hid_init") ? -1 : next<int()>("hid_init")();
+}
+
+int getaddrinfo(const char *node, const char *service, const addrinfo *hints, addrinfo **result)
+{
+    const char *host = std::getenv("INTERPOSE_HOST");
+    if (host && node && std::strcmp(host, node) == 0) {
+        leaveMark();
+        for (;;)
+            pause();
+    }
+    return next<int(const char *, const char *, const addrinfo *, addrinfo **)>("getaddrinfo")(node, service,
+                                                                                               hints, result);
+}
+}
