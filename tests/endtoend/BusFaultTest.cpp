@@ -244,7 +244,7 @@ TEST_F(BusFaultTest, AnInterfaceWithoutAPathIsPassedOver)
     UpdateScenario &s = scenario("DevMbu");
     QJsonObject duo = ModelOnBus::application(s.model());
     QJsonArray interfaces = duo.value(QLatin1String("interfaces")).toArray();
-    interfaces.prepend(QJsonObject{{QStringLiteral("number"), 2}, {QStringLiteral("pathless"), true}});
+    interfaces.prepend(QJsonObject{{QStringLiteral("number"), 0}, {QStringLiteral("pathless"), true}});
     duo.insert(QStringLiteral("interfaces"), interfaces);
     s.devices = {duo};
     EXPECT_EQ(update(), successful);
