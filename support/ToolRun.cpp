@@ -8,6 +8,19 @@
 
 namespace {
 
+constexpr int keptBytes = 1024 * 1024;
+
+void readInto(QByteArray &kept, const QByteArray &more)
+{
+    kept += more.left(keptBytes - kept.size());
+}
+
+void readOutput(QProcess &process, ToolRun &run)
+{
+    readInto(run.standardOutput, process.readAllStandardOutput());
+    readInto(run.standardError, process.readAllStandardError());
+}
+
 void waitForEnd(QProcess &process, int limitMs)
 {
     QEventLoop loop;
@@ -32,6 +45,11 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
         run.errorString = process.errorString();
         return run;
     }
+    const auto read = [&process, &run] {
+        readOutput(process, run);
+    };
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, read);
+    QObject::connect(&process, &QProcess::readyReadStandardError, read);
     waitForEnd(process, limitMs);
     if (process.state() == QProcess::NotRunning) {
         run.end = ToolRun::Finished;
@@ -41,7 +59,6 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
         process.kill();
         process.waitForFinished(1000);
     }
-    run.standardOutput = process.readAllStandardOutput();
-    run.standardError = process.readAllStandardError();
+    readOutput(process, run);
     return run;
 }

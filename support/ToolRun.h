@@ -15,6 +15,7 @@ struct ToolRun
 
     End end = NotStarted;
     int exitCode = -1;
+    /// At most the first MiB of each.
     QByteArray standardOutput;
     QByteArray standardError;
     QString errorString;

@@ -31,6 +31,15 @@ TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
     EXPECT_EQ(run.standardError, "err\n");
 }
 
+TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
+{
+    const ToolRun run = shell(QStringLiteral("echo first; head -c 30000000 /dev/zero"), 60000);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.standardOutput.size(), 1024 * 1024);
+    EXPECT_TRUE(run.standardOutput.startsWith("first\n"));
+}
+
 TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
 {
     const ToolRun run = shell(QStringLiteral("kill -SEGV $$"), 10000);
