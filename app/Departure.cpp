@@ -42,12 +42,15 @@ void startWatchdog()
 
 Departure::~Departure() = default;
 
-void Departure::closeAsked(QWidget *window)
+bool Departure::closeAsked(QWidget *window)
 {
     // What is being destroyed may still run an event loop, and the question asks what is gone by then.
-    if (ShutdownFlag::instance().isRaised() || (m_isWriting && m_isWriting() && userStays(window)))
-        return;
+    if (ShutdownFlag::instance().isRaised())
+        return true;
+    if (m_isWriting && m_isWriting() && userStays(window))
+        return false;
     leave();
+    return true;
 }
 
 bool Departure::userStays(QWidget *window) const

@@ -21,8 +21,8 @@ public:
     /// Asks the user first while a device is being written. Not set, nothing is asked.
     void askWhile(Question isWriting) { m_isWriting = std::move(isWriting); }
 
-    /// Leaves, unless the user prefers to stay.
-    void closeAsked(QWidget *window);
+    /// Leaves, unless the user prefers to stay; returns whether the program is leaving.
+    bool closeAsked(QWidget *window);
 
     /// Runs the event loop, unless the window was closed before it could start, and returns its result.
     int runLoop();

@@ -14,8 +14,10 @@ int run(int argc, char *argv[])
 {
     Departure departure;
     BackgroundWidget background(isSystemCountryChina());
-    QObject::connect(&background, &BackgroundWidget::sigCloseAsked, &departure,
-                     [&] { departure.closeAsked(&background); });
+    QObject::connect(&background, &BackgroundWidget::sigCloseAsked, &departure, [&] {
+        if (departure.closeAsked(&background))
+            background.allowClose();
+    });
     background.show();
 
     const LaunchOptions launch = parseCommandLine(argc, argv);

@@ -12,12 +12,6 @@ BackgroundWidget::BackgroundWidget(bool chineseLocale, QWidget *parent) : QWidge
     setWindowTitle(chineseLocale ? QStringLiteral("固件升级") : QStringLiteral("Quillmarsh"));
 }
 
-void BackgroundWidget::closeForGood()
-{
-    m_closeAllowed = true;
-    close();
-}
-
 void BackgroundWidget::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
@@ -30,7 +24,8 @@ void BackgroundWidget::paintEvent(QPaintEvent *event)
 
 void BackgroundWidget::closeEvent(QCloseEvent *event)
 {
-    event->setAccepted(m_closeAllowed);
     if (!m_closeAllowed)
         emit sigCloseAsked();
+    // Refusing the close of a program that leaves would hold up the end of the user's session, too.
+    event->setAccepted(m_closeAllowed);
 }

@@ -13,11 +13,12 @@ public:
     /// `chineseLocale` is whether the system locale's country is China; it chooses the title.
     explicit BackgroundWidget(bool chineseLocale, QWidget *parent = nullptr);
 
-    /// Closes the window without asking anybody; from then on every close is accepted.
-    void closeForGood();
+    /// From now on every close is accepted, the one that is being asked about included.
+    void allowClose() { m_closeAllowed = true; }
 
 signals:
-    /// The user (or the system) asked for the window to be closed; it is still open.
+    /// The user (or the system) asks for the window to be closed. It stays open unless the receiver
+    /// calls allowClose().
     void sigCloseAsked();
 
 protected:

@@ -33,14 +33,17 @@ TEST(BackgroundWidgetTest, ACloseIsRefusedAndReported)
     EXPECT_EQ(asked.count(), 1);
 }
 
-TEST(BackgroundWidgetTest, AForcedCloseAsksNobody)
+TEST(BackgroundWidgetTest, ACloseThatIsAllowedWhenAskedIsAcceptedAndTheNextAsksNobody)
 {
     BackgroundWidget window(false);
     const QSignalSpy asked(&window, &BackgroundWidget::sigCloseAsked);
+    QObject::connect(&window, &BackgroundWidget::sigCloseAsked, &window, [&] { window.allowClose(); });
     window.show();
-    window.closeForGood();
+    EXPECT_TRUE(window.close());
     EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(asked.count(), 0);
+    window.show();
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(asked.count(), 1);
 }
 
 } // namespace
