@@ -75,7 +75,7 @@ protected:
             s.bus.plug(s.model());
         ASSERT_EQ(stateOnBus(), QStringLiteral("application")) << s.bus.errorText().toStdString();
         const int burns = s.bus.device(s.model()).value(QLatin1String("burns")).toInt();
-        press();
+        ASSERT_NO_FATAL_FAILURE(press());
         EXPECT_EQ(titleWhenIdle(), successful);
         EXPECT_EQ(s.bus.device(s.model()).value(QLatin1String("burns")).toInt(), burns + 1);
         EXPECT_EQ(s.burned(), s.image());
@@ -100,9 +100,9 @@ TEST_F(BusFaultTest, UnpluggedWhileTheManifestIsAwaitedTheReportFailsAndTheNextU
 {
     UpdateScenario &s = scenario();
     s.serverFaults.append(slowManifest);
-    start();
-    press();
-    waitForLog("try to download dev json...");
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
+    ASSERT_NO_FATAL_FAILURE(waitForLog("try to download dev json..."));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     EXPECT_EQ(titleWhenIdle(), failed);
     EXPECT_TRUE(logHas("one open device err"));
@@ -140,8 +140,8 @@ TEST_F(BusFaultTest, UnpluggedInTheBootloaderWhileTheFlasherRunsItFailsAndTheNex
     UpdateScenario &s = scenario();
     playBurn({step("print", QStringLiteral("Upgrade fwc: image.target.os\n")), step("sleepMs", 800),
               step("print", QStringLiteral("write failed\n")), step("exit", 1)});
-    start();
-    press();
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_TRUE(
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 48, updateLimitMs));
     ASSERT_TRUE(s.bus.unplug(s.model()));
@@ -156,8 +156,8 @@ TEST_F(BusFaultTest, UnpluggedBeforeTheResetTheUpdateIsASuccessAndTheNextWorks)
 {
     UpdateScenario &s = scenario();
     playBurn({step("burn", true), step("success", true), step("sleepMs", 1000)});
-    start();
-    press();
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_TRUE(
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 100, updateLimitMs));
     ASSERT_TRUE(pollUntil([&] { return s.burned() == s.image(); }, updateLimitMs));
@@ -218,9 +218,9 @@ TEST_F(BusFaultTest, AShortWriteCountsAsSentAndTheFlasherDecides)
 {
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()), writesAnswer("short", 64))};
-    start();
-    press();
-    waitForLog("Open upg device failed");
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
+    ASSERT_NO_FATAL_FAILURE(waitForLog("Open upg device failed"));
     EXPECT_TRUE(logHas("write res:64CommandKind:1IsDuoDev:2"));
     EXPECT_TRUE(logHas("TryToBootloader Success!"));
     // The user helps: the device in its bootloader, as its button puts it.
@@ -296,8 +296,8 @@ TEST_F(BusFaultTest, ASecondBootloaderInTheMiddleOfARunIsReportedAfterIt)
     s.devices = {ModelOnBus::application(s.model()),
                  with(ModelOnBus::application(other), {{QStringLiteral("start"), QStringLiteral("absent")}})};
     playBurn({step("progress", true), step("burn", true), step("sleepMs", 800), step("success", true)});
-    start();
-    press();
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_TRUE(
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 80, updateLimitMs));
     ASSERT_TRUE(pollUntil([&] { return s.burned() == s.image(); }, updateLimitMs));
@@ -340,9 +340,9 @@ TEST_F(BusFaultTest, ADevicePluggedDuringAnUpdateDoesNotTakeItOver)
     s.devices = {ModelOnBus::application(s.model()),
                  with(ModelOnBus::application(other), {{QStringLiteral("start"), QStringLiteral("absent")}})};
     s.serverFaults.append(slowManifest);
-    start();
-    press();
-    waitForLog("try to download dev json...");
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
+    ASSERT_NO_FATAL_FAILURE(waitForLog("try to download dev json..."));
     ASSERT_TRUE(s.bus.plug(other)) << s.bus.errorText().toStdString();
     EXPECT_EQ(titleWhenIdle(), successful);
     EXPECT_EQ(s.burned(), s.image());
@@ -356,9 +356,9 @@ TEST_F(BusFaultTest, UnpluggedDuringTheDownloadTheReportFailsAndTheNextUpdateWor
 {
     UpdateScenario &s = scenario();
     s.serverFaults.append(QStringLiteral("slow-drip:path=*.img,bytes=20000,ms=100"));
-    start();
-    press();
-    waitForLog("Wait Servier Return File Size...");
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(press());
+    ASSERT_NO_FATAL_FAILURE(waitForLog("Wait Servier Return File Size..."));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     EXPECT_EQ(titleWhenIdle(), failed);
     EXPECT_TRUE(logHas("File MD5 verified successfully."));

@@ -106,8 +106,9 @@ TEST_F(ManyUpdatesTest, OneAfterTheOtherHoldNoMoreThanTheFirstTen)
     updateOften(updates - 10);
     const ProcessUse late = ProcessUse::of();
     EXPECT_EQ(m_segments->segments.size(), 10 * updates);
-    EXPECT_LE(late.descriptors, early.descriptors);
-    EXPECT_LE(late.threads, early.threads);
+    // A thread of the last update may still be ending; a leak has one for each run, or ten.
+    EXPECT_LE(late.descriptors, early.descriptors + 3);
+    EXPECT_LE(late.threads, early.threads + 3);
     const int grown = late.residentKilobytes - early.residentKilobytes;
     RecordProperty("memory_grown_kb", grown);
     RecordProperty("descriptors", late.descriptors);
