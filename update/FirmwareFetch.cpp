@@ -128,6 +128,8 @@ QString FirmwareFetch::downloadImage(const QString &address)
     m_segmentWorker.url = address;
     m_segmentWorker.savePath = path;
     if (!m_segmentWorker.downloadInSegments(segmentCount, &m_reporter)) {
+        if (m_clock.isLeaving())
+            return {};
         m_reporter.setStateTitle(UpdateTitles::downloadFailed);
         m_reporter.log(QStringLiteral("Download ERROR!"));
         return giveControlsBack();

@@ -162,12 +162,20 @@ UpdateWorkflow::Ending UpdateWorkflow::ending() const
 
 void UpdateWorkflow::finish(Ending ending)
 {
-    if (ending == Ending::LaunchMode)
+    switch (ending) {
+    case Ending::ControlsBack:
+        m_reporter.runDeviceCheck(true);
+        m_reporter.enableStartButton(true);
+        break;
+    case Ending::LaunchMode:
         blockInLaunchMode();
-    if (ending != Ending::ControlsBack)
-        return;
-    m_reporter.runDeviceCheck(true);
-    m_reporter.enableStartButton(true);
+        break;
+    case Ending::HandedOver:
+        break;
+    case Ending::Leaving:
+        m_reporter.log(QStringLiteral("The program was closed before the update had ended."));
+        break;
+    }
 }
 
 void UpdateWorkflow::blockInLaunchMode()

@@ -14,9 +14,13 @@ bool XvfbSession::start(const QSize &screen, int depth)
         QStringLiteral("-screen"), QStringLiteral("0"),          geometry,
         QStringLiteral("-dpi"),    QStringLiteral("96"),         QStringLiteral("-nolisten"),
         QStringLiteral("tcp"),     QStringLiteral("-noreset")};
+    // Servers of other network namespaces may choose the same number, and then they compile their
+    // keyboards into the same file: one of them can find it half written, and gives up.
     QByteArray number;
-    if (m_server.start(command))
-        number = m_server.waitForFirstLine(readyLimitMs).trimmed();
+    for (int tries = 0; tries < 3 && number.isEmpty(); ++tries) {
+        if (m_server.start(command))
+            number = m_server.waitForFirstLine(readyLimitMs).trimmed();
+    }
     if (number.isEmpty()) {
         m_error = m_server.errorText();
         return false;

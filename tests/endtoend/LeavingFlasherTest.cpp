@@ -69,6 +69,7 @@ TEST_F(LeavingFlasherTest, WhileItWritesAConfirmedCloseKillsIt)
     answerAndExpectGone();
     EXPECT_EQ(ended(), 0);
     EXPECT_TRUE(logHas("Upgrade fwc: image.target.spl"));
+    EXPECT_TRUE(logHas(closedEarly));
 }
 
 TEST_F(LeavingFlasherTest, WhileItWritesAFloodOfLinesAConfirmedCloseKillsIt)

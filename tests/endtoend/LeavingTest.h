@@ -12,6 +12,8 @@ class LeavingTest : public EndToEndTest
 protected:
     const QString background = QStringLiteral("backgroundWidget");
     const QString question = QStringLiteral("leaveQuestion");
+    /// The worker's parting line: that it is there shows that what it said last was delivered.
+    const char *const closedEarly = "The program was closed before the update had ended.";
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     // The sanitizer looks for leaks after the program has ended its own work.
