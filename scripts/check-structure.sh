@@ -18,6 +18,7 @@ declare -A may_include=(
 )
 rooms='support|widgets|devices|download|driver|iap|update|app|simulator|tests'
 for room in "${!may_include[@]}"; do
+    [ -d "$room" ] || continue
     while IFS=: read -r file line include; do
         target=$(sed -E 's/.*"([a-z]+)\/.*/\1/' <<<"$include")
         [[ " ${may_include[$room]} " == *" $target "* ]] || complain "$file:$line: $room may not include $target"

@@ -11,6 +11,9 @@ scripts/install-dependencies.sh
 step 'Formatting'
 git ls-files -z --cached --others --exclude-standard -- '*.cpp' '*.h' | xargs -0 clang-format --dry-run --Werror
 
+step 'Structure'
+scripts/check-structure.sh
+
 step 'Build'
 cmake --preset test
 cmake --build --preset test
@@ -20,6 +23,9 @@ ctest --preset test --parallel 4
 
 step 'Static analysis'
 scripts/analyse.sh build/test
+
+step 'Fuzzing, for a moment'
+scripts/fuzz.sh 5
 
 step 'The product itself'
 cmake --preset release
