@@ -6,10 +6,12 @@
 #include <QCloseEvent>
 #include <QDebug>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -21,6 +23,8 @@ ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *pa
     setFixedSize(200, 270);
     setWindowFlags(Qt::Window | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
+    // It has no parent that would be its place.
+    move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
     fetchModels(manifestUrl);
     buildList();
 }
