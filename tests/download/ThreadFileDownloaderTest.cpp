@@ -182,4 +182,34 @@ TEST_F(ThreadFileDownloaderTest, ATargetThatCannotBeOpenedFailsTheMergeAndThePar
     EXPECT_EQ(networksLeft(), 0);
 }
 
+TEST_F(ThreadFileDownloaderTest, AFileThatCannotBeStoredIsReportedOnceAndFetchedWhenItCanBe)
+{
+    const QByteArray content = serve(distinctBytes(100000));
+    const QString folder = m_folder.filePath(QStringLiteral("later"));
+    m_worker.savePath = folder + QStringLiteral("/dev.img");
+    int rounds = 0;
+    m_clock.onSleep = [&] {
+        for (FileDownloader *segment : qAsConst(m_worker.segments))
+            segment->retryDelay = 5;
+        if (++rounds == 50)
+            QDir().mkpath(folder);
+    };
+    ASSERT_TRUE(fetch());
+    const QStringList told = m_log.logLines().filter(QStringLiteral("The download cannot be stored"));
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told.first().contains(m_worker.savePath + QStringLiteral("packet_")));
+    EXPECT_EQ(image(), content);
+}
+
+TEST_F(ThreadFileDownloaderTest, ADiskWithoutRoomForPartsAndFileFailsTheRunBeforeTheyAreFetched)
+{
+    serve(distinctBytes(1000));
+    setFault("header:whole=1,name=Content-Length,value=4000000000000000");
+    EXPECT_FALSE(fetch());
+    EXPECT_TRUE(m_log.logLines().last().startsWith(QLatin1String("The disk is too full for the download: ")));
+    EXPECT_TRUE(m_log.logLines().last().contains(QStringLiteral(" needs 8000000000000000 bytes, ")));
+    EXPECT_TRUE(m_worker.segments.isEmpty());
+    EXPECT_EQ(m_server.requests().size(), 1);
+}
+
 } // namespace
