@@ -3,6 +3,7 @@
 #include "download/BodySlice.h"
 #include "download/HttpAnswer.h"
 #include "download/SegmentRanges.h"
+#include "download/WriteAll.h"
 
 #include <QDebug>
 #include <QFile>
@@ -274,7 +275,7 @@ FileDownloader::Writing FileDownloader::writeAvailable()
     if (slice.take > 0 && !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qCritical().noquote() << "Unable to open file for writing:" << filePath;
         HttpAnswer::ignoreSslErrorsOnceAnswered(*m_reply);
-        m_lastProblem = filePath + QStringLiteral(": ") + file.errorString();
+        m_lastProblem = m_fileProblem = filePath + QStringLiteral(": ") + file.errorString();
         return Writing::FileNotOpened;
     }
     const QByteArray data = m_reply->read(available);
@@ -282,13 +283,11 @@ FileDownloader::Writing FileDownloader::writeAvailable()
     m_receivedBytes += available;
     if (slice.take == 0)
         return Writing::Done;
-    const qint64 written = file.write(data.constData() + slice.skip, slice.take);
-    if (written > 0) {
-        m_wanted += written;
-        m_broughtBytes += written;
-    }
+    const qint64 written = writeAll(file, data.constData() + slice.skip, slice.take);
+    m_wanted += written;
+    m_broughtBytes += written;
     if (written != slice.take) {
-        m_lastProblem = filePath + QStringLiteral(": ") + file.errorString();
+        m_lastProblem = m_fileProblem = filePath + QStringLiteral(": ") + file.errorString();
         qCritical().noquote() << "Unable to write file:" << m_lastProblem;
         return Writing::FileNotWritten;
     }

@@ -32,6 +32,8 @@ public:
     bool hasGivenUp() const { return m_hasGivenUp; }
     /// What went wrong last, for the user; empty when nothing has.
     QString lastProblem() const { return m_lastProblem; }
+    /// Why the local file could not be opened or written last; empty when it never failed.
+    QString fileProblem() const { return m_fileProblem; }
 
     /// Bytes of this download on disk: resume offset and what the current request brought.
     qint64 CurrentPackDownloadSize = 0;
@@ -93,4 +95,5 @@ private:
     bool m_isReadRetryArmed = false;
     bool m_hasGivenUp = false;
     QString m_lastProblem;
+    QString m_fileProblem;
 };

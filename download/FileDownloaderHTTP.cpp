@@ -65,6 +65,7 @@ void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
     if (!m_file->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         qDebug().noquote() << "Could not open file for writing:" << savePath;
         m_owner->log(QStringLiteral("Could not open file for writing"));
+        m_owner->log(savePath + QStringLiteral(": ") + m_file->errorString());
         m_file.reset();
         return;
     }

@@ -5,13 +5,16 @@
 #include "download/FileDownloader.h"
 #include "download/FileSizeFetcher.h"
 #include "download/SegmentRanges.h"
+#include "download/WriteAll.h"
 #include "support/LanguageUtilities.h"
 #include "support/Reporter.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
+#include <QStorageInfo>
 #include <QThread>
 #include <QUrl>
 
@@ -32,6 +35,7 @@ struct ThreadFileDownloader::Run
     double percent = 0;
     QStringList parts;
     QList<const FileDownloader *> givenUp;
+    bool isFileProblemTold = false;
 };
 
 ThreadFileDownloader::ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock)
@@ -51,7 +55,7 @@ ThreadFileDownloader::~ThreadFileDownloader()
 
 bool ThreadFileDownloader::downloadInSegments(int segmentCount, Reporter *owner)
 {
-    Run run{segmentCount, owner, nullptr, 0, 0, {}, {}};
+    Run run{segmentCount, owner, nullptr, 0, 0, {}, {}, false};
     showState(DownloadTitles::preparingTask);
     qDebug() << "准备下载任务...";
     owner->log(QStringLiteral("Begin To Downloader Json: ") + url);
@@ -61,7 +65,7 @@ bool ThreadFileDownloader::downloadInSegments(int segmentCount, Reporter *owner)
         owner->log(QStringLiteral("ERR: Json url is null"));
         return false;
     }
-    if (!waitForSize(run))
+    if (!waitForSize(run) || !isSpaceEnough(run))
         return false;
     startSegments(run);
     const bool isComplete = waitForSegments(run);
@@ -104,6 +108,27 @@ bool ThreadFileDownloader::waitForSize(Run &run)
     return true;
 }
 
+bool ThreadFileDownloader::isSpaceEnough(const Run &run) const
+{
+    const QStorageInfo disk(QFileInfo(savePath).path());
+    // The parts and the file that they are joined into are there at the same time.
+    qint64 needed = 2 * run.size;
+    for (int i = 0; i < run.segmentCount; ++i)
+        needed -= QFileInfo(partPath(i)).size();
+    if (!disk.isValid() || !disk.isReady() || disk.bytesAvailable() < 0 || disk.bytesAvailable() >= needed)
+        return true;
+    run.owner->log(QStringLiteral("The disk is too full for the download: %1 needs %2 bytes, %3 are free.")
+                       .arg(QFileInfo(savePath).path())
+                       .arg(needed)
+                       .arg(disk.bytesAvailable()));
+    return false;
+}
+
+QString ThreadFileDownloader::partPath(int i) const
+{
+    return savePath + QStringLiteral("packet_") + QString::number(i);
+}
+
 void ThreadFileDownloader::startSegments(Run &run)
 {
     showState(DownloadTitles::preparing);
@@ -118,7 +143,7 @@ void ThreadFileDownloader::startSegments(Run &run)
         qDebug().nospace() << "结束: " << ranges.at(i).end;
     }
     for (int i = 0; i < ranges.size(); ++i) {
-        const QString part = savePath + QStringLiteral("packet_") + QString::number(i);
+        const QString part = partPath(i);
         auto *segment = new FileDownloader(QUrl(url), part);
         run.parts.append(part);
         segments.append(segment);
@@ -139,6 +164,7 @@ bool ThreadFileDownloader::waitForSegments(Run &run)
         QCoreApplication::processEvents();
         isDone = areAllDone();
         showProgress(run);
+        reportFileProblem(run);
         reportGivenUp(run);
     }
     run.probe.reset();
@@ -174,6 +200,18 @@ void ThreadFileDownloader::showProgress(Run &run)
     emit setProgressBarValue(static_cast<int>(run.percent));
     emit setStateLabel(LanguageUtilities::instance().lookup(DownloadTitles::downloading) +
                        megabytesOf(sum, run.size));
+}
+
+void ThreadFileDownloader::reportFileProblem(Run &run)
+{
+    for (const FileDownloader *segment : segments) {
+        if (run.isFileProblemTold || segment->fileProblem().isEmpty() ||
+            segment->state == FileDownloader::Finished)
+            continue;
+        run.isFileProblemTold = true;
+        run.owner->log(QStringLiteral("The download cannot be stored and is tried again: ") +
+                       segment->fileProblem());
+    }
 }
 
 void ThreadFileDownloader::reportGivenUp(Run &run)
@@ -235,7 +273,7 @@ bool ThreadFileDownloader::mergeFiles(const QStringList &partPaths, const QStrin
             qWarning().noquote() << "Could not read source file:" << partPath;
             return fail(part);
         }
-        if (target.write(content) != content.size()) {
+        if (writeAll(target, content.constData(), content.size()) != content.size()) {
             qWarning().noquote() << "Could not write target file:" << targetPath;
             return fail(target);
         }

@@ -30,7 +30,8 @@ public:
 
     /// Fetches `url` to `savePath` in `segmentCount` (at least 1) ranges. Blocks the calling thread,
     /// processing its events, until the file is merged (true), or the run has failed or the program
-    /// is leaving (false). There is no other limit on the time: a segment that has given up keeps
+    /// is leaving (false). A disk without room for parts and file fails the run before they are
+    /// fetched. There is no other limit on the time: a segment that has given up keeps
     /// the run waiting. Log lines go to `owner`.
     bool downloadInSegments(int segmentCount, Reporter *owner);
 
@@ -57,12 +58,15 @@ private:
 
     void showState(const BilingualText &text);
     bool waitForSize(Run &run);
+    bool isSpaceEnough(const Run &run) const;
+    QString partPath(int i) const;
     void startSegments(Run &run);
     bool waitForSegments(Run &run);
     bool mergeSegments(Run &run);
     bool areAllDone() const;
     qint64 bytesOnDisk() const;
     void showProgress(Run &run);
+    void reportFileProblem(Run &run);
     void reportGivenUp(Run &run);
     void dropNetworks();
 

@@ -9,6 +9,7 @@ packages=(
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
     clang clang-format clang-tidy
+    nginx-core openssl
     xvfb fonts-dejavu-core fonts-noto-cjk
     iproute2 util-linux
 )
@@ -23,5 +24,13 @@ as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
+
+# The web server is for the tests, which start it themselves: its service stays off.
+policy=/usr/sbin/policy-rc.d
+if [ ! -e "$policy" ]; then
+    trap '"${as_root[@]}" rm -f "$policy"' EXIT
+    printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+    "${as_root[@]}" chmod 755 "$policy"
+fi
 "${as_root[@]}" apt-get update -q
 "${as_root[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}"

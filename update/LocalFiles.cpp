@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QTemporaryFile>
 
 QStringList LocalFiles::listImages(const QString &dir)
 {
@@ -27,8 +28,12 @@ void LocalFiles::clearDir(const QString &dir)
         qDebug().noquote() << "Directory does not exist:" << dir;
         return;
     }
-    const QFileInfoList files = folder.entryInfoList(QDir::Files | QDir::Hidden, QDir::Unsorted);
+    // Links too, wherever they point: what is written next must not go through one.
+    const QFileInfoList files = folder.entryInfoList(
+        QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &file : files) {
+        if (file.isDir() && !file.isSymLink())
+            continue;
         const QString path = file.absoluteFilePath();
         qDebug().noquote() << (QFile::remove(path) ? "Removed file:" : "Failed to remove file:") << path;
     }
@@ -41,4 +46,16 @@ bool LocalFiles::ensurePath(const QString &path)
     const bool created = QDir().mkpath(path);
     qDebug().noquote() << (created ? "Created:" : "Create failed:") << path;
     return created;
+}
+
+QString LocalFiles::reasonNotToWriteIn(const QString &path)
+{
+    if (QFileInfo(path).isSymLink())
+        return path +
+               QStringLiteral(" is a link to another place and is not used. Remove it and start again.");
+    // Tried, since what permissions and attributes say of a folder differs between systems.
+    QTemporaryFile trial(path + QStringLiteral("/trial-XXXXXX"));
+    if (!trial.open())
+        return path + QStringLiteral(" cannot be written: ") + trial.errorString();
+    return {};
 }

@@ -9,10 +9,15 @@ namespace LocalFiles {
 /// Names of the "*.img" files in `dir`, by name without regard to case.
 QStringList listImages(const QString &dir);
 
-/// Deletes the files that lie directly in `dir`, hidden ones included; folders stay.
+/// Deletes the files that lie directly in `dir`, hidden ones included, and the links, whose targets
+/// stay as they are; folders stay.
 void clearDir(const QString &dir);
 
 /// Makes sure that the folder exists, with all its parents; returns whether it does.
 bool ensurePath(const QString &path);
+
+/// Why files must not or cannot be written in a folder that exists, for the user; empty when they can.
+/// A link counts as a reason: whoever made it decides what is overwritten.
+QString reasonNotToWriteIn(const QString &path);
 
 } // namespace LocalFiles

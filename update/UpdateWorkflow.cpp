@@ -71,9 +71,18 @@ std::optional<UpdateWorkflow::Ending> UpdateWorkflow::obtainImage()
 bool UpdateWorkflow::prepareFolders()
 {
     m_reporter.log(QLatin1String("usb tmpPath: ") + m_paths.temporaryFolder);
-    return LocalFiles::ensurePath(m_paths.temporaryFolder) &&
-           LocalFiles::ensurePath(m_paths.temporaryFolder + QLatin1String("/qmake")) &&
-           LocalFiles::ensurePath(m_paths.temporaryFolder + QLatin1String("/tmp"));
+    return prepareFolder(m_paths.temporaryFolder) &&
+           prepareFolder(m_paths.temporaryFolder + QLatin1String("/qmake")) &&
+           prepareFolder(m_paths.temporaryFolder + QLatin1String("/tmp"));
+}
+
+bool UpdateWorkflow::prepareFolder(const QString &path)
+{
+    const QString reason = LocalFiles::ensurePath(path) ? LocalFiles::reasonNotToWriteIn(path)
+                                                        : path + QStringLiteral(" cannot be created.");
+    if (!reason.isEmpty())
+        m_reporter.log(reason);
+    return reason.isEmpty();
 }
 
 bool UpdateWorkflow::isIapDevice() const

@@ -38,6 +38,7 @@ public:
 private:
     std::optional<Ending> obtainImage();
     bool prepareFolders();
+    bool prepareFolder(const QString &path);
     bool isIapDevice() const;
     Ending handOverToIapPanel();
     bool enterBootloader();

@@ -3,7 +3,8 @@
 #
 # Runs a command in a network namespace of its own, in which only loopback is up, so that programs
 # with a fixed port can run side by side. Where the system permits no namespace, such commands take
-# turns instead. Exits with the command's exit code; with 125 when the network could not be set up.
+# turns instead. In the namespace QUILLMARSH_OWN_MOUNTS is set: what is mounted there is seen by nobody
+# else. Exits with the command's exit code; with 125 when the network could not be set up.
 
 [ $# -gt 0 ] || { echo "usage: in-own-network.sh COMMAND [ARGUMENT...]" >&2; exit 125; }
 
@@ -13,6 +14,7 @@ enter='
 ip link set lo up || exit 125
 [ -d /tmp/.X11-unix ] || mkdir -m 1777 /tmp/.X11-unix 2>/dev/null
 mount -t tmpfs -o mode=1777 tmpfs /tmp/.X11-unix 2>/dev/null
+export QUILLMARSH_OWN_MOUNTS=1
 exec "$@"'
 
 for as in "" "--user --map-current-user --keep-caps" "--user --map-root-user"; do

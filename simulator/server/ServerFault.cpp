@@ -124,6 +124,7 @@ const Key keys[] = {
     {"range", readNumber<&ServerFault::range>}, {"of", readNumber<&ServerFault::of>},
     {"nth", readNumber<&ServerFault::nth>},     {"times", readNumber<&ServerFault::times>},
     {"bytes", readNumber<&ServerFault::bytes>}, {"ms", readNumber<&ServerFault::ms>},
+    {"whole", readNumber<&ServerFault::whole>},
 };
 
 template <typename Table>
@@ -180,6 +181,8 @@ bool ServerFault::strikes(const ServerRequest &request, qint64 fileSize)
                                                     .replace(QStringLiteral("\\*"), QStringLiteral(".*"))
                                                     .replace(QStringLiteral("\\?"), QStringLiteral("."))));
         if (!pattern.match(QString::fromUtf8(request.path)).hasMatch())
+            return false;
+        if (whole != 0 && !request.header("Range").isEmpty())
             return false;
         if (range >= 0) {
             const auto asked = RequestedRange::parse(request.header("Range"));

@@ -14,6 +14,7 @@
 ///   path=PATTERN   only requests whose path matches (* and ? as in a shell; default: every path)
 ///   range=I        only requests whose first byte lies in the I-th (from 0) of `of` equal parts
 ///   of=N           the number of those parts (default 10)
+///   whole=1        only requests without a range
 ///   nth=K          only from the K-th matching request on (default 1)
 ///   times=C        only so often (default: always)
 /// and the keys that say what are bytes=K, ms=T, to=TARGET, name=HEADER and value=TEXT, as the fault's
@@ -38,6 +39,7 @@ public:
     QString path = QStringLiteral("*");
     int range = -1;
     int of = 10;
+    int whole = 0;
     int nth = 1;
     int times = -1;
     qint64 bytes = 0;

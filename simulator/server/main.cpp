@@ -18,8 +18,9 @@ int main(int argc, char *argv[])
         QStringLiteral(
             "Serves the files below a folder on 127.0.0.1 and misbehaves as told.\n\n"
             "A fault is NAME[:key=value[,key=value...]]. When it strikes is said by path=PATTERN,\n"
-            "range=I (the I-th, from 0, of=N equal parts of the file), nth=K (from the K-th matching\n"
-            "request on) and times=C (only so often). The names, their keys and what they do:\n\n") +
+            "range=I (the I-th, from 0, of=N equal parts of the file), whole=1 (only requests without a\n"
+            "range), nth=K (from the K-th matching request on) and times=C (only so often). The names, their "
+            "keys and what they do:\n\n") +
         ServerFault::help());
     parser.addHelpOption();
     const QCommandLineOption portOption(QStringLiteral("port"),

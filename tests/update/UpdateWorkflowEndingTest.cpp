@@ -34,9 +34,11 @@ TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeMadeEndsTheRunInEveryMode)
 {
     ASSERT_TRUE(QFile(m_paths.temporaryFolder).open(QIODevice::WriteOnly));
     const QStringList expected{QStringLiteral("log usb tmpPath: ") + m_paths.temporaryFolder,
+                               QStringLiteral("log %1 cannot be created.").arg(m_paths.temporaryFolder),
                                QStringLiteral("log ensurePath Failed!"),
                                QStringLiteral("title Current Status: ensurePath Failed!"),
-                               QStringLiteral("check 1"), QStringLiteral("button 1")};
+                               QStringLiteral("check 1"),
+                               QStringLiteral("button 1")};
     EXPECT_EQ(run(), Ending::ControlsBack);
     EXPECT_EQ(events(), expected);
     startedBy(true);

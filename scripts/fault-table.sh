@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Fetches from a server at fault, once for each fault and place, and prints how each fetch came out and
+# how often. Fails when one came out wrong. Usage: scripts/fault-table.sh [BUILD_FOLDER]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build/test}
+
+output=$(mktemp)
+trap 'rm -f "$output"' EXIT
+status=0
+ctest --test-dir "$build" --label-regex '^faults$' --no-tests=error --parallel 4 --verbose >"$output" || status=$?
+
+rows=$(sed -nE 's/^[0-9]+: fault: //p' "$output" | sort -t '|' -k2,2 -k1,1)
+awk -F ' *[|] *' '
+    BEGIN { printf "%-28s %-32s %s\n", "FAULT", "PLACE", "OUTCOME" }
+    { printf "%-28s %-32s %s\n", $1, $2, $3; ++count[$3]; ++all }
+    END {
+        print ""
+        for (outcome in count)
+            printf "%4d  %s\n", count[outcome], outcome | "sort -rn"
+        close("sort -rn")
+        printf "%4d  in all\n", all
+    }' <<<"$rows"
+grep -E 'tests passed|\((Failed|Timeout|SEGFAULT|Not Run)\)' "$output"
+exit "$status"

@@ -1,0 +1,189 @@
+#include "tests/endtoend/EndToEnd.h"
+#include "tests/endtoend/OwnMounts.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed.");
+const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
+
+// The table has no text of its own for it, so the fallback shows.
+const QString folderFailed = QStringLiteral("当前状态: ensurePath Failed");
+
+/// Folders and files that cannot be written, or must not be.
+class DiskFaultTest : public EndToEndTest
+{
+protected:
+    QString downloads()
+    {
+        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath");
+    }
+    QString userFile() { return scenario().program.homeFolder() + QStringLiteral("/thesis.txt"); }
+
+    static void write(const QString &path, const QByteArray &content)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+        file.write(content);
+    }
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+    /// The title after a run that may be over before the start button is seen disabled.
+    QString titleAfterQuickRun()
+    {
+        UpdateScenario &s = scenario();
+        if (!s.start() || !s.pressStart())
+            return s.errorText();
+        s.probe.waitForText(title, QStringLiteral("ensurePath"), updateLimitMs);
+        return titleWhenIdle();
+    }
+    bool logMentions(const QString &text)
+    {
+        for (const QString &line : scenario().program.updateLogLines()) {
+            if (line.contains(text))
+                return true;
+        }
+        return false;
+    }
+    void expectUntouchedDevice()
+    {
+        UpdateScenario &s = scenario();
+        EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
+        EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
+        EXPECT_TRUE(s.probe.isEnabled(startButton));
+        EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
+    }
+};
+
+TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)
+{
+    ASSERT_TRUE(OwnMounts::inMemory(scenario().program.temporaryFolder(), 1536));
+    EXPECT_EQ(update(), md5Failed);
+    EXPECT_TRUE(logMentions(QStringLiteral("The disk is too full for the download: ")));
+    EXPECT_TRUE(logHas("Download ERROR!"));
+    expectUntouchedDevice();
+}
+
+TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::inMemory(s.program.temporaryFolder(), 2560));
+    // Slow enough for the space to go before the image has come.
+    s.serverFaults = QStringList{QStringLiteral("slow-drip:path=*.img,range=9,bytes=2048,ms=40")};
+    ASSERT_TRUE(s.start()) << s.errorText().toStdString();
+    ASSERT_TRUE(s.pressStart());
+    ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Downloading"), 10000));
+    QFile ballast(s.program.temporaryFolder() + QStringLiteral("/ballast"));
+    ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (ballast.write(QByteArray(4096, 'x')) == 4096) {
+    }
+    const QDeadlineTimer limit(20000);
+    while (!logMentions(QStringLiteral("The download cannot be stored and is tried again: ")) &&
+           !limit.hasExpired())
+        QThread::msleep(50);
+    EXPECT_TRUE(logMentions(QStringLiteral("No space left on device")));
+    EXPECT_FALSE(s.probe.isEnabled(startButton));
+    // With room again it goes on where it stopped.
+    ballast.close();
+    ASSERT_TRUE(ballast.remove());
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), s.image());
+}
+
+TEST_F(DiskFaultTest, AReadOnlyApplicationFolderIsReportedAndTheControlsComeBack)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.applicationFolder()));
+    EXPECT_EQ(update(), md5Failed);
+    EXPECT_TRUE(logHas("Could not open file for writing"));
+    EXPECT_TRUE(
+        logMentions(s.program.applicationFolder() + QStringLiteral("/qmake/dev.jn: Read-only file system")));
+    expectUntouchedDevice();
+}
+
+TEST_F(DiskFaultTest, AReadOnlyWorkingFolderCostsOnlyTheLogFiles)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
+    // The bus description lies beside that folder.
+    EXPECT_EQ(update(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), s.image());
+    EXPECT_TRUE(s.program.updateLog().isEmpty());
+    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
+}
+
+TEST_F(DiskFaultTest, ATemporaryFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.temporaryFolder()));
+    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
+    EXPECT_TRUE(logMentions(downloads() + QStringLiteral(" cannot be created.")));
+    EXPECT_TRUE(logHas("ensurePath Failed!"));
+    expectUntouchedDevice();
+}
+
+TEST_F(DiskFaultTest, ADownloadFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
+{
+    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/tmp")));
+    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/qmake")));
+    ASSERT_TRUE(OwnMounts::readOnly(downloads() + QStringLiteral("/tmp")));
+    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
+    EXPECT_TRUE(logMentions(downloads() + QStringLiteral("/tmp cannot be written: Read-only file system")));
+    expectUntouchedDevice();
+}
+
+TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndWhatTheyPointAtIsLeftAlone)
+{
+    UpdateScenario &s = scenario();
+    const QString folder = downloads() + QStringLiteral("/tmp");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    write(userFile(), "years of work");
+    const QString notThereYet = s.program.homeFolder() + QStringLiteral("/new.txt");
+    const QString userFolder = s.program.homeFolder() + QStringLiteral("/papers");
+    ASSERT_TRUE(QDir().mkpath(userFolder));
+    write(userFolder + QStringLiteral("/paper"), "more work");
+    ASSERT_TRUE(QFile::link(userFile(), folder + QStringLiteral("/dev.img")));
+    ASSERT_TRUE(QFile::link(userFile(), folder + QStringLiteral("/dev.imgpacket_3")));
+    ASSERT_TRUE(QFile::link(notThereYet, folder + QStringLiteral("/dev.imgpacket_4")));
+    ASSERT_TRUE(QFile::link(userFolder, folder + QStringLiteral("/dev.imgpacket_5")));
+    EXPECT_EQ(update(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), s.image());
+    EXPECT_EQ(contentOf(userFile()), "years of work");
+    EXPECT_EQ(contentOf(userFolder + QStringLiteral("/paper")), "more work");
+    EXPECT_FALSE(QFile::exists(notThereYet));
+}
+
+TEST_F(DiskFaultTest, ADownloadFolderThatIsALinkIsNotUsedAndWhatLiesThereStays)
+{
+    UpdateScenario &s = scenario();
+    const QString elsewhere = s.program.homeFolder() + QStringLiteral("/elsewhere");
+    ASSERT_TRUE(QDir().mkpath(elsewhere + QStringLiteral("/tmp")));
+    write(elsewhere + QStringLiteral("/tmp/thesis.txt"), "years of work");
+    ASSERT_TRUE(QFile::link(elsewhere, downloads()));
+    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
+    EXPECT_TRUE(logMentions(downloads() + QStringLiteral(" is a link to another place and is not used.")));
+    EXPECT_EQ(contentOf(elsewhere + QStringLiteral("/tmp/thesis.txt")), "years of work");
+    expectUntouchedDevice();
+}
+
+TEST_F(DiskFaultTest, AFolderInTheImagesPlaceIsReportedAndTheControlsComeBack)
+{
+    const QString inTheWay = downloads() + QStringLiteral("/tmp/dev.img");
+    ASSERT_TRUE(QDir().mkpath(inTheWay));
+    EXPECT_EQ(update(), md5Failed);
+    EXPECT_TRUE(logHas("merge Files Failed!"));
+    EXPECT_TRUE(logMentions(inTheWay + QStringLiteral(": ")));
+    EXPECT_EQ(QDir(downloads() + QStringLiteral("/tmp")).entryList(QDir::Files), QStringList());
+    expectUntouchedDevice();
+}
+
+} // namespace
