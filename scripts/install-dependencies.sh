@@ -8,7 +8,7 @@ packages=(
     qtbase5-dev qtbase5-private-dev libusb-1.0-0-dev libhidapi-dev
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
-    clang clang-format clang-tidy
+    clang libclang-rt-14-dev clang-format clang-tidy
     nginx-core openssl
     xvfb fonts-dejavu-core fonts-noto-cjk
     iproute2 util-linux
