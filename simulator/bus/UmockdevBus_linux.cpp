@@ -23,7 +23,7 @@ namespace {
 constexpr int hidrawMajor = 240;
 constexpr int usbMajor = 189;
 // Fixed width, so that the order of the names is the order of the numbers.
-constexpr int lastPort = 199;
+constexpr int lastPort = 255;
 constexpr auto connectedNodeKey = "quillmarsh-appearance";
 
 /// What one device node answers with; lives as long as the bus, through any number of unpluggings.
