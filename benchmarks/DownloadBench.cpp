@@ -118,7 +118,7 @@ QString Subjects::lossyDownload(BenchContext &context)
 
     const double ours = Measuring::median(all.at(0).figures);
     const double curl = Measuring::median(all.at(1).figures);
-    context.results.add({QStringLiteral("%1 MiB through 100 Mbit/s, 40 ms, 0.5 % loss (CUBIC; %2 round(s))")
+    context.results.add({QStringLiteral("%1 MiB through 100 Mbit/s, 40 ms, 0.5 % loss (Reno, %2 round(s))")
                              .arg(mebibytes)
                              .arg(all.at(0).figures.size()),
                          Measuring::milliseconds(ours),
