@@ -81,6 +81,8 @@ void TextWindow::appendToPane(const QString &text)
         cursor.insertBlock();
     m_hasLines = true;
     cursor.insertText(text);
+    cursor.endEditBlock();
+    // After the edit, not in it: one edit at both ends of the text would lay out all that is between.
     const int lines = m_textView->document()->blockCount();
     if (lines > maximumLines) {
         cursor.movePosition(QTextCursor::Start);
@@ -88,7 +90,6 @@ void TextWindow::appendToPane(const QString &text)
                            QTextCursor::KeepAnchor);
         cursor.removeSelectedText();
     }
-    cursor.endEditBlock();
 }
 
 void TextWindow::closeEvent(QCloseEvent *event)

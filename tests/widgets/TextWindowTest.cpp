@@ -122,6 +122,23 @@ TEST_F(TextWindowTest, AboveTwentyTwoThousandLinesThePaneDropsToTheNewestTwentyT
     EXPECT_EQ(fileLines().size(), 22002) << "the file keeps all";
 }
 
+TEST_F(TextWindowTest, DroppingOldLinesLeavesThoseThatStayUntouched)
+{
+    QTextDocument *document = m_window.textView()->document();
+    m_window.appendLog(QStringLiteral("x\n").repeated(22000 - 1) + QLatin1Char('x'));
+    ASSERT_EQ(document->blockCount(), 22000);
+    QVector<QVector<int>> changes;
+    QObject::connect(document, &QTextDocument::contentsChange, [&changes](int at, int removed, int added) {
+        changes.append({at, removed, added});
+    });
+    m_window.appendLog(QStringLiteral("last"));
+    EXPECT_EQ(document->blockCount(), 20000);
+    // The end grew, then the start went: what is reported as changed is laid out again.
+    ASSERT_EQ(changes.size(), 2);
+    EXPECT_LE(changes.at(0).at(2), 10);
+    EXPECT_EQ(changes.at(1), (QVector<int>{0, 2 * 2001, 0}));
+}
+
 TEST_F(TextWindowTest, ALineLongerThan64KiBIsCutInThePaneOnly)
 {
     const QString longest(64 * 1024, QLatin1Char('x'));
