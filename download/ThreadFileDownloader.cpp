@@ -138,7 +138,8 @@ bool ThreadFileDownloader::waitForSegments(Run &run)
     while (!isDone) {
         if (!m_clock.sleepMs(roundMs))
             return false;
-        QCoreApplication::processEvents();
+        // As long as data keeps coming: the bounded buffers stand still while this thread sleeps.
+        QCoreApplication::processEvents(QEventLoop::AllEvents, roundMs);
         isDone = areAllDone();
         showProgress(run);
         reportGivenUp(run);
