@@ -22,6 +22,8 @@ namespace {
 
 constexpr int roundMs = 100;
 constexpr qint64 sizeLimitMs = 20000;
+// Stays in the processor's cache; a buffer for a whole part costs more for its pages than the copy.
+constexpr int mergeBlockBytes = 256 * 1024;
 
 } // namespace
 
@@ -161,7 +163,8 @@ bool ThreadFileDownloader::waitForSegments(Run &run)
     while (!isDone) {
         if (!m_clock.sleepMs(roundMs))
             return false;
-        QCoreApplication::processEvents();
+        // As long as data keeps coming: the bounded buffers stand still while this thread sleeps.
+        QCoreApplication::processEvents(QEventLoop::AllEvents, roundMs);
         isDone = areAllDone();
         showProgress(run);
         reportFileProblem(run);
@@ -262,20 +265,23 @@ bool ThreadFileDownloader::mergeFiles(const QStringList &partPaths, const QStrin
         qWarning().noquote() << "Could not open target file for writing:" << targetPath;
         return fail(target);
     }
+    QByteArray block(mergeBlockBytes, Qt::Uninitialized);
     for (const QString &partPath : partPaths) {
         QFile part(partPath);
-        if (!part.open(QIODevice::ReadOnly)) {
+        if (!part.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
             qWarning().noquote() << "Could not open source file for reading:" << partPath;
             return fail(part);
         }
-        const QByteArray content = part.readAll();
-        if (part.error() != QFileDevice::NoError) {
+        qint64 count = 0;
+        while ((count = part.read(block.data(), block.size())) > 0) {
+            if (writeAll(target, block.constData(), count) != count) {
+                qWarning().noquote() << "Could not write target file:" << targetPath;
+                return fail(target);
+            }
+        }
+        if (count < 0 || part.error() != QFileDevice::NoError) {
             qWarning().noquote() << "Could not read source file:" << partPath;
             return fail(part);
-        }
-        if (writeAll(target, content.constData(), content.size()) != content.size()) {
-            qWarning().noquote() << "Could not write target file:" << targetPath;
-            return fail(target);
         }
     }
     return true;

@@ -16,7 +16,7 @@ declare -A may_include=(
     [update]='update support devices download'
     [app]='app support widgets devices download driver iap update'
 )
-rooms='support|widgets|devices|download|driver|iap|update|app|simulator|tests'
+rooms='support|widgets|devices|download|driver|iap|update|app|simulator|tests|benchmarks'
 for room in "${!may_include[@]}"; do
     [ -d "$room" ] || continue
     while IFS=: read -r file line include; do

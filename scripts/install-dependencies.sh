@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs, from the distribution, what building, testing and demonstrating the program needs.
-# Does nothing, and needs no rights, where all of it is there.
+# Does nothing, and needs no rights, where all of it is there. Arguments are packages to install as well.
 set -euo pipefail
 
 packages=(
@@ -12,6 +12,7 @@ packages=(
     nginx-core openssl
     xvfb fonts-dejavu-core fonts-noto-cjk
     iproute2 util-linux
+    "$@"
 )
 
 missing=()

@@ -99,7 +99,7 @@ struct BusDescription
     /// In bus order.
     QVector<DeviceDescription> devices;
 
-    static constexpr int maximumPosition = 89;
+    static constexpr int maximumPosition = 125;
 
     /// Nothing when the text is wrong; `error` (may be null) then says where.
     static std::optional<BusDescription> parse(const QByteArray &json, QString *error);

@@ -20,7 +20,7 @@ namespace {
 constexpr int hidrawMajor = 240;
 constexpr int usbMajor = 189;
 // Fixed width, so that the order of the names is the order of the numbers.
-constexpr int lastPort = 199;
+constexpr int lastPort = 255;
 
 // A device record is refused with small hex digits.
 QByteArray hexDump(const QByteArray &bytes)

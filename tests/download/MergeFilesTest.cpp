@@ -20,6 +20,17 @@ TEST_F(MergeFilesTest, PartsAreJoinedInTheOrderOfTheList)
     EXPECT_EQ(read(local("a")), "first") << "the parts are left alone";
 }
 
+TEST_F(MergeFilesTest, LargePartsAreJoinedWhole)
+{
+    QByteArray large;
+    while (large.size() < 3000001)
+        large += QByteArray::number(large.size());
+    write(local("a"), large);
+    write(local("b"), large.left(262144));
+    EXPECT_TRUE(m_worker.mergeFiles({local("a"), local("b"), local("a")}, m_target));
+    EXPECT_EQ(read(m_target), large + large.left(262144) + large);
+}
+
 TEST_F(MergeFilesTest, AnOlderTargetIsTruncated)
 {
     write(m_target, QByteArray(100, 'x'));

@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongDescription{R"({"devices":[{"key":"a"}]})", "\"application\""},
         WrongDescription{R"({"devices":[{"key":"a","plugd":true,)" IDS "}]}", "unknown key \"plugd\""},
         WrongDescription{R"({"devices":[{"key":"a","start":"gone",)" IDS "}]}", "cannot be \"gone\""},
-        WrongDescription{R"({"devices":[{"key":"a","position":90,)" IDS "}]}", "from 0 to 89"},
+        WrongDescription{R"({"devices":[{"key":"a","position":126,)" IDS "}]}", "from 0 to 125"},
         WrongDescription{R"({"devices":[{"key":"a",)" IDS R"(},{"key":"a",)" IDS "}]}", "have the key"},
         WrongDescription{R"({"devices":[{"key":"a",)" IDS R"(},{"key":"b","position":0,)" IDS "}]}",
                          "have the position"},

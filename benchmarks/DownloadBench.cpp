@@ -1,0 +1,129 @@
+#include "benchmarks/Measuring.h"
+#include "benchmarks/Nginx.h"
+#include "benchmarks/Subjects.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+/// One way of fetching the file.
+struct Fetcher
+{
+    const char *name;
+    QStringList command;
+    QVector<double> figures;
+};
+
+/// The commands that fetch `url` to "fetched" in the working folder.
+QVector<Fetcher> fetchers(const QString &url)
+{
+    return {
+        {"ours", {Measuring::program("quillmarsh-bench-fetch"), url, QStringLiteral("fetched")}, {}},
+        {"curl",
+         {QStringLiteral("curl"), QStringLiteral("-sS"), QStringLiteral("-f"), QStringLiteral("-o"),
+          QStringLiteral("fetched"), url},
+         {}},
+        {"aria2",
+         {QStringLiteral("aria2c"), QStringLiteral("-q"), QStringLiteral("--no-conf"), QStringLiteral("-x10"),
+          QStringLiteral("-s10"), QStringLiteral("-o"), QStringLiteral("fetched"), url},
+         {}}};
+}
+
+/// Fetches the file with each in turn, `rounds` times, and compares what came. Returns what went wrong.
+QString alternate(QVector<Fetcher> &all, const QString &source, const QString &folder, int rounds)
+{
+    const QString fetched = folder + QLatin1String("/fetched");
+    for (int round = 0; round < rounds; ++round) {
+        for (Fetcher &fetcher : all) {
+            QFile::remove(fetched);
+            QString error;
+            const double taken = Measuring::runTimed(fetcher.command, folder, &error);
+            if (taken < 0)
+                return error;
+            if (!Measuring::sameBytes(source, fetched))
+                return QLatin1String(fetcher.name) + QStringLiteral(" fetched other bytes");
+            fetcher.figures.append(taken);
+        }
+    }
+    QFile::remove(fetched);
+    return QString();
+}
+
+void keep(BenchContext &context, const char *subject, const QVector<Fetcher> &all)
+{
+    for (const Fetcher &fetcher : all)
+        context.results.keep(QLatin1String(subject) + QLatin1Char('/') + QLatin1String(fetcher.name) +
+                                 QLatin1String(" ms"),
+                             fetcher.figures);
+}
+
+/// The file to fetch, in a folder that a server can serve.
+QString makeSource(const QString &folder, int mebibytes)
+{
+    QDir().mkpath(folder + QLatin1String("/root"));
+    const QString source = folder + QLatin1String("/root/image");
+    return Measuring::makeFile(source, mebibytes) ? source : QString();
+}
+
+} // namespace
+
+QString Subjects::loopbackDownload(BenchContext &context)
+{
+    constexpr double startAndWaitsMs = 300;
+    constexpr quint16 port = 18100;
+    const QString source = makeSource(context.folder, 256);
+    Nginx server;
+    if (source.isEmpty() || !server.start(context.folder + QLatin1String("/root"), port))
+        return server.errorText();
+    QVector<Fetcher> all = fetchers(QStringLiteral("http://127.0.0.1:%1/image").arg(port));
+    const QString problem = alternate(all, source, context.folder, context.rounds);
+    if (!problem.isEmpty())
+        return problem;
+    keep(context, "download", all);
+
+    const double ours = Measuring::median(all.at(0).figures);
+    const double curl = Measuring::median(all.at(1).figures);
+    const double aria = Measuring::median(all.at(2).figures);
+    context.results.add({QStringLiteral("256 MiB over loopback, 10 segments, merged"),
+                         Measuring::milliseconds(ours),
+                         QStringLiteral("aria2 %1, curl %2")
+                             .arg(Measuring::milliseconds(aria), Measuring::milliseconds(curl)),
+                         QStringLiteral("%1 of aria2").arg(Measuring::times(ours / aria)),
+                         QStringLiteral("<= 1.12 x aria2 + 300 ms = %1")
+                             .arg(Measuring::milliseconds(1.12 * aria + startAndWaitsMs)),
+                         ours <= 1.12 * aria + startAndWaitsMs});
+    return QString();
+}
+
+QString Subjects::lossyDownload(BenchContext &context)
+{
+    constexpr quint16 port = 18101;
+    bool isSet = false;
+    int mebibytes = qEnvironmentVariableIntValue("QUILLMARSH_BENCH_LINK_MIB", &isSet);
+    if (!isSet)
+        mebibytes = 256;
+    const QString source = makeSource(context.folder, mebibytes);
+    // The far side of the link is a network of its own, in which the server is started.
+    Nginx server;
+    if (source.isEmpty() ||
+        !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
+                      {Measuring::program("quillmarsh-bench-link")}))
+        return server.errorText();
+    QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port)).mid(0, 2);
+    const QString problem = alternate(all, source, context.folder, mebibytes < 128 ? context.rounds : 1);
+    if (!problem.isEmpty())
+        return problem;
+    keep(context, "link", all);
+
+    const double ours = Measuring::median(all.at(0).figures);
+    const double curl = Measuring::median(all.at(1).figures);
+    context.results.add({QStringLiteral("%1 MiB through 100 Mbit/s, 40 ms, 0.5 % loss (Reno, %2 round(s))")
+                             .arg(mebibytes)
+                             .arg(all.at(0).figures.size()),
+                         Measuring::milliseconds(ours),
+                         QStringLiteral("curl %1").arg(Measuring::milliseconds(curl)),
+                         QStringLiteral("%1 x faster").arg(Measuring::times(curl / ours)),
+                         QStringLiteral(">= 2 x faster"), curl >= 2 * ours});
+    return QString();
+}

@@ -1,0 +1,55 @@
+#include "benchmarks/Measuring.h"
+
+#include <QFile>
+
+#include <unistd.h>
+
+namespace {
+
+QString inProc(qint64 processId, const char *name)
+{
+    return QStringLiteral("/proc/%1/%2").arg(processId).arg(QLatin1String(name));
+}
+
+QByteArray read(qint64 processId, const char *name)
+{
+    QFile file(inProc(processId, name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+qint64 kibibytesOf(const QByteArray &text, const QByteArray &label)
+{
+    const int at = text.indexOf('\n' + label);
+    if (at < 0)
+        return 0;
+    const QByteArray line = text.mid(at + 1, text.indexOf('\n', at + 1) - at - 1);
+    return line.mid(label.size()).simplified().split(' ').first().toLongLong();
+}
+
+} // namespace
+
+Measuring::Memory Measuring::memoryOf(qint64 processId)
+{
+    Memory memory;
+    memory.rss = kibibytesOf(read(processId, "smaps_rollup"), "Rss:");
+    memory.pss = kibibytesOf(read(processId, "smaps_rollup"), "Pss:");
+    memory.peak = kibibytesOf(read(processId, "status"), "VmHWM:");
+    return memory;
+}
+
+bool Measuring::forgetPeak(qint64 processId)
+{
+    QFile file(inProc(processId, "clear_refs"));
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write("5") == 1;
+}
+
+double Measuring::processorMs(qint64 processId)
+{
+    // The name, in parentheses, may hold blanks; the times are the 14th and 15th field of all.
+    const QByteArray text = read(processId, "stat");
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    if (fields.size() < 13)
+        return -1;
+    const double ticks = fields.at(11).toDouble() + fields.at(12).toDouble();
+    return ticks * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}

@@ -1,0 +1,110 @@
+#include "benchmarks/Measuring.h"
+#include "benchmarks/Subjects.h"
+
+#include "simulator/bench/BusSession.h"
+#include "simulator/bench/ModelOnBus.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+
+// With the root hub: as many as a bus has addresses.
+constexpr int deviceCount = 126;
+constexpr int interfaceCount = 32;
+constexpr int ticks = 300;
+const QString model = QStringLiteral("DevMbu");
+
+/// Devices that nobody knows, before the one that is looked for: every descriptor has to be looked at.
+QList<QJsonObject> crowd()
+{
+    const QJsonObject known = ModelOnBus::application(model);
+    const int knownInterfaces = known.value(QLatin1String("interfaces")).toArray().size();
+    QList<QJsonObject> devices;
+    for (int i = 0; i < deviceCount - 1; ++i) {
+        QJsonArray interfaces;
+        if (i < interfaceCount - knownInterfaces)
+            interfaces.append(QJsonObject{{QStringLiteral("number"), 0}});
+        devices.append({{QStringLiteral("key"), QStringLiteral("other%1").arg(i)},
+                        {QStringLiteral("application"), QJsonObject{{QStringLiteral("vendorId"), 0x1209},
+                                                                    {QStringLiteral("productId"), i + 1}}},
+                        {QStringLiteral("interfaces"), interfaces}});
+    }
+    devices.append(known);
+    return devices;
+}
+
+bool write(const QString &path, const QByteArray &contents)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+QVector<double> figures(const QJsonObject &result, const char *name)
+{
+    QVector<double> list;
+    const QJsonArray values = result.value(QLatin1String(name)).toArray();
+    for (const QJsonValue value : values)
+        list.append(value.toDouble());
+    return list;
+}
+
+QJsonObject runOnBus(const QString &folder, QString *error)
+{
+    const QString description = folder + QLatin1String("/bus.json");
+    const QString list = folder + QLatin1String("/ControlDevList.json");
+    const QString result = folder + QLatin1String("/ticks.json");
+    write(description, ModelOnBus::describe(crowd()));
+    write(list, "{\"devices\":[{\"id\":\"" + model.toUtf8() + "\",\"is_on\":true}]}");
+    BusSession bus;
+    if (!bus.start(description) || !bus.run({Measuring::program("quillmarsh-bench-monitor"),
+                                             {list, result, QString::number(ticks)},
+                                             folder,
+                                             QProcessEnvironment::systemEnvironment(),
+                                             folder + QLatin1String("/stdout"),
+                                             folder + QLatin1String("/stderr")})) {
+        *error = bus.errorText();
+        return {};
+    }
+    const std::optional<int> exitCode = bus.waitForExit(300000);
+    if (exitCode != 0) {
+        *error = QStringLiteral("the monitor ended with %1").arg(exitCode.value_or(-1));
+        return {};
+    }
+    QFile file(result);
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+} // namespace
+
+QString Subjects::monitorTick(BenchContext &context)
+{
+    QString error;
+    const QJsonObject result = runOnBus(context.folder, &error);
+    if (!error.isEmpty())
+        return error;
+    if (result.value(QLatin1String("devices")).toInt() != deviceCount + 1 ||
+        result.value(QLatin1String("interfaces")).toInt() != interfaceCount ||
+        result.value(QLatin1String("name")).toString() != model ||
+        !result.value(QLatin1String("opened")).toBool())
+        return QStringLiteral("another bus was seen: ") +
+               QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact).right(200));
+    const QVector<double> tick = figures(result, "tick");
+    const QVector<double> own = figures(result, "own");
+    const QVector<double> bare = figures(result, "bare");
+    context.results.keep(QStringLiteral("monitor/tick ms"), tick);
+    context.results.keep(QStringLiteral("monitor/own share ms"), own);
+    context.results.keep(QStringLiteral("monitor/bare ms"), bare);
+    const double ratio = Measuring::median(tick) / Measuring::median(bare);
+    context.results.add({QStringLiteral("One monitor tick, 127 devices, 32 HID interfaces"),
+                         Measuring::milliseconds(Measuring::median(tick)),
+                         QStringLiteral("bare %1").arg(Measuring::milliseconds(Measuring::median(bare))),
+                         Measuring::times(ratio), QStringLiteral("<= 1.5 x"), ratio <= 1.5});
+    const double worst = Measuring::percentile(own, 0.99);
+    context.results.add({QStringLiteral("The tick's own share, 99th percentile of %1").arg(own.size()),
+                         Measuring::milliseconds(worst),
+                         QStringLiteral("median %1").arg(Measuring::milliseconds(Measuring::median(own))),
+                         QStringLiteral("-"), QStringLiteral("< 5 ms"), worst < 5});
+    return QString();
+}

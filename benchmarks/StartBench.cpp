@@ -1,0 +1,106 @@
+#include "benchmarks/Measuring.h"
+#include "benchmarks/Subjects.h"
+
+#include "simulator/bench/BenchPaths.h"
+#include "simulator/bench/PlainHost.h"
+#include "simulator/bench/Polling.h"
+#include "simulator/bench/StagedProgram.h"
+#include "simulator/bench/XvfbSession.h"
+
+#include <QFile>
+#include <QThread>
+
+namespace {
+
+constexpr int paintLimitMs = 20000;
+constexpr unsigned long settleMs = 3000;
+
+struct Start
+{
+    double paintMs = -1;
+    Measuring::Memory memory;
+};
+
+QByteArray lineOf(const QString &path)
+{
+    QFile file(path);
+    const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return line.endsWith('\n') ? line : QByteArray();
+}
+
+/// Starts the program and tells when it had painted, and what memory it has once it is idle.
+Start start(const QString &executable, const QStringList &arguments, const QString &display)
+{
+    StagedProgram program(executable);
+    program.setDisplay(display);
+    program.setControlList({QStringLiteral("DevMaa")}, {QStringLiteral("USB")});
+    const QString paintFile = program.workingFolder() + QLatin1String("/first-paint");
+    program.setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillfirstpaint"));
+    program.setVariable(QStringLiteral("QUILLMARSH_FIRST_PAINT_FILE"), paintFile);
+    PlainHost host;
+    Start result;
+    const double begin = Measuring::steadyMs();
+    if (!host.run(program.launch(arguments)) ||
+        !pollUntil([&] { return !lineOf(paintFile).isEmpty(); }, paintLimitMs))
+        return result;
+    QThread::msleep(settleMs);
+    result.memory = Measuring::memoryOf(host.processId());
+    if (host.programState().running && result.memory.rss > 0)
+        result.paintMs = lineOf(paintFile).trimmed().toDouble() - begin;
+    return result;
+}
+
+/// What the three programs took: ours, the empty window, and the window with a text and network access.
+struct Figures
+{
+    QVector<double> of[3];
+};
+
+/// The rows are all ours against the empty window's, at most half as much again; the third program
+/// tells how much of the difference is the toolkit's.
+void add(BenchContext &context, const QString &what, const Figures &figures, QString (*shown)(double))
+{
+    const char *const names[] = {"ours", "empty window", "window with text and network"};
+    double medians[3] = {};
+    for (int which = 0; which < 3; ++which) {
+        context.results.keep(what + QLatin1Char('/') + QLatin1String(names[which]), figures.of[which]);
+        medians[which] = Measuring::median(figures.of[which]);
+    }
+    const double ratio = medians[0] / medians[1];
+    context.results.add({what, shown(medians[0]),
+                         QStringLiteral("empty window %1 (with a text, TLS and network access %2)")
+                             .arg(shown(medians[1]), shown(medians[2])),
+                         Measuring::times(ratio), QStringLiteral("<= 1.5 x"), ratio <= 1.5});
+}
+
+} // namespace
+
+QString Subjects::startAndMemory(BenchContext &context)
+{
+    XvfbSession display;
+    if (!display.start())
+        return display.errorText();
+    const QString ours = BenchPaths::program();
+    const QString peer = Measuring::program("quillmarsh-bench-empty");
+    Figures paints;
+    Figures rss;
+    Figures pss;
+    // The first of each is for the disk's cache.
+    for (int round = -1; round < context.rounds; ++round) {
+        for (const int which : {0, 1, 2}) {
+            const QStringList arguments = which == 2 ? QStringList{QStringLiteral("full")} : QStringList();
+            const Start seen = start(which == 0 ? ours : peer, arguments, display.display());
+            if (seen.paintMs < 0)
+                return QStringLiteral("no window was painted");
+            if (round < 0)
+                continue;
+            paints.of[which].append(seen.paintMs);
+            rss.of[which].append(static_cast<double>(seen.memory.rss));
+            pss.of[which].append(static_cast<double>(seen.memory.pss));
+        }
+    }
+    add(context, QStringLiteral("Start to first paint"), paints, &Measuring::milliseconds);
+    add(context, QStringLiteral("Idle memory, RSS"), rss, &Measuring::mebibytes);
+    add(context, QStringLiteral("Idle memory, PSS"), pss, &Measuring::mebibytes);
+    return QString();
+}

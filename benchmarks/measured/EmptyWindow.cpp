@@ -1,0 +1,23 @@
+#include <QApplication>
+#include <QLabel>
+#include <QNetworkAccessManager>
+#include <QPushButton>
+#include <QSslSocket>
+
+/// What any program with a window of the product's size takes: the peer of its start and its memory.
+/// With an argument it also has what no program of the kind goes without: a text, a button, TLS and
+/// network access.
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    QWidget window;
+    window.setFixedSize(800, 490);
+    if (argc > 1) {
+        new QLabel(QStringLiteral("A text"), &window);
+        new QPushButton(QStringLiteral("A button"), &window);
+        QSslSocket::supportsSsl();
+        new QNetworkAccessManager(&window);
+    }
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,114 @@
+#include "app/FirmwareServer.h"
+#include "app/MainWindowLook.h"
+#include "app/bringToForeground.h"
+#include "support/Diagnostics.h"
+#include "support/ShutdownFlag.h"
+#include "widgets/BackgroundWidget.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+#include <chrono>
+#include <thread>
+
+// Nothing is fetched here.
+QString firmwareServer()
+{
+    return QStringLiteral("http://127.0.0.1:9");
+}
+
+namespace {
+
+constexpr int lines = 100000;
+constexpr int linesPerStep = 5;
+constexpr int timerMs = 10;
+
+/// How late each tick of a timer of the GUI thread came.
+class Lateness
+{
+public:
+    Lateness()
+    {
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_timer.setInterval(timerMs);
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            m_figures.append(static_cast<double>(m_since.nsecsElapsed()) / 1e6 - timerMs);
+            m_since.start();
+        });
+        m_since.start();
+        m_timer.start();
+    }
+    const QJsonArray &figures() const { return m_figures; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    QJsonArray m_figures;
+};
+
+double rssKib()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toDouble() * 4;
+}
+
+/// 5,000 lines a second, from a thread of its own as the update's are.
+void flood(bringToForeground *window)
+{
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < lines; ++i) {
+        if (i % linesPerStep == 0)
+            std::this_thread::sleep_until(start + std::chrono::milliseconds(i / linesPerStep));
+        window->log(QStringLiteral("line %1: upgrade fwc: image.target.os, block of 4096 bytes written")
+                        .arg(i, 6, 10, QLatin1Char('0')));
+    }
+}
+
+} // namespace
+
+/// Logs through the real window, with its log window open, and writes what was seen to argument 1.
+int main(int argc, char *argv[])
+{
+    Diagnostics::install();
+    MainWindowLook::prepareScaling();
+    const QApplication application(argc, argv);
+    MainWindowLook::applyProgramFont(false);
+    BackgroundWidget background(false);
+    background.show();
+    auto *window = new bringToForeground(&background, false, false, QString());
+    window->show();
+    window->findChild<QCheckBox *>(QStringLiteral("logBox"))->setChecked(true);
+
+    QJsonObject result;
+    std::unique_ptr<Lateness> lateness;
+    std::thread source;
+    // Memory is looked at every second: it must not grow with the lines.
+    QJsonArray memory;
+    QTimer memoryTimer;
+    QObject::connect(&memoryTimer, &QTimer::timeout, [&memory] { memory.append(rssKib()); });
+    QTimer::singleShot(2000, window, [&] {
+        lateness = std::make_unique<Lateness>();
+        memoryTimer.start(1000);
+        source = std::thread([&] {
+            flood(window);
+            // Behind the last line in the same queue.
+            QMetaObject::invokeMethod(window, &QCoreApplication::quit, Qt::QueuedConnection);
+        });
+    });
+    QApplication::exec();
+    source.join();
+    result.insert(QStringLiteral("late"), lateness->figures());
+    result.insert(QStringLiteral("rss"), memory);
+    lateness.reset();
+    QFile file(QString::fromLocal8Bit(argc > 1 ? argv[1] : ""));
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(result).toJson()) > 0;
+    return isWritten ? 0 : 1;
+}
