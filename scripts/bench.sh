@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-dependencies.sh aria2 curl nginx-light iproute2 procps
+scripts/install-dependencies.sh aria2 curl nginx-core iproute2 procps
 # Peers would take it, and loopback with it.
 unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY
 mkdir -p build/bench
