@@ -32,7 +32,8 @@ TEST_F(DiskRoomTest, ADiskWithoutRoomForPartsAndFileFailsTheRunBeforeTheyAreFetc
     fault("header:whole=1,name=Content-Length,value=4000000000000000");
     EXPECT_FALSE(run());
     const QString last = m_reporter.logLines().last();
-    EXPECT_TRUE(last.startsWith(QLatin1String("The disk is too full for the download: "))) << qPrintable(last);
+    EXPECT_TRUE(last.startsWith(QLatin1String("The disk is too full for the download: ")))
+        << qPrintable(last);
     EXPECT_TRUE(last.contains(QLatin1String(" needs 8000000000000000 bytes, "))) << qPrintable(last);
     EXPECT_TRUE(m_worker.segments.isEmpty());
     EXPECT_EQ(server().requests().size(), 1);
