@@ -11,6 +11,18 @@ const QString nameEdit = QStringLiteral("fileNameEdit");
 const QString row = QStringLiteral("firmwareFileEdit");
 constexpr int limitMs = 10000;
 
+bool enterFolder(ProbeClient &probe, const QString &path)
+{
+    // The list of suggestions takes the Return for itself when it opens just then.
+    for (const int patienceMs : {2000, 2000, limitMs}) {
+        if (!FileRow::typeName(probe, path))
+            return false;
+        if (probe.waitForText(QStringLiteral("lookInCombo"), path, patienceMs))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 bool FileRow::reveal(ProbeClient &probe)
@@ -47,8 +59,6 @@ bool FileRow::endDialog(ProbeClient &probe, const QString &button)
 bool FileRow::choose(ProbeClient &probe, const QString &path)
 {
     const QFileInfo file(path);
-    return openDialog(probe) && typeName(probe, file.path()) &&
-           probe.waitForText(QStringLiteral("lookInCombo"), file.path(), limitMs) &&
-           typeName(probe, file.fileName()) && probe.waitForNoWindow(dialog, limitMs) &&
-           probe.waitForText(row, path, limitMs);
+    return openDialog(probe) && enterFolder(probe, file.path()) && typeName(probe, file.fileName()) &&
+           probe.waitForNoWindow(dialog, limitMs) && probe.waitForText(row, path, limitMs);
 }
