@@ -54,14 +54,6 @@ protected:
         }
         return false;
     }
-    void expectUntouchedDevice()
-    {
-        UpdateScenario &s = scenario();
-        EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
-        EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-        EXPECT_TRUE(s.probe.isEnabled(startButton));
-        EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
-    }
 };
 
 TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)

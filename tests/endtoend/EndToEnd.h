@@ -92,6 +92,16 @@ protected:
         return s.probe.text(EndToEnd::title);
     }
 
+    /// The run ended before the device was touched, and the controls came back.
+    void expectUntouchedDevice()
+    {
+        UpdateScenario &s = scenario();
+        EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
+        EXPECT_TRUE(s.program.runs(EndToEnd::usbFlasher).isEmpty());
+        EXPECT_TRUE(s.probe.isEnabled(EndToEnd::startButton));
+        EXPECT_TRUE(s.probe.waitForText(EndToEnd::connection, QStringLiteral("Device Detected"), 5000));
+    }
+
     bool logHas(const char *line) const
     {
         return m_scenario->program.updateLogLines().contains(QString::fromUtf8(line));

@@ -11,15 +11,6 @@ const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed
 /// Whatever keeps the image from coming ends the run before the device is touched.
 class FailedFetchTest : public EndToEndTest
 {
-protected:
-    void expectUntouchedDevice()
-    {
-        UpdateScenario &s = scenario();
-        EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
-        EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-        EXPECT_TRUE(s.probe.isEnabled(startButton));
-        EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
-    }
 };
 
 TEST_F(FailedFetchTest, AnImageWithAnotherSumIsNotFlashed)
