@@ -10,15 +10,17 @@ namespace {
 
 constexpr int keptBytes = 1024 * 1024;
 
-void readInto(QByteArray &kept, const QByteArray &more)
+void take(const QByteArray &more, QByteArray &kept, const std::function<void(const QByteArray &)> &hear)
 {
     kept += more.left(keptBytes - kept.size());
+    if (hear && !more.isEmpty())
+        hear(more);
 }
 
-void readOutput(QProcess &process, ToolRun &run)
+void readOutput(QProcess &process, ToolRun &run, const ToolListener &listener)
 {
-    readInto(run.standardOutput, process.readAllStandardOutput());
-    readInto(run.standardError, process.readAllStandardError());
+    take(process.readAllStandardOutput(), run.standardOutput, listener.standardOutput);
+    take(process.readAllStandardError(), run.standardError, listener.standardError);
 }
 
 void waitForEnd(QProcess &process, int limitMs)
@@ -36,7 +38,8 @@ void waitForEnd(QProcess &process, int limitMs)
 
 } // namespace
 
-ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs)
+ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
+                     const ToolListener &listener)
 {
     ToolRun run;
     QProcess process;
@@ -45,8 +48,8 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
         run.errorString = process.errorString();
         return run;
     }
-    const auto read = [&process, &run] {
-        readOutput(process, run);
+    const auto read = [&process, &run, &listener] {
+        readOutput(process, run, listener);
     };
     QObject::connect(&process, &QProcess::readyReadStandardOutput, read);
     QObject::connect(&process, &QProcess::readyReadStandardError, read);
@@ -59,6 +62,6 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
         process.kill();
         process.waitForFinished(1000);
     }
-    readOutput(process, run);
+    readOutput(process, run, listener);
     return run;
 }

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// How a command-line tool that was waited for came out.
 struct ToolRun
 {
@@ -21,6 +23,15 @@ struct ToolRun
     QString errorString;
 };
 
+/// Hears what a tool prints as it comes, in pieces of any size, on the thread that waits. Either may
+/// be empty.
+struct ToolListener
+{
+    std::function<void(const QByteArray &)> standardOutput;
+    std::function<void(const QByteArray &)> standardError;
+};
+
 /// Runs `program` to its end in a local event loop on the calling thread, for at most `limitMs`
 /// after its start. Nothing is left running.
-ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs);
+ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
+                     const ToolListener &listener = {});

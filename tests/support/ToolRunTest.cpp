@@ -2,6 +2,8 @@
 #include "support/ShutdownFlag.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -20,6 +22,7 @@ protected:
     void TearDown() override { ShutdownFlag::instance().lower(); }
 
     QElapsedTimer m_timer;
+    QTemporaryDir m_folder;
 };
 
 TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
@@ -38,6 +41,42 @@ TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.standardOutput.size(), 1024 * 1024);
     EXPECT_TRUE(run.standardOutput.startsWith("first\n"));
+}
+
+TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
+{
+    QList<QByteArray> heard;
+    QByteArray errors;
+    ToolListener listener;
+    listener.standardError = [&errors](const QByteArray &piece) {
+        errors += piece;
+    };
+    // The tool goes on only when its first piece was heard.
+    const QString goOn = m_folder.filePath(QStringLiteral("go-on"));
+    listener.standardOutput = [&](const QByteArray &piece) {
+        heard.append(piece);
+        EXPECT_TRUE(QFile(goOn).open(QIODevice::WriteOnly));
+    };
+    const QString command =
+        QStringLiteral("echo one; until [ -e '%1' ]; do sleep 0.01; done; echo two; echo err >&2");
+    const ToolRun run =
+        runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command.arg(goOn)}, 30000, listener);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(heard, (QList<QByteArray>{"one\n", "two\n"}));
+    EXPECT_EQ(errors, "err\n");
+    EXPECT_EQ(run.standardOutput, "one\ntwo\n");
+}
+
+TEST_F(ToolRunTest, AListenerHearsMoreThanIsKept)
+{
+    qint64 heard = 0;
+    ToolListener listener;
+    listener.standardOutput = [&heard](const QByteArray &piece) {
+        heard += piece.size();
+    };
+    runToolToEnd(QStringLiteral("/bin/sh"),
+                 {QStringLiteral("-c"), QStringLiteral("head -c 3000000 /dev/zero")}, 30000, listener);
+    EXPECT_EQ(heard, 3000000);
 }
 
 TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
