@@ -170,7 +170,10 @@ void bringToForeground::createLogWindow()
     AppendLog(m_logWindow.get(), systemDescription());
 }
 
-void bringToForeground::checkDriver() {}
+void bringToForeground::checkDriver()
+{
+    m_access.checkAtStart(m_paths.applicationDir, *m_logWindow, *m_checkTimer);
+}
 
 void bringToForeground::createDownloaders()
 {
@@ -212,6 +215,7 @@ void bringToForeground::checkConnection()
     m_state.setDevice(outcome.device);
     m_state.setBootloaderPresent(outcome.bootloaderPresent);
     showConnection(outcome);
+    m_access.checkDevice(outcome.state, *m_logWindow);
 }
 
 void bringToForeground::showConnection(const MonitorOutcome &outcome)
@@ -354,7 +358,7 @@ void bringToForeground::appendToFile(QString filePath, QString content)
 
 void bringToForeground::AppendLog(TextWindow *textWindow, QString text)
 {
-    if (textWindow)
+    if (textWindow && !m_access.keeps(textWindow, text))
         textWindow->appendLog(text);
 }
 

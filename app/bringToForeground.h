@@ -2,6 +2,7 @@
 
 #include "app/DeviceLibraries.h"
 #include "app/MainWindowWidgets.h"
+#include "app/SystemAccess.h"
 #include "app/UpdateStarter.h"
 #include "devices/ConnectionMonitor.h"
 #include "devices/ControlledDeviceList.h"
@@ -127,6 +128,7 @@ private:
     MainWindowWidgets m_widgets;
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
+    SystemAccess m_access;
     std::atomic<int> m_linesOnTheirWay{0};
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;

@@ -122,12 +122,12 @@ private:
     void copyInf(const QString &inf)
     {
         tell("Install DriverINFO...");
-        const quint32 code = m_system.copyOemInf(inf);
-        if (code == 0)
+        const DriverSystem::InfCopy copy = m_system.copyOemInf(inf);
+        if (copy.succeeded)
             qDebug() << "Driver installed successfully!";
         else
-            qDebug().noquote() << "Failed to install driver. Error: " << code;
-        m_log.logged(QStringLiteral("devINFORET RET: %1").arg(code));
+            qDebug().noquote() << "Failed to install driver. Error: " << copy.errorCode;
+        m_log.logged(QStringLiteral("devINFORET RET: %1").arg(copy.errorCode));
     }
 
     DriverSystem &m_system;

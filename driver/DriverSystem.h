@@ -23,6 +23,13 @@ public:
         /// As many as there was room for; the rest are 0.
         QVector<quint64> addresses;
     };
+    /// How the system took a driver's setup information.
+    struct InfCopy
+    {
+        bool succeeded = false;
+        /// Of Windows; 0 when it succeeded.
+        quint32 errorCode = 0;
+    };
     static constexpr int addressRoom = 1024;
 
     virtual ~DriverSystem() = default;
@@ -46,8 +53,7 @@ public:
     virtual ToolRun runTool(const QString &program, const QStringList &arguments,
                             const ToolListener &listener) = 0;
 
-    /// Has Windows take over a driver's setup information. Returns 0, or a Windows error code.
-    virtual quint32 copyOemInf(const QString &infPath) = 0;
+    virtual InfCopy copyOemInf(const QString &infPath) = 0;
     /// Registers a kernel driver that starts on demand. `binaryPath` has "\" between its parts. Fails
     /// also when there is such a service already.
     virtual bool createService(const QString &binaryPath, const QString &name) = 0;

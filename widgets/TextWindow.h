@@ -24,6 +24,9 @@ public:
     /// The pane forgets its oldest lines and the end of a very long one; the file keeps all.
     void appendLog(const QString &text);
 
+    /// The same for the pane only.
+    void appendShown(const QString &text);
+
     QTextEdit *textView() const { return m_textView; }
 
 protected:

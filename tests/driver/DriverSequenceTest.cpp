@@ -294,7 +294,7 @@ TEST_F(DriverSequenceTest, WithoutWindirThatIsToldAndTheCopiesGoToPathsThatBegin
 
 TEST_F(DriverSequenceTest, AnInfThatIsRefusedIsLoggedWithItsCodeInDecimal)
 {
-    m_system.infCode = 0xE0000247;
+    m_system.infCopy = {false, 0xE0000247};
     run();
     EXPECT_TRUE(m_system.has("logged devINFORET RET: 3758096967"));
     EXPECT_EQ(m_debug.countBeginning(QStringLiteral("Failed to install driver. Error: ")), 1);

@@ -33,7 +33,7 @@ public:
     ToolRun::End infToolEnd = ToolRun::Finished;
     /// What pnputil prints, piece by piece.
     std::function<void(const ToolListener &)> infToolPrints;
-    quint32 infCode = 0;
+    InfCopy infCopy{true, 0};
     QSet<QString> services;
     bool startWorks = true;
 
@@ -90,10 +90,10 @@ public:
         return run;
     }
 
-    quint32 copyOemInf(const QString &infPath) override
+    InfCopy copyOemInf(const QString &infPath) override
     {
         note("inf", infPath);
-        return infCode;
+        return infCopy;
     }
     bool createService(const QString &binaryPath, const QString &name) override
     {

@@ -32,6 +32,7 @@ TEST(LoadedDriversTest, NamesComeInTheSystemsOrderAndTheCounterCountsUnreadableO
     FakeDriverSystem system;
     system.drivers = QStringList{QStringLiteral("ntoskrnl.exe"), QString(), QStringLiteral("hal.dll")};
     const RecordedDebugStream debug;
+    Diagnostics::flush(20000); // what other tests in this process wrote
     testing::internal::CaptureStdout();
     const QStringList names = listLoadedDrivers(system);
     Diagnostics::flush(20000);
