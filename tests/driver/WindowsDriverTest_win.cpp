@@ -2,6 +2,7 @@
 #include "driver/LoadedDrivers.h"
 #include "driver/WindowsDriverSystem.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -65,14 +66,15 @@ ServiceConfig readService()
     return config;
 }
 
-/// The driver information files that Windows has taken over, by name.
+/// Windows' setup information files. Some Windows give one that they take over a number for a name,
+/// others leave it its own.
 QStringList takenInfs()
 {
     wchar_t windows[MAX_PATH] = {};
     GetWindowsDirectoryW(windows, MAX_PATH);
     const QDir folder(QString::fromWCharArray(windows) + QStringLiteral("/inf"));
     QStringList paths;
-    for (const QString &name : folder.entryList({QStringLiteral("oem*.inf")}, QDir::Files, QDir::Name))
+    for (const QString &name : folder.entryList({QStringLiteral("*.inf")}, QDir::Files, QDir::Name))
         paths.append(folder.filePath(name));
     return paths;
 }
@@ -165,8 +167,11 @@ protected:
     {
         deleteService();
         for (const QString &path : takenInfs()) {
-            if (contentsOf(path) == inf)
-                QFile::remove(path);
+            if (contentsOf(path) != inf)
+                continue;
+            QFile::remove(path);
+            // Beside it Windows notes where it came from.
+            QFile::remove(path.left(path.size() - 4) + QStringLiteral(".pnf"));
         }
     }
     /// How many of the files that Windows has taken over are ours.
