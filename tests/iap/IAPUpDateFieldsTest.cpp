@@ -215,14 +215,14 @@ TEST_F(IAPUpDateFieldsTest, ItStandsAtTheRightTopCornerOfItsParentAndFollowsIt)
     QWidget ground;
     ground.setGeometry(50, 60, 400, 300);
     EXPECT_EQ(panel(&ground).pos(), ground.geometry().topRight());
+    const auto follows = [&] {
+        return panel().pos() == ground.geometry().topRight();
+    };
     ground.show();
     ground.move(120, 30);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(panel().pos(), ground.geometry().topRight());
-    EXPECT_EQ(panel().pos().y(), 30);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return follows() && panel().pos().y() == 30; }, limitMs));
     ground.resize(500, 310);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(panel().pos(), ground.geometry().topRight());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return follows() && panel().pos().x() >= 500; }, limitMs));
     m_panel.reset();
 }
 
