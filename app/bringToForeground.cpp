@@ -205,9 +205,16 @@ void bringToForeground::createIapPanel()
     QString programmer;
     log(findIapProgrammer(&programmer) ? QStringLiteral("IAP Process exists")
                                        : QStringLiteral("IAP Process not exists.!"));
+    makeIapPanel(programmer);
+    log(QStringLiteral("create IAPUpDate Mode done."));
+}
+
+void bringToForeground::makeIapPanel(const QString &programmer)
+{
     m_iapPanel = new IAPUpDate(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer, parentWidget(), this,
                                m_logWindow.get());
-    log(QStringLiteral("create IAPUpDate Mode done."));
+    // Hidden, unless the box was ticked while the programmer was asked.
+    onIAPStateChanged(m_widgets.iapBox->checkState());
 }
 
 bool bringToForeground::findIapProgrammer(QString *path) const
@@ -324,11 +331,6 @@ void bringToForeground::StopCheckConnectTimer()
     emit sigSetprogressBarValue(0);
     m_checkTimer->stop();
     m_widgets.startButton->setEnabled(false);
-}
-
-void bringToForeground::log(const QString &line)
-{
-    emit sigAppendLog(m_logWindow.get(), line);
 }
 
 void bringToForeground::setStateTitle(const BilingualText &title)

@@ -52,7 +52,7 @@ public:
     /// Stops the connection monitor and takes the start button away.
     void StopCheckConnectTimer() override;
 
-    void log(const QString &line) override;
+    void log(const QString &line) override { emit sigAppendLog(m_logWindow.get(), line); }
     bool isCatchingUp() const override { return m_linesOnTheirWay > 0; }
     void setStateTitle(const BilingualText &title) override;
     void setProgress(int percent) override { emit sigSetprogressBarValue(percent); }
@@ -112,6 +112,7 @@ private:
     void connectControls();
     void reduceInterface();
     void createIapPanel();
+    void makeIapPanel(const QString &programmer);
     bool findIapProgrammer(QString *path) const;
 
     void checkConnection();

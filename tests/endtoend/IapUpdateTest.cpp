@@ -307,6 +307,21 @@ TEST_F(IapUpdateTest, TheBoxShowsThePanelAndClosingThePanelUnticksTheBox)
     EXPECT_TRUE(s.bus.programState().running);
 }
 
+TEST_F(IapUpdateTest, ATickWhileThePanelIsMadeCounts)
+{
+    UpdateScenario &s = iapScenario();
+    s.program.setScript(programmer,
+                        QJsonDocument(QJsonObject{
+                            {QLatin1String("GetData"), script({{step("sleepMs", 3000)}, {}}).object()}}));
+    start();
+    ASSERT_TRUE(s.probe.waitForVisible(iapBox, true, 5000));
+    ASSERT_TRUE(s.probe.check(iapBox));
+    EXPECT_TRUE(pollUntil([&] { return s.probe.isChecked(iapBox); }, 5000, 20));
+    EXPECT_EQ(linesBeginning(asked), 0);
+    EXPECT_TRUE(s.probe.waitForVisible(panel, true, 10000));
+    EXPECT_TRUE(s.probe.isChecked(iapBox));
+}
+
 TEST_F(IapUpdateTest, StaleProgrammersAreEndedAtTheBeginningAndAtTheEnd)
 {
     UpdateScenario &s = iapScenario();
@@ -315,9 +330,10 @@ TEST_F(IapUpdateTest, StaleProgrammersAreEndedAtTheBeginningAndAtTheEnd)
     s.program.setVariable(QStringLiteral("PATH"),
                           s.program.applicationFolder() + QLatin1Char(':') + qEnvironmentVariable("PATH"));
     start();
+    ASSERT_TRUE(waitForLog("create IAPUpDate Mode done."));
     const QStringList arguments = list({"/F", "/IM", "IAP_Programmer.exe"});
     EXPECT_EQ(argumentsOf(s.program, taskkill), QList<QStringList>{arguments});
-    closeAndExpectGone();
+    EXPECT_EQ(s.closeWindow(), 0);
     EXPECT_EQ(argumentsOf(s.program, taskkill), (QList<QStringList>{arguments, arguments}));
 }
 

@@ -79,7 +79,7 @@ TEST_F(LeavingIapTest, WhenTheAnswerBeforeAStartHasNoEndNothingIsAskedAndNothing
     EXPECT_TRUE(runsOf("Start").isEmpty());
 }
 
-TEST_F(LeavingIapTest, TheWarningAboutTheFileDoesNotHoldTheProgram)
+TEST_F(LeavingIapTest, TheWarningAboutTheFileIsAnsweredFirstAndThenTheWindowCloses)
 {
     UpdateScenario &s = scenario("DevMdq");
     startAndDetect();
@@ -87,6 +87,11 @@ TEST_F(LeavingIapTest, TheWarningAboutTheFileDoesNotHoldTheProgram)
     ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
     ASSERT_TRUE(s.probe.click(download));
     ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("Warning!"), 5000)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.close(background));
+    EXPECT_FALSE(s.probe.waitForNoWindow(QStringLiteral("Warning!"), 500)) << "it is modal";
+    ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
+    ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("Warning!"), 5000));
+    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true, 5000));
     closeAndExpectGone();
 }
 
