@@ -91,7 +91,7 @@ bool WindowsDriverSystem::remove(const QString &path)
 ToolRun WindowsDriverSystem::runTool(const QString &program, const QStringList &arguments,
                                      const ToolListener &listener)
 {
-    return runToolToEnd(program, arguments, toolLimitMs, listener);
+    return runToolToEnd(program, arguments, toolLimitMs, WhenLeaving::CutShort, listener);
 }
 
 DriverSystem::InfCopy WindowsDriverSystem::copyOemInf(const QString &infPath)

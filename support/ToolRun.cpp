@@ -10,6 +10,17 @@ namespace {
 
 constexpr int keptBytes = 1024 * 1024;
 
+thread_local int toolsWaitedFor = 0;
+
+/// Counts, since an event that the wait delivers may wait for a tool of its own.
+class WaitMark
+{
+public:
+    WaitMark() { ++toolsWaitedFor; }
+    ~WaitMark() { --toolsWaitedFor; }
+    Q_DISABLE_COPY(WaitMark)
+};
+
 void take(const QByteArray &more, QByteArray &kept, const std::function<void(const QByteArray &)> &hear)
 {
     kept += more.left(keptBytes - kept.size());
@@ -30,7 +41,8 @@ void waitForEnd(QProcess &process, int limitMs)
     QObject::connect(&process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
                      &QEventLoop::quit);
     QObject::connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
-    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
+    if (limitMs >= 0)
+        QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
     // Asked after the connection, so that a flag raised meanwhile is not missed.
     if (process.state() != QProcess::NotRunning && !flag.isRaised())
         loop.exec();
@@ -39,8 +51,9 @@ void waitForEnd(QProcess &process, int limitMs)
 } // namespace
 
 ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
-                     const ToolListener &listener)
+                     WhenLeaving whenLeaving, const ToolListener &listener)
 {
+    const WaitMark mark;
     ToolRun run;
     QProcess process;
     process.start(program, arguments, QIODevice::ReadWrite);
@@ -53,10 +66,14 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
     };
     QObject::connect(&process, &QProcess::readyReadStandardOutput, read);
     QObject::connect(&process, &QProcess::readyReadStandardError, read);
-    waitForEnd(process, limitMs);
+    if (whenLeaving == WhenLeaving::WaitOn)
+        process.waitForFinished(limitMs);
+    else
+        waitForEnd(process, limitMs);
     if (process.state() == QProcess::NotRunning) {
         run.end = ToolRun::Finished;
-        run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        run.crashed = process.exitStatus() == QProcess::CrashExit;
+        run.exitCode = run.crashed ? -1 : process.exitCode();
     } else {
         run.end = ToolRun::CutShort;
         process.kill();
@@ -64,4 +81,9 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
     }
     readOutput(process, run, listener);
     return run;
+}
+
+bool isWaitingForTool()
+{
+    return toolsWaitedFor > 0;
 }

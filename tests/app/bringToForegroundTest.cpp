@@ -1,13 +1,16 @@
 #include "app/bringToForeground.h"
 
+#include "iap/IAPUpDate.h"
 #include "support/LogFile.h"
 #include "widgets/BackgroundWidget.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -40,6 +43,7 @@ protected:
     {
         return m_main->findChild<Widget *>(QLatin1String(name));
     }
+    IAPUpDate *iapPanel() const { return m_ground->findChild<IAPUpDate *>(); }
     QTimer *checkTimer() const { return m_main->findChild<QTimer *>(); }
     QStringList logLines() const
     {
@@ -171,6 +175,60 @@ TEST_F(bringToForegroundTest, TheLogBeginsWithTheSurroundingsAndThenTheConstruct
         (QStringList{QStringLiteral("not find default img file!"), QStringLiteral("IsZN58UseMe?: false"),
                      QStringLiteral("create IAPUpDate Mode..."), QStringLiteral("IAP Process not exists.!"),
                      QStringLiteral("create IAPUpDate Mode done.")}));
+}
+
+TEST_F(bringToForegroundTest, OnlyAFullyTickedBoxShowsTheIapPanel)
+{
+    const IAPUpDate *panel = iapPanel();
+    EXPECT_FALSE(panel->isVisible());
+    m_main->onIAPStateChanged(2);
+    EXPECT_TRUE(panel->isVisible());
+    m_main->onIAPStateChanged(1);
+    EXPECT_FALSE(panel->isVisible());
+    find<QCheckBox>("iapBox")->setChecked(true);
+    EXPECT_TRUE(panel->isVisible());
+    find<QCheckBox>("iapBox")->setChecked(false);
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(bringToForegroundTest, ClosingTheIapPanelUnticksItsBox)
+{
+    find<QCheckBox>("iapBox")->setChecked(true);
+    iapPanel()->close();
+    EXPECT_FALSE(find<QCheckBox>("iapBox")->isChecked());
+    EXPECT_FALSE(iapPanel()->isVisible());
+}
+
+TEST_F(bringToForegroundTest, TheIapPanelsLinesAreWrittenAtOnceUnlikeTheOthers)
+{
+    logLines();
+    m_main->log(QStringLiteral("in the queue"));
+    emit iapPanel()->sigAppendLog(nullptr, QStringLiteral("for no window"));
+    iapPanel()->onFinished(7, QProcess::NormalExit);
+    QFile file(LogFile::updateLogPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray written = file.readAll();
+    EXPECT_TRUE(written.contains("IAP finished, exitCode=7\n"));
+    EXPECT_FALSE(written.contains("in the queue"));
+}
+
+TEST_F(bringToForegroundTest, TheIapPanelGoesBeforeTheMainWidgetAndTheLastLinesAreWritten)
+{
+    logLines();
+    const QPointer<IAPUpDate> panel = iapPanel();
+    QObject::connect(panel.data(), &QObject::destroyed,
+                     [this] { m_main->log(QStringLiteral("a last line")); });
+    delete m_main;
+    EXPECT_TRUE(panel.isNull());
+    EXPECT_NE(m_ground, nullptr);
+    QFile file(LogFile::updateLogPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("a last line"));
+}
+
+TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
+{
+    EXPECT_FALSE(m_main->isWriting());
 }
 
 TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)

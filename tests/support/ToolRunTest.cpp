@@ -59,8 +59,8 @@ TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
     };
     const QString command =
         QStringLiteral("echo one; until [ -e '%1' ]; do sleep 0.01; done; echo two; echo err >&2");
-    const ToolRun run =
-        runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command.arg(goOn)}, 30000, listener);
+    const ToolRun run = runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command.arg(goOn)},
+                                     30000, WhenLeaving::CutShort, listener);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(heard, (QList<QByteArray>{"one\n", "two\n"}));
     EXPECT_EQ(errors, "err\n");
@@ -75,7 +75,8 @@ TEST_F(ToolRunTest, AListenerHearsMoreThanIsKept)
         heard += piece.size();
     };
     runToolToEnd(QStringLiteral("/bin/sh"),
-                 {QStringLiteral("-c"), QStringLiteral("head -c 3000000 /dev/zero")}, 30000, listener);
+                 {QStringLiteral("-c"), QStringLiteral("head -c 3000000 /dev/zero")}, 30000,
+                 WhenLeaving::CutShort, listener);
     EXPECT_EQ(heard, 3000000);
 }
 
@@ -83,7 +84,9 @@ TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
 {
     const ToolRun run = shell(QStringLiteral("kill -SEGV $$"), 10000);
     EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_TRUE(run.crashed);
     EXPECT_EQ(run.exitCode, -1);
+    EXPECT_FALSE(shell(QStringLiteral("exit 1"), 10000).crashed);
 }
 
 TEST_F(ToolRunTest, AMissingToolSaysWhy)
@@ -106,6 +109,43 @@ TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
     const ToolRun run = shell(QStringLiteral("exec sleep 60"), 60000);
     EXPECT_EQ(run.end, ToolRun::CutShort);
     EXPECT_LT(m_timer.elapsed(), 10000);
+}
+
+TEST_F(ToolRunTest, AToolThatMayTakeAnyTimeHasNoLimit)
+{
+    const ToolRun run = shell(QStringLiteral("sleep 0.3; echo late"), -1);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(run.standardOutput, "late\n");
+}
+
+TEST_F(ToolRunTest, WhatBelongsToTheLeavingRunsAlthoughTheProgramLeaves)
+{
+    ShutdownFlag::instance().raise();
+    EXPECT_EQ(shell(QStringLiteral("sleep 0.2"), 10000).end, ToolRun::CutShort);
+    const auto waitOn = [](const QString &command, int limitMs) {
+        return runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command}, limitMs,
+                            WhenLeaving::WaitOn);
+    };
+    const ToolRun run = waitOn(QStringLiteral("sleep 0.2; echo done"), 10000);
+    EXPECT_EQ(run.end, ToolRun::Finished);
+    EXPECT_EQ(run.standardOutput, "done\n");
+    EXPECT_EQ(waitOn(QStringLiteral("exec sleep 60"), 100).end, ToolRun::CutShort);
+}
+
+TEST_F(ToolRunTest, WhatIsWokenMeanwhileCanTellThatAToolIsWaitedFor)
+{
+    EXPECT_FALSE(isWaitingForTool());
+    bool during = false;
+    bool afterAnInnerOne = false;
+    QTimer::singleShot(0, [&] {
+        during = isWaitingForTool();
+        shell(QStringLiteral("true"), 10000);
+        afterAnInnerOne = isWaitingForTool();
+    });
+    shell(QStringLiteral("sleep 0.2"), 10000);
+    EXPECT_TRUE(during);
+    EXPECT_TRUE(afterAnInnerOne);
+    EXPECT_FALSE(isWaitingForTool());
 }
 
 } // namespace
