@@ -244,7 +244,7 @@ void IAPUpDate::start(const IapRun &run)
         return;
     }
     if (!launch(run)) {
-        // Nothing is said, and the monitor stays off: what starts the program counts on it.
+        // Nothing is said, and the monitor stays off, on purpose.
         m_host->iapRunEnded();
         return;
     }

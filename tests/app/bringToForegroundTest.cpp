@@ -2,7 +2,9 @@
 
 #include "iap/IAPUpDate.h"
 #include "support/LogFile.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/BackgroundWidget.h"
+#include "widgets/WidgetTab1.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -231,6 +233,31 @@ TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
     EXPECT_FALSE(m_main->isWriting());
 }
 
+TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
+{
+    QStringList told;
+    {
+        const RecordedDebugStream debug;
+        BackgroundWidget ground(false);
+        new bringToForeground(&ground, false, false, QString());
+        told = debug.lines();
+    }
+    int last = -1;
+    for (const QString &beginning :
+         {QStringLiteral("QSslSocket= "), QStringLiteral("true "), QStringLiteral("SSL is supported!"),
+          QStringLiteral("删除临时固件文件"),
+          QStringLiteral("当前进程所在文件夹路径: ") + QCoreApplication::applicationDirPath(),
+          QStringLiteral("libusb_initRET: 0"), QStringLiteral("InitUseWirteType..."),
+          QStringLiteral("Failed to open file"), QStringLiteral("Failed to open file: dev json.!"),
+          QStringLiteral("Window position on screen: QPoint("), QStringLiteral("指定的路径无效!")}) {
+        int at = last + 1;
+        while (at < told.size() && !told.at(at).startsWith(beginning))
+            ++at;
+        ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
+        last = at;
+    }
+}
+
 TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
 {
     m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
@@ -268,13 +295,16 @@ TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
 
 TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
 {
-    auto *page = m_main->findChild<QWidget *>(QStringLiteral("flashingPage"));
+    auto *page = m_main->findChild<WidgetTab1 *>(QStringLiteral("flashingPage"));
     ASSERT_NE(page, nullptr);
     const QImage before = page->grab().toImage();
+    const QSignalSpy announced(page, &WidgetTab1::sigSetPicJD);
     m_main->setPictureLevel(100.0);
     m_main->repaintPicture();
     QCoreApplication::processEvents();
-    EXPECT_EQ(page->grab().toImage(), before);
+    ASSERT_EQ(announced.size(), 1);
+    EXPECT_EQ(announced.first().first().toDouble(), 100.0);
+    EXPECT_EQ(page->grab().toImage(), before) << "nobody listens, on purpose";
 }
 
 TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
