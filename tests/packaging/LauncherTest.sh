@@ -127,8 +127,12 @@ TheMakersToolsAreFoundInTheirFoldersTheUsersFirst() {
     "$launcher"
     equal tools "$(cd "$beside" && cat upgcmd.exe upgcmdHid.exe IAP_Programmer.exe)" \
         "$(printf 'package\nlocal\nlocal')"
-    echo mine >"$own/upgcmd.exe"
-    rm "$stage/local/lib/quillmarsh/upgcmdHid.exe" "$stage/local/lib/quillmarsh/IAP_Programmer.exe"
+    for tool in upgcmd.exe IAP_Programmer.exe; do
+        echo mine >"$own/$tool"
+    done
+    "$launcher"
+    equal tools "$(cd "$beside" && cat upgcmd.exe upgcmdHid.exe IAP_Programmer.exe)" "$(printf 'mine\nlocal\nmine')"
+    rm "$own/IAP_Programmer.exe" "$stage/local/lib/quillmarsh/upgcmdHid.exe" "$stage/local/lib/quillmarsh/IAP_Programmer.exe"
     "$launcher"
     equal tools "$(cd "$beside" && cat upgcmd.exe upgcmdHid.exe)" "$(printf 'mine\npackage')"
     [ ! -L "$beside/IAP_Programmer.exe" ] || fail "the link to a tool that went away is left"
@@ -165,6 +169,14 @@ AProgramThatCannotBeCopiedIsSaidAndLeavesNothing() {
     "$launcher" 2>"$stage/errors" || code=$?
     equal "exit code" "$code" 1
     grep -qF "quillmarsh: cannot copy" "$stage/errors" || fail "$(cat "$stage/errors")"
+    equal "files beside it" "$(ls "$beside")" "$(printf 'qmake\ntmp')"
+}
+
+AFullDiskIsSaidAndLeavesNoHalfCopy() {
+    code=0
+    said=$(ulimit -f 0 && "$launcher" 2>&1) || code=$?
+    equal "exit code" "$code" 1
+    case $said in *"quillmarsh: cannot copy"*) ;; *) fail "$said" ;; esac
     equal "files beside it" "$(ls "$beside")" "$(printf 'qmake\ntmp')"
 }
 
