@@ -29,7 +29,7 @@ fi
 package=$(realpath "$1") rig=$(realpath "$2") base=${3-}
 scripts/install-dependencies.sh debootstrap jq
 work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
-trap 'rm -rf --one-file-system "$work"' EXIT
+trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
 root=$work/root stage=$work/stage
 step() { printf '\n== %s\n' "$*"; }
@@ -50,16 +50,15 @@ step 'An empty system'
 if [ -n "$base" ]; then
     cp -a "$base" "$root"
 else
-    debootstrap --variant=minbase bookworm "$root" >"$work/log" || { cat "$work/log"; exit 1; }
+    debootstrap --variant=minbase bookworm "$root" >"$work/log"
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp "$package" "$root/tmp/quillmarsh.deb"
-in_root apt-get update -q
-in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" Depends)" >>"$work/log" 2>&1 ||
-    { cat "$work/log"; exit 1; }
+in_root apt-get update -q >>"$work/log" 2>&1
+in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" Depends)" >>"$work/log" 2>&1
 
 step 'A user, a firmware server, and the maker'\''s flasher'
-in_root apt-get install -q -y --no-install-recommends libumockdev-preload0 >>"$work/log" 2>&1
+in_root apt-get install -q -y --no-install-recommends umockdev >>"$work/log" 2>&1
 in_root useradd --uid "$user" --user-group --create-home --home-dir "$home" tester
 mkdir -p "$stage/nginx" "$stage/served" "$stage/tools"
 head -c 1000007 /dev/urandom >"$stage/image"

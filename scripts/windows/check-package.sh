@@ -1,0 +1,112 @@
+#!/usr/bin/env bash
+# Installs and removes the Windows package in a fresh Windows of Wine's, and prints what is left in
+# files and registry: nothing, or the logs and settings that were there.
+# Usage: scripts/windows/check-package.sh SETUP
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+setup=$(realpath "$1")
+if [ -z "${WINEPREFIX-}" ]; then
+    exec scripts/windows/in-prefix.sh "$PWD/scripts/windows/check-package.sh" "$setup"
+fi
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+local_data=$(wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')
+installed=$(winepath -u "$local_data")/Programs/quillmarsh
+key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmarsh'
+
+step() { printf '\n== %s\n' "$*"; }
+fail() { echo "FAILED: $*" >&2; exit 1; }
+# Without the hives, which are compared as exported, without what Wine writes of the display, and
+# without the folder that Windows has for a user's programs.
+listing() {
+    (cd "$WINEPREFIX" && find . \( -type f -o -type d -o -type l \) ! -name '*.reg' ! -name .update-timestamp \
+        ! -path '*/AppData/Local/Programs' |
+        LC_ALL=C sort) >"$1.files"
+    for hive in HKCU HKLM; do
+        wine reg export "$hive" "Z:${work//\//\\}\\export.reg" /y >/dev/null
+        iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r' |
+            sed -nE '/^\[/{h;d};/./{G;s/\n/ in /;p}' |
+            grep -vF 'Control\Video\' | LC_ALL=C sort >"$1.$hive"
+        rm "$work/export.reg"
+    done
+}
+# Prints what changed since LISTING; Wine's own services write of their start.
+left_since() {
+    listing "$work/now"
+    for kind in files HKCU HKLM; do
+        diff "$1.$kind" "$work/now.$kind" | grep '^[<>]' || true
+    done
+}
+install() { wine "$setup" /S; }
+remove() {
+    wine "$installed/uninstall.exe" /S
+    # It goes on as a copy of itself.
+    for _ in $(seq 600); do
+        if ! wine reg query "$key" >/dev/null 2>&1; then
+            # That copy is removed when Windows starts the next time.
+            wine wineboot --restart
+            return
+        fi
+        sleep 0.1
+    done
+    fail 'the uninstaller does not end'
+}
+
+listing "$work/before"
+left_since "$work/before" >"$work/left"
+[ ! -s "$work/left" ] || { cat "$work/left"; fail 'the comparison finds a difference where there is none'; }
+
+step 'Installed and removed'
+install
+[ -f "$installed/quillmarsh.exe" ] || fail 'the program is not there'
+cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
+wine reg query "$key" /v DisplayVersion
+find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'
+remove
+left_since "$work/before" | tee "$work/left"
+[ ! -s "$work/left" ] || fail 'something is left'
+echo 'Nothing is left.'
+
+step 'Installed, used, installed again, and removed, with the tools beside the installer'
+cp "$setup" "$work/setup.exe"
+setup=$work/setup.exe
+mkdir "$work/amd64"
+for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
+    echo "$tool" >"$work/$tool"
+done
+install
+for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
+    cmp -s "$work/$tool" "$installed/$tool" || fail "$tool was not taken from beside the installer"
+done
+echo log >"$installed/UPDLog.txt"
+echo log >"$installed/log.txt"
+echo '{}' >"$installed/qmake/dev.jn"
+echo sum >"$installed/Artinchip_SoC.cat"
+echo '{ "devices": [] }' >"$installed/qmake/ControlDevList.json"
+install
+grep -q '"devices": \[\]' "$installed/qmake/ControlDevList.json" || fail "the user's control list was replaced"
+remove
+left_since "$work/before" | tee "$work/left"
+folder=./${installed#"$WINEPREFIX/"}
+expected="> $folder
+> $folder/UPDLog.txt
+> $folder/log.txt
+> $folder/qmake
+> $folder/qmake/ControlDevList.json"
+[ "$(LC_ALL=C sort "$work/left")" = "$(LC_ALL=C sort <<<"$expected")" ] || fail 'something else is left, or less'
+echo "Left are the logs and the user's own control list."
+
+step 'Installed while the program runs'
+install
+wine "$installed/quillmarsh.exe" ZN58UpDate >/dev/null 2>&1 &
+for _ in $(seq 300); do
+    code=0
+    install || code=$?
+    [ "$code" -eq 0 ] || break
+    sleep 0.1
+done
+[ "$code" -eq 2 ] || fail "the installer ended with $code"
+kill "$!" 2>/dev/null || true
+wait "$!" || true
+echo 'It ended with 2.'
