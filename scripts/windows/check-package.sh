@@ -13,28 +13,26 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 local_data=$(wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')
 installed=$(winepath -u "$local_data")/Programs/quillmarsh
-key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmarsh'
+uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmarsh'
 
 step() { printf '\n== %s\n' "$*"; }
 fail() { echo "FAILED: $*" >&2; exit 1; }
-# Without the hives, which are compared as exported, without what Wine writes of the display, and
-# without the folder that Windows has for a user's programs.
+# Files without the hives, the folder that Windows has for a user's programs, and the copy of itself
+# that an uninstaller leaves for the next start to remove; of the registry what a setup may write to.
 listing() {
     (cd "$WINEPREFIX" && find . \( -type f -o -type d -o -type l \) ! -name '*.reg' ! -name .update-timestamp \
-        ! -path '*/AppData/Local/Programs' |
+        ! -path '*/AppData/Local/Programs' ! -path '*/Temp/~nsu*' |
         LC_ALL=C sort) >"$1.files"
-    for hive in HKCU HKLM; do
-        wine reg export "$hive" "Z:${work//\//\\}\\export.reg" /y >/dev/null
-        iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r' |
-            sed -nE '/^\[/{h;d};/./{G;s/\n/ in /;p}' |
-            grep -vF 'Control\Video\' | LC_ALL=C sort >"$1.$hive"
+    for key in 'HKCU\Software' 'HKLM\Software' 'HKLM\System\CurrentControlSet\Services'; do
+        wine reg export "$key" "Z:${work//\//\\}\\export.reg" /y >/dev/null
+        iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r'
         rm "$work/export.reg"
-    done
+    done | sed -nE '/^\[/{p;h;d};/./{G;s/\n/ in /;p}' | LC_ALL=C sort >"$1.registry"
 }
-# Prints what changed since LISTING; Wine's own services write of their start.
+# Prints what changed since LISTING.
 left_since() {
     listing "$work/now"
-    for kind in files HKCU HKLM; do
+    for kind in files registry; do
         diff "$1.$kind" "$work/now.$kind" | grep '^[<>]' || true
     done
 }
@@ -43,11 +41,7 @@ remove() {
     wine "$installed/uninstall.exe" /S
     # It goes on as a copy of itself.
     for _ in $(seq 600); do
-        if ! wine reg query "$key" >/dev/null 2>&1; then
-            # That copy is removed when Windows starts the next time.
-            wine wineboot --restart
-            return
-        fi
+        wine reg query "$uninstall_key" >/dev/null 2>&1 || return 0
         sleep 0.1
     done
     fail 'the uninstaller does not end'
@@ -61,7 +55,7 @@ step 'Installed and removed'
 install
 [ -f "$installed/quillmarsh.exe" ] || fail 'the program is not there'
 cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
-wine reg query "$key" /v DisplayVersion
+wine reg query "$uninstall_key" /v DisplayVersion
 find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'
 remove
 left_since "$work/before" | tee "$work/left"
