@@ -27,7 +27,10 @@ listing() {
         wine reg export "$key" "Z:${work//\//\\}\\export.reg" /y >/dev/null
         iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r'
         rm "$work/export.reg"
-    done | sed -nE '/^\[/{p;h;d};/./{G;s/\n/ in /;p}' | LC_ALL=C sort >"$1.registry"
+    done | sed -nE '/^\[/{p;h;d};/./{G;s/\n/ in /;p}' |
+        # Of every Windows, and of Wine's own start.
+        grep -vE '\\NetworkCards\\|^\[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\]$' |
+        LC_ALL=C sort >"$1.registry"
 }
 # Prints what changed since LISTING.
 left_since() {
