@@ -12,7 +12,7 @@ fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 local_data=$(wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')
-installed=$(winepath -u "$local_data")/Programs/quillmarsh
+installed=$(realpath "$(winepath -u "$local_data")")/Programs/quillmarsh
 uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmarsh'
 
 step() { printf '\n== %s\n' "$*"; }
