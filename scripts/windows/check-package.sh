@@ -96,14 +96,17 @@ echo "Left are the logs and the user's own control list."
 
 step 'Installed while the program runs'
 install
-wine "$installed/quillmarsh.exe" ZN58UpDate >/dev/null 2>&1 &
-for _ in $(seq 300); do
-    code=0
-    install || code=$?
-    [ "$code" -eq 0 ] || break
+rm "$installed/UPDLog.txt" "$installed/log.txt"
+(cd "$installed" && exec wine quillmarsh.exe ZN58UpDate) >"$work/stdout" 2>"$work/stderr" &
+program=$!
+for _ in $(seq 600); do
+    ! grep -sF 'quillmarsh ' "$installed/UPDLog.txt" || break
     sleep 0.1
 done
+[ -s "$installed/UPDLog.txt" ] || { tail "$work/stderr"; fail 'the program does not start'; }
+code=0
+install || code=$?
 [ "$code" -eq 2 ] || fail "the installer ended with $code"
-kill "$!" 2>/dev/null || true
-wait "$!" || true
-echo 'It ended with 2.'
+kill "$program" || true
+wait "$program" || true
+echo 'The installer refused with 2.'
