@@ -27,5 +27,5 @@ for text in quillmarsh.1 example.quillmarsh.quillmarsh.metainfo.xml; do
     grep -qF "$version" "$sources/$text" || { echo "$sources/$text does not name $version." >&2; exit 1; }
 done
 lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error,warning "$package"
-scripts/check-release.sh build/package/bin/quillmarsh
+scripts/check-release.sh build/package/bin/quillmarsh build/package
 echo "$package"
