@@ -1,4 +1,4 @@
-#!/bin/sh
+#!/usr/bin/env bash
 # Draws the PNG images from the SVG files beside them. The PNGs are kept with the sources, so that
 # a build needs neither this script nor its fonts (Noto Sans CJK SC, DejaVu Sans).
 set -eu
@@ -20,3 +20,6 @@ done
 for size in 32 48 64 128 256; do
     rsvg-convert -w "$size" -h "$size" quillmarsh.svg -o "quillmarsh-$size.png"
 done
+
+# All sizes in one file, as Windows shows them for the executable and the installer.
+convert quillmarsh-{16,24,32,48,64,128,256}.png quillmarsh.ico

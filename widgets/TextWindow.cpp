@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QDebug>
+#include <QDir>
 #include <QTextBlock>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -77,7 +78,18 @@ void TextWindow::appendShown(const QString &text)
 void TextWindow::appendLog(const QString &text)
 {
     appendShown(text);
-    LogFile::appendTimestampedLine(LogFile::updateLogPath(), text);
+    if (!LogFile::appendTimestampedLine(LogFile::updateLogPath(), text))
+        tellOnceThatTheFileIsMissing();
+}
+
+void TextWindow::tellOnceThatTheFileIsMissing()
+{
+    if (m_isFileMissingTold)
+        return;
+    m_isFileMissingTold = true;
+    const QString file = QDir::current().absoluteFilePath(LogFile::updateLogPath());
+    appendToPane(QDir::toNativeSeparators(file) +
+                 QStringLiteral(" cannot be written: the log is shown here and kept nowhere."));
 }
 
 void TextWindow::appendToPane(const QString &text)

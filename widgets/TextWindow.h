@@ -21,7 +21,8 @@ public:
     /// Appends `text` as a new paragraph to the pane, scrolls there, and appends it with the local
     /// time to "UPDLog.txt". The text is shown as it is, never read as markup.
     ///
-    /// The pane forgets its oldest lines and the end of a very long one; the file keeps all.
+    /// The pane forgets its oldest lines and the end of a very long one; the file keeps all. The first
+    /// line that the file cannot take is followed by one in the pane that says so.
     void appendLog(const QString &text);
 
     /// The same for the pane only.
@@ -35,8 +36,10 @@ protected:
 private:
     void appendToPane(const QString &text);
     void dropOldLines();
+    void tellOnceThatTheFileIsMissing();
 
     QTextEdit *m_textView = nullptr;
     QPointer<QCheckBox> m_logCheckBox;
     bool m_hasLines = false;
+    bool m_isFileMissingTold = false;
 };

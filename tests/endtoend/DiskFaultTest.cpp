@@ -102,7 +102,7 @@ TEST_F(DiskFaultTest, AReadOnlyApplicationFolderIsReportedAndTheControlsComeBack
     expectUntouchedDevice();
 }
 
-TEST_F(DiskFaultTest, AReadOnlyWorkingFolderCostsOnlyTheLogFiles)
+TEST_F(DiskFaultTest, AReadOnlyWorkingFolderIsSaidInTheWindowAndCostsOnlyTheLogFiles)
 {
     UpdateScenario &s = scenario();
     ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
@@ -110,6 +110,10 @@ TEST_F(DiskFaultTest, AReadOnlyWorkingFolderCostsOnlyTheLogFiles)
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(s.program.updateLog().isEmpty());
+    EXPECT_TRUE(s.probe.text(QStringLiteral("logTextView"))
+                    .split(QLatin1Char('\n'))
+                    .value(1)
+                    .startsWith(s.program.workingFolder() + QStringLiteral("/UPDLog.txt cannot be written")));
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
 }
 

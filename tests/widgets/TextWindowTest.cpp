@@ -99,13 +99,18 @@ TEST_F(TextWindowTest, ThePaneScrollsToTheNewestLine)
     EXPECT_TRUE(m_window.textView()->textCursor().atEnd());
 }
 
-TEST_F(TextWindowTest, AFileThatCannotBeWrittenLeavesThePaneWorkingAndCostsAWarning)
+TEST_F(TextWindowTest, AFileThatCannotBeWrittenLeavesThePaneWorkingSaysSoOnceAndCostsAWarning)
 {
     QDir(m_folder.path()).mkdir(QStringLiteral("UPDLog.txt"));
     const RecordedDebugStream debug;
     m_window.appendLog(QStringLiteral("hello"));
-    EXPECT_EQ(pane(), QStringLiteral("hello"));
-    EXPECT_EQ(debug.count(QStringLiteral("无法打开文件进行写入")), 1);
+    m_window.appendLog(QStringLiteral("again"));
+    const QString file =
+        QDir::toNativeSeparators(QDir::current().absoluteFilePath(QStringLiteral("UPDLog.txt")));
+    EXPECT_EQ(pane(),
+              QStringLiteral("hello\n") + file +
+                  QStringLiteral(" cannot be written: the log is shown here and kept nowhere.\nagain"));
+    EXPECT_EQ(debug.count(QStringLiteral("无法打开文件进行写入")), 2);
 }
 
 TEST_F(TextWindowTest, AboveTwentyTwoThousandLinesThePaneDropsToTheNewestTwentyThousandInOneStep)

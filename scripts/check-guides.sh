@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# Holds the guides against the sources: what they quote as said by the program stands in it, and
+# docs/support.md explains every line and title that it can say. It looks at the first column of the
+# tables that are headed Line, Title or Text; … stands for what differs from case to case.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+guides=(docs/support.md docs/companions.md)
+sources=()
+for room in app devices download driver iap support update widgets; do
+    [ ! -d "$room" ] || sources+=("$room"/*.cpp "$room"/*.h)
+done
+
+perl -CSD -Mutf8 -e '
+    my ($guideCount, @files) = @ARGV;
+    my @guides = splice(@files, 0, $guideCount);
+    my $failed = 0;
+    sub complain { print STDERR "@_\n"; $failed = 1; }
+    sub slurp { local $/; open my $in, "<", shift or die $!; return <$in>; }
+
+    # Adjacent literals are one text.
+    my $code = "";
+    for my $file (@files) {
+        my $text = slurp($file);
+        $text =~ s/"\s*\n\s*"//g;
+        $text =~ s/\\"/\x{1}/g;
+        $code .= $text . "\n";
+    }
+    my %table = slurp("resources/JsonLanguage/en.json") =~ /"((?:[^"\\]|\\.)*)": "((?:[^"\\]|\\.)*)"/g;
+    my $said = join "\n", $code, values %table;
+    $said =~ s/\x{1}/"/g;
+
+    my %quoted;
+    for my $guide (@guides) {
+        my ($rows, $isQuoting) = (0, 0);
+        for my $line (split /\n/, slurp($guide)) {
+            $isQuoting = $1 =~ /^(Line|Title|Text)$/ if $line =~ /^\| ([^`|]*) \|/ && $line !~ /^\|-/;
+            $isQuoting = 0 if $line !~ /^\|/;
+            next unless $isQuoting && $line =~ /^\| (`.*?) \| /;
+            ++$rows;
+            for my $text ($1 =~ /`([^`]+)`/g) {
+                $quoted{$text} = 1 if $guide eq "docs/support.md";
+                for my $piece (grep { /\S/ } split /\s*…\s*/, $text) {
+                    complain("$guide: the program does not say \"$piece\" (of \"$text\")")
+                        unless index($said, $piece) >= 0;
+                }
+            }
+        }
+        complain("$guide has no table of quoted texts") unless $rows;
+    }
+
+    my $explained = join "\n", keys %quoted;
+    my $lines = 0;
+    my @calls = $code =~ /\b(?:log|appendLog|logged|(?<=\.)shown|tell)\(((?:[^;"]|"[^"]*")*)\);/g;
+    for my $text (map { /"([^"]*)"/g } @calls) {
+        $text =~ s/\x{1}/"/g;
+        ++$lines;
+        for my $piece (grep { /\S/ } split /%\d/, $text) {
+            $piece =~ s/^\s+|\s+$//g;
+            next if length $piece < 4;
+            complain("docs/support.md does not explain \"$piece\" (of \"$text\")") unless index($explained, $piece) >= 0;
+        }
+    }
+    for my $title (grep { /^CurrentStatus: ./ } values %table) {
+        complain("docs/support.md does not explain the title \"$title\"") unless $quoted{$title} || $quoted{"$title…"};
+    }
+    complain("no calls were found in the sources") unless $lines > 40;
+    print "The guides quote ", scalar(keys %quoted), " texts; the sources log $lines.\n" unless $failed;
+    exit $failed;
+' "${#guides[@]}" "${guides[@]}" "${sources[@]}"

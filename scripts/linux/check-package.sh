@@ -1,0 +1,110 @@
+#!/usr/bin/env bash
+# Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user,
+# removes it, and prints what is left: nothing but the user's own files. Needs root.
+# Usage: scripts/linux/check-package.sh PACKAGE RIG_BUILD [BASE]
+# RIG_BUILD is a build folder with the rig; BASE a minimal system to copy instead of fetching one.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+model=DevMaa
+host=firmware.quillmarsh.example
+user=1000
+home=/home/tester
+
+# What is mounted here is seen by nobody else and goes with the processes, so that the folders can
+# be removed afterwards; the network is but loopback.
+if [ "${1-}" = --inside ]; then
+    root=$2 stage=$3 rig=$4
+    mount -t proc proc "$root/proc"
+    mkdir -p "$root$stage"
+    mount --bind "$stage" "$root$stage"
+    nginx -p "$stage/nginx" -c nginx.conf -e error.log
+    TMPDIR=$stage QUILLMARSH_BENCH_BUILD=$rig "$rig/bin/quillmarsh-installed-update" \
+        --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
+        -- chroot "--userspec=$user:$user" "$root" /usr/bin/quillmarsh && exit
+    tail -n 30 "$stage/stderr" "$root$home/.local/share/quillmarsh/UPDLog.txt"
+    exit 1
+fi
+
+package=$(realpath "$1") rig=$(realpath "$2") base=${3-}
+scripts/install-dependencies.sh debootstrap jq
+work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
+trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
+chmod 755 "$work"
+root=$work/root stage=$work/stage
+step() { printf '\n== %s\n' "$*"; }
+in_root() {
+    unshare --mount --pid --fork --mount-proc="$root/proc" \
+        chroot "$root" env DEBIAN_FRONTEND=noninteractive LC_ALL=C "$@"
+}
+# Everything but what package tools write down of their own work.
+listing() {
+    (cd "$root" && find . -xdev \
+        \( -path ./proc -o -path ./tmp -o -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/cache \
+        -o -path ./var/log \) -prune -o \
+        -printf '%p %y %m %U:%G ' \( -type f -exec md5sum {} \; -o -type l -printf '%l\n' -o -printf '\n' \) |
+        sed -E 's/([0-9a-f]{32})  .*/\1/' | sort)
+}
+
+step 'An empty system'
+if [ -n "$base" ]; then
+    cp -a "$base" "$root"
+else
+    debootstrap --variant=minbase bookworm "$root" >"$work/log"
+fi
+cp /etc/resolv.conf "$root/etc/resolv.conf"
+cp "$package" "$root/tmp/quillmarsh.deb"
+in_root apt-get update -q >>"$work/log" 2>&1
+in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" Depends)" >>"$work/log" 2>&1
+
+step 'A user, a firmware server, and the maker'\''s flasher'
+in_root apt-get install -q -y --no-install-recommends umockdev >>"$work/log" 2>&1
+in_root useradd --uid "$user" --user-group --create-home --home-dir "$home" tester
+mkdir -p "$stage/nginx" "$stage/served" "$stage/tools"
+head -c 1000007 /dev/urandom >"$stage/image"
+docs/firmware-server/add-model.sh "$stage/served" "https://$host" "$model" "$stage/image"
+(
+    cd "$stage/nginx"
+    openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj '/CN=Test authority' -days 2 \
+        -keyout authority.key -out authority.crt
+    openssl req -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj "/CN=$host" \
+        -keyout server.key -out server.csr
+    openssl x509 -req -in server.csr -CA authority.crt -CAkey authority.key -set_serial 7 -days 2 \
+        -extfile <(echo "subjectAltName=DNS:$host") -out server.crt
+) 2>>"$work/log"
+# The site of the makers' guide, with this server's name and files.
+{
+    echo 'user root; pid nginx.pid; events {} http { access_log access.log;'
+    sed -E -e "s|firmware\.example\.com;|$host;|" -e "s|/srv/firmware|$stage/served|" \
+        -e "s|/etc/ssl/certs/.*;|server.crt;|" -e "s|/etc/ssl/private/.*;|server.key;|" docs/firmware-server/nginx.conf
+    echo '}'
+} >"$stage/nginx/nginx.conf"
+cp "$stage/nginx/authority.crt" "$root/usr/local/share/ca-certificates/"
+in_root update-ca-certificates >>"$work/log" 2>&1
+echo "127.0.0.1 $host" >>"$root/etc/hosts"
+cp "$rig/bin/quillmarsh-standin" "$stage/tools/upgcmd.exe"
+mkdir -p "$root/usr/local/lib/quillmarsh"
+ln -s "$stage/tools/upgcmd.exe" "$root/usr/local/lib/quillmarsh/upgcmd.exe"
+cp -r "$rig/plugins" "$stage/"
+chown -R "$user:$user" "$stage"
+
+listing >"$work/before"
+step 'Installation'
+in_root dpkg -i /tmp/quillmarsh.deb
+step 'Update'
+unshare --mount --net --pid --fork --kill-child --mount-proc sh -c 'ip link set lo up && exec "$@"' sh \
+    "$0" --inside "$root" "$stage" "$rig"
+grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+step 'Removal'
+in_root dpkg --purge quillmarsh
+listing >"$work/after"
+
+step 'What is left'
+diff "$work/before" "$work/after" >"$work/left" && { echo 'Nothing at all, not even a log: the program did not run.'; exit 1; }
+cat "$work/left"
+own="[<>] \.$home(/\.local(/share(/quillmarsh(/UPDLog\.txt|/log\.txt)?)?)?|/\.cache(/.*)?)? "
+if grep -E '^[<>]' "$work/left" | grep -vE "^$own"; then
+    echo 'The lines above should not be there.' >&2
+    exit 1
+fi
+echo 'No more than the logs in the user'\''s folder, and a cache.'

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Builds the packages from a fresh clone of what is committed, installs each into something empty,
+# updates a simulated device there, removes it, and prints what is left in files and registry: nothing
+# but logs and settings. Takes root, and a while.
+# Usage: scripts/release-check.sh [linux] [windows], by default both
+set -euo pipefail
+project=$(cd "$(dirname "$0")/.." && pwd)
+[ $# -gt 0 ] || set -- linux windows
+work=$(mktemp -d --tmpdir quillmarsh-release.XXXXXX)
+trap 'rm -rf --one-file-system "$work"' EXIT
+chmod 755 "$work"
+
+echo "Checking $(git -C "$project" log -1 --format='%h %s')."
+git clone -q "$project" "$work/quillmarsh"
+cd "$work/quillmarsh"
+mkdir build
+
+check_linux() {
+    scripts/install-dependencies.sh
+    scripts/linux/package.sh
+    cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
+    cmake --build --preset demo --target quillmarsh-installed-update
+    scripts/linux/check-package.sh build/packages/quillmarsh_*.deb build/demo
+}
+
+check_windows() {
+    scripts/windows/build.sh
+    scripts/windows/package.sh
+    scripts/windows/check-package.sh build/packages/quillmarsh-*-setup.exe
+}
+
+for system; do
+    printf '\n==== %s\n' "$system"
+    "check_$system"
+done
+echo 'The packages are fit for release.'

@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Makes build/packages/quillmarsh-VERSION-windows-x64.zip and -setup.exe of the folder that
+# scripts/windows/build.sh leaves. With --tools, everything in that folder (the maker's flashers, IAP
+# programmer and driver package) is packed with it.
+# Usage: scripts/windows/package.sh [--tools FOLDER] [PROGRAM_FOLDER]
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+tools=
+if [ "${1-}" = --tools ]; then
+    tools=$2
+    shift 2
+fi
+program=${1:-build/windows/quillmarsh}
+[ -f "$program/quillmarsh.exe" ] || { echo "There is no $program/quillmarsh.exe: run scripts/windows/build.sh." >&2; exit 1; }
+scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
+    libusb-1.0-0 libhidapi-hidraw0
+
+version=$(sed -nE 's/^project\(.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
+name=quillmarsh-$version-windows-x64
+work=build/packages/windows
+folder=$work/quillmarsh-$version
+rm -rf "$work"
+mkdir -p "$folder/licences"
+cp -r "$program/." "$folder/"
+cp "$folder/qmake/ControlDevList.json" "$folder/qmake/ControlDevList.default.json"
+[ -z "$tools" ] || cp -r "$tools/." "$folder/"
+
+# Windows' own line ends: a plain editor shows them.
+windows_text() { sed 's/\r*$/\r/' "$1" >"$2"; }
+windows_text packaging/windows/README.txt "$folder/README.txt"
+licence() { # NAME FILE
+    windows_text "$2" "$folder/licences/$1.txt"
+}
+licence quillmarsh LICENSE
+licence qt /usr/share/doc/libqt5core5a/copyright
+licence libusb /usr/share/doc/libusb-1.0-0/copyright
+licence hidapi /usr/share/doc/libhidapi-hidraw0/copyright
+licence gcc-runtime /usr/share/doc/gcc-mingw-w64-base/copyright
+licence mingw-w64-runtime /usr/share/doc/mingw-w64-common/copyright
+for text in LGPL-2.1 LGPL-3 GPL-2 GPL-3; do
+    licence "$text" "/usr/share/common-licenses/$text"
+done
+windows_text packaging/windows/LICENCES.txt "$folder/licences/README.txt"
+
+(cd "$work" && zip -q -9 -X -r "../$name.zip.new" "quillmarsh-$version")
+mv "build/packages/$name.zip.new" "build/packages/$name.zip"
+
+# What is installed and removed, file by file. The list is written by the installer itself: the
+# user's may be another.
+files=$(cd "$folder" && find . -type f ! -path ./qmake/ControlDevList.json -printf '%P\n' | LC_ALL=C sort)
+folders=$(cd "$folder" && find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort)
+windows_path() { printf '%s\n' "${1//\//\\}"; }
+{
+    echo "SetOutPath \$INSTDIR"
+    while IFS= read -r inner; do
+        echo "CreateDirectory \"\$INSTDIR\\$(windows_path "$inner")\""
+    done <<<"$folders"
+    while IFS= read -r file; do
+        echo "File \"/oname=$(windows_path "$file")\" \"$PWD/$folder/$file\""
+    done <<<"$files"
+} >"$work/install.nsh"
+{
+    while IFS= read -r file; do
+        echo "Delete \"\$INSTDIR\\$(windows_path "$file")\""
+    done <<<"$files"
+    while IFS= read -r inner; do
+        echo "RMDir \"\$INSTDIR\\$(windows_path "$inner")\""
+    done < <(LC_ALL=C sort -r <<<"$folders")
+} >"$work/uninstall.nsh"
+makensis -V2 -WX "-DVERSION=$version" "-DLISTS=$PWD/$work" \
+    "-DICON=$PWD/resources/images/quillmarsh.ico" "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
+    packaging/windows/quillmarsh.nsi
+ls -l "build/packages/$name".* "build/packages/$name-setup.exe"
