@@ -2,6 +2,7 @@
 
 #include "support/LogFile.h"
 #include "widgets/BackgroundWidget.h"
+#include "widgets/WidgetTab1.h"
 
 #include <QDir>
 #include <QFile>
@@ -210,13 +211,16 @@ TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
 
 TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
 {
-    auto *page = m_main->findChild<QWidget *>(QStringLiteral("flashingPage"));
+    auto *page = m_main->findChild<WidgetTab1 *>(QStringLiteral("flashingPage"));
     ASSERT_NE(page, nullptr);
     const QImage before = page->grab().toImage();
+    const QSignalSpy announced(page, &WidgetTab1::sigSetPicJD);
     m_main->setPictureLevel(100.0);
     m_main->repaintPicture();
     QCoreApplication::processEvents();
-    EXPECT_EQ(page->grab().toImage(), before);
+    ASSERT_EQ(announced.size(), 1);
+    EXPECT_EQ(announced.first().first().toDouble(), 100.0);
+    EXPECT_EQ(page->grab().toImage(), before) << "nobody listens, on purpose";
 }
 
 TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
