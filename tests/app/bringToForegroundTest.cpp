@@ -1,6 +1,7 @@
 #include "app/bringToForeground.h"
 
 #include "support/LogFile.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/WidgetTab1.h"
 
@@ -187,6 +188,31 @@ TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
     const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/qmake/");
     EXPECT_EQ(m_main->GetDefaultImagePath(), folder);
     EXPECT_EQ(find<QLineEdit>("firmwareFileEdit")->text(), folder);
+}
+
+TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
+{
+    QStringList told;
+    {
+        const RecordedDebugStream debug;
+        BackgroundWidget ground(false);
+        new bringToForeground(&ground, false, false, QString());
+        told = debug.lines();
+    }
+    int last = -1;
+    for (const QString &beginning :
+         {QStringLiteral("QSslSocket= "), QStringLiteral("true "), QStringLiteral("SSL is supported!"),
+          QStringLiteral("删除临时固件文件"),
+          QStringLiteral("当前进程所在文件夹路径: ") + QCoreApplication::applicationDirPath(),
+          QStringLiteral("libusb_initRET: 0"), QStringLiteral("InitUseWirteType..."),
+          QStringLiteral("Failed to open file"), QStringLiteral("Failed to open file: dev json.!"),
+          QStringLiteral("Window position on screen: QPoint("), QStringLiteral("指定的路径无效!")}) {
+        int at = last + 1;
+        while (at < told.size() && !told.at(at).startsWith(beginning))
+            ++at;
+        ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
+        last = at;
+    }
 }
 
 TEST_F(bringToForegroundTest, OfTwoImagesTheFirstByNameWithoutRegardToCaseIsTheDefault)
