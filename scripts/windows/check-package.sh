@@ -96,17 +96,15 @@ echo "Left are the logs and the user's own control list."
 
 step 'Installed while the program runs'
 install
-rm "$installed/UPDLog.txt" "$installed/log.txt"
+# Wine has no HID devices, and so the program waits in a box that says so; it runs, which is all here.
 (cd "$installed" && exec wine quillmarsh.exe ZN58UpDate) >"$work/stdout" 2>"$work/stderr" &
-program=$!
-for _ in $(seq 600); do
-    ! grep -sF 'quillmarsh ' "$installed/UPDLog.txt" || break
-    sleep 0.1
+for _ in $(seq 100); do
+    code=0
+    install || code=$?
+    [ "$code" -eq 0 ] || break
+    sleep 0.2
 done
-[ -s "$installed/UPDLog.txt" ] || { tail "$work/stderr"; fail 'the program does not start'; }
-code=0
-install || code=$?
+wine taskkill /f /im quillmarsh.exe >"$work/ended" || { cat "$work/stderr"; fail 'the program does not run'; }
+wait
 [ "$code" -eq 2 ] || fail "the installer ended with $code"
-kill "$program" || true
-wait "$program" || true
 echo 'The installer refused with 2.'
