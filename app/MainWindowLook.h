@@ -5,8 +5,9 @@ class QWidget;
 /// What the whole program looks like, beyond the main window's layout. GUI thread.
 namespace MainWindowLook {
 
-/// Call before the application object is made: fractional screen scales are kept as they are.
-void prepareScaling();
+/// Call before the application object is made: fractional screen scales are kept as they are, and
+/// the windows are drawn without the graphics card.
+void prepareToolkit();
 
 /// Gives the application a font of a fixed size in the layout's own pixels (11; 12 for Chinese):
 /// the layout has fixed sizes, which a font in points outgrows on many systems. Call before the

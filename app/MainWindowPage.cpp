@@ -1,6 +1,7 @@
 #include "app/MainWindowPage.h"
 
 #include "app/MainWindowTexts.h"
+#include "devices/ControlledDeviceList.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"
 #include "widgets/WidgetTab1.h"
@@ -238,11 +239,8 @@ void MainWindowLayout::buildConnectTypeBox(QWidget *mainWidget, bool usbAllowed,
     auto *box = named(new CustomComboBox(mainWidget), "writeTypeBox");
     box->listView()->setObjectName(QStringLiteral("writeTypeList"));
     box->setFixedSize(61, 27);
-    if (usbAllowed || !hidAllowed)
-        box->addItem(QStringLiteral("USB"));
-    if (hidAllowed)
-        box->addItem(QStringLiteral("HID"));
-    if (usbAllowed && hidAllowed) {
+    box->addItems(ControlledDeviceList::writeTypeItems({usbAllowed, hidAllowed}));
+    if (box->count() > 1) {
         box->setItemHeight(52);
         box->listView()->setFixedHeight(52);
     }

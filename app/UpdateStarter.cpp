@@ -1,6 +1,7 @@
 #include "app/UpdateStarter.h"
 
 #include "support/Clock.h"
+#include "support/ToolRun.h"
 #include "update/FirmwareFetch.h"
 #include "update/UpdateTitles.h"
 
@@ -19,7 +20,7 @@ UpdateStarter::~UpdateStarter() = default;
 
 void UpdateStarter::start()
 {
-    if (m_running || !mayStart())
+    if (m_running || isWaitingForTool() || !mayStart())
         return;
     m_running = true;
     Reporter &reporter = m_surroundings.reporter;
@@ -64,8 +65,15 @@ void UpdateStarter::runWorkflow()
                         m_chooser.get());
     UpdateWorkflow workflow(s.reporter, s.state, s.host, Clock::real(), s.paths, s.launch, fetch);
     const UpdateWorkflow::Ending ending = workflow.run();
-    declareEnded();
+    if (ending != UpdateWorkflow::Ending::HandedOver)
+        declareEnded();
     workflow.finish(ending);
+}
+
+void UpdateStarter::takeBack()
+{
+    if (m_handedOver.exchange(false))
+        declareEnded();
 }
 
 void UpdateStarter::declareEnded()

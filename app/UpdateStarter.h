@@ -39,6 +39,12 @@ public:
     /// is updating one. Returns at once, but for the chooser's fetch of the manifest.
     void start();
 
+    /// The running workflow leaves the rest to the IAP panel: the update goes on until takeBack().
+    /// Any thread, and before the panel hears of it.
+    void handOver() { m_handedOver = true; }
+    /// The panel is done. Does nothing when nothing was handed over: the panel also has runs of its own.
+    void takeBack();
+
 private:
     bool mayStart();
     bool makeChooser();
@@ -51,4 +57,5 @@ private:
     std::unique_ptr<ChosefirmwareWidget> m_chooser;
     /// From the press to the end of the run, also where the button is enabled in between.
     std::atomic<bool> m_running{false};
+    std::atomic<bool> m_handedOver{false};
 };

@@ -1,18 +1,20 @@
 #include "app/bringToForeground.h"
 
-#include "app/FirmwareServer.h"
+#include "app/ConnectionDisplay.h"
 #include "app/LocaleCodec.h"
 #include "app/MainWindowLayout.h"
 #include "app/MainWindowLook.h"
-#include "app/MainWindowTexts.h"
+#include "app/ProgramPaths.h"
 #include "app/SslReport.h"
 #include "app/SystemCountry.h"
 #include "app/SystemDescription.h"
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
+#include "iap/IAPUpDate.h"
 #include "support/Diagnostics.h"
 #include "support/LanguageUtilities.h"
 #include "support/LogFile.h"
+#include "support/ToolRun.h"
 #include "update/BootloaderEntry.h"
 #include "update/FirmwareFileDialog.h"
 #include "update/LocalFiles.h"
@@ -23,12 +25,10 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDebug>
-#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <QStandardPaths>
 
 bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTessilonixMode,
                                      const QString &wantedModelName)
@@ -58,11 +58,23 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     connectControls();
     if (m_launch.isAutomatic())
         reduceInterface();
+    // Shown while the panel is made, at the latest: the programmer is asked there, and may take any time.
+    QTimer::singleShot(0, this, &QWidget::show);
     createIapPanel();
     m_libraries.askToQuitAfterFailure();
 }
 
-bringToForeground::~bringToForeground() = default;
+bringToForeground::~bringToForeground()
+{
+    delete m_iapPanel;
+    // The last lines: nothing delivers them any more.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
+bool bringToForeground::isWriting() const
+{
+    return m_state.isFlashing() || (m_iapPanel && m_iapPanel->isProgramming());
+}
 
 void bringToForeground::initialiseState(const LaunchOptions &launch)
 {
@@ -72,12 +84,8 @@ void bringToForeground::initialiseState(const LaunchOptions &launch)
 
 void bringToForeground::initialisePaths()
 {
-    const QString temporary = QStandardPaths::writableLocation(QStandardPaths::TempLocation);
-    const QString application = QCoreApplication::applicationDirPath();
-    m_lastDirFilePath = QDir(temporary).filePath(QStringLiteral("last_dir.txt"));
-    m_paths = {application, temporary + QLatin1String("/QuillmarshV3TmpPath"),
-               application + QLatin1String("/upgcmd.exe"), application + QLatin1String("/upgcmdHid.exe"),
-               firmwareManifestUrl()};
+    m_lastDirFilePath = ProgramPaths::lastDirFile();
+    m_paths = ProgramPaths::update();
 }
 
 void bringToForeground::initialiseLanguage()
@@ -170,7 +178,10 @@ void bringToForeground::createLogWindow()
     AppendLog(m_logWindow.get(), systemDescription());
 }
 
-void bringToForeground::checkDriver() {}
+void bringToForeground::checkDriver()
+{
+    m_access.checkAtStart(m_paths.applicationDir, *m_logWindow, *m_checkTimer);
+}
 
 void bringToForeground::createDownloaders()
 {
@@ -197,33 +208,42 @@ void bringToForeground::createIapPanel()
     QString programmer;
     log(findIapProgrammer(&programmer) ? QStringLiteral("IAP Process exists")
                                        : QStringLiteral("IAP Process not exists.!"));
+    makeIapPanel(programmer);
     log(QStringLiteral("create IAPUpDate Mode done."));
+}
+
+void bringToForeground::makeIapPanel(const QString &programmer)
+{
+    m_iapPanel = new IAPUpDate(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer, parentWidget(), this,
+                               m_logWindow.get());
+    // Hidden, unless the box was ticked while the programmer was asked.
+    onIAPStateChanged(m_widgets.iapBox->checkState());
 }
 
 bool bringToForeground::findIapProgrammer(QString *path) const
 {
-    *path = m_paths.applicationDir + QLatin1String("/IAP_Programmer.exe");
+    *path = ProgramPaths::iapProgrammer();
     return QFile::exists(*path);
 }
 
 void bringToForeground::checkConnection()
 {
+    if (isWaitingForTool())
+        return;
     const MonitorOutcome outcome = m_monitor->tick(m_state.device());
-    m_state.setDevice(outcome.device);
-    m_state.setBootloaderPresent(outcome.bootloaderPresent);
-    showConnection(outcome);
+    take(outcome);
+    m_access.checkDevice(outcome.state, *m_logWindow);
 }
 
-void bringToForeground::showConnection(const MonitorOutcome &outcome)
+void bringToForeground::take(const MonitorOutcome &outcome)
 {
-    const ConnectionStatus status = statusOf(outcome.state);
-    m_widgets.statusLabel->setStyleSheet(QString::fromUtf8(status.styleSheet));
-    m_widgets.statusLabel->setText(LanguageUtilities::instance().lookup(status.text));
-    if (outcome.setDeviceModel)
-        m_widgets.deviceModelLabel->setText(MainWindowTexts::shown(MainWindowTexts::connectedModel) +
-                                            outcome.device.name);
-    if (outcome.pressStart)
-        m_widgets.startButton->click();
+    m_state.setDevice(outcome.device);
+    m_state.setBootloaderPresent(outcome.bootloaderPresent);
+    if (outcome.iapIds)
+        m_iapPanel->setDeviceIds(outcome.iapIds->productId, outcome.iapIds->vendorId);
+    showConnection(outcome, m_widgets);
+    if (outcome.prepareIapPanel)
+        m_iapPanel->resetToUsb();
 }
 
 void bringToForeground::browseForFirmware()
@@ -249,11 +269,6 @@ void bringToForeground::GetDefaultImagePath(const QString &base)
     setImagePath(m_defaultImagePath);
 }
 
-QString bringToForeground::GetDefaultImagePath()
-{
-    return m_defaultImagePath;
-}
-
 void bringToForeground::enterLocalFileMode()
 {
     m_state.setLocalFileMode(true);
@@ -269,7 +284,33 @@ bool bringToForeground::sendUpdateMode()
 
 bool bringToForeground::startIapPanel()
 {
-    return false;
+    if (!m_iapPanel)
+        return false;
+    // Before the signal: the panel may be done with the run before this thread goes on.
+    m_updates->handOver();
+    emit m_iapPanel->sigStartClicked();
+    return true;
+}
+
+void bringToForeground::connectLogOf(IAPUpDate *panel)
+{
+    connect(panel, &IAPUpDate::sigAppendLog, this, &bringToForeground::AppendLog, Qt::DirectConnection);
+}
+
+IapDevice bringToForeground::chosenIapDevice() const
+{
+    const ChosenDevice device = m_state.device();
+    return {device.iapFlag != 0, device.productId, device.vendorId};
+}
+
+void bringToForeground::untickIapBox()
+{
+    m_widgets.iapBox->setChecked(false);
+}
+
+void bringToForeground::iapRunEnded()
+{
+    m_updates->takeBack();
 }
 
 void bringToForeground::setPictureLevel(double percent)
@@ -298,29 +339,9 @@ void bringToForeground::StopCheckConnectTimer()
     m_widgets.startButton->setEnabled(false);
 }
 
-void bringToForeground::log(const QString &line)
-{
-    emit sigAppendLog(m_logWindow.get(), line);
-}
-
 void bringToForeground::setStateTitle(const BilingualText &title)
 {
     emit sigSetStateTitle(LanguageUtilities::instance().lookup(title));
-}
-
-void bringToForeground::setProgress(int percent)
-{
-    emit sigSetprogressBarValue(percent);
-}
-
-void bringToForeground::enableStartButton(bool enable)
-{
-    emit sigSetBtnEnable(m_widgets.startButton, enable);
-}
-
-void bringToForeground::runDeviceCheck(bool run)
-{
-    emit sigStartCheckDeviceQTimer(run);
 }
 
 void bringToForeground::onSetBtnEnable(QPushButton *, bool enable)
@@ -354,13 +375,8 @@ void bringToForeground::appendToFile(QString filePath, QString content)
 
 void bringToForeground::AppendLog(TextWindow *textWindow, QString text)
 {
-    if (textWindow)
+    if (textWindow && !m_access.keeps(textWindow, text))
         textWindow->appendLog(text);
-}
-
-bool bringToForeground::isDeviceOn(QJsonObject device)
-{
-    return ControlledDeviceList::isDeviceOn(device);
 }
 
 bool bringToForeground::InitUseWirteType()
@@ -380,4 +396,8 @@ bool bringToForeground::parseDevices(QByteArray jsonData, QString dev)
     return ControlledDeviceList::parseDevices(jsonData, dev, *this);
 }
 
-void bringToForeground::onIAPStateChanged(int) {}
+void bringToForeground::onIAPStateChanged(int state)
+{
+    if (m_iapPanel)
+        m_iapPanel->setVisible(state == Qt::Checked);
+}

@@ -2,11 +2,12 @@
 
 #include "app/DeviceLibraries.h"
 #include "app/MainWindowWidgets.h"
+#include "app/SystemAccess.h"
 #include "app/UpdateStarter.h"
 #include "devices/ConnectionMonitor.h"
 #include "devices/ControlledDeviceList.h"
+#include "iap/IapHost.h"
 #include "support/LaunchOptions.h"
-#include "support/Reporter.h"
 #include "update/LiveState.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
@@ -21,6 +22,7 @@
 #include <memory>
 
 class FileDownloaderHTTP;
+class IAPUpDate;
 class TextWindow;
 class ThreadFileDownloader;
 
@@ -29,7 +31,7 @@ class ThreadFileDownloader;
 ///
 /// Everything runs on the GUI thread but the Reporter and UpdateHost operations, which any thread
 /// may call. No update may be running when it is destroyed.
-class bringToForeground : public QWidget, public Reporter, public UpdateHost, public LocalFileHost
+class bringToForeground : public QWidget, public IapHost, public UpdateHost, public LocalFileHost
 {
     Q_OBJECT
 
@@ -39,7 +41,7 @@ public:
     ~bringToForeground() override;
 
     /// Whether closing the window now would cut a device off in the middle of being written.
-    bool isWriting() const { return m_state.isFlashing(); }
+    bool isWriting() const;
 
     /// Takes the default image below `base` as the image to burn and shows it in the path field.
     void GetDefaultImagePath(const QString &base);
@@ -47,22 +49,28 @@ public:
     bool sendUpdateMode() override;
 
     /// Starts the connection monitor and gives the start button back.
-    void StartCheckConnectTimer();
+    void StartCheckConnectTimer() override;
     /// Stops the connection monitor and takes the start button away.
-    void StopCheckConnectTimer();
+    void StopCheckConnectTimer() override;
 
-    void log(const QString &line) override;
+    void log(const QString &line) override { emit sigAppendLog(m_logWindow.get(), line); }
     bool isCatchingUp() const override { return m_linesOnTheirWay > 0; }
     void setStateTitle(const BilingualText &title) override;
-    void setProgress(int percent) override;
-    void enableStartButton(bool enable) override;
-    void runDeviceCheck(bool run) override;
+    void setProgress(int percent) override { emit sigSetprogressBarValue(percent); }
+    void enableStartButton(bool enable) override { emit sigSetBtnEnable(m_widgets.startButton, enable); }
+    void runDeviceCheck(bool run) override { emit sigStartCheckDeviceQTimer(run); }
 
     void setPictureLevel(double percent) override;
     void repaintPicture() override;
     bool startIapPanel() override;
 
     void enterLocalFileMode() override;
+
+    void connectLogOf(IAPUpDate *panel) override;
+    IapDevice chosenIapDevice() const override;
+    QString updateFile() const override { return m_state.imagePath(); }
+    void untickIapBox() override;
+    void iapRunEnded() override;
 
 signals:
     void sigSetBtnEnable(QPushButton *btn, bool enable);
@@ -79,8 +87,8 @@ public slots:
     void onSetStateTitle(QString text);
     void appendToFile(QString filePath, QString content);
     void AppendLog(TextWindow *textWindow, QString text);
-    bool isDeviceOn(QJsonObject device);
-    QString GetDefaultImagePath();
+    bool isDeviceOn(QJsonObject device) { return ControlledDeviceList::isDeviceOn(device); }
+    QString GetDefaultImagePath() { return m_defaultImagePath; }
     bool InitUseWirteType();
     bool FindDevForJson(QString dev);
     bool parseDevices(QByteArray jsonData, QString dev);
@@ -105,10 +113,11 @@ private:
     void connectControls();
     void reduceInterface();
     void createIapPanel();
+    void makeIapPanel(const QString &programmer);
     bool findIapProgrammer(QString *path) const;
 
     void checkConnection();
-    void showConnection(const MonitorOutcome &outcome);
+    void take(const MonitorOutcome &outcome);
     void browseForFirmware();
     void setImagePath(const QString &path);
 
@@ -127,8 +136,11 @@ private:
     MainWindowWidgets m_widgets;
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
+    SystemAccess m_access;
     std::atomic<int> m_linesOnTheirWay{0};
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
     std::unique_ptr<UpdateStarter> m_updates;
+    /// On the background window like this widget, which deletes it before anything that it uses.
+    IAPUpDate *m_iapPanel = nullptr;
 };

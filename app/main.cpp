@@ -36,7 +36,7 @@ int run(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     Diagnostics::install();
-    MainWindowLook::prepareScaling();
+    MainWindowLook::prepareToolkit();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillmarsh"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARSH_VERSION));

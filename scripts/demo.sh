@@ -2,8 +2,8 @@
 # Updates a simulated device with the real program. With a display it opens the window and leaves
 # the start button to you; without one, or with --auto, it presses Start itself and leaves pictures
 # in build/demo. --lang zh shows the window in Chinese, --mode zn58 and --mode tessilonix MODEL start
-# the update as a companion program does, --bootloader has the model asked for, --local FILE burns
-# that file; --help tells the rest.
+# the update as a companion program does, --bootloader has the model asked for, --iap MODEL programs a
+# microcontroller through the IAP panel, --local FILE burns that file; --help tells the rest.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 

@@ -18,6 +18,9 @@ step 'Build'
 cmake --preset test
 cmake --build --preset test
 
+step 'Facts and their tests'
+scripts/check-coverage.sh
+
 step 'Tests'
 ctest --preset test --parallel 4
 

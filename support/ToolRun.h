@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// How a command-line tool that was waited for came out.
 struct ToolRun
 {
@@ -15,12 +17,32 @@ struct ToolRun
 
     End end = NotStarted;
     int exitCode = -1;
+    bool crashed = false;
     /// At most the first MiB of each.
     QByteArray standardOutput;
     QByteArray standardError;
     QString errorString;
 };
 
+/// Hears what a tool prints as it comes, in pieces of any size, on the thread that waits. Either may
+/// be empty.
+struct ToolListener
+{
+    std::function<void(const QByteArray &)> standardOutput;
+    std::function<void(const QByteArray &)> standardError;
+};
+
+/// What becomes of a wait for a tool when the program leaves.
+enum class WhenLeaving {
+    CutShort, ///< the tool is killed
+    WaitOn,   ///< it has its time, though without an event loop: what it does belongs to the leaving
+};
+
 /// Runs `program` to its end in a local event loop on the calling thread, for at most `limitMs`
-/// after its start. Nothing is left running.
-ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs);
+/// after its start; a negative limit is none. Nothing is left running.
+ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
+                     WhenLeaving whenLeaving = WhenLeaving::CutShort, const ToolListener &listener = {});
+
+/// Whether the calling thread is waiting for a tool: what an event wakes meanwhile must not begin
+/// anything, since it would run in the middle of what needs the tool.
+bool isWaitingForTool();

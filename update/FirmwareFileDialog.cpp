@@ -6,8 +6,20 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QTextStream>
+
+namespace {
+
+// A named pipe in the file's place would hold up the window for ever.
+bool isSomethingElse(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile();
+}
+
+} // namespace
 
 QString FirmwareFileDialog::filters(bool iapDevice)
 {
@@ -21,7 +33,7 @@ QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
 {
     QFile file(lastDirFile);
     QString folder;
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!isSomethingElse(lastDirFile) && file.open(QIODevice::ReadOnly | QIODevice::Text))
         folder = QString::fromUtf8(file.readAll()).trimmed();
     return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : folder;
 }
@@ -29,7 +41,8 @@ QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
 void FirmwareFileDialog::rememberFolder(const QString &lastDirFile, const QString &folder)
 {
     QFile file(lastDirFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    if (isSomethingElse(lastDirFile) ||
+        !file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return;
     QTextStream stream(&file);
     stream.setCodec("UTF-8");

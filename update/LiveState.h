@@ -2,8 +2,9 @@
 
 #include "devices/ChosenDevice.h"
 
-#include <QMutex>
 #include <QString>
+
+#include <mutex>
 
 /// What the update workflow reads, on its own thread, of the state that the GUI thread owns. The
 /// GUI keeps it current; every access is one short lock. The workflow reads each value at the
@@ -40,17 +41,17 @@ private:
     template <typename T>
     T read(const T &value) const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return value;
     }
     template <typename T>
     void write(T &value, const T &next)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         value = next;
     }
 
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     ChosenDevice m_device;
     QString m_imagePath;
     QString m_writeType;

@@ -66,13 +66,18 @@ void TextWindow::setLogCheckBox(QCheckBox *checkBox)
     m_logCheckBox = checkBox;
 }
 
-void TextWindow::appendLog(const QString &text)
+void TextWindow::appendShown(const QString &text)
 {
     appendToPane(withLongLinesCut(text));
     dropOldLines();
     QTextCursor end = m_textView->textCursor();
     end.movePosition(QTextCursor::End, QTextCursor::MoveAnchor, 1);
     m_textView->setTextCursor(end);
+}
+
+void TextWindow::appendLog(const QString &text)
+{
+    appendShown(text);
     if (!LogFile::appendTimestampedLine(LogFile::updateLogPath(), text))
         tellOnceThatTheFileIsMissing();
 }

@@ -25,6 +25,9 @@ public:
     /// line that the file cannot take is followed by one in the pane that says so.
     void appendLog(const QString &text);
 
+    /// The same for the pane only.
+    void appendShown(const QString &text);
+
     QTextEdit *textView() const { return m_textView; }
 
 protected:

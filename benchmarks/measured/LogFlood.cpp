@@ -78,7 +78,7 @@ void flood(bringToForeground *window)
 int main(int argc, char *argv[])
 {
     Diagnostics::install();
-    MainWindowLook::prepareScaling();
+    MainWindowLook::prepareToolkit();
     const QApplication application(argc, argv);
     MainWindowLook::applyProgramFont(false);
     BackgroundWidget background(false);

@@ -34,6 +34,8 @@ QJsonObject ModelOnBus::application(const QString &model)
                        {QStringLiteral("application"),
                         QJsonObject{{QStringLiteral("vendorId"), static_cast<int>(row->vendorId)},
                                     {QStringLiteral("productId"), static_cast<int>(row->productId)}}}};
+    if (row->iapFlag != 0)
+        device.insert(QStringLiteral("programmable"), true);
     if (ModelLists::isMi00(model))
         device.insert(QStringLiteral("interfaces"), markedInterfaces(model, "MI_00"));
     else if (ModelLists::isCol04(model))

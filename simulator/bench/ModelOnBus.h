@@ -8,7 +8,8 @@
 namespace ModelOnBus {
 
 /// The model as a simulated device whose key is its name. A model that takes the update-mode report
-/// on a marked HID interface only has that one and a second, unmarked one.
+/// on a marked HID interface only has that one and a second, unmarked one. One that is updated through
+/// the IAP programmer is programmable.
 QJsonObject application(const QString &model);
 
 /// The same device, found already in its bootloader when the bus starts.

@@ -123,6 +123,14 @@ bool ProbeClient::close(const QString &object)
     return operate(onObject("close", object));
 }
 
+bool ProbeClient::move(const QString &object, int x, int y)
+{
+    QJsonObject what = onObject("move", object);
+    what.insert(QLatin1String("x"), x);
+    what.insert(QLatin1String("y"), y);
+    return operate(what);
+}
+
 bool ProbeClient::type(const QString &object, const QString &text, int finalKey)
 {
     QJsonObject what = onObject("key", object);

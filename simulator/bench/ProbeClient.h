@@ -37,6 +37,8 @@ public:
     bool click(const QString &object, const QJsonObject &details = {});
     bool check(const QString &object, bool checked = true);
     bool close(const QString &object);
+    /// Moves the object's window, as a window manager does.
+    bool move(const QString &object, int x, int y);
     bool type(const QString &object, const QString &text, int finalKey = 0);
     bool setText(const QString &object, const QString &text);
     bool pressDialogButton(const QString &button);

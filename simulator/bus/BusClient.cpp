@@ -81,6 +81,11 @@ bool BusClient::reset(const QString &key)
     return done("reset", key);
 }
 
+bool BusClient::program(const QByteArray &image, const QString &key)
+{
+    return done("program", key, {{QStringLiteral("size"), image.size()}}, image);
+}
+
 bool BusClient::saveImage(const QString &key, const QString &path)
 {
     return done("saveImage", key, {{QStringLiteral("path"), path}});

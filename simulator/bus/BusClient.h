@@ -29,6 +29,8 @@ public:
     bool unplug(const QString &key);
     bool burn(const QByteArray &image, const QString &key = QString());
     bool reset(const QString &key = QString());
+    /// What an IAP programmer does to a microcontroller.
+    bool program(const QByteArray &image, const QString &key);
     /// Writes the bytes that were burned last into the device to a file.
     bool saveImage(const QString &key, const QString &path);
     /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.

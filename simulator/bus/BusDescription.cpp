@@ -104,6 +104,7 @@ DeviceDescription device(JsonReader reader, int index)
     device.manufacturer = reader.text("manufacturer", QStringLiteral("Simulated"));
     device.product = reader.text("product", device.name);
     device.serial = reader.text("serial", QString());
+    device.programmable = reader.flag("programmable", device.programmable);
     if (reader.has("interfaces")) {
         for (const JsonReader &entry : reader.objects("interfaces"))
             device.nodes.append(hidNode(entry));

@@ -84,6 +84,8 @@ struct DeviceDescription
     ReportAnswer onReport;
     ResetAnswer onReset;
     WriteBehaviour writes;
+    /// A microcontroller: an IAP programmer reaches it while it runs its application.
+    bool programmable = false;
 
     /// Changes the parts of the behaviour ("onReport", "onReset", "writes") that `changes` holds.
     /// Returns what is wrong with it, in which case nothing was changed; empty when all is well.

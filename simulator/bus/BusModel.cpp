@@ -97,6 +97,16 @@ std::optional<int> BusModel::burn(int device, const QByteArray &image)
     return target;
 }
 
+bool BusModel::program(int device, const QByteArray &image)
+{
+    Device &target = m_devices[device];
+    if (!target.description.programmable || target.presence != Presence::Application)
+        return false;
+    target.received = image;
+    ++target.burns;
+    return true;
+}
+
 std::optional<int> BusModel::reset(int device, qint64 nowMs)
 {
     const std::optional<int> target = bootloader(device);

@@ -25,9 +25,10 @@ public:
         Presence presence = Presence::Absent;
         /// Counts how often it has appeared on the bus: a change means that it was re-enumerated.
         int appearance = 0;
-        /// The image that was burned last.
+        /// The image that was burned or programmed last.
         QByteArray received;
         QVector<QByteArray> reports;
+        /// How often it was burned or programmed.
         int burns = 0;
         int resets = 0;
     };
@@ -59,6 +60,8 @@ public:
     /// Burns the bootloader() of `device`; nothing, and no effect, when there is none.
     std::optional<int> burn(int device, const QByteArray &image);
     std::optional<int> reset(int device, qint64 nowMs);
+    /// Programs a microcontroller; false, and no effect, unless it runs its application.
+    bool program(int device, const QByteArray &image);
     /// See DeviceDescription::applyBehaviour().
     QString applyBehaviour(int device, const QJsonObject &changes);
 

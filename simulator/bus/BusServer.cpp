@@ -72,11 +72,12 @@ void BusServer::read(QTcpSocket *socket)
         }
         const QJsonDocument document = QJsonDocument::fromJson(socket->readLine());
         const QJsonObject request = document.object();
-        if (request.value(QLatin1String("op")) == QJsonValue(QStringLiteral("burn"))) {
+        const QString operation = request.value(QLatin1String("op")).toString();
+        if (operation == QLatin1String("burn") || operation == QLatin1String("program")) {
             const double size = request.value(QLatin1String("size")).toDouble(-1);
             if (size < 0 || size > largestImage) {
                 // What follows cannot be told from requests any more.
-                socket->write(QJsonDocument(failure(QStringLiteral("burn needs a \"size\"")))
+                socket->write(QJsonDocument(failure(QStringLiteral("\"%1\" needs a \"size\"").arg(operation)))
                                   .toJson(QJsonDocument::Compact) +
                               '\n');
                 socket->disconnectFromHost();
@@ -129,7 +130,7 @@ QJsonObject BusServer::performOnDevice(const QString &operation, const QJsonObje
 
     const bool plug = operation == QLatin1String("plug");
     if (!plug && operation != QLatin1String("unplug") && operation != QLatin1String("saveImage") &&
-        operation != QLatin1String("setReportAnswer"))
+        operation != QLatin1String("setReportAnswer") && operation != QLatin1String("program"))
         return failure(QStringLiteral("no operation \"%1\"").arg(operation));
     if (device < 0)
         return failure(QStringLiteral("\"%1\" needs a \"device\"").arg(operation));
@@ -142,6 +143,10 @@ QJsonObject BusServer::performOnDevice(const QString &operation, const QJsonObje
             return failure(QStringLiteral("it is on the bus already"));
         return m_bus.error().isEmpty() ? success() : failure(m_bus.error());
     }
+    if (operation == QLatin1String("program"))
+        return m_bus.program(device, payload)
+                   ? success()
+                   : failure(QStringLiteral("no microcontroller that runs its application"));
     if (operation == QLatin1String("unplug"))
         return m_bus.unplug(device) ? success() : failure(QStringLiteral("it is not on the bus"));
     if (operation == QLatin1String("saveImage")) {
@@ -170,6 +175,9 @@ QJsonObject BusServer::state() const
             {QStringLiteral("key"), device.description.key},
             {QStringLiteral("name"), device.description.name},
             {QStringLiteral("state"), text(device.presence)},
+            {QStringLiteral("vendorId"), device.description.application.vendorId},
+            {QStringLiteral("productId"), device.description.application.productId},
+            {QStringLiteral("programmable"), device.description.programmable},
             {QStringLiteral("receivedBytes"), device.received.size()},
             {QStringLiteral("receivedMd5"), device.burns ? QString::fromLatin1(md5) : QString()},
             {QStringLiteral("reports"), reports},

@@ -80,6 +80,11 @@ std::optional<int> SimulatedBus::burn(int device, const QByteArray &image)
     return m_model.burn(device, image);
 }
 
+bool SimulatedBus::program(int device, const QByteArray &image)
+{
+    return m_model.program(device, image);
+}
+
 std::optional<int> SimulatedBus::reset(int device)
 {
     const std::optional<int> done = m_model.reset(device, m_clock.elapsed());

@@ -24,6 +24,7 @@ public:
     bool unplug(int device);
     std::optional<int> burn(int device, const QByteArray &image);
     std::optional<int> reset(int device);
+    bool program(int device, const QByteArray &image);
     QString applyBehaviour(int device, const QJsonObject &changes);
     BusModel::WriteResult write(int device, int node, const QByteArray &report);
 

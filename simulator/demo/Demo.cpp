@@ -18,6 +18,10 @@ const char *whatToDo(const DemoOptions &options)
 {
     if (options.isLaunchMode())
         return "The window is open: it updates the device by itself. Close it when you have seen enough.\n";
+    if (options.throughIapPanel)
+        return "The window is open: tick \"IAPSet\" to see the IAP panel, press the start button, and close "
+               "the\n"
+               "window when you have seen enough.\n";
     if (options.inBootloader && options.localFile.isEmpty())
         return "The window is open: press its start button, say which model it is, and close the window\n"
                "when you have seen enough.\n";

@@ -29,6 +29,13 @@ bool isKnownModel(const QString &name)
                        [&](const ModelRow &row) { return name == row.name; });
 }
 
+bool isIapModel(const QString &name)
+{
+    const ModelTable table;
+    return std::any_of(table.rows().begin(), table.rows().end(),
+                       [&](const ModelRow &row) { return name == row.name && row.iapFlag != 0; });
+}
+
 void readLanguage(DemoOptions &options, const QString &code)
 {
     options.chinese = code == QLatin1String("zh");
@@ -51,6 +58,14 @@ void readMode(DemoOptions &options, const QString &mode, const QString &model)
     }
 }
 
+void readIapModel(DemoOptions &options, const QString &model)
+{
+    if (!isIapModel(model))
+        refuse(QStringLiteral("--iap takes the name of a microcontroller model, such as DevMdq"));
+    options.model = model;
+    options.throughIapPanel = true;
+}
+
 void readLocalFile(DemoOptions &options, const QString &name)
 {
     const QFileInfo file(name);
@@ -69,6 +84,7 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         option("mode", "Start by itself as a companion does: zn58, or tessilonix MODEL.", "mode");
     const auto bootloader =
         option("bootloader", "The device waits in its bootloader, its model is asked for.");
+    const auto iap = option("iap", "Program this microcontroller model through the IAP panel.", "MODEL");
     const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
     const auto pictures = option("pictures", "Folder for the pictures.", "folder");
     QCommandLineParser parser;
@@ -76,7 +92,7 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
                                  QStringLiteral("[MODEL]"));
-    parser.addOptions({automatic, language, mode, bootloader, local, pictures});
+    parser.addOptions({automatic, language, mode, bootloader, iap, local, pictures});
     parser.process(arguments);
 
     DemoOptions options;
@@ -86,11 +102,17 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         readLanguage(options, parser.value(language));
     if (parser.isSet(mode))
         readMode(options, parser.value(mode), parser.positionalArguments().value(0));
+    if (parser.isSet(iap))
+        readIapModel(options, parser.value(iap));
     if (parser.isSet(local))
         readLocalFile(options, parser.value(local));
     if (parser.isSet(pictures))
         options.pictures = parser.value(pictures);
-    if (options.isLaunchMode() && (options.inBootloader || !options.localFile.isEmpty()))
-        refuse(QStringLiteral("--bootloader and --local need a person's controls, which --mode hides"));
+    if (options.isLaunchMode() &&
+        (options.inBootloader || options.throughIapPanel || !options.localFile.isEmpty()))
+        refuse(
+            QStringLiteral("--bootloader, --iap and --local need a person's controls, which --mode hides"));
+    if (options.throughIapPanel && options.inBootloader)
+        refuse(QStringLiteral("a microcontroller has no bootloader of that kind: --iap or --bootloader"));
     return options;
 }

@@ -21,6 +21,9 @@ struct DemoOptions
     /// The firmware file to burn instead of the server's, absolute; empty for the server's.
     QString localFile;
 
+    /// The model is a microcontroller, which the IAP panel programs.
+    bool throughIapPanel = false;
+
     /// The program starts the update by itself and hides its controls.
     bool isLaunchMode() const { return !programArguments.isEmpty(); }
 

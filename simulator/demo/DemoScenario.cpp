@@ -28,6 +28,20 @@ QJsonDocument unhurriedFlasher()
     return QJsonDocument(QJsonObject{{QStringLiteral("runs"), QJsonArray{burn, reset}}});
 }
 
+QJsonDocument unhurriedProgrammer()
+{
+    QJsonArray run;
+    for (const int percent : {0, 16, 32, 48, 64, 80}) {
+        run.append(step("print", QStringLiteral("SetProgress: %1\n").arg(percent)));
+        run.append(step("sleepMs", 400));
+    }
+    run.append(step("program", true));
+    run.append(step("print", QStringLiteral("SetProgress: 100\n")));
+    // Asked what there is, it stays honest.
+    return QJsonDocument(
+        QJsonObject{{QStringLiteral("Start"), QJsonObject{{QStringLiteral("runs"), QJsonArray{run}}}}});
+}
+
 } // namespace
 
 DemoScenario::DemoScenario(const DemoOptions &options)
@@ -36,10 +50,12 @@ DemoScenario::DemoScenario(const DemoOptions &options)
       m_rightImage(image())
 {
     onExistingDisplay = !options.automatic;
-    screen = QSize(800, 490);
+    // The IAP panel stands beside the window.
+    screen = QSize(options.throughIapPanel ? 1120 : 800, 490);
     arguments = options.programArguments;
     program.setLocale(options.chinese ? QStringLiteral("zh_CN.UTF-8") : QStringLiteral("en_US.UTF-8"));
     program.setScript(QStringLiteral("upgcmd.exe"), unhurriedFlasher());
+    program.setScript(QStringLiteral("IAP_Programmer.exe"), unhurriedProgrammer());
     if (options.inBootloader) {
         devices = {ModelOnBus::bootloader(options.model)};
         // So that there is a choice to make.
@@ -60,6 +76,8 @@ bool DemoScenario::open()
 
 QString DemoScenario::successTitle() const
 {
+    if (m_options.throughIapPanel)
+        return QStringLiteral("Current Status: Upgrade Successful"); // in every language
     return m_options.chinese ? QStringLiteral("当前状态: 升级成功")
                              : QStringLiteral("CurrentStatus: Upgrade Successful");
 }

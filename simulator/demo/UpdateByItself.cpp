@@ -21,6 +21,14 @@ void takePicture(DemoScenario &s, const char *name)
     s.probe.grabScreen(QDir(s.options().pictures).absoluteFilePath(QLatin1String(name)));
 }
 
+/// The panel, set up for the device: before that is done, a press of Start would do nothing.
+bool showTheIapPanel(DemoScenario &s)
+{
+    const QString panel = QStringLiteral("iapPanel");
+    return s.probe.check(QStringLiteral("iapBox")) && s.probe.waitForVisible(panel, true, windowLimitMs) &&
+           s.probe.waitForText(QStringLiteral("iapPortName"), s.model(), windowLimitMs);
+}
+
 /// The window as a person finds it; in a launch mode before it has seen the device.
 bool showTheBeginning(DemoScenario &s)
 {
@@ -29,8 +37,9 @@ bool showTheBeginning(DemoScenario &s)
         : s.options().inBootloader
             ? s.probe.waitForText(connection, QStringLiteral("ootloader"), windowLimitMs)
             : s.probe.waitForText(QStringLiteral("deviceModelLabel"), s.model(), windowLimitMs);
+    const bool complete = shown && (!s.options().throughIapPanel || showTheIapPanel(s));
     takePicture(s, "before.png");
-    return shown;
+    return complete;
 }
 
 bool pickTheModel(DemoScenario &s)

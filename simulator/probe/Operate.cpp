@@ -130,6 +130,13 @@ QJsonObject Operate::close(QWidget &widget)
     return Answer::success({{QLatin1String("blocked"), isBlocked(widget)}});
 }
 
+QJsonObject Operate::move(QWidget &widget, const QJsonObject &request)
+{
+    widget.window()->move(request.value(QLatin1String("x")).toInt(),
+                          request.value(QLatin1String("y")).toInt());
+    return Answer::success();
+}
+
 QJsonObject Operate::key(QWidget &widget, const QJsonObject &request)
 {
     QWindow *window = widget.window()->windowHandle();

@@ -16,6 +16,8 @@ QJsonObject click(QWidget &widget, const QJsonObject &request);
 QJsonObject check(QWidget &widget, const QJsonObject &request);
 /// The close of the window manager, for the window that the widget is in.
 QJsonObject close(QWidget &widget);
+/// Moves the window that the widget is in to "x","y".
+QJsonObject move(QWidget &widget, const QJsonObject &request);
 /// Types "text", or presses the key whose Qt::Key number is "key", in the widget's window.
 QJsonObject key(QWidget &widget, const QJsonObject &request);
 /// Clicks the button of a dialog, by its text or by the name of its standard button ("Ok"); in

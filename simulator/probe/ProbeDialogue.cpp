@@ -52,6 +52,8 @@ QJsonObject ProbeDialogue::answerFor(QWidget &widget, const QString &operation, 
         return Operate::check(widget, request);
     if (operation == QLatin1String("close"))
         return Operate::close(widget);
+    if (operation == QLatin1String("move"))
+        return Operate::move(widget, request);
     if (operation == QLatin1String("key"))
         return Operate::key(widget, request);
     if (operation == QLatin1String("set"))

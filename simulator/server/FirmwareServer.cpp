@@ -49,26 +49,26 @@ bool FirmwareServer::addFault(const QString &text, QString *error)
     const auto fault = ServerFault::parse(text, error ? error : &reason);
     if (!fault)
         return false;
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_faults.append(*fault);
     return true;
 }
 
 void FirmwareServer::clearFaults()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_faults.clear();
 }
 
 QList<ServerRequest> FirmwareServer::requests() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_requests;
 }
 
 int FirmwareServer::openConnections() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_openConnections;
 }
 
@@ -77,7 +77,7 @@ void FirmwareServer::accept()
     while (QTcpSocket *socket = m_listener->nextPendingConnection()) {
         bool isRefused = false;
         {
-            const QMutexLocker lock(&m_mutex);
+            const std::lock_guard<std::mutex> lock(m_mutex);
             for (ServerFault &fault : m_faults)
                 isRefused = (fault.isAtAccept() && fault.strikes({}, 0)) || isRefused;
             if (!isRefused)
@@ -91,7 +91,7 @@ void FirmwareServer::accept()
         auto *connection = new ServerConnection(
             socket, [this](const ServerRequest &request) { return answer(request); }, m_context);
         QObject::connect(connection, &QObject::destroyed, m_context, [this] {
-            const QMutexLocker lock(&m_mutex);
+            const std::lock_guard<std::mutex> lock(m_mutex);
             --m_openConnections;
         });
     }
@@ -100,7 +100,7 @@ void FirmwareServer::accept()
 ServerReply FirmwareServer::answer(const ServerRequest &request)
 {
     ServerReply reply = ServerReply::forFile(request, fileFor(request.path));
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_requests.append(request);
     for (ServerFault &fault : m_faults) {
         if (!fault.isAtAccept() && fault.strikes(request, reply.fileSize))

@@ -4,10 +4,11 @@
 #include "simulator/server/ServerReply.h"
 
 #include <QList>
-#include <QMutex>
 #include <QString>
 #include <QThread>
 #include <QUrl>
+
+#include <mutex>
 
 /// A firmware server on 127.0.0.1 that can be told to misbehave. It serves the files below a folder,
 /// with ranges and kept-alive connections, on a thread of its own; it is written on plain sockets
@@ -50,7 +51,7 @@ private:
     QObject *m_context;
     class QTcpServer *m_listener = nullptr;
 
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QList<ServerFault> m_faults;
     QList<ServerRequest> m_requests;
     int m_openConnections = 0;

@@ -12,6 +12,16 @@
 namespace {
 
 constexpr int failed = 1;
+constexpr int programmerArguments = 11;
+constexpr char noMicrocontroller[] = "No USB IAP device!\n";
+
+/// How the IAP programmer is given its ids.
+int idOf(const QString &signedHex)
+{
+    bool ok = false;
+    const int id = signedHex.toInt(&ok, 16);
+    return ok ? id : -1;
+}
 
 bool hasBootloader(BusClient &bus)
 {
@@ -38,6 +48,13 @@ int StandinTool::playSteps(const QJsonArray &steps)
             return *exitCode;
     }
     return 0;
+}
+
+int StandinTool::playHonestTool()
+{
+    const QString first = m_arguments.value(0);
+    return first == QLatin1String("GetData") || first == QLatin1String("Start") ? playProgrammer()
+                                                                                : playFlasher();
 }
 
 int StandinTool::playFlasher()
@@ -67,6 +84,31 @@ int StandinTool::playFlasher()
     return 0;
 }
 
+int StandinTool::playProgrammer()
+{
+    const QString device = microcontroller();
+    if (m_arguments.at(0) == QLatin1String("GetData")) {
+        print(device.isEmpty() ? QByteArray("no device\n") : "device: " + device.toUtf8() + ";\n");
+        return 0;
+    }
+    if (m_arguments.size() != programmerArguments || m_arguments.at(1) != QLatin1String("1")) {
+        print("usage: GetData VID PID | Start 1 ADDRESS VID PID PORT PORT RATE START CRC FILE\n");
+        return failed;
+    }
+    if (device.isEmpty()) {
+        print(noMicrocontroller);
+        return failed;
+    }
+    for (int percent = 0; percent < 100; percent += 10) {
+        print("SetProgress: " + QByteArray::number(percent) + '\n');
+        QThread::msleep(30);
+    }
+    if (!program())
+        return failed;
+    print("SetProgress: 100\n");
+    return 0;
+}
+
 std::optional<int> StandinTool::playStep(const QJsonObject &step)
 {
     const auto has = [&step](const char *key) {
@@ -88,6 +130,9 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
     } else if (has("burn")) {
         if (!burn())
             return failed;
+    } else if (has("program")) {
+        if (!program())
+            return failed;
     } else if (has("reset")) {
         BusClient bus;
         if (!bus.connectToOwnBus() || !bus.reset())
@@ -107,6 +152,8 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
         for (int i = 31; i < bytes.size(); i += 32)
             bytes[i] = '\n';
         print(bytes);
+    } else if (has("deaf")) {
+        std::signal(SIGTERM, SIG_IGN);
     } else if (has("exit")) {
         return value("exit").toInt();
     } else if (has("crash")) {
@@ -157,6 +204,41 @@ void StandinTool::printProgress() const
 void StandinTool::printSuccess() const
 {
     print("Burn image successfully!\n");
+}
+
+QString StandinTool::microcontroller() const
+{
+    const int first = m_arguments.value(0) == QLatin1String("Start") ? 3 : 1;
+    const int vendorId = idOf(m_arguments.value(first));
+    const int productId = idOf(m_arguments.value(first + 1));
+    BusClient bus;
+    if (!bus.connectToOwnBus())
+        return {};
+    const QJsonArray devices = bus.state().value(QLatin1String("devices")).toArray();
+    for (const QJsonValue &value : devices) {
+        const QJsonObject device = value.toObject();
+        if (device.value(QLatin1String("programmable")).toBool() &&
+            device.value(QLatin1String("state")).toString() == QLatin1String("application") &&
+            device.value(QLatin1String("vendorId")).toInt() == vendorId &&
+            device.value(QLatin1String("productId")).toInt() == productId)
+            return device.value(QLatin1String("key")).toString();
+    }
+    return {};
+}
+
+bool StandinTool::program() const
+{
+    QFile image(m_arguments.value(programmerArguments - 1));
+    if (!image.open(QIODevice::ReadOnly)) {
+        print("Open image failed\n");
+        return false;
+    }
+    BusClient bus;
+    const QString device = microcontroller();
+    if (!device.isEmpty() && bus.connectToOwnBus() && bus.program(image.readAll(), device))
+        return true;
+    print(noMicrocontroller);
+    return false;
 }
 
 bool StandinTool::burn() const

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// One run of a stand-in tool: either a script's steps, or an honest flasher.
+/// One run of a stand-in tool: either a script's steps, or an honest flasher or IAP programmer.
 class StandinTool
 {
 public:
@@ -15,14 +15,20 @@ public:
 
     /// Both return the exit code. A script may also never return.
     int playSteps(const QJsonArray &steps);
-    int playFlasher();
+    int playHonestTool();
 
 private:
+    int playFlasher();
+    int playProgrammer();
     /// The exit code when the step ends the run.
     std::optional<int> playStep(const QJsonObject &step);
     void print(const QByteArray &text) const;
     void printAsTold(const QByteArray &text, const QJsonObject &step) const;
     void printProgress() const;
+    /// The microcontroller with the ids of the arguments, by its key; empty when it is not there.
+    QString microcontroller() const;
+    /// Hands the image to that microcontroller; says why not when it cannot.
+    bool program() const;
     void printSuccess() const;
     /// Hands the image to the bootloader on the bus; says why not when it cannot.
     bool burn() const;

@@ -24,7 +24,7 @@ int play(const QString &tool, const QStringList &arguments, int run)
     StandinTool standin(arguments);
     QFile file(tool + QStringLiteral(".script.json"));
     if (!file.exists())
-        return standin.playFlasher();
+        return standin.playHonestTool();
     if (!file.open(QIODevice::ReadOnly))
         return 98;
     QJsonParseError error{};
@@ -32,9 +32,9 @@ int play(const QString &tool, const QStringList &arguments, int run)
     bool ownSection = false;
     const QJsonArray runs = scriptedRuns(script, arguments.value(0), ownSection);
     if (runs.isEmpty()) {
-        // An unusable script must not pass for an honest flasher, but a section may be for others only.
+        // An unusable script must not pass for an honest tool, but a section may be for others only.
         if (error.error == QJsonParseError::NoError && !script.contains(QLatin1String("runs")))
-            return standin.playFlasher();
+            return standin.playHonestTool();
         fprintf(stderr, "stand-in: its script holds no runs\n");
         return 98;
     }

@@ -1,13 +1,18 @@
 #include "app/bringToForeground.h"
 
+#include "iap/IAPUpDate.h"
 #include "support/LogFile.h"
+#include "tests/support/RecordedDebugStream.h"
 #include "widgets/BackgroundWidget.h"
+#include "widgets/WidgetTab1.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -40,6 +45,7 @@ protected:
     {
         return m_main->findChild<Widget *>(QLatin1String(name));
     }
+    IAPUpDate *iapPanel() const { return m_ground->findChild<IAPUpDate *>(); }
     QTimer *checkTimer() const { return m_main->findChild<QTimer *>(); }
     QStringList logLines() const
     {
@@ -173,6 +179,85 @@ TEST_F(bringToForegroundTest, TheLogBeginsWithTheSurroundingsAndThenTheConstruct
                      QStringLiteral("create IAPUpDate Mode done.")}));
 }
 
+TEST_F(bringToForegroundTest, OnlyAFullyTickedBoxShowsTheIapPanel)
+{
+    const IAPUpDate *panel = iapPanel();
+    EXPECT_FALSE(panel->isVisible());
+    m_main->onIAPStateChanged(2);
+    EXPECT_TRUE(panel->isVisible());
+    m_main->onIAPStateChanged(1);
+    EXPECT_FALSE(panel->isVisible());
+    find<QCheckBox>("iapBox")->setChecked(true);
+    EXPECT_TRUE(panel->isVisible());
+    find<QCheckBox>("iapBox")->setChecked(false);
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(bringToForegroundTest, ClosingTheIapPanelUnticksItsBox)
+{
+    find<QCheckBox>("iapBox")->setChecked(true);
+    iapPanel()->close();
+    EXPECT_FALSE(find<QCheckBox>("iapBox")->isChecked());
+    EXPECT_FALSE(iapPanel()->isVisible());
+}
+
+TEST_F(bringToForegroundTest, TheIapPanelsLinesAreWrittenAtOnceUnlikeTheOthers)
+{
+    logLines();
+    m_main->log(QStringLiteral("in the queue"));
+    emit iapPanel()->sigAppendLog(nullptr, QStringLiteral("for no window"));
+    iapPanel()->onFinished(7, QProcess::NormalExit);
+    QFile file(LogFile::updateLogPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray written = file.readAll();
+    EXPECT_TRUE(written.contains("IAP finished, exitCode=7\n"));
+    EXPECT_FALSE(written.contains("in the queue"));
+}
+
+TEST_F(bringToForegroundTest, TheIapPanelGoesBeforeTheMainWidgetAndTheLastLinesAreWritten)
+{
+    logLines();
+    const QPointer<IAPUpDate> panel = iapPanel();
+    QObject::connect(panel.data(), &QObject::destroyed,
+                     [this] { m_main->log(QStringLiteral("a last line")); });
+    delete m_main;
+    EXPECT_TRUE(panel.isNull());
+    EXPECT_NE(m_ground, nullptr);
+    QFile file(LogFile::updateLogPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("a last line"));
+}
+
+TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
+{
+    EXPECT_FALSE(m_main->isWriting());
+}
+
+TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
+{
+    QStringList told;
+    {
+        const RecordedDebugStream debug;
+        BackgroundWidget ground(false);
+        new bringToForeground(&ground, false, false, QString());
+        told = debug.lines();
+    }
+    int last = -1;
+    for (const QString &beginning :
+         {QStringLiteral("QSslSocket= "), QStringLiteral("true "), QStringLiteral("SSL is supported!"),
+          QStringLiteral("删除临时固件文件"),
+          QStringLiteral("当前进程所在文件夹路径: ") + QCoreApplication::applicationDirPath(),
+          QStringLiteral("libusb_initRET: 0"), QStringLiteral("InitUseWirteType..."),
+          QStringLiteral("Failed to open file"), QStringLiteral("Failed to open file: dev json.!"),
+          QStringLiteral("Window position on screen: QPoint("), QStringLiteral("指定的路径无效!")}) {
+        int at = last + 1;
+        while (at < told.size() && !told.at(at).startsWith(beginning))
+            ++at;
+        ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
+        last = at;
+    }
+}
+
 TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
 {
     m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
@@ -210,13 +295,16 @@ TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
 
 TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
 {
-    auto *page = m_main->findChild<QWidget *>(QStringLiteral("flashingPage"));
+    auto *page = m_main->findChild<WidgetTab1 *>(QStringLiteral("flashingPage"));
     ASSERT_NE(page, nullptr);
     const QImage before = page->grab().toImage();
+    const QSignalSpy announced(page, &WidgetTab1::sigSetPicJD);
     m_main->setPictureLevel(100.0);
     m_main->repaintPicture();
     QCoreApplication::processEvents();
-    EXPECT_EQ(page->grab().toImage(), before);
+    ASSERT_EQ(announced.size(), 1);
+    EXPECT_EQ(announced.first().first().toDouble(), 100.0);
+    EXPECT_EQ(page->grab().toImage(), before) << "nobody listens, on purpose";
 }
 
 TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)

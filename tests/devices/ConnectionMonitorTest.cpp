@@ -247,15 +247,29 @@ TEST_F(ConnectionMonitorTest, OneBootloaderKeepsTheDeviceAndRunsNoScan)
 
 TEST_F(ConnectionMonitorTest, TwoBootloadersWarnOnEveryTickAndKeepTheDevice)
 {
-    m_device.name = QStringLiteral("DevMaa");
+    m_device.name = QStringLiteral("DevMbu");
+    m_device.vendorId = 1;
+    m_device.productId = 2;
+    m_device.iapFlag = 3;
+    m_device.hidPathFlag = 4;
+    m_hid.add(1, 2, "duo");
+    m_device.hidHandle = m_hid.openPath("duo");
+    const std::shared_ptr<HidDevice> handle = m_device.hidHandle;
     plugBootloader();
     plugBootloader();
     for (int i = 0; i < 2; ++i) {
         const MonitorOutcome outcome = tick();
         EXPECT_EQ(outcome.state, ConnectionState::SeveralBootloaders);
         EXPECT_TRUE(outcome.bootloaderPresent);
+        EXPECT_FALSE(outcome.setDeviceModel || outcome.pressStart || outcome.prepareIapPanel);
     }
-    EXPECT_EQ(m_device.name, QStringLiteral("DevMaa"));
+    EXPECT_EQ(m_device.name, QStringLiteral("DevMbu"));
+    EXPECT_EQ(m_device.vendorId, 1U);
+    EXPECT_EQ(m_device.productId, 2U);
+    EXPECT_EQ(m_device.iapFlag, 3);
+    EXPECT_EQ(m_device.hidPathFlag, 4);
+    EXPECT_EQ(m_device.hidHandle, handle);
+    EXPECT_EQ(m_hid.enumerations(), 0) << "no scan runs";
     const QStringList once{QStringLiteral("Find Bootloader Dev.!!, bootloader Count: 2"),
                            QStringLiteral("warnning: bootloaderCount>1")};
     EXPECT_EQ(m_reporter.logLines(), once + once);

@@ -47,13 +47,24 @@ TEST_F(DetectionTest, SwitchingAModelOnInTheListTakesEffectWithoutARestart)
 TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndTheLog)
 {
     UpdateScenario &s = scenario();
-    s.devices.clear();
+    // Present on the bus but switched off.
+    s.program.setControlList({}, {QStringLiteral("USB")});
     start();
+    ASSERT_TRUE(s.probe.waitForText(connection, nothing, 5000));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(
         s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected"), 5000));
     EXPECT_TRUE(s.probe.isEnabled(startButton));
     EXPECT_TRUE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
+
+    // The monitor was not stopped, and no update was begun.
+    s.program.setControlList({s.model()}, {QStringLiteral("USB")});
+    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.read(QStringLiteral("firmwareChooser")).isEmpty()) << "not even a chooser is made";
+    EXPECT_EQ(s.program.updateLogLines().filter(QStringLiteral("usb tmpPath: ")).size(), 0);
+    EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("Start Update button was pressed!")));
+    EXPECT_TRUE(s.probe.text(title).endsWith(QStringLiteral("No Device Detected")));
+    expectUntouchedDevice();
 }
 
 TEST_F(DetectionTest, UnpluggingShowsWithinATickThatNothingIsThere)

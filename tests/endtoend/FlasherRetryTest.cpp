@@ -50,6 +50,11 @@ TEST_F(FlasherRetryTest, AFlasherThatExitsWithoutOutputIsNotTriedAgain)
     s.program.setScript(usbFlasher, script({{step("exit", 0)}}));
     EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Failed!"));
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 1);
+    // The bar is the flasher's alone: the whole image has been downloaded, and it has not moved. Nor
+    // does anything fill in the server's version.
+    EXPECT_TRUE(logHas("merge Files Success"));
+    EXPECT_EQ(s.probe.read(QStringLiteral("progressBar")).value(QLatin1String("value")).toInt(-1), 0);
+    EXPECT_EQ(s.probe.text(QStringLiteral("serverVersionLabel")), QStringLiteral("ServerFirVer: "));
 }
 
 TEST_F(FlasherRetryTest, AMissingFlasherIsSaidInTheLog)

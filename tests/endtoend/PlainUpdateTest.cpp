@@ -66,6 +66,8 @@ TEST_F(PlainUpdateTest, ADuoDeviceIsReachedThroughItsMarkedInterface)
         EXPECT_EQ(update(), upgradeSuccessful) << model;
         EXPECT_EQ(s.burned(), s.image());
         EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:1")) << model;
+        // In the working folder, like the other log.
+        EXPECT_TRUE(s.program.interfaceLog().startsWith(QStringLiteral("Found device: VID: ")));
     }
 }
 

@@ -135,6 +135,23 @@ TEST_F(BusModelTest, BurningAndResettingNeedABootloader)
     EXPECT_EQ(m_bus.devices().first().burns, 1);
 }
 
+TEST_F(BusModelTest, OnlyAMicrocontrollerThatRunsItsApplicationCanBeProgrammed)
+{
+    EXPECT_FALSE(m_bus.program(0, "image"));
+    BusModel bus{*BusDescription::parse(
+        R"({"devices":[{"key":"m","programmable":true,
+            "application":{"vendorId":"0xF113","productId":"0xA05A"}}]})",
+        nullptr)};
+    EXPECT_FALSE(bus.burn(-1, "image").has_value());
+    EXPECT_TRUE(bus.program(0, "image"));
+    EXPECT_EQ(bus.devices().first().received, "image");
+    EXPECT_EQ(bus.devices().first().burns, 1);
+    bus.unplug(0);
+    EXPECT_FALSE(bus.program(0, "another"));
+    EXPECT_EQ(bus.devices().first().received, "image");
+    EXPECT_EQ(m_bus.devices().first().burns, 0);
+}
+
 TEST_F(BusModelTest, AResetBringsTheDeviceBackAsItself)
 {
     ASSERT_TRUE(enters(1, m_right));

@@ -26,12 +26,12 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(json);
     }
-    void startBus(const QByteArray &start)
+    void startBus(const QByteArray &start, const QByteArray &more = QByteArray())
     {
         QFile description(m_folder.filePath(QStringLiteral("bus.json")));
         ASSERT_TRUE(description.open(QIODevice::WriteOnly));
         description.write(R"({"devices":[{"key":"a","start":")" + start +
-                          R"(","application":{"vendorId":"0xF101","productId":"0xA001"}}]})");
+                          R"(","application":{"vendorId":"0xF101","productId":"0xA001"})" + more + "}]}");
         description.close();
         ASSERT_TRUE(m_bus.start(description.fileName())) << m_bus.errorText().toStdString();
         m_host = &m_bus;
@@ -55,6 +55,13 @@ protected:
         EXPECT_TRUE(exitCode || m_host->programState().signalled);
         m_output = contentsOf(m_stdout);
         return exitCode.value_or(-1);
+    }
+    int start(const char *vendorId, const char *productId)
+    {
+        QStringList arguments;
+        for (const char *argument : {"Start", "1", "", vendorId, productId, "0", "0", "", "08004000", "true"})
+            arguments.append(QLatin1String(argument));
+        return run(arguments + QStringList{m_image});
     }
     int burn() { return run({QStringLiteral("image"), m_image}); }
 
@@ -103,6 +110,31 @@ TEST_F(StandinTest, TheResetCommandBringsTheDeviceBack)
     startBus("bootloader");
     EXPECT_EQ(run({QStringLiteral("shcmd"), QStringLiteral("reset")}), 0);
     EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application"), 5000));
+}
+
+TEST_F(StandinTest, AnHonestProgrammerFindsAndProgramsTheMicrocontrollerWithTheIdsThatItIsGiven)
+{
+    startBus("application", R"(,"programmable":true)");
+    const QString getData = QStringLiteral("GetData");
+    EXPECT_EQ(run({getData, QStringLiteral("f101"), QStringLiteral("a001")}), 0);
+    EXPECT_EQ(m_output, "device: a;\n");
+    EXPECT_EQ(run({getData, QStringLiteral("-1"), QStringLiteral("-1")}), 0);
+    EXPECT_FALSE(m_output.contains("device:"));
+    EXPECT_EQ(start("f101", "a002"), 1);
+    EXPECT_EQ(m_output, "No USB IAP device!\n");
+    EXPECT_EQ(start("f101", "a001"), 0);
+    EXPECT_TRUE(m_output.endsWith("SetProgress: 90\nSetProgress: 100\n"));
+    const QString saved = m_folder.filePath(QStringLiteral("saved"));
+    ASSERT_TRUE(m_bus.saveImage(QStringLiteral("a"), saved));
+    EXPECT_EQ(contentsOf(saved), "the image");
+}
+
+TEST_F(StandinTest, AnHonestProgrammerDoesNotFindADeviceThatIsNoMicrocontroller)
+{
+    startBus("application");
+    EXPECT_EQ(start("f101", "a001"), 1);
+    EXPECT_EQ(m_output, "No USB IAP device!\n");
+    EXPECT_EQ(m_bus.device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(), 0);
 }
 
 TEST_F(StandinTest, EachRunPlaysItsOwnEntryAndTheLastOneIsRepeated)

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QList>
-#include <QMutex>
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
 
 #include <algorithm>
+#include <mutex>
 
 /// Keeps what the debug stream gets while it lives, from whichever thread, instead of printing it.
 /// One at a time.
@@ -29,13 +29,13 @@ public:
     /// Everything, in order.
     QStringList lines() const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_lines;
     }
     /// What came at one level, in order.
     QStringList lines(QtMsgType level) const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         QStringList found;
         for (int i = 0; i < m_lines.size(); ++i) {
             if (m_levels.at(i) == level)
@@ -57,14 +57,14 @@ public:
 private:
     static void take(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
     {
-        const QMutexLocker lock(&s_current->m_mutex);
+        const std::lock_guard<std::mutex> lock(s_current->m_mutex);
         s_current->m_lines.append(message);
         s_current->m_levels.append(type);
     }
 
     static inline RecordedDebugStream *s_current = nullptr;
     QtMessageHandler m_previous = nullptr;
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QStringList m_lines;
     QList<QtMsgType> m_levels;
 };

@@ -2,9 +2,10 @@
 
 #include "support/Reporter.h"
 
-#include <QMutex>
 #include <QString>
 #include <QStringList>
+
+#include <mutex>
 
 /// A reporter that keeps what it is told, in order. Safe to use from several threads; read it when
 /// they are done.
@@ -38,17 +39,17 @@ public:
 private:
     void note(const QString &event)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_events.append(event);
     }
     void add(QStringList &list, const QString &text, const QString &event)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         list.append(text);
         m_events.append(event);
     }
 
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QStringList m_log;
     QStringList m_titles;
     QStringList m_fallbacks;

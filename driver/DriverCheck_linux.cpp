@@ -1,0 +1,6 @@
+#include "driver/DriverCheck.h"
+
+void DriverCheck::run(const QString & /*applicationDir*/, DriverLog &log)
+{
+    log.shown(QStringLiteral("No driver is needed on this system."));
+}

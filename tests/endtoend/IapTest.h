@@ -1,0 +1,86 @@
+#pragma once
+
+#include "tests/endtoend/LeavingTest.h"
+
+/// A device with a microcontroller, and the panel that programs it through the stand-in programmer.
+class IapTest : public LeavingTest
+{
+protected:
+    const QString programmer = QStringLiteral("IAP_Programmer.exe");
+    const QString panel = QStringLiteral("iapPanel");
+    const QString download = QStringLiteral("iapDownload");
+    const QString iapBox = QStringLiteral("iapBox");
+    const QString upgradeSuccessful = QStringLiteral("Current Status: Upgrade Successful");
+    const QString upgradeFailed = QStringLiteral("Current Status: Upgrade Failed!");
+    const char *const asked = "IAP RunProcessGetData: ";
+    const char *const handedOver = "IAP Dev - Run IAPUpDate Mode!";
+    const char *const enabledAgain = "enable IAPbtnStart_";
+
+    /// The model's device, the programmer with this script for its starts.
+    UpdateScenario &iapScenario(const QList<QJsonArray> &starts = {})
+    {
+        UpdateScenario &s = scenario("DevMdq");
+        if (!starts.isEmpty())
+            s.program.setScript(programmer, QJsonDocument(QJsonObject{{QLatin1String("Start"),
+                                                                       EndToEnd::script(starts).object()}}));
+        return s;
+    }
+
+    int linesBeginning(const char *text) const
+    {
+        const QStringList lines = m_scenario->program.updateLogLines();
+        return static_cast<int>(std::count_if(lines.begin(), lines.end(), [text](const QString &line) {
+            return line.startsWith(QLatin1String(text));
+        }));
+    }
+
+    /// Detected, and set up for it: while the programmer is asked, a start would do nothing.
+    void startAndDetect()
+    {
+        start();
+        UpdateScenario &s = scenario();
+        ASSERT_TRUE(s.probe.waitForText(EndToEnd::connection, QStringLiteral("IAP Device Detected"), 10000))
+            << s.probe.errorText().toStdString();
+        ASSERT_TRUE(pollUntil([&] { return linesBeginning(asked) >= 2; }, 10000, 20));
+    }
+    void startAndPressStart()
+    {
+        startAndDetect();
+        ASSERT_TRUE(scenario().pressStart()) << scenario().errorText().toStdString();
+    }
+    /// The title once the panel has given the controls back.
+    QString titleOfRun(int runsSoFar = 1)
+    {
+        UpdateScenario &s = scenario();
+        if (!pollUntil(
+                [&] { return s.program.updateLogLines().count(QLatin1String(enabledAgain)) >= runsSoFar; },
+                EndToEnd::updateLimitMs, 20))
+            return QStringLiteral("the run has no end");
+        return s.probe.waitForEnabled(EndToEnd::startButton, true, 5000) ? s.probe.text(EndToEnd::title)
+                                                                         : s.probe.errorText();
+    }
+    bool waitForProgress(int percent)
+    {
+        return scenario().probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), percent,
+                                             EndToEnd::updateLimitMs);
+    }
+
+    QString downloadedImage()
+    {
+        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
+    }
+    QString lockFile()
+    {
+        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath.lock");
+    }
+    /// The programmer's runs that begin with this argument.
+    QList<QStringList> runsOf(const char *first)
+    {
+        QList<QStringList> found;
+        for (const QStringList &arguments : EndToEnd::argumentsOf(scenario().program, programmer)) {
+            if (arguments.value(0) == QLatin1String(first))
+                found.append(arguments);
+        }
+        return found;
+    }
+};

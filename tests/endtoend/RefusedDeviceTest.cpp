@@ -1,0 +1,79 @@
+#include "tests/endtoend/EndToEnd.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString noDriver = QStringLiteral("No driver is needed on this system.");
+const QString noPermission = QStringLiteral("No permission to open the device at ");
+
+/// The program without an administrator's right to open everything, beside device files that their
+/// owner has locked.
+class RefusedDeviceTest : public EndToEndTest
+{
+protected:
+    void start()
+    {
+        UpdateScenario &s = scenario();
+        s.program.startThrough({QStringLiteral("setpriv"), QStringLiteral("--inh-caps=-all"),
+                                QStringLiteral("--ambient-caps=-all"),
+                                QStringLiteral("--bounding-set=-all")});
+        ASSERT_TRUE(s.start()) << s.errorText().toStdString();
+    }
+    QStringList pane()
+    {
+        return scenario().probe.text(QStringLiteral("logTextView")).split(QLatin1Char('\n'));
+    }
+    QString nodes() const
+    {
+        return m_scenario->bus.environment().value(QLatin1String("UMOCKDEV_DIR")).toString() +
+               QStringLiteral("/dev/");
+    }
+    void lock(const QString &node)
+    {
+        ASSERT_TRUE(QFile::setPermissions(nodes() + node, QFile::Permissions())) << node.toStdString();
+    }
+    bool waitForHint(int limitMs)
+    {
+        return QTest::qWaitFor([this] { return !pane().filter(noPermission).isEmpty(); }, limitMs);
+    }
+};
+
+TEST_F(RefusedDeviceTest, OneShownLineSaysThatNoDriverIsNeededAndTheLogFileHasNothingOfIt)
+{
+    start();
+    EXPECT_EQ(pane().indexOf(noDriver), 1);
+    EXPECT_EQ(pane().count(noDriver), 1);
+    EXPECT_FALSE(scenario().program.updateLog().contains(noDriver));
+}
+
+TEST_F(RefusedDeviceTest, OfADeviceThatMayBeOpenedNothingIsSaid)
+{
+    start();
+    ASSERT_TRUE(scenario().probe.waitForText(connection, QStringLiteral("Device Detected"), 10000));
+    EXPECT_FALSE(waitForHint(3000));
+}
+
+TEST_F(RefusedDeviceTest, ADeviceThatThisUserMayNotOpenIsToldOfOnceWithTheRuleToInstall)
+{
+    start();
+    ASSERT_TRUE(scenario().probe.waitForText(connection, QStringLiteral("Device Detected"), 10000));
+    const QStringList interfaces =
+        QDir(nodes()).entryList({QStringLiteral("hidraw*")}, QDir::AllEntries | QDir::System);
+    ASSERT_FALSE(interfaces.isEmpty());
+    lock(interfaces.first());
+    ASSERT_TRUE(waitForHint(10000)) << pane().join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(pane().filter(noPermission).first(),
+              noPermission + QStringLiteral("/dev/%1: install the udev rules 60-quillmarsh.rules in "
+                                            "/etc/udev/rules.d and plug the device in again.")
+                                 .arg(interfaces.first()));
+    QTest::qWait(2500);
+    EXPECT_EQ(pane().filter(noPermission).size(), 1);
+    EXPECT_FALSE(scenario().program.updateLog().contains(noPermission));
+}
+
+} // namespace

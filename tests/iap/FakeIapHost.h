@@ -1,0 +1,56 @@
+#pragma once
+
+#include "iap/IAPUpDate.h"
+#include "tests/support/RecordingReporter.h"
+#include "widgets/TextWindow.h"
+
+#include <QStringList>
+
+/// A main widget that only writes down what the panel asks of it.
+class FakeIapHost : public IapHost
+{
+public:
+    void log(const QString &line) override { m_events.append(QLatin1String("queued ") + line); }
+    void setStateTitle(const BilingualText &title) override
+    {
+        m_events.append(QLatin1String("title ") + QString::fromUtf8(title.chinese));
+        titleKeys.append(QString::fromUtf8(title.english));
+    }
+    void setProgress(int percent) override { m_events.append(QStringLiteral("progress %1").arg(percent)); }
+    void enableStartButton(bool enable) override { m_events.append(QStringLiteral("button %1").arg(enable)); }
+    void runDeviceCheck(bool run) override { m_events.append(QStringLiteral("check %1").arg(run)); }
+
+    void connectLogOf(IAPUpDate *panel) override
+    {
+        QObject::connect(
+            panel, &IAPUpDate::sigAppendLog, panel,
+            [this](TextWindow *window, const QString &text) {
+                logWindows.append(window);
+                m_events.append(QLatin1String("log ") + text);
+            },
+            Qt::DirectConnection);
+    }
+    IapDevice chosenIapDevice() const override { return device; }
+    QString updateFile() const override { return file; }
+    void setPictureLevel(double percent) override
+    {
+        m_events.append(QStringLiteral("picture %1").arg(percent));
+    }
+    void StartCheckConnectTimer() override { m_events.append(QStringLiteral("monitor on")); }
+    void StopCheckConnectTimer() override { m_events.append(QStringLiteral("monitor off")); }
+    void untickIapBox() override { m_events.append(QStringLiteral("untick")); }
+    void iapRunEnded() override { m_events.append(QStringLiteral("ended")); }
+
+    /// What was asked for, in order; then none.
+    QStringList takeEvents() { return std::exchange(m_events, {}); }
+    const QStringList &events() const { return m_events; }
+    bool has(const char *event) const { return m_events.contains(QString::fromUtf8(event)); }
+
+    IapDevice device;
+    QString file = QStringLiteral("/srv/dev.bin");
+    QStringList titleKeys;
+    QList<TextWindow *> logWindows;
+
+private:
+    QStringList m_events;
+};

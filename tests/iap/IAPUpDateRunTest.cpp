@@ -1,0 +1,289 @@
+#include "tests/iap/IAPUpDateTest.h"
+
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTimer>
+
+namespace {
+
+QStringList list(std::initializer_list<const char *> items)
+{
+    QStringList texts;
+    for (const char *item : items)
+        texts.append(QString::fromUtf8(item));
+    return texts;
+}
+
+class IAPUpDateRunTest : public IAPUpDateTest
+{
+protected:
+    /// Presses the button of the next message box, and keeps what the box was like.
+    void answerTheWarning()
+    {
+        QTimer::singleShot(0, &m_logWindow, [this] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return answerTheWarning();
+            m_warning = QStringList{box->windowTitle(), box->text()};
+            m_warningIcon = box->icon();
+            box->button(QMessageBox::Ok)->click();
+        });
+    }
+    void run(const QByteArray &body)
+    {
+        startBody(body);
+        makePanel();
+        ASSERT_TRUE(runToEnd());
+    }
+
+    QStringList m_warning;
+    QMessageBox::Icon m_warningIcon = QMessageBox::NoIcon;
+};
+
+TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
+{
+    getData("echo device: one\\;");
+    startBody("echo SetProgress: 42;" + pause() + "exit 0");
+    m_host.device = {true, 0xA05A, 0xF113};
+    makePanel();
+    portType().setCurrentText(QStringLiteral("USB"));
+    crc().setChecked(true);
+    m_host.takeEvents();
+    const RecordedDebugStream debug;
+    QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
+    download().click();
+    EXPECT_TRUE(panel().isProgramming());
+    EXPECT_FALSE(download().isEnabled());
+    ASSERT_TRUE(waitFor("picture 42"));
+    letGoOn();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_EQ(m_host.takeEvents(),
+              list({"log IAP comm ModeInit...", "log check IAP Process exists...", "log IAPPVID: 41050,61715",
+                    "log IAP RunProcessGetData: device: one;", "log IAPData: device: one;",
+                    "log try to Start IAP Process...", "monitor off", "log disable IAPbtnStart_",
+                    "title Current Status: Attempting to Upgrade...", "log SetProgress: 42",
+                    "title Current Status: IAP Progress", "progress 42", "picture 42",
+                    "log IAP finished, exitCode=0", "monitor on", "log enable IAPbtnStart_", "ended"}));
+    EXPECT_FALSE(panel().isProgramming());
+    EXPECT_TRUE(download().isEnabled());
+    EXPECT_EQ(finished, QList<QVariantList>{{true}});
+    EXPECT_EQ(starts(), list({"Start|1||f113|a05a|0|0||08004000|true|/srv/dev.bin|"}));
+    EXPECT_EQ(debug.lines(), list({"onStartClicked", "Ret: device: one;", "COMlist: one",
+                                   "IAPData: device: one;", "v: 42"}));
+}
+
+TEST_F(IAPUpDateRunTest, ItsTitlesHaveTheChineseTextsAsKeysAndSoAreEnglish)
+{
+    run("echo SetProgress: 100");
+    EXPECT_EQ(m_host.titleKeys,
+              list({"当前状态: 尝试升级...", "当前状态: 正在进行IAP升级", "当前状态: 升级成功"}));
+    EXPECT_TRUE(m_host.has("title Current Status: Attempting to Upgrade..."));
+    EXPECT_TRUE(m_host.has("title Current Status: IAP Progress"));
+    EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
+}
+
+TEST_F(IAPUpDateRunTest, BeforeAnyIapDeviceHasBeenChosenTheIdsAreSentAsMinusOne)
+{
+    run("true");
+    EXPECT_TRUE(m_host.has("log Current PVID is Not IAP Dev.!"));
+    EXPECT_EQ(runs(), list({"GetData|-1|-1|", "Start|0||-1|-1|-1|-1|110|08004000|false|/srv/dev.bin|"}));
+}
+
+TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapLeavesTheIdsAsTheyWere)
+{
+    makePanel();
+    panel().setDeviceIds(0xA05A, 0xF113);
+    m_host.device = {false, 1, 2};
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(runs().at(0), QStringLiteral("GetData|f113|a05a|"));
+}
+
+TEST_F(IAPUpDateRunTest, TheCommandLineTakesTheWholeFieldsAndNotWhatIsSelected)
+{
+    getData("echo COM:A\\;COM:B\\;");
+    makePanel();
+    portType().setCurrentText(QStringLiteral("I2C"));
+    portName().setCurrentIndex(1);
+    baudRate().setCurrentIndex(2);
+    find<QLineEdit>("iapAddress").setText(QStringLiteral("0 1F"));
+    find<QLineEdit>("iapAppStartAddress").setText(QStringLiteral("08001000"));
+    find<QLineEdit>("iapAppStartAddress").setSelection(0, 2);
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(starts(), list({"Start|4|0 1F|-1|-1|1|1|200K|08001000|false|/srv/dev.bin|"}));
+}
+
+TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgrammer)
+{
+    QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
+    run("echo SetProgress:100; exec sleep 60");
+    EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
+    EXPECT_TRUE(m_host.has("progress 100"));
+    EXPECT_EQ(finished, QList<QVariantList>{{false}}) << "it was ended, it did not end";
+}
+
+TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
+{
+    run("printf 'SetProgress: 7\\nSetProgress: 9\\n'");
+    EXPECT_TRUE(m_host.has("progress 7"));
+    EXPECT_FALSE(m_host.has("progress 9"));
+    EXPECT_TRUE(m_host.has("log SetProgress: 7\nSetProgress: 9")) << "the chunk is logged whole";
+}
+
+TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsTheProgrammer)
+{
+    run("echo no usb iap device!; exec sleep 60");
+    EXPECT_TRUE(m_host.has("title Current Status: Upgrade Failed!"));
+    EXPECT_EQ(m_host.titleKeys.last(), QStringLiteral("当前状态: 升级失败!"));
+    EXPECT_FALSE(m_host.has("title Current Status: Upgrade Successful"));
+}
+
+TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
+{
+    startBody("printf 'SetProgress: 4';" + pause() + "echo 2");
+    makePanel();
+    download().click();
+    ASSERT_TRUE(waitFor("progress 4"));
+    letGoOn();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_TRUE(m_host.has("log 2"));
+    EXPECT_FALSE(m_host.has("progress 42"));
+}
+
+TEST_F(IAPUpDateRunTest, StandardErrorIsReadLikeTheOutput)
+{
+    run("echo SetProgress: 5 >&2");
+    EXPECT_TRUE(m_host.has("progress 5"));
+}
+
+TEST_F(IAPUpDateRunTest, OtherOutputIsOnlyLogged)
+{
+    run("echo ' erasing 固件 '");
+    EXPECT_TRUE(m_host.has("log erasing 固件"));
+    EXPECT_EQ(m_host.titleKeys.size(), 1);
+}
+
+TEST_F(IAPUpDateRunTest, AFailureCodeAndACrashAreNoSuccess)
+{
+    QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
+    run("exit 3");
+    EXPECT_TRUE(m_host.has("log IAP finished, exitCode=3"));
+    run("kill -SEGV $$");
+    EXPECT_EQ(finished, (QList<QVariantList>{{false}, {false}}));
+    EXPECT_TRUE(download().isEnabled());
+}
+
+TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASecondAfterTheFailure)
+{
+    startBody("trap '' TERM; echo No USB IAP device!; while true; do sleep 0.05; done");
+    makePanel();
+    QElapsedTimer timer;
+    download().click();
+    ASSERT_TRUE(waitFor("title Current Status: Upgrade Failed!"));
+    timer.start();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_GE(timer.elapsed(), 800);
+    EXPECT_LT(timer.elapsed(), 8000);
+}
+
+TEST_F(IAPUpDateRunTest, AProgrammerThatVerifiesAfter100HasTenSecondsForIt)
+{
+    startBody("trap '' TERM; echo SetProgress: 100; while true; do sleep 0.05; done");
+    makePanel();
+    QElapsedTimer timer;
+    download().click();
+    ASSERT_TRUE(waitFor("title Current Status: Upgrade Successful"));
+    timer.start();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_GE(timer.elapsed(), 9000);
+    EXPECT_LT(timer.elapsed(), 16000);
+    EXPECT_TRUE(download().isEnabled());
+}
+
+TEST_F(IAPUpDateRunTest, AFileNameEndingInCapitalBinPasses)
+{
+    m_host.file = QStringLiteral("/srv/DEV.BIN");
+    run("true");
+    EXPECT_EQ(starts().size(), 1);
+}
+
+TEST_F(IAPUpDateRunTest, AFileThatIsNoBinIsRefusedWithAWarning)
+{
+    for (const char *file : {"/srv/dev.img", "", "/srv/bin", "/srv/dev.bin.img"}) {
+        m_host.file = QString::fromUtf8(file);
+        makePanel();
+        answerTheWarning();
+        download().click();
+        EXPECT_EQ(m_warning, list({"Warning!", "u are not chose update file.!"})) << file;
+        EXPECT_EQ(m_warningIcon, QMessageBox::Warning);
+        EXPECT_EQ(m_host.takeEvents().mid(5), list({"log try to Start IAP Process...", "monitor off",
+                                                    "log UpDateFile is not .bin.!", "monitor on", "ended"}));
+        EXPECT_TRUE(starts().isEmpty());
+        EXPECT_TRUE(download().isEnabled());
+    }
+}
+
+TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff)
+{
+    startBody(pause());
+    makePanel();
+    download().click();
+    ASSERT_TRUE(panel().isProgramming());
+    m_host.takeEvents();
+    const RecordedDebugStream debug;
+    emit panel().sigStartClicked();
+    EXPECT_EQ(debug.warnings(), list({"IAP already running"}));
+    EXPECT_TRUE(m_host.has("monitor off"));
+    EXPECT_FALSE(m_host.has("monitor on"));
+    EXPECT_FALSE(m_host.has("ended"));
+    letGoOn();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_EQ(starts().size(), 1);
+}
+
+TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorStaysOff)
+{
+    makePanel();
+    QFile::remove(file("IAP_Programmer.exe"));
+    download().click();
+    EXPECT_EQ(m_host.takeEvents(), list({"log IAP comm ModeInit...", "log check IAP Process exists...",
+                                         "log Current PVID is Not IAP Dev.!", "log IAPData: ",
+                                         "log try to Start IAP Process...", "monitor off", "ended"}));
+    EXPECT_TRUE(download().isEnabled());
+    EXPECT_FALSE(panel().isProgramming());
+}
+
+TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
+{
+    run("echo SetProgress: 100");
+    m_host.takeEvents();
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(starts().size(), 2);
+    EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
+}
+
+TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
+{
+    startBody("trap '' TERM; echo pid $$; while true; do sleep 0.05; done");
+    makePanel();
+    download().click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !m_host.events().filter(QStringLiteral("log pid ")).isEmpty(); },
+                                limitMs));
+    const QString pid = m_host.events().filter(QStringLiteral("log pid ")).first().mid(8);
+    m_host.takeEvents();
+    m_panel.reset();
+    EXPECT_FALSE(QFile::exists(QLatin1String("/proc/") + pid));
+    EXPECT_EQ(m_host.takeEvents(), list({"log The program was closed before the IAP programmer had ended."}));
+}
+
+TEST_F(IAPUpDateRunTest, LeavingTheProgramKillsTheProgrammerAtOnce)
+{
+    startBody("exec sleep 60");
+    makePanel();
+    download().click();
+    ASSERT_TRUE(panel().isProgramming());
+    ShutdownFlag::instance().raise();
+    EXPECT_FALSE(panel().isProgramming());
+    EXPECT_FALSE(m_host.has("monitor on"));
+}
+
+} // namespace

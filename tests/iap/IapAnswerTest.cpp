@@ -1,0 +1,46 @@
+#include "iap/IapAnswer.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Row
+{
+    const char *answer;
+    QStringList comPorts;
+    QStringList usbDevices;
+};
+
+QStringList list(std::initializer_list<const char *> items)
+{
+    QStringList texts;
+    for (const char *item : items)
+        texts.append(QString::fromUtf8(item));
+    return texts;
+}
+
+class IapAnswerTest : public testing::TestWithParam<Row>
+{
+};
+
+TEST_P(IapAnswerTest, IsReadAsPortsAndDevices)
+{
+    const IapAnswer answer = readIapAnswer(QString::fromUtf8(GetParam().answer));
+    EXPECT_EQ(answer.comPorts, GetParam().comPorts);
+    EXPECT_EQ(answer.usbDevices, GetParam().usbDevices);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, IapAnswerTest,
+    testing::Values(Row{"", {}, {}}, Row{"nothing is connected", {}, {}},
+                    Row{"COM:COM3;", list({"COM3"}), {}}, Row{"COM: \t COM3;", list({"COM3"}), {}},
+                    Row{"COM:\r\nCOM3 ;", list({"COM3"}), {}},
+                    Row{"COM:COM4;COM:COM3; other text COM: COM10;", list({"COM4", "COM3", "COM10"}), {}},
+                    Row{"device:HID one;device: HID two ;", {}, list({"HID one", "HID two"})},
+                    Row{"device:b;COM:1;device:a;COM:2;", list({"1", "2"}), list({"b", "a"})},
+                    // An entry ends at its ";" wherever that is, and is none without one.
+                    Row{"COM:1", {}, {}}, Row{"COM:1\ndevice:x;", list({"1\ndevice:x"}), list({"x"})},
+                    Row{"COM:;", {}, {}}, Row{"COM: ;device:y;", list({""}), list({"y"})},
+                    Row{"com:1;Device:x;", {}, {}}, Row{"device:串口设备;", {}, list({"串口设备"})}));
+
+} // namespace
