@@ -33,4 +33,4 @@ for system; do
     printf '\n==== %s\n' "$system"
     "check_$system"
 done
-echo 'The packages are fit for release.'
+printf '\nNothing stands against a release for %s.\n' "$*"
