@@ -15,22 +15,23 @@ git clone -q "$project" "$work/quillmarsh"
 cd "$work/quillmarsh"
 mkdir build
 
+scripts/install-dependencies.sh
+cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
+cmake --build --preset demo
+
 check_linux() {
-    scripts/install-dependencies.sh
     scripts/linux/package.sh
-    cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
-    cmake --build --preset demo --target quillmarsh-installed-update
     scripts/linux/check-package.sh build/packages/quillmarsh_*.deb build/demo
 }
 
 check_windows() {
     scripts/windows/build.sh
     scripts/windows/package.sh
-    scripts/windows/check-package.sh build/packages/quillmarsh-*-setup.exe
+    scripts/windows/check-package.sh build/packages/quillmarsh-*-setup.exe build/demo build/mingw
 }
 
 for system; do
     printf '\n==== %s\n' "$system"
     "check_$system"
 done
-echo 'The packages are fit for release.'
+printf '\nNothing stands against a release for %s.\n' "$*"

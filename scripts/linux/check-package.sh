@@ -27,7 +27,7 @@ if [ "${1-}" = --inside ]; then
 fi
 
 package=$(realpath "$1") rig=$(realpath "$2") base=${3-}
-scripts/install-dependencies.sh debootstrap jq
+scripts/install-dependencies.sh debootstrap
 work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
 trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
@@ -60,30 +60,12 @@ in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" 
 step 'A user, a firmware server, and the maker'\''s flasher'
 in_root apt-get install -q -y --no-install-recommends umockdev >>"$work/log" 2>&1
 in_root useradd --uid "$user" --user-group --create-home --home-dir "$home" tester
-mkdir -p "$stage/nginx" "$stage/served" "$stage/tools"
-head -c 1000007 /dev/urandom >"$stage/image"
-docs/firmware-server/add-model.sh "$stage/served" "https://$host" "$model" "$stage/image"
-(
-    cd "$stage/nginx"
-    openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj '/CN=Test authority' -days 2 \
-        -keyout authority.key -out authority.crt
-    openssl req -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj "/CN=$host" \
-        -keyout server.key -out server.csr
-    openssl x509 -req -in server.csr -CA authority.crt -CAkey authority.key -set_serial 7 -days 2 \
-        -extfile <(echo "subjectAltName=DNS:$host") -out server.crt
-) 2>>"$work/log"
-# The site of the makers' guide, with this server's name and files.
-{
-    echo 'user root; pid nginx.pid; events {} http { access_log access.log;'
-    sed -E -e "s|firmware\.example\.com;|$host;|" -e "s|/srv/firmware|$stage/served|" \
-        -e "s|/etc/ssl/certs/.*;|server.crt;|" -e "s|/etc/ssl/private/.*;|server.key;|" docs/firmware-server/nginx.conf
-    echo '}'
-} >"$stage/nginx/nginx.conf"
-cp "$stage/nginx/authority.crt" "$root/usr/local/share/ca-certificates/"
+scripts/release-server.sh "$stage" "$host" "$model"
+cp "$stage/authority.crt" "$root/usr/local/share/ca-certificates/"
 in_root update-ca-certificates >>"$work/log" 2>&1
 echo "127.0.0.1 $host" >>"$root/etc/hosts"
+mkdir -p "$stage/tools" "$root/usr/local/lib/quillmarsh"
 cp "$rig/bin/quillmarsh-standin" "$stage/tools/upgcmd.exe"
-mkdir -p "$root/usr/local/lib/quillmarsh"
 ln -s "$stage/tools/upgcmd.exe" "$root/usr/local/lib/quillmarsh/upgcmd.exe"
 cp -r "$rig/plugins" "$stage/"
 chown -R "$user:$user" "$stage"

@@ -14,6 +14,7 @@ program=${1:-build/windows/quillmarsh}
 [ -f "$program/quillmarsh.exe" ] || { echo "There is no $program/quillmarsh.exe: run scripts/windows/build.sh." >&2; exit 1; }
 scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
     libusb-1.0-0 libhidapi-hidraw0
+scripts/check-release.sh "$program/quillmarsh.exe"
 
 version=$(sed -nE 's/^project\(.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
 name=quillmarsh-$version-windows-x64

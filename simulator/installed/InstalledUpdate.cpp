@@ -7,12 +7,13 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
 namespace {
 
-constexpr int startLimitMs = 20000;
-constexpr int updateLimitMs = 60000;
+constexpr int startLimitMs = 60000;
+constexpr int updateLimitMs = 120000;
 constexpr int closeLimitMs = 10000;
 
 struct Options
@@ -21,10 +22,15 @@ struct Options
     QString image;
     /// Holds whatever both sides see under the same name: the bus, the probe, standard streams.
     QString stage;
+    /// The program's home and user; empty for a Windows program, which Wine's prefix belongs to.
     QString home;
-    /// Starts the controller as the user that the program runs as.
-    QStringList asUser;
+    QString user;
+    /// The bus of Windows programs.
+    QString listedController;
     QStringList command;
+
+    bool isWindows() const { return !listedController.isEmpty(); }
+    QString inStage(const char *name) const { return stage + QLatin1Char('/') + QLatin1String(name); }
 };
 
 Options read(const QStringList &arguments)
@@ -40,15 +46,28 @@ Options read(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Updates a simulated device with the program that a command starts."));
-    parser.addOptions({model, image, stage, home, user});
+    const auto controller = option("listed-controller", "For a Windows program: the controller of its bus.");
+    parser.addOptions({model, image, stage, home, user, controller});
     parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("Starts the installed program."));
     parser.process(arguments);
 
-    const QString id = parser.value(user);
-    const QStringList asUser{QStringLiteral("setpriv"), QStringLiteral("--reuid=") + id,
-                             QStringLiteral("--regid=") + id, QStringLiteral("--clear-groups")};
-    return {parser.value(model),         parser.value(image), parser.value(stage), parser.value(home), asUser,
-            parser.positionalArguments()};
+    return {parser.value(model), parser.value(image),      parser.value(stage),         parser.value(home),
+            parser.value(user),  parser.value(controller), parser.positionalArguments()};
+}
+
+/// As the user that the program runs as, whom the bus's files have to obey.
+QStringList controllerOf(const Options &options, const QString &description)
+{
+    const QStringList about{QStringLiteral("--description"), description};
+    if (options.isWindows())
+        return QStringList{options.listedController} + about;
+    return QStringList{QStringLiteral("setpriv"),
+                       QStringLiteral("--reuid=") + options.user,
+                       QStringLiteral("--regid=") + options.user,
+                       QStringLiteral("--clear-groups"),
+                       QStringLiteral("umockdev-wrapper"),
+                       BenchPaths::busController()} +
+           about;
 }
 
 QByteArray contentsOf(const QString &path)
@@ -57,28 +76,39 @@ QByteArray contentsOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QProcessEnvironment linuxEnvironment(const Options &options)
+{
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("PATH"),
+                       QStringLiteral("/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"));
+    environment.insert(QStringLiteral("HOME"), options.home);
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("en_US.UTF-8"));
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), options.inStage("plugins"));
+    environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
+    environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), options.inStage("probe-port"));
+    return environment;
+}
+
+QProcessEnvironment wineEnvironment(const Options &options)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    // The toolkit's own variables reach a Windows program only under this name.
+    environment.insert(QStringLiteral("WINEQT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
+    environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"),
+                       QLatin1String("Z:") + options.inStage("probe-port"));
+    return environment;
+}
+
 Launch launchOf(const Options &options, const QString &display)
 {
-    const QString stage = options.stage + QLatin1Char('/');
-    QProcessEnvironment environment;
-    const auto set = [&](const char *name, const QString &value) {
-        environment.insert(QLatin1String(name), value);
-    };
-    set("PATH", QStringLiteral("/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"));
-    set("HOME", options.home);
-    set("LC_ALL", QStringLiteral("en_US.UTF-8"));
-    set("DISPLAY", display);
-    set("QT_PLUGIN_PATH", stage + QLatin1String("plugins"));
-    set("QT_QPA_GENERIC_PLUGINS", QStringLiteral("quillprobe"));
-    set("QUILLMARSH_PROBE_PORT_FILE", stage + QLatin1String("probe-port"));
+    QProcessEnvironment environment =
+        options.isWindows() ? wineEnvironment(options) : linuxEnvironment(options);
+    environment.insert(QStringLiteral("DISPLAY"), display);
     QStringList command = options.command;
     const QString program = command.takeFirst();
-    return {program,
-            command,
-            options.stage,
-            environment,
-            stage + QLatin1String("stdout"),
-            stage + QLatin1String("stderr")};
+    const QString folder = options.isWindows() ? QFileInfo(command.constLast()).path() : options.stage;
+    return {program, command, folder, environment, options.inStage("stdout"), options.inStage("stderr")};
 }
 
 /// What a person does and sees; empty when all went well.
@@ -93,7 +123,7 @@ QString update(const Options &options, BusSession &bus, ProbeClient &probe)
     const QString title = probe.text(QStringLiteral("stateTitleLabel"));
     if (title != QLatin1String("CurrentStatus: Upgrade Successful"))
         return QStringLiteral("the title is ") + title;
-    const QString burned = options.stage + QLatin1String("/burned.img");
+    const QString burned = options.inStage("burned.img");
     const QByteArray expected = contentsOf(options.image);
     if (!bus.saveImage(options.model, burned) || expected.isEmpty() || contentsOf(burned) != expected)
         return QStringLiteral("the device has not received the server's image");
@@ -104,7 +134,7 @@ QString update(const Options &options, BusSession &bus, ProbeClient &probe)
 
 QString run(const Options &options)
 {
-    const QString description = options.stage + QLatin1String("/bus.json");
+    const QString description = options.inStage("bus.json");
     QFile file(description);
     if (!file.open(QIODevice::WriteOnly) ||
         file.write(ModelOnBus::describe({ModelOnBus::application(options.model)})) < 0)
@@ -115,14 +145,12 @@ QString run(const Options &options)
     if (!display.start())
         return display.errorText();
     BusSession bus;
-    if (!bus.startController(options.asUser + QStringList{QStringLiteral("umockdev-wrapper"),
-                                                          BenchPaths::busController(),
-                                                          QStringLiteral("--description"), description}) ||
+    if (!bus.startController(controllerOf(options, description)) ||
         !bus.run(launchOf(options, display.display())))
         return bus.errorText();
     ProbeClient probe;
-    if (!probe.connectThrough(options.stage + QLatin1String("/probe-port"), startLimitMs))
-        return probe.errorText() + QString::fromUtf8(contentsOf(options.stage + QLatin1String("/stderr")));
+    if (!probe.connectThrough(options.inStage("probe-port"), startLimitMs))
+        return probe.errorText() + QString::fromUtf8(contentsOf(options.inStage("stderr")));
     return update(options, bus, probe);
 }
 
