@@ -233,31 +233,6 @@ TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
     EXPECT_FALSE(m_main->isWriting());
 }
 
-TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
-{
-    QStringList told;
-    {
-        const RecordedDebugStream debug;
-        BackgroundWidget ground(false);
-        new bringToForeground(&ground, false, false, QString());
-        told = debug.lines();
-    }
-    int last = -1;
-    for (const QString &beginning :
-         {QStringLiteral("QSslSocket= "), QStringLiteral("true "), QStringLiteral("SSL is supported!"),
-          QStringLiteral("删除临时固件文件"),
-          QStringLiteral("当前进程所在文件夹路径: ") + QCoreApplication::applicationDirPath(),
-          QStringLiteral("libusb_initRET: 0"), QStringLiteral("InitUseWirteType..."),
-          QStringLiteral("Failed to open file"), QStringLiteral("Failed to open file: dev json.!"),
-          QStringLiteral("Window position on screen: QPoint("), QStringLiteral("指定的路径无效!")}) {
-        int at = last + 1;
-        while (at < told.size() && !told.at(at).startsWith(beginning))
-            ++at;
-        ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
-        last = at;
-    }
-}
-
 TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
 {
     m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
