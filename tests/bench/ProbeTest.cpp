@@ -1,3 +1,4 @@
+#include "simulator/bench/Polling.h"
 #include "simulator/bench/XvfbSession.h"
 #include "tests/bench/RunningSubject.h"
 
