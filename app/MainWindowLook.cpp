@@ -25,9 +25,7 @@ void MainWindowLook::applyProgramFont(bool chinese)
 void MainWindowLook::applyProgramIcon()
 {
     QIcon icon;
-    // Without the 256, which is for desktop entries and installers: each is read at every start, and
-    // that one alone would take longer than the others together.
-    for (const int size : {16, 24, 32, 48, 64, 128})
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
         icon.addFile(QStringLiteral(":/images/quillmarsh-%1.png").arg(size));
     QApplication::setWindowIcon(icon);
 }

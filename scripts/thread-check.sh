@@ -15,7 +15,7 @@ cmake --build --preset tsan
 # A process ends at its first report: no test passes on a program that vanishes, and each prints what
 # its program wrote. (With a log_path, programs on the simulated bus find no device.)
 export LD_LIBRARY_PATH=$libraries${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
-export TSAN_OPTIONS="ignore_noninstrumented_modules=1:halt_on_error=1:second_deadlock_stack=1"
+export TSAN_OPTIONS="ignore_noninstrumented_modules=1:halt_on_error=1:second_deadlock_stack=1:history_size=4"
 TSAN_OPTIONS+=":suppressions=$PWD/cmake/races-of-libraries.supp:print_suppressions=0"
 
 # Their limits are those of the program as it is shipped, which runs several times as fast.
