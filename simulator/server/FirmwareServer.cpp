@@ -63,7 +63,10 @@ void FirmwareServer::clearFaults()
 QList<ServerRequest> FirmwareServer::requests() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_requests;
+    // A copy of its own: a shared one would be read while the next request is added to it.
+    QList<ServerRequest> copy = m_requests;
+    copy.detach();
+    return copy;
 }
 
 int FirmwareServer::openConnections() const

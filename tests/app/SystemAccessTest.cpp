@@ -36,7 +36,7 @@ protected:
     QStringList logFile() const
     {
         QFile file(LogFile::updateLogPath());
-        if (!file.open(QIODevice::ReadOnly))
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
             return {};
         QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         for (QString &line : lines)

@@ -233,6 +233,21 @@ TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
     EXPECT_FALSE(m_main->isWriting());
 }
 
+TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
+{
+    m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
+    QFile file(QStringLiteral("other.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "plain\n");
+}
+
+TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
+{
+    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/qmake/");
+    EXPECT_EQ(m_main->GetDefaultImagePath(), folder);
+    EXPECT_EQ(find<QLineEdit>("firmwareFileEdit")->text(), folder);
+}
+
 TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
 {
     QStringList told;
@@ -256,21 +271,6 @@ TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
         ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
         last = at;
     }
-}
-
-TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
-{
-    m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
-    QFile file(QStringLiteral("other.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "plain\n");
-}
-
-TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
-{
-    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/qmake/");
-    EXPECT_EQ(m_main->GetDefaultImagePath(), folder);
-    EXPECT_EQ(find<QLineEdit>("firmwareFileEdit")->text(), folder);
 }
 
 TEST_F(bringToForegroundTest, OfTwoImagesTheFirstByNameWithoutRegardToCaseIsTheDefault)

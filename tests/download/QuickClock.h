@@ -18,7 +18,7 @@ class QuickClock : public Clock
 public:
     QuickClock() { m_timer.start(); }
 
-    qint64 nowMs() const override { return m_timer.elapsed() + m_skippedMs; }
+    qint64 nowMs() const override { return (onlySleepsCount ? 0 : m_timer.elapsed()) + m_skippedMs; }
     bool sleepMs(int milliseconds) override
     {
         ++sleeps;
@@ -36,6 +36,8 @@ public:
 
     /// Whether nowMs() advances by what was slept (and real time, too) or by real time only.
     bool sleepsCount = false;
+    /// With sleepsCount: real time does not count, so that rounds can be counted on a busy machine.
+    bool onlySleepsCount = false;
     std::function<void()> onSleep;
     std::atomic<int> sleeps{0};
 

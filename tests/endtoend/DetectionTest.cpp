@@ -1,6 +1,7 @@
 #include "tests/endtoend/EndToEnd.h"
 
 #include "simulator/bench/ModelOnBus.h"
+#include "simulator/bench/Polling.h"
 
 #include <QTest>
 
@@ -51,6 +52,8 @@ TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndThe
     s.program.setControlList({}, {QStringLiteral("USB")});
     start();
     ASSERT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    // While the window is made, the IAP programmer is asked, and a start would do nothing.
+    ASSERT_TRUE(pollUntil([&] { return logHas("create IAPUpDate Mode done."); }, 10000, 20));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(
         s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected"), 5000));

@@ -22,6 +22,7 @@ TEST_F(PlainUpdateTest, ADeviceIsUpdatedOverUsbAndComesBackAsItself)
 {
     UpdateScenario &s = scenario();
     EXPECT_EQ(update(), upgradeSuccessful);
+    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("Start Update button was pressed!")));
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application"), 5000));
     EXPECT_EQ(argumentsOf(s.program, usbFlasher),

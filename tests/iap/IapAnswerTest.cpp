@@ -6,10 +6,15 @@ namespace {
 
 struct Row
 {
-    const char *answer;
+    std::string answer;
     QStringList comPorts;
     QStringList usbDevices;
 };
+
+void PrintTo(const Row &row, std::ostream *out)
+{
+    *out << testing::PrintToString(row.answer);
+}
 
 QStringList list(std::initializer_list<const char *> items)
 {
@@ -25,7 +30,7 @@ class IapAnswerTest : public testing::TestWithParam<Row>
 
 TEST_P(IapAnswerTest, IsReadAsPortsAndDevices)
 {
-    const IapAnswer answer = readIapAnswer(QString::fromUtf8(GetParam().answer));
+    const IapAnswer answer = readIapAnswer(QString::fromStdString(GetParam().answer));
     EXPECT_EQ(answer.comPorts, GetParam().comPorts);
     EXPECT_EQ(answer.usbDevices, GetParam().usbDevices);
 }

@@ -11,11 +11,16 @@ IapChunk read(const char *text)
 
 struct Row
 {
-    const char *chunk;
+    std::string chunk;
     std::optional<int> progress;
     bool finished = false;
     bool failed = false;
 };
+
+void PrintTo(const Row &row, std::ostream *out)
+{
+    *out << testing::PrintToString(row.chunk);
+}
 
 class IapChunkTest : public testing::TestWithParam<Row>
 {
@@ -23,7 +28,7 @@ class IapChunkTest : public testing::TestWithParam<Row>
 
 TEST_P(IapChunkTest, MeansProgressAndResult)
 {
-    const IapChunk chunk = read(GetParam().chunk);
+    const IapChunk chunk = read(GetParam().chunk.c_str());
     EXPECT_EQ(chunk.progress, GetParam().progress);
     EXPECT_EQ(chunk.finished, GetParam().finished);
     EXPECT_EQ(chunk.failed, GetParam().failed);

@@ -30,7 +30,10 @@ public:
     QStringList lines() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_lines;
+        // A copy of its own: a shared one would be read while the next line is added to it.
+        QStringList copy = m_lines;
+        copy.detach();
+        return copy;
     }
     /// What came at one level, in order.
     QStringList lines(QtMsgType level) const

@@ -7,8 +7,7 @@
 
 #include <mutex>
 
-/// A reporter that keeps what it is told, in order. Safe to use from several threads; read it when
-/// they are done.
+/// A reporter that keeps what it is told, in order. Safe to use, and to read, from several threads.
 class RecordingReporter : public Reporter
 {
 public:
@@ -17,6 +16,7 @@ public:
     {
         const QString key = QString::fromUtf8(title.english);
         add(m_titles, key, QStringLiteral("title ") + key);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_fallbacks.append(QString::fromUtf8(title.chinese));
     }
     void setProgress(int percent) override
@@ -27,16 +27,24 @@ public:
     void enableStartButton(bool enable) override { note(QStringLiteral("button %1").arg(enable)); }
     void runDeviceCheck(bool run) override { note(QStringLiteral("check %1").arg(run)); }
 
-    QStringList logLines() const { return m_log; }
+    QStringList logLines() const { return copyOf(m_log); }
     /// The English keys of the titles.
-    QStringList titles() const { return m_titles; }
+    QStringList titles() const { return copyOf(m_titles); }
     /// Their Chinese fallbacks.
-    QStringList fallbacks() const { return m_fallbacks; }
-    QStringList progress() const { return m_progress; }
+    QStringList fallbacks() const { return copyOf(m_fallbacks); }
+    QStringList progress() const { return copyOf(m_progress); }
     /// All of it in the order of the calls: "log …", "title …", "progress …", "button 0|1", "check 0|1".
-    QStringList events() const { return m_events; }
+    QStringList events() const { return copyOf(m_events); }
 
 private:
+    /// A copy of its own: a shared one would be read while the next entry is added to it.
+    QStringList copyOf(const QStringList &list) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        QStringList copy = list;
+        copy.detach();
+        return copy;
+    }
     void note(const QString &event)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -49,7 +57,7 @@ private:
         m_events.append(event);
     }
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     QStringList m_log;
     QStringList m_titles;
     QStringList m_fallbacks;

@@ -135,6 +135,19 @@ TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Failed to start process!")});
 }
 
+TEST_F(FlasherResetTest, AToolThatDoesNotEndIsGivenUpAfter30Seconds)
+{
+    m_tools.write(QStringLiteral("usb"), "exec sleep 55");
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(m_flasher.RunCmdReset(m_paths.usbFlasher));
+    // The toolkit's coarse timer keeps the limit to within a twentieth.
+    EXPECT_GE(timer.elapsed(), 28500);
+    EXPECT_LT(timer.elapsed(), 50000);
+    EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
+                                                QStringLiteral("log Process did not finish!")}));
+}
+
 TEST_F(FlasherResetTest, LeavingCutsItShort)
 {
     m_tools.write(QStringLiteral("usb"), "exec sleep 60");
