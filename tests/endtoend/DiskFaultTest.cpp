@@ -68,7 +68,7 @@ TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)
 TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
 {
     UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::inMemory(s.program.temporaryFolder(), 2560));
+    ASSERT_TRUE(OwnMounts::inMemory(s.program.temporaryFolder(), 3584));
     // Slow enough for the space to go before the image has come.
     s.serverFaults = QStringList{QStringLiteral("slow-drip:path=*.img,range=9,bytes=2048,ms=40")};
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
