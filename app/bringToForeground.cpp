@@ -228,22 +228,19 @@ bool bringToForeground::findIapProgrammer(QString *path) const
 
 void bringToForeground::checkConnection()
 {
-    if (isWaitingForTool())
-        return;
-    const MonitorOutcome outcome = m_monitor->tick(m_state.device());
-    take(outcome);
-    m_access.checkDevice(outcome.state, *m_logWindow);
+    if (!isWaitingForTool())
+        take(m_monitor->tick(m_state.device()));
 }
 
 void bringToForeground::take(const MonitorOutcome &outcome)
 {
-    m_state.setDevice(outcome.device);
-    m_state.setBootloaderPresent(outcome.bootloaderPresent);
+    m_state.setFound(outcome.device, outcome.bootloaderPresent);
     if (outcome.iapIds)
         m_iapPanel->setDeviceIds(outcome.iapIds->productId, outcome.iapIds->vendorId);
     showConnection(outcome, m_widgets);
     if (outcome.prepareIapPanel)
         m_iapPanel->resetToUsb();
+    m_access.checkDevice(outcome.state, *m_logWindow);
 }
 
 void bringToForeground::browseForFirmware()

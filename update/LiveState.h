@@ -18,6 +18,14 @@ public:
     bool bootloaderPresent() const { return read(m_bootloaderPresent); }
     void setBootloaderPresent(bool present) { write(m_bootloaderPresent, present); }
 
+    /// What one look at the buses has found, both at once.
+    void setFound(const ChosenDevice &device, bool bootloaderPresent)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_device = device;
+        m_bootloaderPresent = bootloaderPresent;
+    }
+
     bool localFileMode() const { return read(m_localFileMode); }
     void setLocalFileMode(bool on) { write(m_localFileMode, on); }
 
