@@ -21,7 +21,8 @@ if [ ! -e "$directory/.fetched-$name" ]; then
     done
     options=(-o "Dir::Etc::sourcelist=/dev/null" -o "Dir::Etc::sourceparts=$apt/sources.d"
         -o "Dir::State::lists=$apt/lists" -o "Dir::Cache::pkgcache=" -o "Dir::Cache::srcpkgcache=")
-    apt-get "${options[@]}" update -q >&2
+    # A list that has no sources is no reason to stop.
+    apt-get "${options[@]}" update -q >&2 || true
     (cd "$directory" && apt-get "${options[@]}" source -q "$name") >&2
     touch "$directory/.fetched-$name"
 fi

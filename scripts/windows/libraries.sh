@@ -51,24 +51,7 @@ recipe_googletest() {
 }
 
 # The distribution's source package of that name, its patches applied, into "source".
-unpack() {
-    local apt=$PWD/apt
-    mkdir -p "$apt"/{sources,lists/partial,cache/archives/partial}
-    # The machine's own sources, asked for source packages, beside the machine's configuration and not in it.
-    local file
-    for file in /etc/apt/sources.list.d/*.sources; do
-        [ -e "$file" ] && sed -E 's/^Types:.*/Types: deb-src/' "$file" >"$apt/sources/${file##*/}"
-    done
-    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
-        [ -e "$file" ] && sed -nE 's/^deb(-src)?[[:space:]]/deb-src /p' "$file" >"$apt/sources/$(basename "$file" .list).list"
-    done
-    local options=(-o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$apt/sources"
-        -o Dir::State::lists="$apt/lists" -o Dir::Cache="$apt/cache" -o APT::Sandbox::User=root)
-    apt-get "${options[@]}" update || true # a source without source packages is no reason to stop
-    apt-get "${options[@]}" source --download-only "$1"
-    # What was fetched is what the signed lists name.
-    dpkg-source --no-check -x ./*.dsc source
-}
+unpack() { mv "$("$project/scripts/fetch-source.sh" "$1" "$PWD")" source; }
 
 key_of() { { declare -f "recipe_$1" unpack; printf '%s\n' "$host"; } | sha256sum | cut -c1-12; }
 
