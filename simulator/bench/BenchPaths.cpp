@@ -21,6 +21,11 @@ QString BenchPaths::busController()
     return inBuild("bin/quillmarsh-sim-bus");
 }
 
+QString BenchPaths::listedBusController()
+{
+    return inBuild("bin/quillmarsh-sim-bus-listed");
+}
+
 QString BenchPaths::firmwareServer()
 {
     return inBuild("bin/quillmarsh-sim-server");

@@ -1,6 +1,5 @@
 #include "simulator/bench/UpdateScenario.h"
 
-#include "simulator/bench/BenchPaths.h"
 #include "simulator/bench/ModelOnBus.h"
 
 #include <QDir>
@@ -14,14 +13,14 @@ constexpr int imageBytes = 1024 * 1024 + 7;
 
 } // namespace
 
-UpdateScenario::UpdateScenario(const QString &model)
+UpdateScenario::UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system)
     : devices{ModelOnBus::application(model)},
       firmware(QStringLiteral("http://127.0.0.1:%1").arg(firmwarePort)),
-      program(BenchPaths::program()),
+      program(std::move(system)),
       m_model(model),
       m_image(firmware.addModel(model, imageBytes))
 {
-    program.addAllTools(BenchPaths::standIn());
+    program.addAllTools(program.system().standIn());
     program.setControlList({model}, {QStringLiteral("USB")});
 }
 
@@ -39,7 +38,7 @@ bool UpdateScenario::start()
     if (!description.open(QIODevice::WriteOnly) || description.write(ModelOnBus::describe(devices)) < 0)
         return fail(QStringLiteral("the bus description"), description.errorString());
     description.close();
-    if (!bus.start(description.fileName()))
+    if (!bus.startController(program.system().busController(description.fileName())))
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());

@@ -18,7 +18,7 @@ class UpdateScenario
 {
 public:
     /// A server with an image for `model`, a bus with that device, a control list with it.
-    explicit UpdateScenario(const QString &model);
+    explicit UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system = makeNativeSystem());
     UpdateScenario(const UpdateScenario &) = delete;
     UpdateScenario &operator=(const UpdateScenario &) = delete;
 
