@@ -5,9 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <thread>
 
 // A small program on the bus, for the tests of what stands in for libusb and hidapi. It does what its
 // arguments say, one after the other, and prints a line of JSON for each:
@@ -15,7 +17,7 @@
 //   init                        list
 //   open VENDOR PRODUCT         open-path PATH         (numbers as 0xF100)
 //   write HEX                   close
-//   error                       wait                   (for a line on the standard input)
+//   error                       wait FILE              (until there is one)
 
 namespace {
 
@@ -69,6 +71,14 @@ json listHid()
     return interfaces;
 }
 
+void waitFor(const char *fileName)
+{
+    std::FILE *file = nullptr;
+    while (!(file = std::fopen(fileName, "rb")))
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    std::fclose(file);
+}
+
 unsigned short number(const char *text)
 {
     return static_cast<unsigned short>(std::strtoul(text, nullptr, 0));
@@ -108,7 +118,7 @@ int main(int argc, char *argv[])
             print({{"closed", true}});
         } else if (step == "wait") {
             print({{"waiting", true}});
-            std::getchar();
+            waitFor(next());
         } else {
             return 2;
         }
