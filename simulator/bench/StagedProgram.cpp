@@ -39,15 +39,22 @@ QProcessEnvironment inheritedEnvironment()
 
 } // namespace
 
-StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system)
-    : StagedProgram(std::move(system), QString())
+StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName)
+    : StagedProgram(std::move(system), folderName, QString())
 {
 }
 
-StagedProgram::StagedProgram(const QString &executable) : StagedProgram(makeNativeSystem(), executable) {}
+StagedProgram::StagedProgram(const QString &executable)
+    : StagedProgram(makeNativeSystem(), QString(), executable)
+{
+}
 
-StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &given)
+StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName,
+                             const QString &given)
     : m_system(std::move(system)),
+      m_folder(QDir::tempPath() + QLatin1Char('/') +
+               (folderName.isEmpty() ? QStringLiteral("quillmarsh-stage-") : folderName) +
+               QStringLiteral("XXXXXX")),
       m_environment(inheritedEnvironment())
 {
     const QString executable = given.isNull() ? m_system->program() : given;

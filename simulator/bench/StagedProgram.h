@@ -16,7 +16,8 @@ class StagedProgram
 {
 public:
     /// Copies the system's program under test; isValid() tells whether that went well.
-    explicit StagedProgram(std::unique_ptr<TargetSystem> system);
+    /// The name of the stage's folder begins with `folderName`.
+    explicit StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName = QString());
     /// Copies `executable`, a program of the system that this process runs on.
     explicit StagedProgram(const QString &executable);
     ~StagedProgram();
@@ -75,7 +76,7 @@ public:
     QString standardError() const;
 
 private:
-    StagedProgram(std::unique_ptr<TargetSystem> system, const QString &executable);
+    StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName, const QString &executable);
 
     QString inStage(const char *name) const;
     QString textOf(const QString &path) const;

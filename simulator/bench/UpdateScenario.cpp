@@ -9,14 +9,17 @@ namespace {
 
 // The program of a build with the rig fetches from here and from nowhere else.
 constexpr quint16 firmwarePort = 18099;
+// Longer than any system takes to start a program on a busy machine.
+constexpr int startLimitMs = 60000;
 constexpr int imageBytes = 1024 * 1024 + 7;
 
 } // namespace
 
-UpdateScenario::UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system)
+UpdateScenario::UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system,
+                               const QString &folderName)
     : devices{ModelOnBus::application(model)},
       firmware(QStringLiteral("http://127.0.0.1:%1").arg(firmwarePort)),
-      program(std::move(system)),
+      program(std::move(system), folderName),
       m_model(model),
       m_image(firmware.addModel(model, imageBytes))
 {
@@ -42,7 +45,7 @@ bool UpdateScenario::start()
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
-    if (!probe.connectThrough(program.probePortFile()))
+    if (!probe.connectThrough(program.probePortFile(), startLimitMs))
         return fail(QStringLiteral("the probe"), probe.errorText() + program.standardError());
     return true;
 }
