@@ -43,7 +43,10 @@ public:
         const QString variables = QStringLiteral("Environment");
         const QString temporary =
             QDir::toNativeSeparators(nameOf(folders.temporary)).replace(QLatin1Char('/'), QLatin1Char('\\'));
-        if (!m_prefix.setUserValue(QStringLiteral("Software\\Wine"), QStringLiteral("Version"), version) ||
+        // The display has no window manager, whose consent Wine would wait for with every window.
+        if (!m_prefix.setUserValue(QStringLiteral("Software\\Wine\\X11 Driver"), QStringLiteral("Managed"),
+                                   QStringLiteral("N")) ||
+            !m_prefix.setUserValue(QStringLiteral("Software\\Wine"), QStringLiteral("Version"), version) ||
             !m_prefix.setUserValue(variables, QStringLiteral("TEMP"), temporary) ||
             !m_prefix.setUserValue(variables, QStringLiteral("TMP"), temporary))
             return QStringLiteral("cannot write the registry");
