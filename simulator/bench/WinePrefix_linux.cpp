@@ -25,9 +25,10 @@ QProcessEnvironment environmentOf(const QString &prefix)
     variables.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
     variables.insert(QStringLiteral("WINEPREFIX"), prefix);
     variables.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    // Else the first start asks whether to fetch them, and programs find their way into menus.
+    // Else the first start asks whether to fetch them, programs find their way into menus, and a debugger
+    // looks at what crashes.
     variables.insert(QStringLiteral("WINEDLLOVERRIDES"),
-                     QStringLiteral("mscoree,mshtml=;winemenubuilder.exe=d"));
+                     QStringLiteral("mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"));
     // File names are UTF-8, and the language is English.
     variables.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     return variables;
