@@ -9,7 +9,8 @@ namespace {
 
 // The program of a build with the rig fetches from here and from nowhere else.
 constexpr quint16 firmwarePort = 18099;
-// Longer than any system takes to start a program on a busy machine.
+// Longer than any system takes to start a program on a busy machine; while its window is made, it answers
+// nothing.
 constexpr int startLimitMs = 60000;
 constexpr int imageBytes = 1024 * 1024 + 7;
 
@@ -45,6 +46,7 @@ bool UpdateScenario::start()
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
+    probe.setAnswerLimit(startLimitMs);
     if (!probe.connectThrough(program.probePortFile(), startLimitMs))
         return fail(QStringLiteral("the probe"), probe.errorText() + program.standardError());
     return true;

@@ -50,6 +50,8 @@ public:
             !m_prefix.setUserValue(variables, QStringLiteral("TEMP"), temporary) ||
             !m_prefix.setUserValue(variables, QStringLiteral("TMP"), temporary))
             return QStringLiteral("cannot write the registry");
+        if (!giveFonts())
+            return QStringLiteral("cannot write the registry");
         return putBeside(folders.application);
     }
 
@@ -68,6 +70,17 @@ public:
     }
 
 private:
+    /// The fonts that every Windows has are not free; what asks for them gets a free one by their names.
+    bool giveFonts()
+    {
+        for (const char *name : {"Tahoma", "Segoe UI", "Arial", "MS Shell Dlg", "MS Shell Dlg 2"}) {
+            if (!m_prefix.setUserValue(QStringLiteral("Software\\Wine\\Fonts\\Replacements"),
+                                       QLatin1String(name), QStringLiteral("DejaVu Sans")))
+                return false;
+        }
+        return true;
+    }
+
     /// As links: there are megabytes of it, and no program looks at more than their names.
     QString putBeside(const QString &application) const
     {

@@ -70,13 +70,15 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     const auto bootloader =
         option("bootloader", "The device waits in its bootloader, its model is asked for.");
     const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
+    const auto windows =
+        option("windows", "Show the Windows program of this build folder, under Wine.", "folder");
     const auto pictures = option("pictures", "Folder for the pictures.", "folder");
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Updates a simulated device with the real program."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
                                  QStringLiteral("[MODEL]"));
-    parser.addOptions({automatic, language, mode, bootloader, local, pictures});
+    parser.addOptions({automatic, language, mode, bootloader, local, windows, pictures});
     parser.process(arguments);
 
     DemoOptions options;
@@ -90,6 +92,8 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         readLocalFile(options, parser.value(local));
     if (parser.isSet(pictures))
         options.pictures = parser.value(pictures);
+    if (parser.isSet(windows))
+        options.windowsBuild = QFileInfo(parser.value(windows)).canonicalFilePath();
     if (options.isLaunchMode() && (options.inBootloader || !options.localFile.isEmpty()))
         refuse(QStringLiteral("--bootloader and --local need a person's controls, which --mode hides"));
     return options;

@@ -21,6 +21,9 @@ struct DemoOptions
     /// The firmware file to burn instead of the server's, absolute; empty for the server's.
     QString localFile;
 
+    /// The build folder whose Windows program is shown under Wine; empty for the program of this build.
+    QString windowsBuild;
+
     /// The program starts the update by itself and hides its controls.
     bool isLaunchMode() const { return !programArguments.isEmpty(); }
 
