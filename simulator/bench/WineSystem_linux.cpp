@@ -19,6 +19,8 @@ public:
     {
     }
 
+    QString systemDrive() const { return m_prefix.systemDrive(); }
+
     QString program() const override { return m_build + QLatin1String("/bin/quillmarsh.exe"); }
     QString standIn() const override { return m_build + QLatin1String("/bin/quillmarsh-standin.exe"); }
     QStringList busController(const QString &descriptionFile) const override
@@ -109,4 +111,9 @@ private:
 std::unique_ptr<TargetSystem> makeWineSystem(const QString &build, WindowsVersion version)
 {
     return std::make_unique<WineSystem>(build, version);
+}
+
+QString systemDriveOf(const TargetSystem &wineSystem)
+{
+    return dynamic_cast<const WineSystem &>(wineSystem).systemDrive();
 }

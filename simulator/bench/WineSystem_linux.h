@@ -10,3 +10,6 @@ enum class WindowsVersion { Windows7, Windows10 };
 ///
 /// Each has a Windows of its own; see WinePrefix. Its locale is English whatever is asked for.
 std::unique_ptr<TargetSystem> makeWineSystem(const QString &build, WindowsVersion version);
+
+/// The folder that is drive C: on the Windows that makeWineSystem() has made.
+QString systemDriveOf(const TargetSystem &wineSystem);

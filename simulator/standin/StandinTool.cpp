@@ -2,6 +2,7 @@
 
 #include "simulator/bus/BusClient.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QThread>
 
@@ -107,6 +108,9 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
         for (int i = 31; i < bytes.size(); i += 32)
             bytes[i] = '\n';
         print(bytes);
+    } else if (has("leave")) {
+        if (!leaveFile(value("leave").toString()))
+            return failed;
     } else if (has("exit")) {
         return value("exit").toInt();
     } else if (has("crash")) {
@@ -119,6 +123,12 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
         return 99;
     }
     return std::nullopt;
+}
+
+bool StandinTool::leaveFile(const QString &name) const
+{
+    QFile file(QCoreApplication::applicationDirPath() + QLatin1Char('/') + name);
+    return file.open(QIODevice::WriteOnly);
 }
 
 void StandinTool::print(const QByteArray &text) const
