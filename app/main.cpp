@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 #include "app/Departure.h"
 #include "app/MainWindowLook.h"
+#include "app/ProgramArguments.h"
 #include "app/SystemCountry.h"
 #include "app/bringToForeground.h"
 #include "support/Diagnostics.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-int run(int argc, char *argv[])
+int run(const ProgramArguments &arguments)
 {
     Departure departure;
     BackgroundWidget background(isSystemCountryChina());
@@ -20,7 +21,7 @@ int run(int argc, char *argv[])
     });
     background.show();
 
-    const LaunchOptions launch = parseCommandLine(argc, argv);
+    const LaunchOptions launch = parseCommandLine(arguments.count(), arguments.values().data());
     auto *mainWidget = new bringToForeground(&background, launch.isZN58Mode, launch.isTessilonixMode,
                                              launch.wantedModelName);
     mainWidget->show();
@@ -44,7 +45,7 @@ int main(int argc, char *argv[])
     MainWindowLook::applyProgramFont(isSystemCountryChina());
     MainWindowLook::applyProgramIcon();
 
-    const int exitCode = run(argc, argv);
+    const int exitCode = run(ProgramArguments(argc, argv));
     Diagnostics::flush(100);
     return exitCode;
 }

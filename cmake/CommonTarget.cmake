@@ -36,6 +36,12 @@ target_compile_options(quillmarsh_common INTERFACE
     -fstack-protector-strong
     $<$<BOOL:${QUILLMARSH_WARNINGS_AS_ERRORS}>:-Werror>)
 
+if(WIN32)
+    # There its checks are in a library of the compiler's, which the linker has to be told of.
+    set(QUILLMARSH_LINK_OPTIONS -fstack-protector-strong)
+endif()
+target_link_options(quillmarsh_common INTERFACE ${QUILLMARSH_LINK_OPTIONS})
+
 if(QUILLMARSH_SANITIZER)
     target_compile_options(quillmarsh_common INTERFACE
         "-fsanitize=${QUILLMARSH_SANITIZER}" -fno-omit-frame-pointer -fno-sanitize-recover=all)

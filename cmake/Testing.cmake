@@ -7,12 +7,18 @@ include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
+# A build for another system cannot run anything; there ctest asks the programs for their tests.
+if(CMAKE_CROSSCOMPILING)
+    set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
+endif()
+
 # quillmarsh_test_environment(<list> [NAME=VALUE ...])
 #
 # Sets the environment of the tests whose names the discovery leaves in <list>: what every test has,
 # and more. It happens when ctest starts, since of a list among gtest_discover_tests()'s properties
 # only the first item arrives.
 function(quillmarsh_test_environment list)
+    # Under Wine the windows are real ones: it hands none of the toolkit's variables on.
     set(environment
         QT_QPA_PLATFORM=offscreen
         LC_ALL=C.UTF-8
@@ -34,7 +40,8 @@ function(quillmarsh_test name)
         set(main "${PROJECT_SOURCE_DIR}/tests/support/CoreTestMain.cpp")
     endif()
     add_executable(${name} ${TEST_SOURCES} ${main})
-    target_link_libraries(${name} PRIVATE quillmarsh::common GTest::gtest GTest::gmock Qt5::Test ${TEST_LINK})
+    target_link_libraries(${name} PRIVATE quillmarsh::common GTest::gtest GTest::gmock Qt5::Test
+        quillmarsh::test_platform ${TEST_LINK})
     target_compile_options(${name} PRIVATE -include "${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h")
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
     set(labels "")
@@ -53,6 +60,10 @@ endfunction()
 # quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the
 # firmware server. Each runs in a network of its own, or takes turns where that is not permitted.
 function(quillmarsh_own_network_test)
+    if(WIN32)
+        quillmarsh_test(${ARGV})
+        return()
+    endif()
     set(CMAKE_CROSSCOMPILING_EMULATOR
         "${PROJECT_SOURCE_DIR}/simulator/bench/in-own-network.sh" ${CMAKE_CROSSCOMPILING_EMULATOR})
     quillmarsh_test(${ARGV})

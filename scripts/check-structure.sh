@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Holds the sources against the rules of the house: which room may include which, no platform
-# conditionals outside the platform files, and a main widget that only hands over.
+# conditionals outside the platform files, no conversion by the locale, and a main widget that only
+# hands over.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 failed=0
@@ -31,6 +32,13 @@ conditionals=$(git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h
 [ -z "$conditionals" ] || complain "Platform conditionals outside the platform files:"$'\n'"$conditionals"
 headers=$(git ls-files --cached --others --exclude-standard -- '*.h' | xargs grep -nE '#include <windows\.h>' || true)
 [ -z "$headers" ] || complain "The Windows header in a header:"$'\n'"$headers"
+
+# On Windows the locale's codec is UTF-16: whoever converts by it gives the system two bytes for one.
+by_locale=$(git ls-files --cached --others --exclude-standard -- {support,widgets,devices,download,driver,iap,update,app}'/*.cpp' \
+    {support,widgets,devices,download,driver,iap,update,app}'/*.h' |
+    grep -v '_linux\.cpp$' |
+    xargs grep -nE '(to|from)Local8Bit|qPrintable|codecForLocale|QFile::(en|de)codeName' || true)
+[ -z "$by_locale" ] || complain "Conversions by the locale's codec:"$'\n'"$by_locale"
 
 main_widget=app/bringToForeground.cpp
 [ "$(wc -l <"$main_widget")" -le 400 ] || complain "$main_widget has more than 400 lines"

@@ -9,31 +9,36 @@ QString inBuild(const char *relative)
     return build + QLatin1Char('/') + QLatin1String(relative);
 }
 
+QString programInBuild(const char *name)
+{
+    return inBuild("bin/") + QLatin1String(name) + QLatin1String(QUILLMARSH_EXECUTABLE_SUFFIX);
+}
+
 } // namespace
 
 QString BenchPaths::program()
 {
-    return inBuild("bin/quillmarsh");
+    return programInBuild("quillmarsh");
 }
 
 QString BenchPaths::busController()
 {
-    return inBuild("bin/quillmarsh-sim-bus");
+    return programInBuild("quillmarsh-sim-bus");
 }
 
 QString BenchPaths::listedBusController()
 {
-    return inBuild("bin/quillmarsh-sim-bus-listed");
+    return programInBuild("quillmarsh-sim-bus-listed");
 }
 
 QString BenchPaths::firmwareServer()
 {
-    return inBuild("bin/quillmarsh-sim-server");
+    return programInBuild("quillmarsh-sim-server");
 }
 
 QString BenchPaths::standIn()
 {
-    return inBuild("bin/quillmarsh-standin");
+    return programInBuild("quillmarsh-standin");
 }
 
 QString BenchPaths::plugins()

@@ -2,6 +2,7 @@
 
 #include "simulator/lifetime/EndOnRequest.h"
 #include "simulator/server/FirmwareServer.h"
+#include "simulator/standin/ByteStreams.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 
 int main(int argc, char *argv[])
 {
+    useByteStreams();
     const QCoreApplication application(argc, argv);
     const EndOnRequest end;
 

@@ -1,3 +1,4 @@
+#include "simulator/standin/ByteStreams.h"
 #include "simulator/standin/StandinRuns.h"
 #include "simulator/standin/StandinTool.h"
 
@@ -53,6 +54,7 @@ int play(const QString &tool, const QStringList &arguments, int run)
 
 int main(int argc, char *argv[])
 {
+    useByteStreams();
     const QCoreApplication application(argc, argv);
     const QString tool = QCoreApplication::applicationFilePath();
     const QStringList arguments = QCoreApplication::arguments().mid(1);

@@ -2,8 +2,8 @@
 #include "simulator/bench/FirmwareRoot.h"
 #include "simulator/bench/Polling.h"
 #include "simulator/bench/ServerSession.h"
-#include "tests/bench/ProcessGone.h"
 #include "tests/bench/RunningSubject.h"
+#include "tests/support/ProcessGone.h"
 
 #include <QCryptographicHash>
 

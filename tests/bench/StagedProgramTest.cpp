@@ -1,5 +1,5 @@
-#include "tests/bench/ProcessGone.h"
 #include "tests/bench/RunningSubject.h"
+#include "tests/support/ProcessGone.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "simulator/bench/XvfbSession.h"
-#include "tests/bench/ProcessGone.h"
 #include "tests/bench/RunningSubject.h"
+#include "tests/support/ProcessGone.h"
 
 #include <QSet>
 #include <QtEndian>

@@ -1,6 +1,7 @@
 #include "devices/DescriptorDump.h"
 
 #include "tests/support/RecordedDebugStream.h"
+#include "tests/support/TextOnDisk.h"
 
 #include <QFile>
 #include <QStringList>
@@ -76,7 +77,7 @@ TEST(DescriptorDumpTest, TheFileIsOnlyAddedTo)
     DescriptorDump::append(sample(), path);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), DescriptorDump::text(sample()) + DescriptorDump::text(sample()));
+    EXPECT_EQ(file.readAll(), textOnDisk(DescriptorDump::text(sample()) + DescriptorDump::text(sample())));
 }
 
 TEST(DescriptorDumpTest, AFileThatCannotBeOpenedIsReportedUnderTheOtherLogsName)

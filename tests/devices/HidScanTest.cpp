@@ -4,6 +4,7 @@
 #include "tests/support/FakeHidPort.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/support/RecordingReporter.h"
+#include "tests/support/TextOnDisk.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -194,7 +195,8 @@ TEST_F(HidScanTest, EachInterfaceAddsALineToTheLogWithNoBlankBetweenPathAndItsVa
     m_port.add(1, 65535, "one");
     m_port.add(2, 3, "two");
     scan();
-    EXPECT_EQ(logFile(), "Found device: VID: 1 PID: 65535Path:one\nFound device: VID: 2 PID: 3Path:two\n");
+    EXPECT_EQ(logFile(),
+              textOnDisk("Found device: VID: 1 PID: 65535Path:one\nFound device: VID: 2 PID: 3Path:two\n"));
     EXPECT_EQ(m_debug.lines(), (QStringList{QStringLiteral("Found device: VID: 1 PID: 65535 Path: one"),
                                             QStringLiteral("Found device: VID: 2 PID: 3 Path: two")}));
 }

@@ -12,9 +12,10 @@ protected:
     QUrl m_url;
     RecordedDebugStream m_messages;
 
-    bool waitForText(const char *beginning)
+    bool waitForText(const char *beginning, int limitMs = 20000)
     {
-        return pumpUntil([&] { return m_messages.countBeginning(QString::fromUtf8(beginning)) > 0; });
+        return pumpUntil([&] { return m_messages.countBeginning(QString::fromUtf8(beginning)) > 0; },
+                         limitMs);
     }
 };
 
@@ -98,7 +99,7 @@ TEST_F(FileSizeFetcherTest, After999RetriesItGivesUp)
     fault("404");
     FileSizeFetcher probe(m_url);
     probe.fetchFileSize();
-    ASSERT_TRUE(waitForText("Max retries reached. Giving up."));
+    ASSERT_TRUE(waitForText("Max retries reached. Giving up.", 100000));
     pumpFor(20);
     EXPECT_EQ(server().requests().size(), 1000);
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Retrying... Attempt 999 of 999")), 1);

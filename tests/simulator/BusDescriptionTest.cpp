@@ -10,6 +10,12 @@ struct WrongDescription
     const char *says;
 };
 
+/// The test's name, the same in every run.
+void PrintTo(const WrongDescription &wrong, std::ostream *out)
+{
+    *out << wrong.says;
+}
+
 class WrongBusDescriptionTest : public testing::TestWithParam<WrongDescription>
 {
 };

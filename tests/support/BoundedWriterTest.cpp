@@ -1,5 +1,6 @@
 #include "support/BoundedWriter.h"
 #include "support/BrokenPipes.h"
+#include "tests/support/OpenPipe.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -33,7 +34,7 @@ TEST_F(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
 TEST_F(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
 {
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_TRUE(openPipe(ends));
     QElapsedTimer timer;
     timer.start();
     {
@@ -49,7 +50,7 @@ TEST_F(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
 TEST_F(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
 {
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_TRUE(openPipe(ends));
     BoundedWriter writer(ends[1], 1000);
     writer.write(QByteArray(1001, 'x'));
     writer.write("after\n");
@@ -64,7 +65,7 @@ TEST_F(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
 TEST_F(BoundedWriterTest, APipeWhoseReaderWentAwayDoesNotEndTheProgram)
 {
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_TRUE(openPipe(ends));
     close(ends[0]);
     BoundedWriter writer(ends[1], 1000);
     writer.write("into the void");

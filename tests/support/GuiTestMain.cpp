@@ -8,6 +8,14 @@ int main(int argc, char *argv[])
     // The build lists the tests, and needs no display for it.
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
+    // By a name of our own, since Wine hands none of the toolkit's variables on.
+    if (qEnvironmentVariableIsSet("QUILLMARSH_TEST_SCALE"))
+        qputenv("QT_SCALE_FACTOR", qgetenv("QUILLMARSH_TEST_SCALE"));
     const QApplication application(argc, argv);
+    const double scale = qEnvironmentVariable("QUILLMARSH_TEST_SCALE", QStringLiteral("1")).toDouble();
+    if (!qFuzzyCompare(application.devicePixelRatio(), scale)) {
+        qCritical("The screen is not scaled as it was asked for.");
+        return 2;
+    }
     return RUN_ALL_TESTS();
 }

@@ -1,4 +1,5 @@
 #include "support/LogFile.h"
+#include "tests/support/TextOnDisk.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -24,13 +25,13 @@ protected:
 TEST_F(LogFileTest, AppendLineWritesItsContentWithoutATimeStamp)
 {
     EXPECT_TRUE(LogFile::appendLine(path(), QStringLiteral("plain")));
-    EXPECT_EQ(contents(), "plain\n");
+    EXPECT_EQ(contents(), textOnDisk("plain\n"));
 }
 
 TEST_F(LogFileTest, ATimestampedLineIsTheLocalTimeInBracketsABlankAndTheText)
 {
     EXPECT_TRUE(LogFile::appendTimestampedLine(path(), QStringLiteral("hello")));
-    EXPECT_TRUE(QRegularExpression(QStringLiteral(R"(^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\] hello\n$)"))
+    EXPECT_TRUE(QRegularExpression(QStringLiteral(R"(^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\] hello\r?\n$)"))
                     .match(QString::fromUtf8(contents()))
                     .hasMatch())
         << contents().constData();
@@ -39,33 +40,33 @@ TEST_F(LogFileTest, ATimestampedLineIsTheLocalTimeInBracketsABlankAndTheText)
 TEST_F(LogFileTest, AnEmptyMessageYieldsOnlyTheBracketedTimeAndOneBlank)
 {
     LogFile::appendTimestampedLine(path(), QString());
-    EXPECT_EQ(contents().size(), 23);
-    EXPECT_TRUE(contents().endsWith("] \n"));
+    EXPECT_EQ(contents().size(), 22 + textOnDisk("\n").size());
+    EXPECT_TRUE(contents().endsWith(textOnDisk("] \n")));
 }
 
 TEST_F(LogFileTest, AMessageWithALineFeedLeavesAContinuationLineWithoutATimeStamp)
 {
     LogFile::appendTimestampedLine(path(), QStringLiteral("first\nsecond"));
-    EXPECT_TRUE(contents().endsWith("] first\nsecond\n"));
+    EXPECT_TRUE(contents().endsWith(textOnDisk("] first\nsecond\n")));
 }
 
 TEST_F(LogFileTest, ExistingContentIsNeverTruncated)
 {
     LogFile::appendLine(path(), QStringLiteral("run one"));
     LogFile::appendLine(path(), QStringLiteral("run two"));
-    EXPECT_EQ(contents(), "run one\nrun two\n");
+    EXPECT_EQ(contents(), textOnDisk("run one\nrun two\n"));
 }
 
 TEST_F(LogFileTest, TextIsUtf8WithoutAByteOrderMark)
 {
     LogFile::appendLine(path(), QStringLiteral("解析"));
-    EXPECT_EQ(contents(), QByteArray("解析\n"));
+    EXPECT_EQ(contents(), textOnDisk("解析\n"));
 }
 
 TEST_F(LogFileTest, PlaceholdersInAMessageAreNotReplaced)
 {
     LogFile::appendTimestampedLine(path(), QStringLiteral("%1 and %2"));
-    EXPECT_TRUE(contents().endsWith("] %1 and %2\n"));
+    EXPECT_TRUE(contents().endsWith(textOnDisk("] %1 and %2\n")));
 }
 
 TEST_F(LogFileTest, AFileThatCannotBeOpenedCostsTheLineOnly)

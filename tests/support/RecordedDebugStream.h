@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/PlatformRemarks.h"
+
 #include <QList>
 #include <QMutex>
 #include <QString>
@@ -57,6 +59,8 @@ public:
 private:
     static void take(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
     {
+        if (isPlatformRemark(message))
+            return;
         const QMutexLocker lock(&s_current->m_mutex);
         s_current->m_lines.append(message);
         s_current->m_levels.append(type);

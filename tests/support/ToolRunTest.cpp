@@ -1,5 +1,6 @@
 #include "support/ToolRun.h"
 #include "support/ShutdownFlag.h"
+#include "tests/support/ToldTools.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -8,23 +9,25 @@
 
 namespace {
 
-ToolRun shell(const QString &command, int limitMs)
-{
-    return runToolToEnd(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command}, limitMs);
-}
-
 class ToolRunTest : public testing::Test
 {
 protected:
     void SetUp() override { m_timer.start(); }
     void TearDown() override { ShutdownFlag::instance().lower(); }
 
+    ToolRun runTool(const QByteArray &steps, int limitMs)
+    {
+        m_tools.write(QStringLiteral("tool"), steps);
+        return runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, limitMs);
+    }
+
+    ToldTools m_tools;
     QElapsedTimer m_timer;
 };
 
 TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
 {
-    const ToolRun run = shell(QStringLiteral("echo out; echo err >&2; exit 3"), 10000);
+    const ToolRun run = runTool(Told::print("out\n") + Told::printError("err\n") + Told::exitWith(3), 10000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_EQ(run.standardOutput, "out\n");
@@ -33,7 +36,7 @@ TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
 
 TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
 {
-    const ToolRun run = shell(QStringLiteral("echo first; head -c 30000000 /dev/zero"), 60000);
+    const ToolRun run = runTool(Told::print("first\n") + Told::flood(30000000), 60000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.standardOutput.size(), 1024 * 1024);
@@ -42,7 +45,7 @@ TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
 
 TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
 {
-    const ToolRun run = shell(QStringLiteral("kill -SEGV $$"), 10000);
+    const ToolRun run = runTool(Told::crash(), 10000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.exitCode, -1);
 }
@@ -56,7 +59,7 @@ TEST_F(ToolRunTest, AMissingToolSaysWhy)
 
 TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimit)
 {
-    const ToolRun run = shell(QStringLiteral("exec sleep 60"), 100);
+    const ToolRun run = runTool(Told::hang(), 100);
     EXPECT_EQ(run.end, ToolRun::CutShort);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
@@ -64,7 +67,7 @@ TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimit)
 TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
 {
     QTimer::singleShot(50, [] { ShutdownFlag::instance().raise(); });
-    const ToolRun run = shell(QStringLiteral("exec sleep 60"), 60000);
+    const ToolRun run = runTool(Told::hang(), 60000);
     EXPECT_EQ(run.end, ToolRun::CutShort);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }

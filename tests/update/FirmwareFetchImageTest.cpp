@@ -12,6 +12,7 @@ TEST_F(FirmwareFetchImageTest, ASuccessReportsEachStepInOrderAndStoresTheImage)
 {
     QFile stale(m_paths.temporaryFolder + QStringLiteral("/tmp/stale"));
     ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.close(); // An open one cannot be removed everywhere.
     const QString url = m_rig.server.url(QStringLiteral("/m1.img")).toString();
 
     EXPECT_EQ(fetch(), m_paths.downloadedImage());

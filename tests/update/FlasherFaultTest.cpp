@@ -84,7 +84,7 @@ class FlasherOnBusTest : public UpdateWorkflowTest
 protected:
     void SetUp() override
     {
-        QFile description(m_tools.program(QStringLiteral("bus.json")));
+        QFile description(m_tools.file(QStringLiteral("bus.json")));
         ASSERT_TRUE(description.open(QIODevice::WriteOnly));
         description.write(busDescription);
         description.close();
@@ -92,8 +92,8 @@ protected:
         // The flashers are asked to burn over it; they need not see the bus itself.
         const QString address = m_bus.environment().value(QLatin1String("QUILLMARSH_SIM_BUS")).toString();
         qputenv("QUILLMARSH_SIM_BUS", address.toUtf8());
-        m_paths.usbFlasher = m_tools.program(QStringLiteral("upgcmd.exe"));
-        m_paths.hidFlasher = m_tools.program(QStringLiteral("upgcmdHid.exe"));
+        m_paths.usbFlasher = m_tools.file(QStringLiteral("upgcmd.exe"));
+        m_paths.hidFlasher = m_tools.file(QStringLiteral("upgcmdHid.exe"));
         for (const QString &tool : {m_paths.usbFlasher, m_paths.hidFlasher})
             ASSERT_TRUE(QFile::copy(QStringLiteral(STANDIN), tool));
         m_state.setLocalFileMode(true);
@@ -123,7 +123,7 @@ protected:
     QByteArray nextImage()
     {
         const QByteArray bytes = "image number " + QByteArray::number(++m_images) + QByteArray(5000, '\x5a');
-        const QString path = m_tools.program(QStringLiteral("an image.img"));
+        const QString path = m_tools.file(QStringLiteral("an image.img"));
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
@@ -132,7 +132,7 @@ protected:
     }
     QByteArray burned()
     {
-        const QString path = m_tools.program(QStringLiteral("burned.img"));
+        const QString path = m_tools.file(QStringLiteral("burned.img"));
         QFile::remove(path);
         if (!m_bus.client().saveImage(deviceKey, path))
             return {};

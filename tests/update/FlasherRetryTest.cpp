@@ -19,8 +19,8 @@ protected:
         m_state.setDevice(device);
     }
 
-    const QByteArray m_unreachable = "echo 'Open upg device failed'";
-    const QByteArray m_success = "echo 'Burn image successfully!'";
+    const QByteArray m_unreachable = Told::print("Open upg device failed\n");
+    const QByteArray m_success = Told::print("Burn image successfully!\n");
     const QString m_usbRun = QStringLiteral("usb|image|/srv/an image.img");
 };
 
@@ -35,15 +35,14 @@ TEST_F(FlasherRetryTest, AnUnreachableDeviceTenTimesIsTenRuns1000MillisecondsApa
 
 TEST_F(FlasherRetryTest, NineTimesUnreachableAndThenASuccessIsASuccess)
 {
-    m_tools.write(QStringLiteral("usb"),
-                  "if [ $run -lt 10 ]; then " + m_unreachable + "; else " + m_success + "; fi");
+    m_tools.write(QStringLiteral("usb"), Told::untilRun(9, m_unreachable) + Told::afterRun(9, m_success));
     EXPECT_TRUE(burnUsb(true));
     EXPECT_EQ(m_tools.runs().size(), 10);
 }
 
 TEST_F(FlasherRetryTest, AnExitWithoutOutputIsNotRetried)
 {
-    m_tools.write(QStringLiteral("usb"), "exit 0");
+    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
     EXPECT_FALSE(burnUsb(true));
     EXPECT_EQ(m_tools.runs().size(), 1);
     EXPECT_EQ(m_clock.longSleeps, QList<int>{1000});
@@ -58,7 +57,7 @@ TEST_F(FlasherRetryTest, AFlasherThatCannotBeStartedIsNotRetried)
 
 TEST_F(FlasherRetryTest, FailureLeavesTheCallersFlagUnchanged)
 {
-    m_tools.write(QStringLiteral("usb"), "exit 0");
+    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
     bool ok = true;
     m_flasher.burnWithRetry(&ok, true);
     EXPECT_TRUE(ok);
@@ -119,7 +118,7 @@ class FlasherResetTest : public FlasherRetryTest
 
 TEST_F(FlasherResetTest, AToolThatEndsIsDone)
 {
-    m_tools.write(QStringLiteral("usb"), "exit 3");
+    m_tools.write(QStringLiteral("usb"), Told::exitWith(3));
     EXPECT_TRUE(m_flasher.RunCmdReset(m_paths.usbFlasher));
     EXPECT_EQ(m_tools.runs(), QStringList{QStringLiteral("usb|shcmd|reset")});
     EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
@@ -137,7 +136,7 @@ TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
 
 TEST_F(FlasherResetTest, LeavingCutsItShort)
 {
-    m_tools.write(QStringLiteral("usb"), "exec sleep 60");
+    m_tools.write(QStringLiteral("usb"), Told::hang());
     QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });
     QElapsedTimer timer;
     timer.start();

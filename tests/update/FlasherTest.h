@@ -2,7 +2,7 @@
 
 #include "tests/support/ManualClock.h"
 #include "tests/support/RecordingReporter.h"
-#include "tests/update/StandInFlasher.h"
+#include "tests/support/ToldTools.h"
 #include "update/Flasher.h"
 #include "update/FlasherOutput.h"
 
@@ -41,7 +41,7 @@ public:
     std::function<void()> whileWatching;
 };
 
-/// A flasher whose children are shell scripts.
+/// A flasher whose children are told what to do.
 class FlasherTest : public testing::Test
 {
 protected:
@@ -65,7 +65,7 @@ protected:
     }
 
     const QString m_image = QStringLiteral("/srv/an image.img");
-    StandInFlasher m_tools;
+    ToldTools m_tools;
     UpdatePaths m_paths;
     RecordingReporter m_reporter;
     RecordingPicture m_picture;

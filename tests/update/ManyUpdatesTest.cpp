@@ -39,8 +39,8 @@ protected:
         m_firmware->addModel(QStringLiteral("M1"), 100000);
         ASSERT_TRUE(m_server.start(m_firmware->folder(), port)) << m_server.errorText().toStdString();
 
-        m_paths.applicationDir = m_tools.program(QStringLiteral("app"));
-        m_paths.temporaryFolder = m_tools.program(QStringLiteral("Tmp"));
+        m_paths.applicationDir = m_tools.file(QStringLiteral("app"));
+        m_paths.temporaryFolder = m_tools.file(QStringLiteral("Tmp"));
         m_paths.manifestUrl =
             QStringLiteral("http://127.0.0.1:%1/Tessilonix/firmware/firmware-version-check-test.json")
                 .arg(port);

@@ -121,7 +121,7 @@ TEST_F(UpdateWorkflowBurnTest, OnlyABoxThatIsNotCheckableKeepsTheResetAway)
 TEST_F(UpdateWorkflowBurnTest, AFailedBurnIsNotFollowedByAReset)
 {
     m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), "exit 0");
+    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
     run();
     EXPECT_EQ(m_tools.runs().size(), 1);
     EXPECT_EQ(events().mid(events().size() - 4), m_failure + m_controlsBack);
@@ -130,7 +130,7 @@ TEST_F(UpdateWorkflowBurnTest, AFailedBurnIsNotFollowedByAReset)
 TEST_F(UpdateWorkflowBurnTest, AFailedResetLeavesTheUpdateASuccess)
 {
     m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), m_success + "\nrm \"$0\"");
+    m_tools.write(QStringLiteral("usb"), m_success + Told::vanish());
     EXPECT_EQ(run(), Ending::ControlsBack);
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("Failed to start process!"));
     EXPECT_EQ(m_reporter.titles().last(), QStringLiteral("Current Status: Upgrade Successful"));

@@ -100,7 +100,7 @@ TEST_F(UpdateWorkflowEndingTest, TheTemporaryImageIsDeletedAtTheNormalEndingAlso
     run();
     EXPECT_FALSE(hasTemporaryImage());
     serve();
-    m_tools.write(QStringLiteral("usb"), "exit 0");
+    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
     run();
     EXPECT_FALSE(hasTemporaryImage());
 }
@@ -138,7 +138,7 @@ TEST_F(UpdateWorkflowEndingTest, AnIapFlagWithoutADeviceNameIsNoIapDevice)
 TEST_F(UpdateWorkflowEndingTest, LeavingWhileTheFlasherRunsReportsNoResultButThatTheProgramWasClosed)
 {
     m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), "exec sleep 60");
+    m_tools.write(QStringLiteral("usb"), Told::hang());
     m_clock.whileWatching = [this] {
         if (!m_tools.runs().isEmpty())
             m_clock.leave();

@@ -27,8 +27,9 @@ protected:
 
     QStringList fileLines() const
     {
+        // Line by line, however the platform ends them.
         QFile file(m_folder.filePath(QStringLiteral("UPDLog.txt")));
-        if (!file.open(QIODevice::ReadOnly))
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
             return {};
         return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
     }

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Puts a Windows program and all that it needs into one folder.
+# Usage: scripts/windows/assemble.sh EXECUTABLE LIBRARIES FOLDER
+set -euo pipefail
+executable=$1 libraries=$2 folder=$3
+project=$(cd "$(dirname "$0")/../.." && pwd)
+
+triplet=x86_64-w64-mingw32
+sources=("$libraries/bin" "$(dirname "$($triplet-g++-posix -print-file-name=libstdc++-6.dll)")" "/usr/$triplet/lib")
+
+rm -rf "$folder"
+mkdir -p "$folder"/{platforms,styles,qmake}
+cp "$executable" "$folder/"
+# What the toolkit loads by name: the window system and the look of the controls.
+cp "$libraries/plugins/platforms/qwindows.dll" "$folder/platforms/"
+cp "$libraries/plugins/styles/qwindowsvistastyle.dll" "$folder/styles/"
+cp "$project/packaging/ControlDevList.json" "$folder/qmake/"
+
+# What these name, and what that names in turn; the rest is Windows' own.
+pending=("$folder"/*.exe "$folder"/*/*.dll)
+while [ "${#pending[@]}" -gt 0 ]; do
+    named=$($triplet-objdump -p "${pending[@]}" | sed -n 's/^\tDLL Name: //p' | sort -u)
+    pending=()
+    for name in $named; do
+        [ -e "$folder/$name" ] && continue
+        for source in "${sources[@]}"; do
+            if [ -e "$source/$name" ]; then
+                cp "$source/$name" "$folder/"
+                pending+=("$folder/$name")
+                break
+            fi
+        done
+    done
+done
+$triplet-strip --strip-unneeded "$folder"/*.exe "$folder"/*.dll "$folder"/*/*.dll
+du -sh "$folder"

@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Cross-builds the program for Windows x64, and every test of it, with warnings as errors. What is to be
+# shipped is left in build/windows/quillmarsh, a folder that starts as it is on Windows.
+# The first time on a machine takes half an hour, for the libraries (libraries.sh).
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+step() { printf '\n== %s (after %s s)\n' "$*" "$SECONDS"; }
+
+step 'Tools'
+scripts/install-dependencies.sh g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev googletest dpkg-dev \
+    bzip2 patch perl xz-utils
+
+step 'Libraries'
+QUILLMARSH_WINDOWS_ROOT=$(scripts/windows/libraries.sh)
+export QUILLMARSH_WINDOWS_ROOT
+echo "They are in $QUILLMARSH_WINDOWS_ROOT."
+
+# A folder that was configured with other libraries keeps their paths.
+for build in build/mingw build/mingw-release; do
+    if [ -e "$build/CMakeCache.txt" ] && ! grep -qF "=$QUILLMARSH_WINDOWS_ROOT/" "$build/CMakeCache.txt"; then
+        rm -r "$build"
+    fi
+done
+
+step 'Program and tests, against the rig'
+cmake --preset mingw
+cmake --build --preset mingw
+
+step 'Program, as it is shipped'
+cmake --preset mingw-release
+cmake --build --preset mingw-release --target quillmarsh
+scripts/check-release.sh build/mingw-release/bin/quillmarsh.exe
+
+step 'The folder for Windows'
+scripts/windows/assemble.sh build/mingw-release/bin/quillmarsh.exe "$QUILLMARSH_WINDOWS_ROOT" build/windows/quillmarsh
+step 'Done'

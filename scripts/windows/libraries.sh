@@ -1,0 +1,137 @@
+#!/usr/bin/env bash
+# Builds Qt, libusb, hidapi and GoogleTest for Windows, from the distribution's own sources, and prints the
+# folder that holds them. What was built stays in ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows}
+# and is built again only when its recipe below has changed. The first time takes half an hour.
+set -euo pipefail
+project=$(cd "$(dirname "$0")/../.." && pwd)
+cache=${QUILLMARSH_WINDOWS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quillmarsh-windows}
+mkdir -p "$cache/logs"
+cache=$(cd "$cache" && pwd)
+
+host=x86_64-w64-mingw32
+say() { printf '%s\n' "$*" >&2; }
+
+# recipe_NAME builds one library: run in an empty folder that goes away, it leaves what is to be kept below
+# $out, laid out as bin, include, lib. A changed recipe is a new folder in the cache.
+recipe_qt() {
+    unpack qtbase-opensource-src
+    # The names of two system libraries are spelled as only a file system without letter case finds them.
+    sed -i 's/-lCrypt32/-lcrypt32/g; s/-lSecur32/-lsecur32/g' source/src/network/ssl/ssl.pri
+    mkdir build && cd build
+    ../source/configure -opensource -confirm-license -prefix "$out" -xplatform win32-g++ \
+        -device-option CROSS_COMPILE=$host- -release -shared -no-opengl -schannel -no-openssl \
+        -qt-zlib -qt-pcre -qt-libpng -qt-freetype -qt-harfbuzz -no-libjpeg -no-dbus -no-icu \
+        -no-feature-sql -no-feature-tabletevent -no-feature-direct2d \
+        -nomake examples -nomake tests -nomake tools -no-pch
+    make -j"$(nproc)"
+    make install
+}
+
+recipe_libusb() {
+    unpack libusb-1.0
+    cd source
+    # In this order nothing looks older than what it is made from, and so nothing is made again.
+    touch aclocal.m4 && sleep 1 && touch configure config.h.in && find . -name Makefile.in -exec touch {} +
+    ./configure --host=$host --prefix="$out" --enable-shared --disable-static
+    make -j"$(nproc)"
+    make install
+}
+
+recipe_hidapi() {
+    unpack hidapi
+    cmake -S source -B build -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_INSTALL_PREFIX="$out" -DBUILD_SHARED_LIBS=ON
+    cmake --build build --target install
+}
+
+recipe_googletest() {
+    cmake -S /usr/src/googletest -B build -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_INSTALL_PREFIX="$out" -DCMAKE_CXX_STANDARD=17
+    cmake --build build --target install
+}
+
+# The distribution's source package of that name, its patches applied, into "source".
+unpack() {
+    local apt=$PWD/apt
+    mkdir -p "$apt"/{sources,lists/partial,cache/archives/partial}
+    # The machine's own sources, asked for source packages, beside the machine's configuration and not in it.
+    local file
+    for file in /etc/apt/sources.list.d/*.sources; do
+        [ -e "$file" ] && sed -E 's/^Types:.*/Types: deb-src/' "$file" >"$apt/sources/${file##*/}"
+    done
+    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+        [ -e "$file" ] && sed -nE 's/^deb(-src)?[[:space:]]/deb-src /p' "$file" >"$apt/sources/$(basename "$file" .list).list"
+    done
+    local options=(-o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$apt/sources"
+        -o Dir::State::lists="$apt/lists" -o Dir::Cache="$apt/cache" -o APT::Sandbox::User=root)
+    apt-get "${options[@]}" update || true # a source without source packages is no reason to stop
+    apt-get "${options[@]}" source --download-only "$1"
+    # What was fetched is what the signed lists name.
+    dpkg-source --no-check -x ./*.dsc source
+}
+
+key_of() { { declare -f "recipe_$1" unpack; printf '%s\n' "$host"; } | sha256sum | cut -c1-12; }
+
+# The compiler with POSIX threads under the plain names, through the compiler cache.
+compilers() {
+    mkdir "$1"
+    local tool
+    for tool in gcc g++; do
+        printf '#!/bin/sh\nexec ccache %s-%s-posix "$@"\n' $host $tool >"$1/$host-$tool"
+        printf '#!/bin/sh\nexec ccache /usr/bin/%s "$@"\n' $tool >"$1/$tool"
+    done
+    chmod +x "$1"/*
+}
+
+build() {
+    local name=$1 kept=$2
+    local log=$cache/logs/$name.log work started=$SECONDS
+    work=$(mktemp -d "$cache/building-$name.XXXXXX")
+    say "Building $name for Windows; the log is $log"
+    compilers "$work/compilers"
+    mkdir "$work/in"
+    # In the background, since the shell forgets about errors where a status is asked for.
+    (
+        set -e
+        out=$work/out toolchain=$project/cmake/mingw-w64.cmake
+        export PATH=$work/compilers:$PATH CCACHE_BASEDIR=$work CCACHE_NOHASHDIR=1
+        unset MAKEFLAGS CFLAGS CXXFLAGS LDFLAGS
+        cd "$work/in"
+        "recipe_$name"
+    ) >"$log" 2>&1 &
+    if ! wait $!; then
+        rm -rf "$work"
+        tail -n 30 "$log" >&2
+        say "Building $name failed: see $log"
+        return 1
+    fi
+    mv -T "$work/out" "$kept"
+    rm -rf "$work"
+    say "Built $name in $((SECONDS - started)) s"
+}
+
+libraries=(libusb hidapi googletest qt)
+exec 9>"$cache/lock" && flock 9
+keys=()
+for name in "${libraries[@]}"; do
+    kept=$cache/$name-$(key_of "$name")
+    keys+=("${kept##*/}")
+    [ -d "$kept" ] || build "$name" "$kept"
+done
+
+# One folder of all of them, of links to the same files.
+root=$cache/root-$(printf '%s\n' "${keys[@]}" | sha256sum | cut -c1-12)
+if [ ! -d "$root" ]; then
+    assembled=$(mktemp -d "$cache/building-root.XXXXXX")
+    for key in "${keys[@]}"; do
+        cp -al "$cache/$key/." "$assembled"
+    done
+    # They were built to lie where they were built.
+    for file in "$assembled"/lib/pkgconfig/*.pc; do
+        sed 's|^prefix=.*|prefix=${pcfiledir}/../..|' "$file" >"$file.new" && mv "$file.new" "$file"
+    done
+    chmod 755 "$assembled"
+    mv -T "$assembled" "$root"
+fi
+ln -sfn "${root##*/}" "$cache/current"
+printf '%s\n' "$root"

@@ -1,0 +1,6 @@
+#include "simulator/standin/ByteStreams.h"
+
+void useByteStreams()
+{
+    // They always do here.
+}

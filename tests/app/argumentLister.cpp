@@ -1,0 +1,17 @@
+// Prints the arguments that the program would see, one a line.
+#include "app/ProgramArguments.h"
+#include "simulator/standin/ByteStreams.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    useByteStreams();
+    const QCoreApplication application(argc, argv);
+    const ProgramArguments arguments(argc, argv);
+    const std::vector<const char *> values = arguments.values();
+    for (int i = 1; i < arguments.count(); ++i)
+        std::printf("%s\n", values.at(static_cast<size_t>(i)));
+}

@@ -1,0 +1,6 @@
+#include "tests/support/TextOnDisk.h"
+
+QByteArray textOnDisk(const QByteArray &text)
+{
+    return text;
+}
