@@ -38,6 +38,24 @@ void startWatchdog()
     }).detach();
 }
 
+QMessageBox *makeQuestion(QWidget *window)
+{
+    const bool chinese = LanguageUtilities::instance().language() == QLatin1String("zh_CN");
+    const QString text =
+        chinese ? QStringLiteral("设备正在写入固件。现在关闭程序可能导致设备无法使用。\n\n确定要关闭吗?")
+                : QStringLiteral("Firmware is being written to the device. Closing now may "
+                                 "leave the device unusable.\n\nClose all the same?");
+    auto *box =
+        new QMessageBox(QMessageBox::Warning, window->windowTitle(), text, QMessageBox::NoButton, window);
+    box->setObjectName(QStringLiteral("leaveQuestion"));
+    box->addButton(chinese ? QStringLiteral("关闭") : QStringLiteral("Close"), QMessageBox::DestructiveRole);
+    QPushButton *stay = box->addButton(chinese ? QStringLiteral("继续升级") : QStringLiteral("Keep updating"),
+                                       QMessageBox::RejectRole);
+    box->setDefaultButton(stay);
+    box->setEscapeButton(stay);
+    return box;
+}
+
 } // namespace
 
 Departure::~Departure() = default;
@@ -53,22 +71,13 @@ bool Departure::closeAsked(QWidget *window)
     return true;
 }
 
-bool Departure::userStays(QWidget *window) const
+bool Departure::userStays(QWidget *window)
 {
-    const bool chinese = LanguageUtilities::instance().language() == QLatin1String("zh_CN");
-    const QString text =
-        chinese ? QStringLiteral("设备正在写入固件。现在关闭程序可能导致设备无法使用。\n\n确定要关闭吗?")
-                : QStringLiteral("Firmware is being written to the device. Closing now may "
-                                 "leave the device unusable.\n\nClose all the same?");
-    QMessageBox box(QMessageBox::Warning, window->windowTitle(), text, QMessageBox::NoButton, window);
-    box.setObjectName(QStringLiteral("leaveQuestion"));
-    box.addButton(chinese ? QStringLiteral("关闭") : QStringLiteral("Close"), QMessageBox::DestructiveRole);
-    QPushButton *stay = box.addButton(chinese ? QStringLiteral("继续升级") : QStringLiteral("Keep updating"),
-                                      QMessageBox::RejectRole);
-    box.setDefaultButton(stay);
-    box.setEscapeButton(stay);
-    box.exec();
-    return box.clickedButton() == stay;
+    if (!m_question)
+        m_question = makeQuestion(window);
+    m_question->exec();
+    // What leaves meanwhile hides the question, unanswered.
+    return !ShutdownFlag::instance().isRaised() && m_question->clickedButton() == m_question->escapeButton();
 }
 
 void Departure::leave()

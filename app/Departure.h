@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 #include <utility>
 
+class QMessageBox;
 class QWidget;
 
 /// Ends the program when its window is asked to close: within two seconds, in whatever state it is.
@@ -33,8 +35,11 @@ public:
     void settle(QObject *mainWidget, int exitCode);
 
 private:
-    bool userStays(QWidget *window) const;
+    bool userStays(QWidget *window);
     void leave();
 
     Question m_isWriting;
+    /// Made with the first question, owned by the window, and kept: on Windows the toolkit keeps a pointer
+    /// to a window that goes while the mouse is on it, and crashes when the next question is shown.
+    QPointer<QMessageBox> m_question;
 };

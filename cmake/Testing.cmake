@@ -1,7 +1,8 @@
-# quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...])
+# quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...] [PREFIX text])
 #
 # One GoogleTest program; each of its tests is a ctest entry of its own. With GUI the program has a
-# QApplication on Qt's offscreen platform, else a QCoreApplication.
+# QApplication on Qt's offscreen platform, else a QCoreApplication. A prefix comes before the names of
+# its entries.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
@@ -29,7 +30,7 @@ function(quillmarsh_test_environment list)
 endfunction()
 
 function(quillmarsh_test name)
-    cmake_parse_arguments(TEST "GUI" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "GUI" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 60)
     endif()
@@ -49,6 +50,7 @@ function(quillmarsh_test name)
     endif()
     gtest_discover_tests(${name}
         DISCOVERY_TIMEOUT 60
+        TEST_PREFIX "${TEST_PREFIX}"
         PROPERTIES
             ${labels}
             TIMEOUT ${TEST_TIMEOUT})

@@ -21,3 +21,5 @@ take english after after
 take chinese after chinese --lang zh
 take launch during launch-mode --mode zn58
 take bootloader chooser chooser --bootloader
+# The program for Windows, where it has been built (scripts/windows/build.sh).
+[ ! -e build/mingw/beside.made ] || take windows after windows-after --windows build/mingw

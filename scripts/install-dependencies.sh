@@ -9,6 +9,7 @@ packages=(
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
     clang libclang-rt-14-dev clang-format clang-tidy
+    nlohmann-json3-dev
     nginx-core openssl
     xvfb fonts-dejavu-core fonts-noto-cjk
     iproute2 util-linux

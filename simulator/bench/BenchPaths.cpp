@@ -26,6 +26,11 @@ QString BenchPaths::busController()
     return programInBuild("quillmarsh-sim-bus");
 }
 
+QString BenchPaths::listedBusController()
+{
+    return programInBuild("quillmarsh-sim-bus-listed");
+}
+
 QString BenchPaths::firmwareServer()
 {
     return programInBuild("quillmarsh-sim-server");

@@ -9,6 +9,8 @@ namespace BenchPaths {
 /// The program under test.
 QString program();
 QString busController();
+/// The one whose bus is seen only by libraries in place of libusb and hidapi.
+QString listedBusController();
 QString firmwareServer();
 /// The executable that plays every tool that the program starts.
 QString standIn();

@@ -5,5 +5,5 @@
 QStringList busControllerCommand(const QString &descriptionFile)
 {
     // Without a wrapper: there is no preloading here that it could arrange.
-    return {BenchPaths::busController(), QStringLiteral("--description"), descriptionFile};
+    return {BenchPaths::listedBusController(), QStringLiteral("--description"), descriptionFile};
 }

@@ -11,7 +11,7 @@ class BusSession : public ProgramHost
 public:
     ~BusSession() override;
 
-    /// Starts the platform's controller on a bus description.
+    /// Starts the controller of this platform on a bus description.
     bool start(const QString &descriptionFile);
     /// Starts another controller that speaks the same protocol.
     bool startController(const QStringList &command);

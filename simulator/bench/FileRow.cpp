@@ -1,5 +1,6 @@
 #include "simulator/bench/FileRow.h"
 
+#include "simulator/bench/Polling.h"
 #include "simulator/bench/ProbeClient.h"
 
 #include <QFileInfo>
@@ -11,19 +12,24 @@ const QString nameEdit = QStringLiteral("fileNameEdit");
 const QString row = QStringLiteral("firmwareFileEdit");
 constexpr int limitMs = 10000;
 
-bool enterFolder(ProbeClient &probe, const QString &path)
+} // namespace
+
+QString FileRow::shownFolder(ProbeClient &probe)
+{
+    return probe.text(QStringLiteral("lookInCombo")).replace(QLatin1Char('\\'), QLatin1Char('/'));
+}
+
+bool FileRow::enterFolder(ProbeClient &probe, const QString &path)
 {
     // The list of suggestions takes the Return for itself when it opens just then.
     for (const int patienceMs : {2000, 2000, limitMs}) {
-        if (!FileRow::typeName(probe, path))
+        if (!typeName(probe, path))
             return false;
-        if (probe.waitForText(QStringLiteral("lookInCombo"), path, patienceMs))
+        if (pollUntil([&] { return shownFolder(probe) == path; }, patienceMs, 20))
             return true;
     }
     return false;
 }
-
-} // namespace
 
 bool FileRow::reveal(ProbeClient &probe)
 {

@@ -10,12 +10,14 @@
 
 namespace {
 
-QJsonArray markedInterfaces(const QString &model, const char *marker)
+/// Where the node's name has no marker the interface's number or the collection's ordinal tells the same.
+QJsonArray markedInterfaces(const QString &model, const char *marker, int collection)
 {
     const auto node = [&](const char *mark) {
         return QStringLiteral("hidraw_%1_%2").arg(QLatin1String(mark), model);
     };
     return {QJsonObject{{QStringLiteral("number"), 0},
+                        {QStringLiteral("collection"), collection},
                         {QStringLiteral("node"), node(marker)},
                         {QStringLiteral("acceptsReport"), true}},
             QJsonObject{{QStringLiteral("number"), 1}, {QStringLiteral("node"), node("other")}}};
@@ -37,9 +39,9 @@ QJsonObject ModelOnBus::application(const QString &model)
     if (row->iapFlag != 0)
         device.insert(QStringLiteral("programmable"), true);
     if (ModelLists::isMi00(model))
-        device.insert(QStringLiteral("interfaces"), markedInterfaces(model, "MI_00"));
+        device.insert(QStringLiteral("interfaces"), markedInterfaces(model, "MI_00", 1));
     else if (ModelLists::isCol04(model))
-        device.insert(QStringLiteral("interfaces"), markedInterfaces(model, "Col04"));
+        device.insert(QStringLiteral("interfaces"), markedInterfaces(model, "Col04", 4));
     return device;
 }
 

@@ -2,15 +2,26 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <csignal>
 
 namespace {
 
+bool isMappedFrom(const QString &folder, qint64 processId)
+{
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(processId));
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(' ' + folder.toUtf8() + '/');
+}
+
 bool runsFrom(const QString &folder, qint64 processId)
 {
     const QString executable = QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(processId));
-    return executable.startsWith(folder + QLatin1Char('/'));
+    if (executable.startsWith(folder + QLatin1Char('/')))
+        return true;
+    // A Windows program runs in Wine's loader, and lies in its memory.
+    return QFileInfo(executable).fileName().startsWith(QLatin1String("wine")) &&
+           isMappedFrom(folder, processId);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "simulator/bench/StagedProgram.h"
 
-#include "simulator/bench/BenchPaths.h"
 #include "simulator/bench/StageProcesses.h"
 
 #include <QDir>
@@ -15,11 +14,6 @@ QByteArray contentsOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString textOf(const QString &path)
-{
-    return QString::fromUtf8(contentsOf(path));
 }
 
 QJsonArray switchedOn(const QStringList &ids)
@@ -45,8 +39,25 @@ QProcessEnvironment inheritedEnvironment()
 
 } // namespace
 
-StagedProgram::StagedProgram(const QString &executable) : m_environment(inheritedEnvironment())
+StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName)
+    : StagedProgram(std::move(system), folderName, QString())
 {
+}
+
+StagedProgram::StagedProgram(const QString &executable)
+    : StagedProgram(makeNativeSystem(), QString(), executable)
+{
+}
+
+StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName,
+                             const QString &given)
+    : m_system(std::move(system)),
+      m_folder(QDir::tempPath() + QLatin1Char('/') +
+               (folderName.isEmpty() ? QStringLiteral("quillmarsh-stage-") : folderName) +
+               QStringLiteral("XXXXXX")),
+      m_environment(inheritedEnvironment())
+{
+    const QString executable = given.isNull() ? m_system->program() : given;
     m_folder.setAutoRemove(qEnvironmentVariableIsEmpty("QUILLMARSH_BENCH_KEEP"));
     for (const char *name :
          {"app/qmake", "tmp", "work", "home/.config", "home/.cache", "home/.local/share", "run"})
@@ -57,17 +68,11 @@ StagedProgram::StagedProgram(const QString &executable) : m_environment(inherite
     if (!QFile::copy(executable, m_program))
         fail(QStringLiteral("cannot copy ") + executable);
 
-    setVariable(QStringLiteral("HOME"), homeFolder());
-    setVariable(QStringLiteral("XDG_CONFIG_HOME"), inStage("home/.config"));
-    setVariable(QStringLiteral("XDG_CACHE_HOME"), inStage("home/.cache"));
-    setVariable(QStringLiteral("XDG_DATA_HOME"), inStage("home/.local/share"));
-    setVariable(QStringLiteral("XDG_RUNTIME_DIR"), inStage("run"));
-    setVariable(QStringLiteral("TMPDIR"), temporaryFolder());
-    setVariable(QStringLiteral("QT_PLUGIN_PATH"), BenchPaths::plugins());
-    setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
-    setVariable(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), probePortFile());
-    // Nothing is drawn with OpenGL, and the software driver costs time and memory and leaks.
-    setVariable(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
+    const QString problem = m_system->furnish(
+        {applicationFolder(), temporaryFolder(), homeFolder(), inStage("run"), probePortFile()},
+        m_environment);
+    if (!problem.isEmpty())
+        fail(problem);
     setLocale(QStringLiteral("en_US.UTF-8"));
     setDisplay(QString());
 }
@@ -144,19 +149,12 @@ bool StagedProgram::setControlList(const QStringList &models, const QStringList 
 
 void StagedProgram::setLocale(const QString &locale)
 {
-    setVariable(QStringLiteral("LC_ALL"), locale);
-    setVariable(QStringLiteral("LANG"), locale);
+    m_system->setLocale(m_environment, locale);
 }
 
 void StagedProgram::setDisplay(const QString &display)
 {
-    const bool onScreen = !display.isEmpty();
-    setVariable(QStringLiteral("QT_QPA_PLATFORM"),
-                onScreen ? QStringLiteral("xcb") : QStringLiteral("offscreen"));
-    if (onScreen)
-        setVariable(QStringLiteral("DISPLAY"), display);
-    else
-        m_environment.remove(QStringLiteral("DISPLAY"));
+    m_system->setDisplay(m_environment, display);
 }
 
 void StagedProgram::setVariable(const QString &name, const QString &value)
@@ -167,9 +165,14 @@ void StagedProgram::setVariable(const QString &name, const QString &value)
 Launch StagedProgram::launch(const QStringList &arguments) const
 {
     QFile::remove(probePortFile());
-    QStringList command = m_through + QStringList{m_program} + arguments;
+    QStringList command = m_through + m_system->command(m_program) + arguments;
     const QString first = command.takeFirst();
     return {first, command, workingFolder(), m_environment, inStage("stdout"), inStage("stderr")};
+}
+
+QString StagedProgram::textOf(const QString &path) const
+{
+    return m_system->text(contentsOf(path));
 }
 
 QString StagedProgram::updateLog() const

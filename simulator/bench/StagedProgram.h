@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/bench/Launch.h"
+#include "simulator/bench/TargetSystem.h"
 #include "simulator/standin/StandinRuns.h"
 
 #include <QJsonDocument>
@@ -14,7 +15,10 @@
 class StagedProgram
 {
 public:
-    /// Copies `executable`; isValid() tells whether that went well.
+    /// Copies the system's program under test; isValid() tells whether that went well.
+    /// The name of the stage's folder begins with `folderName`.
+    explicit StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName = QString());
+    /// Copies `executable`, a program of the system that this process runs on.
     explicit StagedProgram(const QString &executable);
     ~StagedProgram();
     StagedProgram(const StagedProgram &) = delete;
@@ -22,6 +26,10 @@ public:
 
     bool isValid() const { return m_error.isEmpty(); }
     QString errorText() const { return m_error; }
+
+    const TargetSystem &system() const { return *m_system; }
+    /// How the program names a file.
+    QString nameOf(const QString &path) const { return m_system->nameOf(path); }
 
     QString applicationFolder() const { return inStage("app"); }
     QString temporaryFolder() const { return inStage("tmp"); }
@@ -68,10 +76,14 @@ public:
     QString standardError() const;
 
 private:
+    StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName, const QString &executable);
+
     QString inStage(const char *name) const;
+    QString textOf(const QString &path) const;
     void fail(const QString &what);
     bool write(const QString &path, const QByteArray &contents);
 
+    std::unique_ptr<TargetSystem> m_system;
     QTemporaryDir m_folder;
     QString m_program;
     QProcessEnvironment m_environment;

@@ -1,6 +1,5 @@
 #include "simulator/bench/UpdateScenario.h"
 
-#include "simulator/bench/BenchPaths.h"
 #include "simulator/bench/ModelOnBus.h"
 
 #include <QDir>
@@ -10,18 +9,22 @@ namespace {
 
 // The program of a build with the rig fetches from here and from nowhere else.
 constexpr quint16 firmwarePort = 18099;
+// Longer than any system takes to start a program on a busy machine; while its window is made, it answers
+// nothing.
+constexpr int startLimitMs = 60000;
 constexpr int imageBytes = 1024 * 1024 + 7;
 
 } // namespace
 
-UpdateScenario::UpdateScenario(const QString &model)
+UpdateScenario::UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system,
+                               const QString &folderName)
     : devices{ModelOnBus::application(model)},
       firmware(QStringLiteral("http://127.0.0.1:%1").arg(firmwarePort)),
-      program(BenchPaths::program()),
+      program(std::move(system), folderName),
       m_model(model),
       m_image(firmware.addModel(model, imageBytes))
 {
-    program.addAllTools(BenchPaths::standIn());
+    program.addAllTools(program.system().standIn());
     program.setControlList({model}, {QStringLiteral("USB")});
 }
 
@@ -39,11 +42,12 @@ bool UpdateScenario::start()
     if (!description.open(QIODevice::WriteOnly) || description.write(ModelOnBus::describe(devices)) < 0)
         return fail(QStringLiteral("the bus description"), description.errorString());
     description.close();
-    if (!bus.start(description.fileName()))
+    if (!bus.startController(program.system().busController(description.fileName())))
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
-    if (!probe.connectThrough(program.probePortFile()))
+    probe.setAnswerLimit(startLimitMs);
+    if (!probe.connectThrough(program.probePortFile(), startLimitMs))
         return fail(QStringLiteral("the probe"), probe.errorText() + program.standardError());
     return true;
 }

@@ -18,7 +18,9 @@ class UpdateScenario
 {
 public:
     /// A server with an image for `model`, a bus with that device, a control list with it.
-    explicit UpdateScenario(const QString &model);
+    /// The program runs on `system`, in a folder whose name begins with `folderName`.
+    explicit UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system = makeNativeSystem(),
+                            const QString &folderName = QString());
     UpdateScenario(const UpdateScenario &) = delete;
     UpdateScenario &operator=(const UpdateScenario &) = delete;
 

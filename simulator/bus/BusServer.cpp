@@ -102,6 +102,10 @@ void BusServer::answer(QTcpSocket *socket, const QJsonObject &request, const QBy
 
 QJsonObject BusServer::perform(const QJsonObject &request, const QByteArray &payload)
 {
+    if (m_further) {
+        if (const std::optional<QJsonObject> answer = m_further(request))
+            return *answer;
+    }
     const QString operation = request.value(QLatin1String("op")).toString();
     if (operation == QLatin1String("state"))
         return state();

@@ -17,6 +17,10 @@ public:
     /// for the end.
     BusServer(SimulatedBus &bus, std::function<void()> quit);
 
+    /// Requests that only some presenters can answer; asked first, and nothing means "not mine".
+    using FurtherOperations = std::function<std::optional<QJsonObject>(const QJsonObject &request)>;
+    void setFurtherOperations(FurtherOperations further) { m_further = std::move(further); }
+
     /// Takes a port that the system chooses; 0 when there is none.
     quint16 listen();
 
@@ -37,6 +41,7 @@ private:
 
     SimulatedBus &m_bus;
     std::function<void()> m_quit;
+    FurtherOperations m_further;
     QHash<QTcpSocket *, Pending> m_pending;
     QTcpServer m_server;
 };

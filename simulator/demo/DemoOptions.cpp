@@ -86,13 +86,15 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         option("bootloader", "The device waits in its bootloader, its model is asked for.");
     const auto iap = option("iap", "Program this microcontroller model through the IAP panel.", "MODEL");
     const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
+    const auto windows =
+        option("windows", "Show the Windows program of this build folder, under Wine.", "folder");
     const auto pictures = option("pictures", "Folder for the pictures.", "folder");
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Updates a simulated device with the real program."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
                                  QStringLiteral("[MODEL]"));
-    parser.addOptions({automatic, language, mode, bootloader, iap, local, pictures});
+    parser.addOptions({automatic, language, mode, bootloader, iap, local, windows, pictures});
     parser.process(arguments);
 
     DemoOptions options;
@@ -114,5 +116,7 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
             QStringLiteral("--bootloader, --iap and --local need a person's controls, which --mode hides"));
     if (options.throughIapPanel && options.inBootloader)
         refuse(QStringLiteral("a microcontroller has no bootloader of that kind: --iap or --bootloader"));
+    if (parser.isSet(windows))
+        options.windowsBuild = QFileInfo(parser.value(windows)).canonicalFilePath();
     return options;
 }

@@ -23,6 +23,8 @@ struct DemoOptions
 
     /// The model is a microcontroller, which the IAP panel programs.
     bool throughIapPanel = false;
+    /// The build folder whose Windows program is shown under Wine; empty for the program of this build.
+    QString windowsBuild;
 
     /// The program starts the update by itself and hides its controls.
     bool isLaunchMode() const { return !programArguments.isEmpty(); }

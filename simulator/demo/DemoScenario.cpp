@@ -2,6 +2,7 @@
 
 #include "simulator/bench/FileRow.h"
 #include "simulator/bench/ModelOnBus.h"
+#include "simulator/bench/WineSystem_linux.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -42,10 +43,16 @@ QJsonDocument unhurriedProgrammer()
         QJsonObject{{QStringLiteral("Start"), QJsonObject{{QStringLiteral("runs"), QJsonArray{run}}}}});
 }
 
+std::unique_ptr<TargetSystem> systemOf(const DemoOptions &options)
+{
+    return options.windowsBuild.isEmpty() ? makeNativeSystem()
+                                          : makeWineSystem(options.windowsBuild, WindowsVersion::Windows10);
+}
+
 } // namespace
 
 DemoScenario::DemoScenario(const DemoOptions &options)
-    : UpdateScenario(options.model),
+    : UpdateScenario(options.model, systemOf(options)),
       m_options(options),
       m_rightImage(image())
 {
@@ -70,8 +77,9 @@ DemoScenario::DemoScenario(const DemoOptions &options)
 
 bool DemoScenario::open()
 {
-    return start() && (m_options.localFile.isEmpty() ||
-                       (FileRow::reveal(probe) && FileRow::choose(probe, m_options.localFile)));
+    return start() &&
+           (m_options.localFile.isEmpty() ||
+            (FileRow::reveal(probe) && FileRow::choose(probe, program.nameOf(m_options.localFile))));
 }
 
 QString DemoScenario::successTitle() const

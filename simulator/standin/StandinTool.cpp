@@ -2,6 +2,7 @@
 
 #include "simulator/bus/BusClient.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QThread>
 
@@ -154,6 +155,9 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
         print(bytes);
     } else if (has("deaf")) {
         std::signal(SIGTERM, SIG_IGN);
+    } else if (has("leave")) {
+        if (!leaveFile(value("leave").toString()))
+            return failed;
     } else if (has("exit")) {
         return value("exit").toInt();
     } else if (has("crash")) {
@@ -166,6 +170,12 @@ std::optional<int> StandinTool::playStep(const QJsonObject &step)
         return 99;
     }
     return std::nullopt;
+}
+
+bool StandinTool::leaveFile(const QString &name) const
+{
+    QFile file(QCoreApplication::applicationDirPath() + QLatin1Char('/') + name);
+    return file.open(QIODevice::WriteOnly);
 }
 
 void StandinTool::print(const QByteArray &text) const

@@ -22,6 +22,8 @@ private:
     int playProgrammer();
     /// The exit code when the step ends the run.
     std::optional<int> playStep(const QJsonObject &step);
+    /// Makes an empty file beside the tool.
+    bool leaveFile(const QString &name) const;
     void print(const QByteArray &text) const;
     void printAsTold(const QByteArray &text, const QJsonObject &step) const;
     void printProgress() const;

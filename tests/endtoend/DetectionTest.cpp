@@ -102,10 +102,10 @@ TEST_F(DetectionTest, OneBootloaderIsShownInRedAndTwoAreTooMany)
     start();
     ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("bootloader>1"), 5000));
     EXPECT_EQ(styleOfConnection(), QStringLiteral("color: red;"));
-    EXPECT_TRUE(logHas("warnning: bootloaderCount>1"));
+    EXPECT_TRUE(pollUntil([&] { return logHas("warnning: bootloaderCount>1"); }, 5000));
     ASSERT_TRUE(s.bus.unplug(QStringLiteral("DevMac")));
     EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 3000));
-    EXPECT_TRUE(logHas("Run User Chose Mode."));
+    EXPECT_TRUE(pollUntil([&] { return logHas("Run User Chose Mode."); }, 5000));
 }
 
 } // namespace

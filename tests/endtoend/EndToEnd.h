@@ -17,6 +17,9 @@ const QString connection = QStringLiteral("statusLabel");
 const QString usbFlasher = QStringLiteral("upgcmd.exe");
 const QString hidFlasher = QStringLiteral("upgcmdHid.exe");
 
+/// The system of the program under test; each test program has its own.
+std::unique_ptr<TargetSystem> programSystem();
+
 /// Longer than an update takes on a busy machine.
 constexpr int updateLimitMs = 60000;
 
@@ -69,7 +72,8 @@ protected:
     UpdateScenario &scenario(const char *model = "DevMaa")
     {
         if (!m_scenario)
-            m_scenario = std::make_unique<UpdateScenario>(QString::fromLatin1(model));
+            m_scenario =
+                std::make_unique<UpdateScenario>(QString::fromLatin1(model), EndToEnd::programSystem());
         return *m_scenario;
     }
 

@@ -64,7 +64,9 @@ TEST_F(FlasherRetryTest, AMissingFlasherIsSaidInTheLog)
     ASSERT_TRUE(QFile::remove(path));
     EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Failed!"));
     const QStringList lines = s.program.updateLogLines();
-    EXPECT_EQ(lines.filter(QStringLiteral("The flasher could not be started: ") + path).size(), 1);
+    EXPECT_EQ(
+        lines.filter(QStringLiteral("The flasher could not be started: ") + s.program.nameOf(path)).size(),
+        1);
 }
 
 } // namespace

@@ -13,7 +13,8 @@ const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Success
 class PlainUpdateTest : public EndToEndTest
 {
 protected:
-    QString imagePath() { return scenario().program.temporaryFolder() + imageName; }
+    QString imageFile() { return scenario().program.temporaryFolder() + imageName; }
+    QString imagePath() { return scenario().program.nameOf(imageFile()); }
 
     const QString imageName = QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.img");
 };
@@ -30,7 +31,7 @@ TEST_F(PlainUpdateTest, ADeviceIsUpdatedOverUsbAndComesBackAsItself)
                                   {QStringLiteral("shcmd"), QStringLiteral("reset")}}));
     EXPECT_TRUE(s.program.runs(hidFlasher).isEmpty());
     EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
-    EXPECT_FALSE(QFile::exists(imagePath()));
+    EXPECT_FALSE(QFile::exists(imageFile()));
 }
 
 TEST_F(PlainUpdateTest, ADeviceIsUpdatedOverHid)

@@ -1,0 +1,168 @@
+#include "simulator/bus/ListedBus.h"
+
+#include "simulator/bus/UsbRecords.h"
+#include "simulator/bus/WindowsHidPath.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace {
+
+constexpr int deviceDescriptorBytes = 18;
+
+QString deviceDescriptor(const BusPresenter::Device &device)
+{
+    return QString::fromLatin1(UsbRecords::descriptors(device).left(deviceDescriptorBytes).toHex());
+}
+
+BusPresenter::Device rootHub()
+{
+    BusPresenter::Device hub;
+    hub.ids = {0x1D6B, 0x0002};
+    return hub;
+}
+
+QJsonObject success(QJsonObject fields = {})
+{
+    fields.insert(QStringLiteral("ok"), true);
+    return fields;
+}
+
+QJsonObject failure(const char *error)
+{
+    return {{QStringLiteral("ok"), false}, {QStringLiteral("error"), QLatin1String(error)}};
+}
+
+/// The failure in a word of its own: error numbers differ between systems.
+const char *nameOf(int errorNumber)
+{
+    switch (errorNumber) {
+    case EPIPE:
+        return "refused";
+    case EIO:
+        return "broken";
+    default:
+        return "gone";
+    }
+}
+
+QJsonObject hidInterface(const BusPresenter::Device &device, int node, int collection)
+{
+    const HidNodeDescription &described = device.nodes.at(node);
+    const QByteArray path = WindowsHidPath::of(device, node, collection);
+    return {
+        {QStringLiteral("path"), described.pathless ? QJsonValue() : QJsonValue(QString::fromLatin1(path))},
+        {QStringLiteral("vendorId"), device.ids.vendorId},
+        {QStringLiteral("productId"), device.ids.productId},
+        {QStringLiteral("interfaceNumber"), described.number},
+        {QStringLiteral("manufacturer"), device.manufacturer},
+        {QStringLiteral("product"), device.product},
+        {QStringLiteral("serial"), device.serial},
+    };
+}
+
+} // namespace
+
+ListedBus::ListedBus(bool rootHub) : m_rootHub(rootHub) {}
+
+QString ListedBus::add(int id, const Device &device)
+{
+    m_shown.insert(id, {device, ++m_lastAppearance});
+    return QString();
+}
+
+void ListedBus::remove(int id)
+{
+    m_shown.remove(id);
+}
+
+std::optional<QJsonObject> ListedBus::perform(const QJsonObject &request)
+{
+    const QString operation = request.value(QLatin1String("op")).toString();
+    const int handle = request.value(QLatin1String("handle")).toInt(-1);
+    if (operation == QLatin1String("usbDevices"))
+        return usbDevices();
+    if (operation == QLatin1String("hidInterfaces"))
+        return hidInterfaces();
+    if (operation == QLatin1String("hidOpen"))
+        return open(request.value(QLatin1String("path")).toString().toLatin1());
+    if (operation == QLatin1String("hidWrite"))
+        return write(handle,
+                     QByteArray::fromHex(request.value(QLatin1String("report")).toString().toLatin1()));
+    if (operation == QLatin1String("hidClose"))
+        return m_opened.remove(handle) > 0 ? success() : failure("no such handle");
+    if (operation == QLatin1String("hidOpened"))
+        return success({{QStringLiteral("count"), m_opened.size()}});
+    return std::nullopt;
+}
+
+QList<int> ListedBus::inBusOrder() const
+{
+    QList<int> ids = m_shown.keys();
+    std::stable_sort(ids.begin(), ids.end(), [this](int left, int right) {
+        return m_shown[left].device.position < m_shown[right].device.position;
+    });
+    return ids;
+}
+
+QJsonObject ListedBus::usbDevices() const
+{
+    QJsonArray devices;
+    const QList<int> ids = inBusOrder();
+    for (const int id : ids)
+        devices.append(deviceDescriptor(m_shown[id].device));
+    if (m_rootHub)
+        devices.append(deviceDescriptor(rootHub()));
+    return success({{QStringLiteral("devices"), devices}});
+}
+
+QJsonObject ListedBus::hidInterfaces() const
+{
+    QJsonArray interfaces;
+    const QList<int> ids = inBusOrder();
+    for (const int id : ids) {
+        const Device &device = m_shown[id].device;
+        for (int node = 0; node < device.nodes.size(); ++node) {
+            for (int collection = 1; collection <= WindowsHidPath::collectionsOf(device.nodes.at(node));
+                 ++collection)
+                interfaces.append(hidInterface(device, node, collection));
+        }
+    }
+    return success({{QStringLiteral("interfaces"), interfaces}});
+}
+
+QJsonObject ListedBus::open(const QByteArray &path)
+{
+    for (auto shown = m_shown.cbegin(); shown != m_shown.cend(); ++shown) {
+        const Device &device = shown->device;
+        for (int node = 0; node < device.nodes.size(); ++node) {
+            const HidNodeDescription &described = device.nodes.at(node);
+            for (int collection = 1; collection <= WindowsHidPath::collectionsOf(described); ++collection) {
+                // Windows does not tell letter cases apart here.
+                if (WindowsHidPath::of(device, node, collection).compare(path, Qt::CaseInsensitive) != 0 ||
+                    described.pathless)
+                    continue;
+                if (!described.openable)
+                    return failure("denied");
+                m_opened.insert(++m_lastHandle, {shown.key(), node, shown->appearance});
+                return success({{QStringLiteral("handle"), m_lastHandle}});
+            }
+        }
+    }
+    return failure("gone");
+}
+
+QJsonObject ListedBus::write(int handle, const QByteArray &report) const
+{
+    const auto opened = m_opened.find(handle);
+    if (opened == m_opened.end())
+        return failure("no such handle");
+    const auto shown = m_shown.find(opened->device);
+    if (shown == m_shown.end() || shown->appearance != opened->appearance || !m_handler)
+        return failure("gone");
+    const WriteAnswer answer = m_handler(opened->device, opened->node, report);
+    return answer.count < 0 ? failure(nameOf(answer.errorNumber))
+                            : success({{QStringLiteral("count"), answer.count}});
+}

@@ -1,0 +1,97 @@
+#include "simulator/windows/BusConnection.h"
+#include "simulator/windows/Hex.h"
+
+#include <libusb.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+
+// In the place of libusb for programs on a simulated bus: the functions that list devices, with
+// libusb's own contract. No device can be opened.
+
+struct libusb_device
+{
+    std::atomic<int> references{1};
+    libusb_device_descriptor descriptor{};
+};
+
+namespace {
+
+std::unique_ptr<BusConnection> bus;
+int initialisations = 0;
+
+void release(libusb_device *device)
+{
+    if (--device->references == 0)
+        delete device;
+}
+
+/// Numbers of two bytes lie with the low one first, there as here.
+libusb_device *deviceOf(const std::string &hex)
+{
+    const std::vector<unsigned char> bytes = bytesOf(hex);
+    if (bytes.size() < LIBUSB_DT_DEVICE_SIZE)
+        return nullptr;
+    auto *device = new libusb_device;
+    static_assert(sizeof device->descriptor == LIBUSB_DT_DEVICE_SIZE, "the descriptor as it is on the wire");
+    std::memcpy(&device->descriptor, bytes.data(), LIBUSB_DT_DEVICE_SIZE);
+    return device;
+}
+
+} // namespace
+
+extern "C" {
+
+// Only the default context: what a program makes of its own is never asked for here.
+int LIBUSB_CALL libusb_init(libusb_context **context)
+{
+    if (context)
+        return LIBUSB_ERROR_NOT_SUPPORTED;
+    if (!bus)
+        bus = std::make_unique<BusConnection>();
+    if (!bus->isOpen()) {
+        bus.reset();
+        return LIBUSB_ERROR_OTHER;
+    }
+    ++initialisations;
+    return LIBUSB_SUCCESS;
+}
+
+void LIBUSB_CALL libusb_exit(libusb_context * /*context*/)
+{
+    if (initialisations > 0 && --initialisations == 0)
+        bus.reset();
+}
+
+ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context * /*context*/, libusb_device ***list)
+{
+    if (!bus)
+        return LIBUSB_ERROR_OTHER;
+    const nlohmann::json answer = bus->request({{"op", "usbDevices"}});
+    if (!answer.value("ok", false))
+        return LIBUSB_ERROR_IO;
+    std::vector<libusb_device *> devices;
+    for (const auto &descriptor : answer.at("devices")) {
+        if (libusb_device *device = deviceOf(descriptor.get<std::string>()))
+            devices.push_back(device);
+    }
+    *list = new libusb_device *[devices.size() + 1]();
+    std::copy(devices.begin(), devices.end(), *list);
+    return static_cast<ssize_t>(devices.size());
+}
+
+void LIBUSB_CALL libusb_free_device_list(libusb_device **list, int unreference)
+{
+    for (libusb_device **device = list; list && unreference && *device; ++device)
+        release(*device);
+    delete[] list;
+}
+
+int LIBUSB_CALL libusb_get_device_descriptor(libusb_device *device, libusb_device_descriptor *descriptor)
+{
+    *descriptor = device->descriptor;
+    return LIBUSB_SUCCESS;
+}
+
+} // extern "C"

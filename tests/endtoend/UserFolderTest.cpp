@@ -1,0 +1,28 @@
+#include "tests/endtoend/EndToEnd.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+/// A person whose name is no ASCII, and in whose folders program, temporary and log files lie.
+class UserFolderTest : public EndToEndTest
+{
+};
+
+TEST_F(UserFolderTest, ChineseCharactersAndBlanksInEveryPathAreNoObstacle)
+{
+    m_scenario = std::make_unique<UpdateScenario>(QStringLiteral("DevMaa"), programSystem(),
+                                                  QStringLiteral("张 三的文件夹 "));
+    UpdateScenario &s = *m_scenario;
+    ASSERT_TRUE(s.program.applicationFolder().contains(QStringLiteral("/张 三的文件夹 ")));
+    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Successful"));
+    EXPECT_EQ(s.burned(), s.image());
+    const QString folder =
+        s.program.nameOf(s.program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath");
+    EXPECT_TRUE(s.program.updateLogLines().contains(QStringLiteral("usb tmpPath: ") + folder));
+    EXPECT_EQ(argumentsOf(s.program, usbFlasher).value(0),
+              (QStringList{QStringLiteral("image"), folder + QStringLiteral("/tmp/dev.img")}));
+    EXPECT_EQ(s.closeWindow(), 0);
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+#include "tests/endtoend/LocalFiles.h"
+
+#include "simulator/bench/WineSystem_linux.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+using namespace EndToEnd;
+
+const QString catalogTool = QStringLiteral("dpscat.exe");
+const QString infTool = QStringLiteral("pnputil.exe");
+const char inf[] = "[Version]\r\nSignature=\"$Windows NT$\"\r\nCatalogFile=Artinchip_SoC.cat\r\n";
+
+/// What the program does about the bootloader's driver when it starts, on a Windows without it.
+class DriverCheckTest : public EndToEndTest
+{
+protected:
+    QString inApplication(const char *name)
+    {
+        return scenario().program.applicationFolder() + QLatin1Char('/') + QLatin1String(name);
+    }
+    QString inSystem32(const char *name)
+    {
+        return systemDriveOf(scenario().program.system()) + QLatin1String("/windows/system32/") +
+               QLatin1String(name);
+    }
+
+    /// The driver package beside the program, with stand-ins for the tools.
+    void addPackage()
+    {
+        StagedProgram &program = scenario().program;
+        ASSERT_TRUE(QDir().mkpath(inApplication("amd64")));
+        for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll", "libusbK.sys"})
+            ASSERT_TRUE(writeFile(inApplication("amd64/") + QLatin1String(name), name));
+        ASSERT_TRUE(writeFile(inApplication("Artinchip_SoC.inf"), inf));
+        const QString standIn = program.system().standIn();
+        ASSERT_TRUE(program.addTool(catalogTool, standIn,
+                                    script({{step("leave", QStringLiteral("Artinchip_SoC.cat"))}})));
+        ASSERT_TRUE(
+            program.addTool(infTool, standIn, script({{step("print", QStringLiteral("inf added\n"))}})));
+    }
+
+    /// The lines of the check, from its first to its last.
+    QStringList checkLines()
+    {
+        UpdateScenario &s = scenario();
+        EXPECT_TRUE(s.start()) << s.errorText().toStdString();
+        // The window answers once it has been made, and the check is over by then.
+        EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), updateLimitMs));
+        const QStringList lines = s.program.updateLogLines();
+        const int first = lines.indexOf(QStringLiteral("Try Create Cat And Inf..."));
+        const int last = lines.indexOf(QRegularExpression(QStringLiteral("^Start Dev (Success|Failed!)$")));
+        return first < 0 || last < 0 ? lines : QStringList(lines.mid(first, last - first + 1));
+    }
+
+    static QStringList expected(std::initializer_list<const char *> texts)
+    {
+        QStringList lines;
+        for (const char *text : texts)
+            lines.append(QString::fromUtf8(text));
+        return lines;
+    }
+};
+
+TEST_F(DriverCheckTest, WithoutThePackageEveryStepFailsInItsOrderAndTheProgramGoesOn)
+{
+    QStringList lines = checkLines();
+    // Which of Windows' errors it is that there is no such file.
+    const int result = lines.indexOf(QRegularExpression(QStringLiteral("^devINFORET RET: [1-9]\\d*$")));
+    ASSERT_GE(result, 0) << lines.join(QLatin1Char('\n')).toStdString();
+    lines.removeAt(result);
+    EXPECT_EQ(lines,
+              expected({"Try Create Cat And Inf...", "Try Create Cat And Inf Faild!", "Try Install Inf...",
+                        "Begin Copy 1!", "Mov File ERROR1!", "Begin Copy 2!", "Mov File ERROR2!",
+                        "Begin Copy 3!", "Mov File ERROR3!", "Begin Copy 4!", "Mov File ERROR4!",
+                        "Begin Copy 5!", "Mov File ERROR5!", "Install DriverINFO...", "Install Dev...",
+                        "Install Dev Success", "Start Dev...", "Start Dev Failed!"}));
+}
+
+TEST_F(DriverCheckTest, ThePackageIsInstalledInTheOrderOfItsSteps)
+{
+    addPackage();
+    UpdateScenario &s = scenario();
+    QStringList lines = checkLines();
+    // The files are no real driver: what Windows makes of them at the end is its own affair.
+    const QStringList before =
+        expected({"Try Create Cat And Inf...", "Try Create Cat And Inf Success", "Try Install Inf...",
+                  "inf added", "Begin Copy 1!", "Copy Success 1", "Begin Copy 2!", "Copy Success 2",
+                  "Begin Copy 3!", "Copy Success 3", "Begin Copy 4!", "Copy Success 4", "Begin Copy 5!",
+                  "Copy Success 5", "Install DriverINFO...", "devINFORET RET: 0", "Install Dev...",
+                  "Install Dev Success", "Start Dev..."});
+    lines.removeAll(QString()); // after the tool's own line feed
+    EXPECT_EQ(QStringList(lines.mid(0, before.size())), before);
+    for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll"})
+        EXPECT_EQ(contentsOf(inSystem32(name)), QByteArray(name));
+    EXPECT_EQ(contentsOf(inSystem32("drivers/libusbK.dll")), QByteArray("libusbK.dll"));
+    EXPECT_EQ(contentsOf(inSystem32("drivers/libusbK.sys")), QByteArray("libusbK.sys"));
+    const QString folder = s.program.nameOf(s.program.applicationFolder());
+    EXPECT_EQ(argumentsOf(s.program, catalogTool), (QList<QStringList>{{QStringLiteral("/PATH"), folder}}));
+    EXPECT_EQ(argumentsOf(s.program, infTool),
+              (QList<QStringList>{{QStringLiteral("-i"), QStringLiteral("-a"),
+                                   folder + QStringLiteral("/Artinchip_SoC.inf")}}));
+}
+
+} // namespace

@@ -1,0 +1,8 @@
+#include "tests/endtoend/EndToEnd.h"
+
+#include "simulator/bench/WineSystem_linux.h"
+
+std::unique_ptr<TargetSystem> EndToEnd::programSystem()
+{
+    return makeWineSystem(QStringLiteral(WINDOWS_BUILD), WindowsVersion::Windows10);
+}
