@@ -46,5 +46,9 @@ Windows Registry Editor Version 5.00
 "Microsoft YaHei UI"="Noto Sans CJK SC"
 REG
 wine regedit /S "$folder/settings.reg"
+# Made anew, a prefix has two service managers that know nothing of each other's services.
+wineserver -k
+wineserver -w
+wineserver -p
 
 "$@"
