@@ -136,7 +136,7 @@ TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
 
 TEST_F(FlasherResetTest, AToolThatDoesNotEndIsGivenUpAfter30Seconds)
 {
-    m_tools.write(QStringLiteral("usb"), "exec sleep 55");
+    m_tools.write(QStringLiteral("usb"), Told::hang());
     QElapsedTimer timer;
     timer.start();
     EXPECT_FALSE(m_flasher.RunCmdReset(m_paths.usbFlasher));
