@@ -76,6 +76,4 @@ for _ in $(seq 20); do
 done
 [ -n "$server" ] || { cat "$folder/start.log" >&2; exit 125; }
 
-status=0
-QUILLMARSH_SECURE_FOLDER=$folder QUILLMARSH_SECURE_PORT=$port "$@" || status=$?
-exit "$status"
+QUILLMARSH_SECURE_FOLDER=$folder QUILLMARSH_SECURE_PORT=$port "$@"
