@@ -29,11 +29,12 @@ protected:
         m_path = qgetenv("PATH");
         m_currentFolder = QDir::currentPath();
         qputenv("PATH", m_tools.folder().toLocal8Bit() + QDir::listSeparator().toLatin1() + m_path);
-        // Windows looks there first, and in its own folder, which has a taskkill, before the path.
-        QDir::setCurrent(m_tools.folder());
         taskkill("");
         getData("");
         startBody("");
+        // Windows looks there first, and in its own folder, which has a taskkill, before the path. Last,
+        // since the tools are copied from a path of the drive that was the current one.
+        QDir::setCurrent(m_tools.folder());
     }
     void TearDown() override
     {
