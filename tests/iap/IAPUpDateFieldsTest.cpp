@@ -10,7 +10,7 @@ namespace {
 
 using IAPUpDateFieldsTest = IAPUpDateTest;
 
-const QByteArray portsAndDevices = "printf 'COM:COM3;COM: COM7;device: one;device: two;\\n'";
+const QByteArray portsAndDevices = Told::print("COM:COM3;COM: COM7;device: one;device: two;\n");
 
 TEST_F(IAPUpDateFieldsTest, SignalsAndSlotsStandInTheirOrder)
 {
@@ -43,23 +43,24 @@ TEST_F(IAPUpDateFieldsTest, ItIsAToolWindowOf320By260NamedIapUpDate)
 
 TEST_F(IAPUpDateFieldsTest, ItEndsStaleProgrammersAtItsBeginningAndAtItsEnd)
 {
-    const QString kill = QStringLiteral("/F /IM IAP_Programmer.exe ");
+    const QString kill = QStringLiteral("/F|/IM|IAP_Programmer.exe");
     panel();
-    EXPECT_EQ(linesOf("kills").join(QString()), kill);
+    EXPECT_EQ(kills(), QStringList{kill});
     m_panel.reset();
-    EXPECT_EQ(linesOf("kills").join(QString()), kill + kill);
+    EXPECT_EQ(kills(), (QStringList{kill, kill}));
 }
 
 TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotForLong)
 {
     panel();
     ShutdownFlag::instance().raise();
-    write(QStringLiteral("taskkill"), "echo last >> " + file("kills").toLocal8Bit() + "; exec sleep 60");
+    taskkill(Told::hang());
+    forgetRuns();
     QElapsedTimer timer;
     timer.start();
     m_panel.reset();
     EXPECT_LT(timer.elapsed(), 10000);
-    EXPECT_TRUE(linesOf("kills").join(QString()).contains(QStringLiteral("last")));
+    EXPECT_EQ(kills().size(), 1);
 }
 
 TEST_F(IAPUpDateFieldsTest, WithoutATaskkillNothingIsSaidAndNothingWaits)
@@ -78,7 +79,7 @@ TEST_F(IAPUpDateFieldsTest, ItAsksAtOnceAndShowsTheComPortsOfAUsart)
 {
     getData(portsAndDevices);
     EXPECT_EQ(portType().currentText(), QStringLiteral("USART"));
-    EXPECT_EQ(runs(), QStringList{QStringLiteral("GetData|-1|-1|")});
+    EXPECT_EQ(runs(), QStringList{QStringLiteral("GetData|-1|-1")});
     EXPECT_EQ(items(portName()), (QStringList{QStringLiteral("COM3"), QStringLiteral("COM7")}));
     EXPECT_EQ(items(baudRate()), IapPortType::rates(QStringLiteral("USART")));
     EXPECT_EQ(baudRate().currentText(), QStringLiteral("110"));
@@ -166,7 +167,7 @@ TEST_F(IAPUpDateFieldsTest, BothListsGoToTheDebugStreamUnderOneName)
 
 TEST_F(IAPUpDateFieldsTest, AProgrammerThatIsMissingLeavesTheListsEmptyAndSaysNothing)
 {
-    QFile::remove(file("IAP_Programmer.exe"));
+    removeProgrammer();
     EXPECT_EQ(portName().count(), 0);
     EXPECT_EQ(baudRate().count(), 19);
     EXPECT_TRUE(m_host.events().isEmpty());
@@ -174,14 +175,14 @@ TEST_F(IAPUpDateFieldsTest, AProgrammerThatIsMissingLeavesTheListsEmptyAndSaysNo
 
 TEST_F(IAPUpDateFieldsTest, AProgrammerThatCrashesHasNotAnswered)
 {
-    getData("printf 'COM:COM3;'; kill -SEGV $$");
+    getData(Told::print("COM:COM3;") + Told::crash());
     EXPECT_EQ(portName().count(), 0);
     EXPECT_TRUE(m_host.events().isEmpty());
 }
 
 TEST_F(IAPUpDateFieldsTest, AProgrammerThatFailsHasAnsweredAllTheSame)
 {
-    getData("printf 'COM:COM3;'; echo no >&2; exit 3");
+    getData(Told::print("COM:COM3;") + Told::printError("no\n") + Told::exitWith(3));
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("COM3")});
     EXPECT_EQ(m_host.takeEvents(), QStringList{QStringLiteral("log IAP RunProcessGetData: COM:COM3;")});
 }
@@ -207,7 +208,7 @@ TEST_F(IAPUpDateFieldsTest, TheIdsThatItIsGivenAreTheOnesItAsksWith)
     makePanel();
     panel().setDeviceIds(0xA05A, 0xF113);
     panel().resetToUsb();
-    EXPECT_EQ(runs(), QStringList{QStringLiteral("GetData|f113|a05a|")});
+    EXPECT_EQ(runs(), QStringList{QStringLiteral("GetData|f113|a05a")});
 }
 
 TEST_F(IAPUpDateFieldsTest, ItStandsAtTheRightTopCornerOfItsParentAndFollowsIt)

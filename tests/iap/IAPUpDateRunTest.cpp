@@ -1,4 +1,5 @@
 #include "tests/iap/IAPUpDateTest.h"
+#include "tests/support/ProcessGone.h"
 
 #include <QMessageBox>
 #include <QSignalSpy>
@@ -42,8 +43,8 @@ protected:
 
 TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
 {
-    getData("echo device: one\\;");
-    startBody("echo SetProgress: 42;" + pause() + "exit 0");
+    getData(Told::print("device: one;\n"));
+    startBody(Told::print("SetProgress: 42\n") + m_tools.pause() + Told::exitWith(0));
     m_host.device = {true, 0xA05A, 0xF113};
     makePanel();
     portType().setCurrentText(QStringLiteral("USB"));
@@ -55,7 +56,7 @@ TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
     EXPECT_TRUE(panel().isProgramming());
     EXPECT_FALSE(download().isEnabled());
     ASSERT_TRUE(waitFor("picture 42"));
-    letGoOn();
+    m_tools.letGoOn();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_EQ(m_host.takeEvents(),
               list({"log IAP comm ModeInit...", "log check IAP Process exists...", "log IAPPVID: 41050,61715",
@@ -67,14 +68,14 @@ TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
     EXPECT_FALSE(panel().isProgramming());
     EXPECT_TRUE(download().isEnabled());
     EXPECT_EQ(finished, QList<QVariantList>{{true}});
-    EXPECT_EQ(starts(), list({"Start|1||f113|a05a|0|0||08004000|true|/srv/dev.bin|"}));
+    EXPECT_EQ(starts(), list({"Start|1||f113|a05a|0|0||08004000|true|/srv/dev.bin"}));
     EXPECT_EQ(debug.lines(), list({"onStartClicked", "Ret: device: one;", "COMlist: one",
                                    "IAPData: device: one;", "v: 42"}));
 }
 
 TEST_F(IAPUpDateRunTest, ItsTitlesHaveTheChineseTextsAsKeysAndSoAreEnglish)
 {
-    run("echo SetProgress: 100");
+    run(Told::print("SetProgress: 100\n"));
     EXPECT_EQ(m_host.titleKeys,
               list({"当前状态: 尝试升级...", "当前状态: 正在进行IAP升级", "当前状态: 升级成功"}));
     EXPECT_TRUE(m_host.has("title Current Status: Attempting to Upgrade..."));
@@ -84,9 +85,9 @@ TEST_F(IAPUpDateRunTest, ItsTitlesHaveTheChineseTextsAsKeysAndSoAreEnglish)
 
 TEST_F(IAPUpDateRunTest, BeforeAnyIapDeviceHasBeenChosenTheIdsAreSentAsMinusOne)
 {
-    run("true");
+    run("");
     EXPECT_TRUE(m_host.has("log Current PVID is Not IAP Dev.!"));
-    EXPECT_EQ(runs(), list({"GetData|-1|-1|", "Start|0||-1|-1|-1|-1|110|08004000|false|/srv/dev.bin|"}));
+    EXPECT_EQ(runs(), list({"GetData|-1|-1", "Start|0||-1|-1|-1|-1|110|08004000|false|/srv/dev.bin"}));
 }
 
 TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapLeavesTheIdsAsTheyWere)
@@ -95,12 +96,12 @@ TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapLeavesTheIdsAsTheyWere)
     panel().setDeviceIds(0xA05A, 0xF113);
     m_host.device = {false, 1, 2};
     ASSERT_TRUE(runToEnd());
-    EXPECT_EQ(runs().at(0), QStringLiteral("GetData|f113|a05a|"));
+    EXPECT_EQ(runs().at(0), QStringLiteral("GetData|f113|a05a"));
 }
 
 TEST_F(IAPUpDateRunTest, TheCommandLineTakesTheWholeFieldsAndNotWhatIsSelected)
 {
-    getData("echo COM:A\\;COM:B\\;");
+    getData(Told::print("COM:A;COM:B;\n"));
     makePanel();
     portType().setCurrentText(QStringLiteral("I2C"));
     portName().setCurrentIndex(1);
@@ -109,13 +110,13 @@ TEST_F(IAPUpDateRunTest, TheCommandLineTakesTheWholeFieldsAndNotWhatIsSelected)
     find<QLineEdit>("iapAppStartAddress").setText(QStringLiteral("08001000"));
     find<QLineEdit>("iapAppStartAddress").setSelection(0, 2);
     ASSERT_TRUE(runToEnd());
-    EXPECT_EQ(starts(), list({"Start|4|0 1F|-1|-1|1|1|200K|08001000|false|/srv/dev.bin|"}));
+    EXPECT_EQ(starts(), list({"Start|4|0 1F|-1|-1|1|1|200K|08001000|false|/srv/dev.bin"}));
 }
 
 TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgrammer)
 {
     QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
-    run("echo SetProgress:100; exec sleep 60");
+    run(Told::print("SetProgress:100\n") + Told::hang());
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
     EXPECT_TRUE(m_host.has("progress 100"));
     EXPECT_EQ(finished, QList<QVariantList>{{false}}) << "it was ended, it did not end";
@@ -123,7 +124,7 @@ TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgramm
 
 TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
 {
-    run("printf 'SetProgress: 7\\nSetProgress: 9\\n'");
+    run(Told::print("SetProgress: 7\nSetProgress: 9\n"));
     EXPECT_TRUE(m_host.has("progress 7"));
     EXPECT_FALSE(m_host.has("progress 9"));
     EXPECT_TRUE(m_host.has("log SetProgress: 7\nSetProgress: 9")) << "the chunk is logged whole";
@@ -131,7 +132,7 @@ TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
 
 TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsTheProgrammer)
 {
-    run("echo no usb iap device!; exec sleep 60");
+    run(Told::print("no usb iap device!\n") + Told::hang());
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Failed!"));
     EXPECT_EQ(m_host.titleKeys.last(), QStringLiteral("当前状态: 升级失败!"));
     EXPECT_FALSE(m_host.has("title Current Status: Upgrade Successful"));
@@ -139,11 +140,11 @@ TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsThePr
 
 TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
 {
-    startBody("printf 'SetProgress: 4';" + pause() + "echo 2");
+    startBody(Told::print("SetProgress: 4") + m_tools.pause() + Told::print("2\n"));
     makePanel();
     download().click();
     ASSERT_TRUE(waitFor("progress 4"));
-    letGoOn();
+    m_tools.letGoOn();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_TRUE(m_host.has("log 2"));
     EXPECT_FALSE(m_host.has("progress 42"));
@@ -151,13 +152,13 @@ TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
 
 TEST_F(IAPUpDateRunTest, StandardErrorIsReadLikeTheOutput)
 {
-    run("echo SetProgress: 5 >&2");
+    run(Told::printError("SetProgress: 5\n"));
     EXPECT_TRUE(m_host.has("progress 5"));
 }
 
 TEST_F(IAPUpDateRunTest, OtherOutputIsOnlyLogged)
 {
-    run("echo ' erasing 固件 '");
+    run(Told::print(" erasing 固件 \n"));
     EXPECT_TRUE(m_host.has("log erasing 固件"));
     EXPECT_EQ(m_host.titleKeys.size(), 1);
 }
@@ -165,16 +166,16 @@ TEST_F(IAPUpDateRunTest, OtherOutputIsOnlyLogged)
 TEST_F(IAPUpDateRunTest, AFailureCodeAndACrashAreNoSuccess)
 {
     QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
-    run("exit 3");
+    run(Told::exitWith(3));
     EXPECT_TRUE(m_host.has("log IAP finished, exitCode=3"));
-    run("kill -SEGV $$");
+    run(Told::crash());
     EXPECT_EQ(finished, (QList<QVariantList>{{false}, {false}}));
     EXPECT_TRUE(download().isEnabled());
 }
 
 TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASecondAfterTheFailure)
 {
-    startBody("trap '' TERM; echo No USB IAP device!; while true; do sleep 0.05; done");
+    startBody(Told::deaf() + Told::print("No USB IAP device!\n") + Told::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
@@ -187,7 +188,7 @@ TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASeco
 
 TEST_F(IAPUpDateRunTest, AProgrammerThatVerifiesAfter100HasTenSecondsForIt)
 {
-    startBody("trap '' TERM; echo SetProgress: 100; while true; do sleep 0.05; done");
+    startBody(Told::deaf() + Told::print("SetProgress: 100\n") + Told::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
@@ -202,7 +203,7 @@ TEST_F(IAPUpDateRunTest, AProgrammerThatVerifiesAfter100HasTenSecondsForIt)
 TEST_F(IAPUpDateRunTest, AFileNameEndingInCapitalBinPasses)
 {
     m_host.file = QStringLiteral("/srv/DEV.BIN");
-    run("true");
+    run("");
     EXPECT_EQ(starts().size(), 1);
 }
 
@@ -224,7 +225,7 @@ TEST_F(IAPUpDateRunTest, AFileThatIsNoBinIsRefusedWithAWarning)
 
 TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff)
 {
-    startBody(pause());
+    startBody(m_tools.pause());
     makePanel();
     download().click();
     ASSERT_TRUE(panel().isProgramming());
@@ -235,7 +236,7 @@ TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff
     EXPECT_TRUE(m_host.has("monitor off"));
     EXPECT_FALSE(m_host.has("monitor on"));
     EXPECT_FALSE(m_host.has("ended"));
-    letGoOn();
+    m_tools.letGoOn();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_EQ(starts().size(), 1);
 }
@@ -243,7 +244,7 @@ TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff
 TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorStaysOff)
 {
     makePanel();
-    QFile::remove(file("IAP_Programmer.exe"));
+    removeProgrammer();
     download().click();
     EXPECT_EQ(m_host.takeEvents(), list({"log IAP comm ModeInit...", "log check IAP Process exists...",
                                          "log Current PVID is Not IAP Dev.!", "log IAPData: ",
@@ -254,7 +255,7 @@ TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorS
 
 TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
 {
-    run("echo SetProgress: 100");
+    run(Told::print("SetProgress: 100\n"));
     m_host.takeEvents();
     ASSERT_TRUE(runToEnd());
     EXPECT_EQ(starts().size(), 2);
@@ -263,21 +264,25 @@ TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
 
 TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
 {
-    startBody("trap '' TERM; echo pid $$; while true; do sleep 0.05; done");
+    const QString pidFile = m_tools.file(QStringLiteral("pid"));
+    startBody(Told::deaf() + Told::noteProcessId(pidFile) + Told::print("noted\n") + Told::hang());
     makePanel();
     download().click();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !m_host.events().filter(QStringLiteral("log pid ")).isEmpty(); },
-                                limitMs));
-    const QString pid = m_host.events().filter(QStringLiteral("log pid ")).first().mid(8);
+    ASSERT_TRUE(waitFor("log noted"));
+    QFile noted(pidFile);
+    ASSERT_TRUE(noted.open(QIODevice::ReadOnly));
+    const qint64 pid = noted.readAll().trimmed().toLongLong();
+    ASSERT_GT(pid, 0);
+    EXPECT_FALSE(processIsGone(pid));
     m_host.takeEvents();
     m_panel.reset();
-    EXPECT_FALSE(QFile::exists(QLatin1String("/proc/") + pid));
+    EXPECT_TRUE(processIsReaped(pid));
     EXPECT_EQ(m_host.takeEvents(), list({"log The program was closed before the IAP programmer had ended."}));
 }
 
 TEST_F(IAPUpDateRunTest, LeavingTheProgramKillsTheProgrammerAtOnce)
 {
-    startBody("exec sleep 60");
+    startBody(Told::hang());
     makePanel();
     download().click();
     ASSERT_TRUE(panel().isProgramming());

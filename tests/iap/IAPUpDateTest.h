@@ -3,6 +3,7 @@
 #include "support/ShutdownFlag.h"
 #include "tests/iap/FakeIapHost.h"
 #include "tests/support/RecordedDebugStream.h"
+#include "tests/support/ToldTools.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,14 +12,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-/// The panel with programmers that are shell scripts, and with a "taskkill" that writes down its runs.
+/// The panel with programmers that do what they are told, and with a "taskkill" that does nothing.
 class IAPUpDateTest : public testing::Test
 {
 protected:
@@ -27,52 +27,43 @@ protected:
     void SetUp() override
     {
         m_path = qgetenv("PATH");
-        qputenv("PATH", m_folder.path().toLocal8Bit() + ':' + m_path);
-        write(QStringLiteral("taskkill"), "printf '%s ' \"$@\" >> " + file("kills").toLocal8Bit());
+        m_currentFolder = QDir::currentPath();
+        qputenv("PATH", m_tools.folder().toLocal8Bit() + QDir::listSeparator().toLatin1() + m_path);
+        taskkill("");
         getData("");
         startBody("");
+        // Windows looks there first, and in its own folder, which has a taskkill, before the path. Last,
+        // since the tools are copied from a path of the drive that was the current one.
+        QDir::setCurrent(m_tools.folder());
     }
     void TearDown() override
     {
         m_panel.reset();
         ShutdownFlag::instance().lower();
+        // Windows does not remove a folder that is the current one.
+        QDir::setCurrent(m_currentFolder);
         qputenv("PATH", m_path);
     }
 
-    QString file(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
-    void write(const QString &name, const QByteArray &body)
+    void taskkill(const QByteArray &steps) { m_tools.writeBareName(QStringLiteral("taskkill"), steps); }
+    /// What the programmer does when it is asked what there is, and when it is to program.
+    void getData(const QByteArray &steps)
     {
-        const QString path = m_folder.filePath(name);
-        QFile script(path);
-        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-        script.write("#!/bin/sh\n" + body + '\n');
-        script.close();
-        script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    /// What the programmer does when it is asked what there is, and when it is to program. A body
-    /// that goes on for long begins with "exec", since a shell's children outlive it.
-    void getData(const QByteArray &body)
-    {
-        m_getData = body;
+        m_getData = steps;
         writeProgrammer();
     }
-    void startBody(const QByteArray &body)
+    void startBody(const QByteArray &steps)
     {
-        m_start = body;
+        m_start = steps;
         writeProgrammer();
     }
-    /// A body that waits until letGoOn().
-    QByteArray pause() const
-    {
-        return "while [ ! -e " + file("go-on").toLocal8Bit() + " ]; do sleep 0.02; done;";
-    }
-    void letGoOn() const { QFile(file("go-on")).open(QIODevice::WriteOnly); }
+    void removeProgrammer() const { QFile::remove(programmer()); }
 
     IAPUpDate &panel(QWidget *parent = nullptr)
     {
         if (!m_panel)
-            m_panel = std::make_unique<IAPUpDate>(IAPUpDate::noDevice, IAPUpDate::noDevice,
-                                                  file("IAP_Programmer.exe"), parent, &m_host, &m_logWindow);
+            m_panel = std::make_unique<IAPUpDate>(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer(),
+                                                  parent, &m_host, &m_logWindow);
         return *m_panel;
     }
     template <typename Widget>
@@ -98,7 +89,7 @@ protected:
     {
         panel();
         m_host.takeEvents();
-        QFile::remove(file("runs"));
+        forgetRuns();
     }
     bool waitFor(const char *event)
     {
@@ -111,31 +102,35 @@ protected:
         return waitFor("ended");
     }
     /// The arguments of the programmer's runs, joined with "|".
-    QStringList runs() const { return linesOf("runs"); }
+    QStringList runs() const { return runsOf(QStringLiteral("IAP_Programmer|")); }
     QStringList starts() const { return runs().filter(QStringLiteral("Start|")); }
-    QStringList linesOf(const char *name) const
-    {
-        QFile record(file(name));
-        if (!record.open(QIODevice::ReadOnly))
-            return {};
-        return QString::fromUtf8(record.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    }
+    QStringList kills() const { return runsOf(QStringLiteral("taskkill|")); }
+    void forgetRuns() const { QFile::remove(m_tools.file(QStringLiteral("runs"))); }
 
-    QTemporaryDir m_folder;
+    ToldTools m_tools;
     FakeIapHost m_host;
     TextWindow m_logWindow;
     std::unique_ptr<IAPUpDate> m_panel;
 
 private:
+    QString programmer() const { return m_tools.program(QStringLiteral("IAP_Programmer")); }
     void writeProgrammer()
     {
-        write(QStringLiteral("IAP_Programmer.exe"),
-              "line=; for argument; do line=\"$line$argument|\"; done; echo \"$line\" >> " +
-                  file("runs").toLocal8Bit() + "\ncase \"$1\" in\nGetData) " + m_getData + "\n;;\nStart) " +
-                  m_start + "\n;;\nesac");
+        m_tools.write(QStringLiteral("IAP_Programmer"),
+                      Told::whenAskedTo("GetData", m_getData) + Told::whenAskedTo("Start", m_start));
+    }
+    QStringList runsOf(const QString &beginning) const
+    {
+        QStringList arguments;
+        for (const QString &run : m_tools.runs()) {
+            if (run.startsWith(beginning))
+                arguments.append(run.mid(beginning.size()));
+        }
+        return arguments;
     }
 
     QByteArray m_path;
+    QString m_currentFolder;
     QByteArray m_getData;
     QByteArray m_start;
 };

@@ -16,13 +16,13 @@ protected:
         QTimer::singleShot(200, &m_logWindow, [this, meanwhile] {
             m_wasWaiting = isWaitingForTool();
             meanwhile();
-            letGoOn();
+            m_tools.letGoOn();
         });
     }
     void makeSlowPanel()
     {
         makePanel();
-        getData(pause() + "echo device:one\\;COM:A\\;");
+        getData(m_tools.pause() + Told::print("device:one;COM:A;\n"));
     }
 
     bool m_wasWaiting = false;
@@ -70,7 +70,7 @@ TEST_F(IAPUpDateWaitTest, APortTypeChosenMeanwhileTakesEffectAfterwards)
 
 TEST_F(IAPUpDateWaitTest, ASecondStartWhileTheFirstAsksComesAfterIt)
 {
-    startBody("exec sleep 60");
+    startBody(Told::hang());
     makeSlowPanel();
     whileAsked([this] { emit panel().sigStartClicked(); });
     const RecordedDebugStream debug;
@@ -84,7 +84,7 @@ TEST_F(IAPUpDateWaitTest, ASecondStartWhileTheFirstAsksComesAfterIt)
 TEST_F(IAPUpDateWaitTest, AQuestionWithoutAnEndIsEndedByLeavingAndNothingStarts)
 {
     makePanel();
-    getData("exec sleep 60");
+    getData(Told::hang());
     QTimer::singleShot(200, [] { ShutdownFlag::instance().raise(); });
     QElapsedTimer timer;
     timer.start();
@@ -101,7 +101,7 @@ TEST_F(IAPUpDateWaitTest, AnAnswerMayTakeAnyTimeAndTheWindowLivesMeanwhile)
     QTimer timer;
     timer.callOnTimeout([&ticks] { ++ticks; });
     timer.start(10);
-    QTimer::singleShot(1500, &m_logWindow, [this] { letGoOn(); });
+    QTimer::singleShot(1500, &m_logWindow, [this] { m_tools.letGoOn(); });
     portType().setCurrentText(QStringLiteral("USB"));
     EXPECT_GT(ticks, 20);
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("one")});

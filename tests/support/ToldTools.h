@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -39,6 +40,11 @@ inline QByteArray sleepMs(int milliseconds)
 {
     return step("sleep", QByteArray::number(milliseconds));
 }
+/// It does not hear of its termination, where there is such a thing; it can still be killed.
+inline QByteArray deaf()
+{
+    return step("deaf");
+}
 /// Longer than any test takes.
 inline QByteArray hang()
 {
@@ -63,6 +69,16 @@ inline QByteArray unlessAskedTo(const QByteArray &firstArgument, const QByteArra
 {
     return step("unless", firstArgument) + then;
 }
+/// `steps`, none of them under a condition, are left out in runs whose first argument is another.
+inline QByteArray whenAskedTo(const QByteArray &firstArgument, const QByteArray &steps)
+{
+    QByteArray conditional;
+    for (const QByteArray &line : steps.split('\n')) {
+        if (!line.isEmpty())
+            conditional += step("when", firstArgument) + line + '\n';
+    }
+    return conditional;
+}
 /// `then`, one step, is left out in the runs up to this one, counted over all tools of the folder.
 inline QByteArray afterRun(int run, const QByteArray &then)
 {
@@ -85,9 +101,15 @@ public:
     void write(const QString &name, const QByteArray &steps)
     {
         QFile::copy(QStringLiteral(TOLD_TOOL), program(name));
-        QFile file(program(name) + QStringLiteral(".steps"));
-        file.open(QIODevice::WriteOnly);
-        file.write(steps);
+        writeSteps(program(name), steps);
+    }
+    /// The same for a program that is started by its name alone, from folder() as the current one.
+    void writeBareName(const QString &name, const QByteArray &steps)
+    {
+        const QString suffix = QFileInfo(QStringLiteral(TOLD_TOOL)).suffix();
+        QFile::copy(QStringLiteral(TOLD_TOOL),
+                    file(suffix.isEmpty() ? name : name + QLatin1Char('.') + suffix));
+        writeSteps(file(name), steps);
     }
 
     /// A step that waits for letGoOn(): what comes before it is read by itself.
@@ -95,6 +117,7 @@ public:
     void letGoOn() const { QFile(file(QStringLiteral("go on"))).open(QIODevice::WriteOnly); }
 
     QString program(const QString &name) const { return file(name + QStringLiteral(".exe")); }
+    QString folder() const { return m_folder.path(); }
     QString file(const QString &name) const { return m_folder.filePath(name); }
 
     /// "name|argument|argument" of every run so far.
@@ -107,5 +130,12 @@ public:
     }
 
 private:
+    static void writeSteps(const QString &startedAs, const QByteArray &steps)
+    {
+        QFile file(startedAs + QStringLiteral(".steps"));
+        file.open(QIODevice::WriteOnly);
+        file.write(steps);
+    }
+
     QTemporaryDir m_folder;
 };

@@ -82,6 +82,8 @@ void act(const std::string &self, const std::string &verb, const std::string &ar
         __builtin_trap();
     } else if (verb == "sleep") {
         sleepMs(std::stoi(argument));
+    } else if (verb == "deaf") {
+        std::signal(SIGTERM, SIG_IGN);
     } else if (verb == "await") {
         while (!std::ifstream(argument))
             sleepMs(20);
@@ -102,6 +104,8 @@ bool holds(const std::string &verb, const std::string &argument, int run, const 
 {
     if (verb == "unless")
         return firstArgument != argument;
+    if (verb == "when")
+        return firstArgument == argument;
     return verb == "after" ? run > std::stoi(argument) : run <= std::stoi(argument);
 }
 
@@ -120,7 +124,7 @@ int main(int argc, char *argv[])
         const size_t blank = line.find(' ');
         const std::string verb = line.substr(0, blank);
         const std::string argument = decoded(line.substr(blank + 1));
-        if (verb == "unless" || verb == "after" || verb == "until") {
+        if (verb == "unless" || verb == "when" || verb == "after" || verb == "until") {
             doNext = holds(verb, argument, run, argc > 1 ? argv[1] : "");
             continue;
         }
