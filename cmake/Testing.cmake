@@ -1,8 +1,8 @@
-# quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...] [PREFIX text])
+# quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...] [PREFIX text] [SERIAL])
 #
 # One GoogleTest program; each of its tests is a ctest entry of its own. With GUI the program has a
 # QApplication on Qt's offscreen platform, else a QCoreApplication. A prefix comes before the names of
-# its entries.
+# its entries. Serial tests have the machine to themselves: those that look at how late something is.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
@@ -30,7 +30,7 @@ function(quillmarsh_test_environment list)
 endfunction()
 
 function(quillmarsh_test name)
-    cmake_parse_arguments(TEST "GUI" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "GUI;SERIAL" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 60)
     endif()
@@ -53,6 +53,7 @@ function(quillmarsh_test name)
         TEST_PREFIX "${TEST_PREFIX}"
         PROPERTIES
             ${labels}
+            RUN_SERIAL ${TEST_SERIAL}
             TIMEOUT ${TEST_TIMEOUT})
     quillmarsh_test_environment(${name}_TESTS)
 endfunction()
