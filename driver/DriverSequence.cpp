@@ -97,7 +97,7 @@ private:
 
     QString windowsFolder()
     {
-        const QString folder = m_system.environmentVariable(QStringLiteral("WINDIR"));
+        QString folder = m_system.environmentVariable(QStringLiteral("WINDIR"));
         if (folder.isEmpty()) {
             qWarning() << "无法找到 Windows 目录";
             tell("cannot find Windows DIR");
