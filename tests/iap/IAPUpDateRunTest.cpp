@@ -1,4 +1,5 @@
 #include "tests/iap/IAPUpDateTest.h"
+#include "tests/iap/TextList.h"
 #include "tests/support/ProcessGone.h"
 
 #include <QMessageBox>
@@ -6,14 +7,6 @@
 #include <QTimer>
 
 namespace {
-
-QStringList list(std::initializer_list<const char *> items)
-{
-    QStringList texts;
-    for (const char *item : items)
-        texts.append(QString::fromUtf8(item));
-    return texts;
-}
 
 class IAPUpDateRunTest : public IAPUpDateTest
 {

@@ -1,5 +1,7 @@
 #include "iap/IapAnswer.h"
 
+#include "tests/iap/TextList.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -14,14 +16,6 @@ struct Row
 void PrintTo(const Row &row, std::ostream *out)
 {
     *out << testing::PrintToString(row.answer);
-}
-
-QStringList list(std::initializer_list<const char *> items)
-{
-    QStringList texts;
-    for (const char *item : items)
-        texts.append(QString::fromUtf8(item));
-    return texts;
 }
 
 class IapAnswerTest : public testing::TestWithParam<Row>

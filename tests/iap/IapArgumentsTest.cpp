@@ -1,16 +1,10 @@
 #include "iap/IapArguments.h"
 
+#include "tests/iap/TextList.h"
+
 #include <gtest/gtest.h>
 
 namespace {
-
-QStringList list(std::initializer_list<const char *> items)
-{
-    QStringList texts;
-    for (const char *item : items)
-        texts.append(QString::fromUtf8(item));
-    return texts;
-}
 
 IapRun usbRun()
 {
