@@ -259,6 +259,7 @@ void IAPUpDate::refuseFile()
     QMessageBox box(QMessageBox::Warning, QStringLiteral("Warning!"),
                     QStringLiteral("u are not chose update file.!"), QMessageBox::Ok, parentWidget());
     box.setObjectName(QStringLiteral("iapFileWarning"));
+    connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, &box, &QDialog::reject);
     box.exec();
     m_host->StartCheckConnectTimer();
 }

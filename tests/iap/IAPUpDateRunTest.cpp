@@ -216,6 +216,22 @@ TEST_F(IAPUpDateRunTest, AFileThatIsNoBinIsRefusedWithAWarning)
     }
 }
 
+TEST_F(IAPUpDateRunTest, LeavingEndsTheWarningAboutTheFile)
+{
+    makePanel();
+    m_host.file = QStringLiteral("image.img");
+    bool wasAnswered = false;
+    QTimer::singleShot(300, &m_logWindow, [] { ShutdownFlag::instance().raise(); });
+    QTimer::singleShot(10000, &m_logWindow, [&wasAnswered] {
+        wasAnswered = true;
+        if (QWidget *box = QApplication::activeModalWidget())
+            box->close();
+    });
+    download().click();
+    EXPECT_FALSE(wasAnswered);
+    EXPECT_TRUE(m_host.has("log UpDateFile is not .bin.!"));
+}
+
 TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff)
 {
     startBody(m_tools.pause());
