@@ -15,6 +15,11 @@ QString temporaryFolder()
 
 } // namespace
 
+QString ProgramPaths::updateLock()
+{
+    return temporaryFolder() + QLatin1String("/QuillmarshV3TmpPath.lock");
+}
+
 UpdatePaths ProgramPaths::update()
 {
     const QString application = QCoreApplication::applicationDirPath();

@@ -10,6 +10,8 @@ namespace ProgramPaths {
 UpdatePaths update();
 /// Holds the folder that the file dialog showed last.
 QString lastDirFile();
+/// By which one of several copies keeps the others from updating; see UpdateLock.
+QString updateLock();
 QString iapProgrammer();
 
 } // namespace ProgramPaths

@@ -8,13 +8,7 @@
 #include <QDebug>
 #include <QtConcurrent>
 
-UpdateStarter::UpdateStarter(const Surroundings &surroundings)
-    : m_surroundings(surroundings),
-      m_oneAtATime(surroundings.paths.temporaryFolder + QLatin1String(".lock"))
-{
-    // Stale only when the copy that took it is gone, however long an update takes.
-    m_oneAtATime.setStaleLockTime(0);
-}
+UpdateStarter::UpdateStarter(const Surroundings &surroundings) : m_surroundings(surroundings) {}
 
 UpdateStarter::~UpdateStarter() = default;
 
@@ -42,12 +36,8 @@ bool UpdateStarter::mayStart()
         reporter.log(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!"));
         return false;
     }
-    if (!m_oneAtATime.tryLock() && m_oneAtATime.error() == QLockFile::LockFailedError) {
-        reporter.log(QStringLiteral("Another copy of this program is updating a device. "
-                                    "Start again when it has finished."));
-        return false;
-    }
-    return true;
+    m_hold = m_surroundings.lock.take(reporter);
+    return m_hold != nullptr;
 }
 
 /// Makes the chooser of this run; false when the program is leaving instead.
@@ -78,6 +68,6 @@ void UpdateStarter::takeBack()
 
 void UpdateStarter::declareEnded()
 {
-    m_oneAtATime.unlock();
+    m_hold.reset();
     m_running = false;
 }

@@ -2,13 +2,12 @@
 
 #include "support/LaunchOptions.h"
 #include "support/Reporter.h"
+#include "support/UpdateLock.h"
 #include "update/ChosefirmwareWidget.h"
 #include "update/LiveState.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
 #include "update/UpdateWorkflow.h"
-
-#include <QLockFile>
 
 #include <atomic>
 #include <memory>
@@ -30,6 +29,7 @@ public:
         const LaunchOptions &launch;
         FileDownloaderHTTP &downloader;
         ThreadFileDownloader &segmentWorker;
+        UpdateLock &lock;
     };
 
     explicit UpdateStarter(const Surroundings &surroundings);
@@ -52,8 +52,7 @@ private:
     void declareEnded();
 
     Surroundings m_surroundings;
-    /// Two copies of the program share the temporary folder and the manifest file.
-    QLockFile m_oneAtATime;
+    UpdateLock::Hold m_hold;
     std::unique_ptr<ChosefirmwareWidget> m_chooser;
     /// From the press to the end of the run, also where the button is enabled in between.
     std::atomic<bool> m_running{false};

@@ -4,7 +4,6 @@
 #include "app/LocaleCodec.h"
 #include "app/MainWindowLayout.h"
 #include "app/MainWindowLook.h"
-#include "app/ProgramPaths.h"
 #include "app/SslReport.h"
 #include "app/SystemCountry.h"
 #include "app/SystemDescription.h"
@@ -37,7 +36,7 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     initialiseState({isZN58Mode, isTessilonixMode, wantedModelName});
     initialisePaths();
     initialiseLanguage();
-    reportSsl();
+    writeSslReport();
     connectSignals();
     qDebug() << "删除临时固件文件";
     QFile::remove(m_paths.applicationDir + QLatin1String("/tmp/dev.img"));
@@ -92,11 +91,6 @@ void bringToForeground::initialiseLanguage()
 {
     LanguageUtilities::instance().setLanguage(isSystemCountryChina() ? QStringLiteral("zh_CN")
                                                                      : QStringLiteral("en"));
-}
-
-void bringToForeground::reportSsl()
-{
-    writeSslReport();
 }
 
 void bringToForeground::connectSignals()
@@ -188,7 +182,7 @@ void bringToForeground::createDownloaders()
     m_downloader = new FileDownloaderHTTP(this, this);
     m_segmentWorker = std::make_unique<ThreadFileDownloader>(nullptr, m_widgets.stateTitleLabel);
     m_updates = std::make_unique<UpdateStarter>(UpdateStarter::Surroundings{
-        *this, m_state, *this, m_paths, m_launch, *m_downloader, *m_segmentWorker});
+        *this, m_state, *this, m_paths, m_launch, *m_downloader, *m_segmentWorker, m_updateLock});
 }
 
 void bringToForeground::connectControls()

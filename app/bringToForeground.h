@@ -2,6 +2,7 @@
 
 #include "app/DeviceLibraries.h"
 #include "app/MainWindowWidgets.h"
+#include "app/ProgramPaths.h"
 #include "app/SystemAccess.h"
 #include "app/UpdateStarter.h"
 #include "devices/ConnectionMonitor.h"
@@ -71,6 +72,7 @@ public:
     QString updateFile() const override { return m_state.imagePath(); }
     void untickIapBox() override;
     void iapRunEnded() override;
+    UpdateLock &updateLock() override { return m_updateLock; }
 
 signals:
     void sigSetBtnEnable(QPushButton *btn, bool enable);
@@ -98,7 +100,6 @@ private:
     void initialiseState(const LaunchOptions &launch);
     void initialisePaths();
     void initialiseLanguage();
-    void reportSsl();
     void connectSignals();
     void connectLog();
     void connectControlSignals();
@@ -140,6 +141,7 @@ private:
     std::atomic<int> m_linesOnTheirWay{0};
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
+    UpdateLock m_updateLock{ProgramPaths::updateLock()};
     std::unique_ptr<UpdateStarter> m_updates;
     /// On the background window like this widget, which deletes it before anything that it uses.
     IAPUpDate *m_iapPanel = nullptr;

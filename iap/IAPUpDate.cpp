@@ -80,6 +80,8 @@ void IAPUpDate::connectSignals()
 
 void IAPUpDate::killStaleProgrammers(int limitMs, WhenLeaving whenLeaving)
 {
+    if (m_host->updateLock().isTakenElsewhere())
+        return;
     // Elsewhere than on Windows there is no such tool, and nothing to do.
     runToolToEnd(QStringLiteral("taskkill"),
                  {QStringLiteral("/F"), QStringLiteral("/IM"), QStringLiteral("IAP_Programmer.exe")}, limitMs,
@@ -191,6 +193,9 @@ void IAPUpDate::onStartClicked()
         m_startMissed |= sender() != m_form.download;
         return;
     }
+    UpdateLock::Hold hold = m_host->updateLock().take(*m_host);
+    if (!hold)
+        return;
     qDebug() << "onStartClicked";
     appendLog(QStringLiteral("IAP comm ModeInit..."));
     appendLog(QStringLiteral("check IAP Process exists..."));
@@ -203,7 +208,7 @@ void IAPUpDate::onStartClicked()
     appendLog(QStringLiteral("IAPData: ") + rawAnswer);
     appendLog(QStringLiteral("try to Start IAP Process..."));
     m_host->StopCheckConnectTimer();
-    start(run);
+    start(run, std::move(hold));
 }
 
 void IAPUpDate::takeChosenDevice()
@@ -232,7 +237,7 @@ IapRun IAPUpDate::buildRun(QString *rawAnswer)
     return run;
 }
 
-void IAPUpDate::start(const IapRun &run)
+void IAPUpDate::start(const IapRun &run, UpdateLock::Hold hold)
 {
     if (m_process) {
         qWarning() << "IAP already running";
@@ -248,6 +253,7 @@ void IAPUpDate::start(const IapRun &run)
         m_host->iapRunEnded();
         return;
     }
+    m_hold = std::move(hold);
     appendLog(QStringLiteral("disable IAPbtnStart_"));
     m_form.download->setEnabled(false);
     m_host->setStateTitle(IapTitles::attempting);
@@ -326,6 +332,7 @@ void IAPUpDate::onFinished(int exitCode, QProcess::ExitStatus st)
         m_process->deleteLater();
         m_process = nullptr;
     }
+    m_hold.reset();
     m_host->iapRunEnded();
 }
 

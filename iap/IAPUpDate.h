@@ -25,7 +25,8 @@ public:
     /// No device: what both ids are at first.
     static constexpr quint32 noDevice = 0xFFFFFFFF;
 
-    /// Ends programmers that an earlier run has left, and asks the programmer for its ports.
+    /// Ends programmers that an earlier run has left, unless another copy of the program is updating a
+    /// device and they may be at work, and asks the programmer for its ports.
     /// `host` and `logWindow` are not owned and must outlive the panel.
     IAPUpDate(quint32 productId, quint32 vendorId, const QString &programmerPath, QWidget *parent,
               IapHost *host, TextWindow *logWindow);
@@ -67,7 +68,7 @@ private:
     void catchUp();
     void takeChosenDevice();
     IapRun buildRun(QString *rawAnswer);
-    void start(const IapRun &run);
+    void start(const IapRun &run, UpdateLock::Hold hold);
     void refuseFile();
     bool launch(const IapRun &run);
     void endProgrammerWithin(int milliseconds);
@@ -75,6 +76,8 @@ private:
 
     IapHost *const m_host;
     QProcess *m_process = nullptr;
+    /// From the start of the programmer to its end.
+    UpdateLock::Hold m_hold;
     TextWindow *const m_logWindow;
     quint32 m_productId;
     quint32 m_vendorId;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/Reporter.h"
+#include "support/UpdateLock.h"
 
 #include <QString>
 
@@ -34,4 +35,6 @@ public:
     virtual void untickIapBox() = 0;
     /// A start that was asked for is over: the programmer has ended, or could not be started.
     virtual void iapRunEnded() = 0;
+    /// Held while the programmer is at work.
+    virtual UpdateLock &updateLock() = 0;
 };

@@ -1,5 +1,5 @@
-; The installer for Windows; scripts/windows/package.sh compiles it and passes VERSION, FILES (what
-; is installed), LISTS (where the lists of it are), ICON, and OUTPUT.
+; The installer for Windows; scripts/windows/package.sh compiles it and passes VERSION, LISTS (the
+; folder with the lists of what is installed and removed), ICON, and OUTPUT.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/LocalFiles.h"
 
 /// A device with a microcontroller, and the panel that programs it through the stand-in programmer.
 class IapTest : public LeavingTest
@@ -65,9 +66,11 @@ protected:
                                              EndToEnd::updateLimitMs);
     }
 
+    /// As the program names it.
     QString downloadedImage()
     {
-        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
+        const StagedProgram &program = scenario().program;
+        return program.nameOf(program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
     }
     QString lockFile()
     {
@@ -83,4 +86,16 @@ protected:
         }
         return found;
     }
+
+    /// Makes the file m_file and chooses it as a person does.
+    void chooseFile(const QString &name, const QByteArray &contents)
+    {
+        UpdateScenario &s = scenario();
+        m_file = EndToEnd::makeFolder(s, "firmware") + QLatin1Char('/') + name;
+        ASSERT_TRUE(EndToEnd::writeFile(m_file, contents));
+        ASSERT_TRUE(FileRow::reveal(s.probe));
+        ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(m_file))) << s.probe.errorText().toStdString();
+    }
+
+    QString m_file;
 };

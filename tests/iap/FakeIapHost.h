@@ -5,6 +5,7 @@
 #include "widgets/TextWindow.h"
 
 #include <QStringList>
+#include <QTemporaryDir>
 
 /// A main widget that only writes down what the panel asks of it.
 class FakeIapHost : public IapHost
@@ -40,6 +41,9 @@ public:
     void StopCheckConnectTimer() override { m_events.append(QStringLiteral("monitor off")); }
     void untickIapBox() override { m_events.append(QStringLiteral("untick")); }
     void iapRunEnded() override { m_events.append(QStringLiteral("ended")); }
+    UpdateLock &updateLock() override { return m_lock; }
+    /// As another copy of the program would have it.
+    UpdateLock::Hold takeElsewhere() { return m_lockElsewhere.take(*this); }
 
     /// What was asked for, in order; then none.
     QStringList takeEvents() { return std::exchange(m_events, {}); }
@@ -52,5 +56,10 @@ public:
     QList<TextWindow *> logWindows;
 
 private:
+    QString lockFile() const { return m_folder.filePath(QStringLiteral("lock")); }
+
     QStringList m_events;
+    QTemporaryDir m_folder;
+    UpdateLock m_lock{lockFile()};
+    UpdateLock m_lockElsewhere{lockFile()};
 };

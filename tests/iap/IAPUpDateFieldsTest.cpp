@@ -50,6 +50,18 @@ TEST_F(IAPUpDateFieldsTest, ItEndsStaleProgrammersAtItsBeginningAndAtItsEnd)
     EXPECT_EQ(kills(), (QStringList{kill, kill}));
 }
 
+TEST_F(IAPUpDateFieldsTest, ItEndsNoProgrammersWhileAnotherCopyOfTheProgramIsUpdating)
+{
+    UpdateLock::Hold elsewhere = m_host.takeElsewhere();
+    panel();
+    EXPECT_EQ(kills(), QStringList());
+    m_panel.reset();
+    EXPECT_EQ(kills(), QStringList());
+    elsewhere.reset();
+    panel();
+    EXPECT_EQ(kills().size(), 1);
+}
+
 TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotForLong)
 {
     panel();

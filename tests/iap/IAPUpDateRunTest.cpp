@@ -1,6 +1,6 @@
 #include "tests/iap/IAPUpDateTest.h"
-#include "tests/iap/TextList.h"
 #include "tests/support/ProcessGone.h"
+#include "tests/support/TextList.h"
 
 #include <QMessageBox>
 #include <QSignalSpy>
@@ -248,6 +248,31 @@ TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff
     m_tools.letGoOn();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_EQ(starts().size(), 1);
+}
+
+TEST_F(IAPUpDateRunTest, WhileAnotherCopyOfTheProgramIsUpdatingAStartIsRefusedWithALine)
+{
+    makePanel();
+    UpdateLock::Hold elsewhere = m_host.takeElsewhere();
+    download().click();
+    EXPECT_EQ(m_host.takeEvents(), list({"queued Another copy of this program is updating a device. "
+                                         "Start again when it has finished."}));
+    EXPECT_TRUE(runs().isEmpty());
+    elsewhere.reset();
+    EXPECT_TRUE(runToEnd());
+}
+
+TEST_F(IAPUpDateRunTest, ARunKeepsOtherCopiesOutFromItsStartToItsEnd)
+{
+    startBody(Told::print("SetProgress: 42\n") + Told::hang());
+    makePanel();
+    EXPECT_TRUE(m_host.takeElsewhere());
+    download().click();
+    ASSERT_TRUE(waitFor("progress 42"));
+    EXPECT_FALSE(m_host.takeElsewhere());
+    panel().findChild<QProcess *>()->kill();
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_TRUE(m_host.takeElsewhere());
 }
 
 TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorStaysOff)

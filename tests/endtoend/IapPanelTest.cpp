@@ -1,0 +1,94 @@
+#include "tests/endtoend/IapTest.h"
+#include "tests/support/TextList.h"
+
+#include <QPoint>
+
+namespace {
+
+using namespace EndToEnd;
+
+/// The panel beside the window, as a person and the detection use it.
+using IapPanelTest = IapTest;
+
+TEST_F(IapPanelTest, ThePanelsOwnButtonProgramsTheChosenFile)
+{
+    UpdateScenario &s = iapScenario();
+    s.withServer = false;
+    startAndDetect();
+    chooseFile(QStringLiteral("mine.bin"), "through the panel");
+    ASSERT_TRUE(s.probe.check(iapBox));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    EXPECT_EQ(s.probe.text(QStringLiteral("iapPortName")), s.model());
+    ASSERT_TRUE(s.probe.click(download));
+    EXPECT_EQ(titleOfRun(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), QByteArray("through the panel"));
+    EXPECT_FALSE(logHas(handedOver));
+}
+
+TEST_F(IapPanelTest, DetectionHandsTheIdsOverAndSetsThePanelToUsb)
+{
+    UpdateScenario &s = iapScenario();
+    startAndDetect();
+    EXPECT_EQ(runsOf("GetData").mid(0, 2),
+              (QList<QStringList>{list({"GetData", "-1", "-1"}), list({"GetData", "f113", "a05a"})}));
+    EXPECT_EQ(s.probe.text(QStringLiteral("iapPortType")), QStringLiteral("USB"));
+    EXPECT_EQ(s.probe.read(QStringLiteral("iapPortName")).value(QLatin1String("currentIndex")).toInt(), 0);
+    EXPECT_TRUE(s.probe.isChecked(QStringLiteral("iapCrcVerify")));
+    EXPECT_EQ(s.probe.read(connection).value(QLatin1String("styleSheet")).toString(),
+              QStringLiteral("color: green;"));
+}
+
+TEST_F(IapPanelTest, ThePanelFollowsTheMovedMainWindow)
+{
+    UpdateScenario &s = iapScenario();
+    startAndDetect();
+    EXPECT_FALSE(s.probe.isVisible(panel));
+    ASSERT_TRUE(s.probe.check(iapBox));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    const auto cornerIs = [&](int x, int y) {
+        return pollUntil(
+            [&] {
+                const QJsonArray at = s.probe.read(panel).value(QLatin1String("geometry")).toArray();
+                return at.at(0).toInt() == x && at.at(1).toInt() == y;
+            },
+            5000, 20);
+    };
+    for (const QPoint &place : {QPoint(40, 30), QPoint(100, 200)}) {
+        ASSERT_TRUE(s.probe.move(background, place.x(), place.y()));
+        EXPECT_TRUE(cornerIs(place.x() + 799, place.y()))
+            << QJsonDocument(s.probe.read(panel)).toJson().toStdString();
+    }
+}
+
+TEST_F(IapPanelTest, TheBoxShowsThePanelAndClosingThePanelUnticksTheBox)
+{
+    UpdateScenario &s = iapScenario();
+    start();
+    ASSERT_TRUE(s.probe.check(iapBox));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.check(iapBox, false));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, false, 5000));
+    ASSERT_TRUE(s.probe.check(iapBox));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.close(panel));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, false, 5000));
+    EXPECT_FALSE(s.probe.isChecked(iapBox));
+    EXPECT_TRUE(s.bus.programState().running);
+}
+
+TEST_F(IapPanelTest, ATickWhileThePanelIsMadeCounts)
+{
+    UpdateScenario &s = iapScenario();
+    s.program.setScript(programmer,
+                        QJsonDocument(QJsonObject{
+                            {QLatin1String("GetData"), script({{step("sleepMs", 3000)}, {}}).object()}}));
+    start();
+    ASSERT_TRUE(s.probe.waitForVisible(iapBox, true, 5000));
+    ASSERT_TRUE(s.probe.check(iapBox));
+    EXPECT_TRUE(pollUntil([&] { return s.probe.isChecked(iapBox); }, 5000, 20));
+    EXPECT_EQ(linesBeginning(asked), 0);
+    EXPECT_TRUE(s.probe.waitForVisible(panel, true, 10000));
+    EXPECT_TRUE(s.probe.isChecked(iapBox));
+}
+
+} // namespace

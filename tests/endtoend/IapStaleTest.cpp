@@ -1,0 +1,58 @@
+#include "tests/endtoend/IapTest.h"
+#include "tests/support/TextList.h"
+
+#include "simulator/bench/BenchPaths.h"
+#include "simulator/bench/ModelOnBus.h"
+
+namespace {
+
+using namespace EndToEnd;
+
+/// The tool that ends programmers of an earlier copy, which a stand-in on the search path plays.
+class IapStaleTest : public IapTest
+{
+protected:
+    static void addTaskkill(UpdateScenario &s)
+    {
+        ASSERT_TRUE(s.program.addTool(taskkill(), BenchPaths::standIn(), script({{step("exit", 0)}})));
+        s.program.setVariable(QStringLiteral("PATH"), s.program.applicationFolder() + QLatin1Char(':') +
+                                                          qEnvironmentVariable("PATH"));
+    }
+    static QString taskkill() { return QStringLiteral("taskkill"); }
+};
+
+TEST_F(IapStaleTest, StaleProgrammersAreEndedAtTheBeginningAndAtTheEnd)
+{
+    UpdateScenario &s = iapScenario();
+    addTaskkill(s);
+    start();
+    ASSERT_TRUE(waitForLog("create IAPUpDate Mode done."));
+    const QStringList arguments = list({"/F", "/IM", "IAP_Programmer.exe"});
+    EXPECT_EQ(argumentsOf(s.program, taskkill()), QList<QStringList>{arguments});
+    EXPECT_EQ(s.closeWindow(), 0);
+    EXPECT_EQ(argumentsOf(s.program, taskkill()), (QList<QStringList>{arguments, arguments}));
+}
+
+TEST_F(IapStaleTest, ACopyThatComesAndGoesLeavesTheProgrammerOfAnUpdateAlone)
+{
+    UpdateScenario &s =
+        iapScenario({{step("print", QStringLiteral("SetProgress: 42\n")), step("sleepMs", 6000),
+                      step("program", true), step("print", QStringLiteral("SetProgress:100\n"))}});
+    startAndPressStart();
+    ASSERT_TRUE(waitForProgress(42));
+
+    UpdateScenario second(s.model());
+    second.withServer = false;
+    second.program.setVariable(QStringLiteral("TMPDIR"), s.program.temporaryFolder());
+    addTaskkill(second);
+    ASSERT_TRUE(second.start()) << second.errorText().toStdString();
+    const QString made = QStringLiteral("create IAPUpDate Mode done.");
+    ASSERT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(made); }, 10000, 20));
+    EXPECT_EQ(second.closeWindow(), 0);
+    EXPECT_EQ(argumentsOf(second.program, taskkill()), QList<QStringList>());
+
+    EXPECT_EQ(titleOfRun(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), s.image());
+}
+
+} // namespace
