@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the pictures in docs/images from the running program: once in English, once in Chinese, once
-# in a launch mode, and once with a device that already waits in its bootloader.
+# Takes the pictures in docs/images from the running program: in English, in Chinese, in a launch mode,
+# with a device that already waits in its bootloader, and with one that is programmed through the panel.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 taken=$(mktemp -d)
@@ -21,5 +21,9 @@ take english after after
 take chinese after chinese --lang zh
 take launch during launch-mode --mode zn58
 take bootloader chooser chooser --bootloader
+take iap during iap --iap DevMdq
 # The program for Windows, where it has been built (scripts/windows/build.sh).
-[ ! -e build/mingw/beside.made ] || take windows after windows-after --windows build/mingw
+if [ -e build/mingw/beside.made ]; then
+    take windows after windows-after --windows build/mingw
+    take windows-chinese during windows-chinese --windows build/mingw --lang zh
+fi

@@ -9,7 +9,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMetaEnum>
+#include <QPainter>
 #include <QPixmap>
+#include <QRegion>
 #include <QScreen>
 #include <QWindow>
 
@@ -33,6 +35,17 @@ bool isBlocked(const QWidget &widget)
 {
     const QWidget *modal = QApplication::activeModalWidget();
     return modal && modal->window() != widget.window();
+}
+
+/// What of the screen shows none of the program's windows.
+QRegion background(const QScreen &screen)
+{
+    QRegion rest(screen.geometry());
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible())
+            rest -= window->frameGeometry();
+    }
+    return rest;
 }
 
 QString describe(const QWidget *widget)
@@ -197,9 +210,13 @@ QJsonObject Operate::grabWidget(QWidget &widget, const QString &path)
 QJsonObject Operate::grabScreen(const QString &path)
 {
     QScreen *screen = QGuiApplication::primaryScreen();
-    const QPixmap picture = screen ? screen->grabWindow(0) : QPixmap();
+    QPixmap picture = screen ? screen->grabWindow(0) : QPixmap();
     if (picture.isNull())
         return Answer::failure(QStringLiteral("the screen cannot be grabbed"));
+    QPainter painter(&picture);
+    painter.setClipRegion(background(*screen));
+    painter.fillRect(picture.rect(), Qt::white);
+    painter.end();
     if (!picture.save(path))
         return Answer::failure(QStringLiteral("cannot save ") + path);
     return Answer::success(
