@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Installs the Windows package in a fresh Windows of Wine's, updates a simulated device there, removes it,
-# and prints what is left in files and registry: nothing, or logs and settings. Needs root.
+# Tries the Windows packages in a fresh Windows of Wine's: unpacks the archive, runs the installer, updates a
+# simulated device with either, removes them, and prints what is left in files and registry: nothing, or
+# logs and settings. Needs root, and the archive beside the installer.
 # Usage: scripts/windows/check-package.sh SETUP RIG_BUILD WINDOWS_BUILD
 # RIG_BUILD is a build folder with the rig, WINDOWS_BUILD one of the preset mingw.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 setup=$(realpath "$1") rig=$(realpath "$2") windows=$(realpath "$3")
+archive=${setup%-setup.exe}.zip
 model=DevMaa
 host=firmware.quillmarsh.example
 
@@ -13,6 +15,7 @@ host=firmware.quillmarsh.example
 if [ -z "${QUILLMARSH_CHECK_STAGE-}" ]; then
     stage=$(mktemp -d --tmpdir quillmarsh-windows-check.XXXXXX)
     trap 'rm -rf "$stage"' EXIT
+    scripts/install-dependencies.sh unzip
     scripts/release-server.sh "$stage" "$host" "$model"
     QUILLMARSH_CHECK_STAGE=$stage unshare --mount --net --pid --fork --kill-child --mount-proc \
         scripts/windows/check-package.sh "$setup" "$rig" "$windows"
@@ -32,8 +35,9 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-local_data=$(wine cmd /c 'echo %LOCALAPPDATA%' | tr -d '\r')
-installed=$(realpath "$(winepath -u "$local_data")")/Programs/quillmarsh
+folder_named() { realpath "$(winepath -u "$(wine cmd /c "echo %$1%" | tr -d '\r')")"; }
+installed=$(folder_named LOCALAPPDATA)/Programs/quillmarsh
+desktop=$(folder_named USERPROFILE)/Desktop
 uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmarsh'
 
 step() { printf '\n== %s\n' "$*"; }
@@ -61,6 +65,27 @@ left_since() {
         diff "$1.$kind" "$work/now.$kind" | grep '^[<>]' || true
     done
 }
+# Updates a device with the program in FOLDER.
+update_with() {
+    # Where Wine has no buses, libraries beside the program stand in for those that look at them.
+    mkdir -p "$work/real" "$1/generic"
+    for library in libusb-1.0.dll libhidapi.dll; do
+        mv "$1/$library" "$work/real/"
+        cp "$windows/beside/$library" "$1/"
+    done
+    cp "$windows/beside/generic/quillprobe.dll" "$1/generic/"
+    cp "$windows/bin/quillmarsh-standin.exe" "$1/upgcmd.exe"
+    : >"$stage/nginx/access.log"
+    rm -f "$stage/probe-port" "$stage/burned.img"
+    QUILLMARSH_BENCH_BUILD=$rig "$rig/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
+        --stage "$stage" --listed-controller "$rig/bin/quillmarsh-sim-bus-listed" -- \
+        wine "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
+    grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+    cp "$work"/real/* "$1/"
+    rm -r "$1/generic" "$1"/upgcmd.exe*
+}
+# The driver belongs to the device, and the program has installed it: as administrator, as everybody is here.
+without_driver() { grep -vE '[\/]libusbK(\.sys|[]])$' || true; }
 install() { wine "$setup" /S; }
 remove() {
     wine "$installed/uninstall.exe" /S
@@ -117,28 +142,26 @@ expected="> $folder
 echo "Left are the logs and the user's own control list."
 rm -r "$installed"
 
+step 'Unpacked from the archive, a device updated, and the folder removed'
+unzip -q "$archive" -d "$desktop"
+unpacked=$(echo "$desktop"/quillmarsh-*)
+update_with "$unpacked"
+(cd "$unpacked" && ls UPDLog.txt log.txt qmake/dev.jn)
+rm -r "$unpacked"
+left_since "$work/before" | tee "$work/left"
+if without_driver <"$work/left" | grep -vE '/Temp/QuillmarshV3TmpPath(/|$)'; then
+    fail 'the lines above should not be there'
+fi
+echo 'Left are the temporary folder and the driver.'
+
 step 'Installed, a device updated, and removed'
 install
-# Where Wine has no buses, libraries beside the program stand in for those that look at them.
-mkdir "$work/real" "$installed/generic"
-for library in libusb-1.0.dll libhidapi.dll; do
-    mv "$installed/$library" "$work/real/"
-    cp "$windows/beside/$library" "$installed/"
-done
-cp "$windows/beside/generic/quillprobe.dll" "$installed/generic/"
-cp "$windows/bin/quillmarsh-standin.exe" "$installed/upgcmd.exe"
-QUILLMARSH_BENCH_BUILD=$rig "$rig/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
-    --stage "$stage" --listed-controller "$rig/bin/quillmarsh-sim-bus-listed" -- \
-    wine "$installed/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$installed/UPDLog.txt"; exit 1; }
-grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
-cp "$work"/real/* "$installed/"
-rm -r "$installed/generic" "$installed"/upgcmd.exe*
+update_with "$installed"
 remove
 left_since "$work/before" | tee "$work/left"
-# The driver belongs to the device, and the program has installed it: as administrator, as everybody is here.
-if grep -vxF "> $folder
+if without_driver <"$work/left" | grep -vxF "> $folder
 > $folder/UPDLog.txt
-> $folder/log.txt" "$work/left" | grep -vE '[\/]libusbK(\.sys|[]])$'; then
+> $folder/log.txt"; then
     fail 'the lines above should not be there'
 fi
 echo 'Left are the logs and the driver.'

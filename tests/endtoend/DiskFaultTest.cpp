@@ -1,4 +1,4 @@
-#include "tests/endtoend/EndToEnd.h"
+#include "tests/endtoend/FolderFaultTest.h"
 #include "tests/endtoend/OwnMounts.h"
 
 #include <QDeadlineTimer>
@@ -10,20 +10,10 @@ namespace {
 
 using namespace EndToEnd;
 
-const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed.");
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
-
-// The table has no text of its own for it, so the fallback shows.
-const QString folderFailed = QStringLiteral("当前状态: ensurePath Failed");
-
-/// Folders and files that cannot be written, or must not be.
-class DiskFaultTest : public EndToEndTest
+/// Disks that are full, and what somebody has put in the way.
+class DiskFaultTest : public FolderFaultTest
 {
 protected:
-    QString downloads()
-    {
-        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath");
-    }
     QString userFile() { return scenario().program.homeFolder() + QStringLiteral("/thesis.txt"); }
 
     static void write(const QString &path, const QByteArray &content)
@@ -36,23 +26,6 @@ protected:
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
-    /// The title after a run that may be over before the start button is seen disabled.
-    QString titleAfterQuickRun()
-    {
-        UpdateScenario &s = scenario();
-        if (!s.start() || !s.pressStart())
-            return s.errorText();
-        s.probe.waitForText(title, QStringLiteral("ensurePath"), updateLimitMs);
-        return titleWhenIdle();
-    }
-    bool logMentions(const QString &text)
-    {
-        for (const QString &line : scenario().program.updateLogLines()) {
-            if (line.contains(text))
-                return true;
-        }
-        return false;
     }
 };
 
@@ -89,52 +62,6 @@ TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
     ASSERT_TRUE(ballast.remove());
     EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
-}
-
-TEST_F(DiskFaultTest, AReadOnlyApplicationFolderIsReportedAndTheControlsComeBack)
-{
-    UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.applicationFolder()));
-    EXPECT_EQ(update(), md5Failed);
-    EXPECT_TRUE(logHas("Could not open file for writing"));
-    EXPECT_TRUE(
-        logMentions(s.program.applicationFolder() + QStringLiteral("/qmake/dev.jn: Read-only file system")));
-    expectUntouchedDevice();
-}
-
-TEST_F(DiskFaultTest, AReadOnlyWorkingFolderIsSaidInTheWindowAndCostsOnlyTheLogFiles)
-{
-    UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
-    // The bus description lies beside that folder.
-    EXPECT_EQ(update(), upgradeSuccessful);
-    EXPECT_EQ(s.burned(), s.image());
-    EXPECT_TRUE(s.program.updateLog().isEmpty());
-    EXPECT_TRUE(s.probe.text(QStringLiteral("logTextView"))
-                    .split(QLatin1Char('\n'))
-                    .value(1)
-                    .startsWith(s.program.workingFolder() + QStringLiteral("/UPDLog.txt cannot be written")));
-    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
-}
-
-TEST_F(DiskFaultTest, ATemporaryFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
-{
-    UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.temporaryFolder()));
-    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
-    EXPECT_TRUE(logMentions(downloads() + QStringLiteral(" cannot be created.")));
-    EXPECT_TRUE(logHas("ensurePath Failed!"));
-    expectUntouchedDevice();
-}
-
-TEST_F(DiskFaultTest, ADownloadFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
-{
-    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/tmp")));
-    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/qmake")));
-    ASSERT_TRUE(OwnMounts::readOnly(downloads() + QStringLiteral("/tmp")));
-    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
-    EXPECT_TRUE(logMentions(downloads() + QStringLiteral("/tmp cannot be written: Read-only file system")));
-    expectUntouchedDevice();
 }
 
 TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndWhatTheyPointAtIsLeftAlone)

@@ -1,0 +1,59 @@
+#include "tests/endtoend/FolderFaultTest.h"
+#include "tests/endtoend/OwnMounts.h"
+
+#include <QDir>
+
+namespace {
+
+using namespace EndToEnd;
+
+using ReadOnlyFolderTest = FolderFaultTest;
+
+TEST_F(ReadOnlyFolderTest, AReadOnlyApplicationFolderIsReportedAndTheControlsComeBack)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.applicationFolder()));
+    EXPECT_EQ(update(), md5Failed);
+    EXPECT_TRUE(logHas("Could not open file for writing"));
+    EXPECT_TRUE(
+        logGivesReasonAfter(nameOf(s.program.applicationFolder()) + QStringLiteral("/qmake/dev.jn: ")));
+    expectUntouchedDevice();
+}
+
+TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsSaidInTheWindowAndCostsOnlyTheLogFiles)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
+    // The bus description lies beside that folder.
+    EXPECT_EQ(update(), upgradeSuccessful);
+    EXPECT_EQ(s.burned(), s.image());
+    EXPECT_TRUE(s.program.updateLog().isEmpty());
+    EXPECT_TRUE(
+        s.probe.text(QStringLiteral("logTextView"))
+            .split(QLatin1Char('\n'))
+            .value(1)
+            .startsWith(nameOf(s.program.workingFolder()) + QStringLiteral("/UPDLog.txt cannot be written")));
+    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
+}
+
+TEST_F(ReadOnlyFolderTest, ATemporaryFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
+{
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(OwnMounts::readOnly(s.program.temporaryFolder()));
+    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
+    EXPECT_TRUE(logMentions(nameOf(downloads()) + QStringLiteral(" cannot be created.")));
+    EXPECT_TRUE(logHas("ensurePath Failed!"));
+    expectUntouchedDevice();
+}
+
+TEST_F(ReadOnlyFolderTest, ADownloadFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
+{
+    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/tmp")));
+    ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/qmake")));
+    ASSERT_TRUE(OwnMounts::readOnly(downloads() + QStringLiteral("/tmp")));
+    EXPECT_EQ(titleAfterQuickRun(), folderFailed);
+    EXPECT_TRUE(logGivesReasonAfter(nameOf(downloads()) + QStringLiteral("/tmp cannot be written: ")));
+    expectUntouchedDevice();
+}
+
+} // namespace
