@@ -89,6 +89,8 @@ QJsonObject Read::widget(const QWidget &widget)
         if (value.isValid())
             fields.insert(QLatin1String(property), QJsonValue::fromVariant(value));
     }
+    if (widget.isWindow())
+        fields.insert(QLatin1String("framePosition"), QJsonArray{widget.pos().x(), widget.pos().y()});
     if (const auto *box = qobject_cast<const QComboBox *>(&widget))
         fields.insert(QLatin1String("items"), itemTexts(*box->model()));
     if (const auto *view = qobject_cast<const QAbstractItemView *>(&widget); view && view->model())

@@ -8,7 +8,22 @@ namespace {
 using namespace EndToEnd;
 
 /// The panel beside the window, as a person and the detection use it.
-using IapPanelTest = IapTest;
+class IapPanelTest : public IapTest
+{
+protected:
+    /// Where the window begins with its frame, if it has one.
+    QPoint frameOf(const QString &window)
+    {
+        const QJsonArray at = scenario().probe.read(window).value(QLatin1String("framePosition")).toArray();
+        return {at.at(0).toInt(), at.at(1).toInt()};
+    }
+    /// The last point to the right of the window's first line, without its frame.
+    QPoint cornerOf(const QString &window)
+    {
+        const QJsonArray at = scenario().probe.read(window).value(QLatin1String("geometry")).toArray();
+        return {at.at(0).toInt() + at.at(2).toInt() - 1, at.at(1).toInt()};
+    }
+};
 
 TEST_F(IapPanelTest, ThePanelsOwnButtonProgramsTheChosenFile)
 {
@@ -45,17 +60,11 @@ TEST_F(IapPanelTest, ThePanelFollowsTheMovedMainWindow)
     EXPECT_FALSE(s.probe.isVisible(panel));
     ASSERT_TRUE(s.probe.check(iapBox));
     ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
-    const auto cornerIs = [&](int x, int y) {
-        return pollUntil(
-            [&] {
-                const QJsonArray at = s.probe.read(panel).value(QLatin1String("geometry")).toArray();
-                return at.at(0).toInt() == x && at.at(1).toInt() == y;
-            },
-            5000, 20);
-    };
     for (const QPoint &place : {QPoint(40, 30), QPoint(100, 200)}) {
         ASSERT_TRUE(s.probe.move(background, place.x(), place.y()));
-        EXPECT_TRUE(cornerIs(place.x() + 799, place.y()))
+        EXPECT_TRUE(pollUntil(
+            [&] { return frameOf(background) == place && frameOf(panel) == cornerOf(background); }, 5000, 20))
+            << QJsonDocument(s.probe.read(background)).toJson().toStdString()
             << QJsonDocument(s.probe.read(panel)).toJson().toStdString();
     }
 }
