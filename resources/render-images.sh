@@ -23,3 +23,7 @@ done
 
 # All sizes in one file, as Windows shows them for the executable and the installer.
 convert quillmarsh-{16,24,32,48,64,128,256}.png quillmarsh.ico
+
+# The picture beside the installer's last page.
+cd ../../packaging/windows
+rsvg-convert finish.svg | convert png:- -type Palette -compress None bmp3:finish.bmp

@@ -1,5 +1,5 @@
 ; The installer for Windows; scripts/windows/package.sh compiles it and passes VERSION, LISTS (the
-; folder with the lists of what is installed and removed), ICON, and OUTPUT.
+; folder with the lists of what is installed and removed), ICON, PICTURE, and OUTPUT.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -30,11 +30,13 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The quillmarsh authors"
 
 !define MUI_ICON ${ICON}
 !define MUI_UNICON ${ICON}
-!define MUI_FINISHPAGE_RUN
-!define MUI_FINISHPAGE_RUN_FUNCTION startProgram
-!define MUI_PAGE_CUSTOMFUNCTION_SHOW showFinish
+!define MUI_WELCOMEFINISHPAGE_BITMAP ${PICTURE}
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_FUNCTION startProgram
+; Belongs to the page that follows next.
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW showFinish
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -184,6 +186,21 @@ Function un.removeCopiedTools
     Delete $INSTDIR\${COPIED}
 FunctionEnd
 
+; The driver belongs to the devices and stays. Where there was none, the program's check at its start may
+; have left its service behind, which then is of no use to anybody. Takes rights that a user may lack.
+Function un.removeServiceWithoutDriver
+    StrCpy $0 $SYSDIR\drivers\libusbK.sys
+    ${If} ${FileExists} $0
+        Return
+    ${EndIf}
+    ReadRegStr $1 HKLM SYSTEM\CurrentControlSet\Services\libusbK ImagePath
+    ${If} $1 == $0
+    ${OrIf} $1 == \??\$0
+        nsExec::Exec '"$SYSDIR\sc.exe" delete libusbK'
+        Pop $0
+    ${EndIf}
+FunctionEnd
+
 ; Logs, a control list of the user's own, and whatever else lies in the folder stay.
 Section Uninstall
     !insertmacro refuseWhileRunning
@@ -192,6 +209,7 @@ Section Uninstall
         Delete $INSTDIR\${LIST}
     ${EndIf}
     Call un.removeCopiedTools
+    Call un.removeServiceWithoutDriver
     ; What the program makes anew at need.
     Delete $INSTDIR\qmake\dev.jn
     Delete $INSTDIR\Artinchip_SoC.cat

@@ -69,6 +69,7 @@ windows_path() { printf '%s\n' "${1//\//\\}"; }
     done < <(LC_ALL=C sort -r <<<"$folders")
 } >"$work/uninstall.nsh"
 makensis -V2 -WX "-DVERSION=$version" "-DLISTS=$PWD/$work" \
-    "-DICON=$PWD/resources/images/quillmarsh.ico" "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
+    "-DICON=$PWD/resources/images/quillmarsh.ico" "-DPICTURE=$PWD/packaging/windows/finish.bmp" \
+    "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
     packaging/windows/quillmarsh.nsi
 ls -l "build/packages/$name".* "build/packages/$name-setup.exe"
