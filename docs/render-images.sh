@@ -25,5 +25,5 @@ take iap during iap --iap DevMdq
 # The program for Windows, where it has been built (scripts/windows/build.sh).
 if [ -e build/mingw/beside.made ]; then
     take windows after windows-after --windows build/mingw
-    take windows-chinese during windows-chinese --windows build/mingw --lang zh
+    take windows-chinese after windows-chinese --windows build/mingw --lang zh
 fi

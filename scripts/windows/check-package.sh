@@ -142,9 +142,14 @@ echo "Left are the logs and the user's own control list."
 rm -r "$installed"
 
 step 'Installed by hand: only where the driver package is does the last page offer the start as administrator'
-hand() { wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 60 || fail "the installer has no such button"; }
+hand() {
+    wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 60 && return
+    cat "$work/by-hand"
+    wine tasklist || true
+    fail 'the installer has no such button'
+}
 install_by_hand() { # LAST_QUESTION
-    (cd "$work" && exec wine "$setup") &
+    (cd "$work" && WINEDEBUG=err+all exec wine "$setup") >"$work/by-hand" 2>&1 &
     hand press Install
     hand wait "$1"
     hand press "$1"

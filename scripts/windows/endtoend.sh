@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../.."
 step() { printf '\n== %s (after %s s)\n' "$*" "$SECONDS"; }
 
 step 'Tools'
-scripts/install-dependencies.sh wine wine64 g++-mingw-w64-x86-64-posix
+scripts/install-dependencies.sh wine wine64 locales g++-mingw-w64-x86-64-posix
 [ -e build/mingw/beside.made ] || scripts/windows/build.sh
 
 # A build folder of its own: the other one's tests are compared with those of the Windows build.

@@ -1,5 +1,6 @@
 #include "simulator/bench/WinePrefix_linux.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QLockFile>
@@ -132,6 +133,20 @@ bool WinePrefix::setUserValue(const QString &key, const QString &name, const QSt
     section.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     const QByteArray entry = "\n[" + section.toLatin1() + "]\n" + quoted(name) + '=' + quoted(value) + '\n';
     return file.open(QIODevice::Append) && file.write(entry) == entry.size();
+}
+
+void WinePrefix::setLocale(QProcessEnvironment &variables, const QString &locale) const
+{
+    // Wine takes the language over from the C library, which knows only locales that have been compiled.
+    const QString folder = m_folder.filePath(QStringLiteral("locales"));
+    QDir().mkpath(folder);
+    const int dot = locale.indexOf(QLatin1Char('.'));
+    if (QProcess::execute(QStringLiteral("localedef"),
+                          {QStringLiteral("-i"), locale.left(dot), QStringLiteral("-f"), locale.mid(dot + 1),
+                           folder + QLatin1Char('/') + locale}) != 0)
+        qWarning() << "There will be no locale" << locale;
+    variables.insert(QStringLiteral("LOCPATH"), folder);
+    variables.insert(QStringLiteral("LC_ALL"), locale);
 }
 
 QProcessEnvironment WinePrefix::environment() const

@@ -22,6 +22,9 @@ public:
     /// A text value of the current user's part of the registry; only before the first program starts.
     /// The key as in "Software\\Wine".
     bool setUserValue(const QString &key, const QString &name, const QString &value);
+    /// Makes those programs that get these variables, too, ones of a Windows in this locale, such as
+    /// "zh_CN.UTF-8". It need not be installed, but has to be known to the package "locales".
+    void setLocale(QProcessEnvironment &variables, const QString &locale) const;
     QString systemDrive() const { return m_folder.filePath(QStringLiteral("drive_c")); }
     /// The variables that make a program one of this Windows.
     QProcessEnvironment environment() const;

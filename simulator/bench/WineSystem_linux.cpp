@@ -57,7 +57,12 @@ public:
         return putBeside(folders.application);
     }
 
-    void setLocale(QProcessEnvironment & /*environment*/, const QString & /*locale*/) const override {}
+    void setLocale(QProcessEnvironment &environment, const QString &locale) const override
+    {
+        // Of itself it is English.
+        if (!locale.startsWith(QLatin1String("en_")))
+            m_prefix.setLocale(environment, locale);
+    }
 
     void setDisplay(QProcessEnvironment &environment, const QString &display) const override
     {
