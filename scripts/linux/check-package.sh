@@ -7,7 +7,6 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 model=DevMaa
-host=firmware.quillmarsh.example
 user=1000
 home=/home/tester
 
@@ -60,10 +59,10 @@ in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" 
 step 'A user, a firmware server, and the maker'\''s flasher'
 in_root apt-get install -q -y --no-install-recommends umockdev >>"$work/log" 2>&1
 in_root useradd --uid "$user" --user-group --create-home --home-dir "$home" tester
-scripts/release-server.sh "$stage" "$host" "$model"
+scripts/release-server.sh "$stage" "$model"
 cp "$stage/authority.crt" "$root/usr/local/share/ca-certificates/"
 in_root update-ca-certificates >>"$work/log" 2>&1
-echo "127.0.0.1 $host" >>"$root/etc/hosts"
+echo "127.0.0.1 $(cat "$stage/host")" >>"$root/etc/hosts"
 mkdir -p "$stage/tools" "$root/usr/local/lib/quillmarsh"
 cp "$rig/bin/quillmarsh-standin" "$stage/tools/upgcmd.exe"
 ln -s "$stage/tools/upgcmd.exe" "$root/usr/local/lib/quillmarsh/upgcmd.exe"

@@ -9,14 +9,13 @@ cd "$(dirname "$0")/../.."
 setup=$(realpath "$1") rig=$(realpath "$2") windows=$(realpath "$3")
 archive=${setup%-setup.exe}.zip
 model=DevMaa
-host=firmware.quillmarsh.example
 
 # From here on the network is but loopback, and what is mounted is seen by nobody else.
 if [ -z "${QUILLMARSH_CHECK_STAGE-}" ]; then
     stage=$(mktemp -d --tmpdir quillmarsh-windows-check.XXXXXX)
     trap 'rm -rf "$stage"' EXIT
     scripts/install-dependencies.sh unzip
-    scripts/release-server.sh "$stage" "$host" "$model"
+    scripts/release-server.sh "$stage" "$model"
     QUILLMARSH_CHECK_STAGE=$stage unshare --mount --net --pid --fork --kill-child --mount-proc \
         scripts/windows/check-package.sh "$setup" "$rig" "$windows"
     exit
@@ -24,7 +23,7 @@ fi
 stage=$QUILLMARSH_CHECK_STAGE
 if [ -z "${WINEPREFIX-}" ]; then
     ip link set lo up
-    { cat /etc/hosts; echo "127.0.0.1 $host"; } >"$stage/hosts"
+    { cat /etc/hosts; echo "127.0.0.1 $(cat "$stage/host")"; } >"$stage/hosts"
     mount --bind "$stage/hosts" /etc/hosts
     # Wine's Windows trusts whom the system around trusts.
     cat /etc/ssl/certs/ca-certificates.crt "$stage/authority.crt" >"$stage/authorities"
