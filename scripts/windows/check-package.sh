@@ -141,8 +141,9 @@ echo "Left are the logs and the user's own control list."
 rm -r "$installed"
 
 step 'Installed by hand: only where the driver package is does the last page offer the start as administrator'
+# Wine sometimes takes a minute for a start.
 hand() {
-    wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 60 && return
+    wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 180 && return
     cat "$work/by-hand"
     wine tasklist || true
     fail 'the installer has no such button'

@@ -87,6 +87,18 @@ protected:
         return found;
     }
 
+    /// The model's own id of this name, "vendorId" or "productId": the makers fill them in.
+    int idOfModel(const char *name)
+    {
+        const QJsonObject ids = scenario().devices.first().value(QLatin1String("application")).toObject();
+        return ids.value(QLatin1String(name)).toInt();
+    }
+    /// Vendor and product as the programmer gets them.
+    QStringList idsInHex()
+    {
+        return {QString::number(idOfModel("vendorId"), 16), QString::number(idOfModel("productId"), 16)};
+    }
+
     /// Makes the file m_file and chooses it as a person does.
     void chooseFile(const QString &name, const QByteArray &contents)
     {

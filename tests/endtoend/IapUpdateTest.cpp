@@ -18,9 +18,9 @@ TEST_F(IapUpdateTest, AnIapModelIsProgrammedWithTheServersImageAndTheChipsFlashe
     EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
     EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 5000));
-    EXPECT_EQ(runsOf("Start"),
-              (QList<QStringList>{list({"Start", "1", "", "f113", "a05a", "0", "0", "", "08004000", "true"}) +
-                                  QStringList{downloadedImage()}}));
+    EXPECT_EQ(runsOf("Start"), (QList<QStringList>{list({"Start", "1", ""}) + idsInHex() +
+                                                   list({"0", "0", "", "08004000", "true"}) +
+                                                   QStringList{downloadedImage()}}));
 }
 
 TEST_F(IapUpdateTest, TheLogTellsTheWholeStoryInOrder)
@@ -28,13 +28,15 @@ TEST_F(IapUpdateTest, TheLogTellsTheWholeStoryInOrder)
     UpdateScenario &s = iapScenario();
     startAndPressStart();
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
+    const QByteArray ids =
+        QStringLiteral("IAPPVID: %1,%2").arg(idOfModel("productId")).arg(idOfModel("vendorId")).toLatin1();
     const QStringList lines = s.program.updateLogLines();
     int last = -1;
     for (const char *text :
          {"create IAPUpDate Mode...", "IAP Process exists", "IAP RunProcessGetData: no device",
           "create IAPUpDate Mode done.", "Find deviceName: DevMdq", "IAP RunProcessGetData: device: DevMdq;",
           "File MD5 verified successfully.", handedOver, "IAP comm ModeInit...",
-          "check IAP Process exists...", "IAPPVID: 41050,61715", "IAP RunProcessGetData: device: DevMdq;",
+          "check IAP Process exists...", ids.constData(), "IAP RunProcessGetData: device: DevMdq;",
           "IAPData: device: DevMdq;", "try to Start IAP Process...", "disable IAPbtnStart_", "SetProgress: 0",
           "SetProgress: 90"}) {
         const int at = lines.indexOf(QString::fromLatin1(text), last + 1);
