@@ -98,6 +98,23 @@ TEST_F(IapUpdateTest, AFileThatIsNoBinIsRefusedWithAWarningAndTheNextChoiceIsPro
     EXPECT_EQ(s.burned(), QByteArray("for this device"));
 }
 
+TEST_F(IapUpdateTest, TheWarningAboutTheFileComesAsOftenAsItIsDeserved)
+{
+    UpdateScenario &s = iapScenario();
+    s.withServer = false;
+    startAndDetect();
+    chooseFile(QStringLiteral("mine.img"), "not for this device");
+    const QString warning = QStringLiteral("Warning!");
+    for (int times = 0; times < 3; ++times) {
+        ASSERT_TRUE(s.pressStart());
+        ASSERT_TRUE(s.probe.waitForWindow(warning, 10000)) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
+        ASSERT_TRUE(s.probe.waitForNoWindow(warning, 5000));
+        ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, 5000)) << s.probe.errorText().toStdString();
+    }
+    closeAndExpectGone();
+}
+
 TEST_F(IapUpdateTest, WhileItRunsNothingElseStartsAndOtherCopiesAreKeptOut)
 {
     UpdateScenario &s =
