@@ -193,7 +193,7 @@ fi
 echo 'Left are the logs.'
 rm -r "$installed"
 
-step 'The same with the driver package beside the installer'
+step 'The same with the driver beside the installer'
 cp "$work/libusbK.sys" "$work/amd64/"
 install
 update_with "$installed"
