@@ -15,17 +15,17 @@ QString temporaryFolder()
 
 } // namespace
 
-QString ProgramPaths::updateLock()
-{
-    return temporaryFolder() + QLatin1String("/QuillmarshV3TmpPath.lock");
-}
-
 UpdatePaths ProgramPaths::update()
 {
     const QString application = QCoreApplication::applicationDirPath();
     return {application, temporaryFolder() + QLatin1String("/QuillmarshV3TmpPath"),
             application + QLatin1String("/upgcmd.exe"), application + QLatin1String("/upgcmdHid.exe"),
             firmwareManifestUrl()};
+}
+
+QString ProgramPaths::updateLock()
+{
+    return update().temporaryFolder + QLatin1String(".lock");
 }
 
 QString ProgramPaths::lastDirFile()
