@@ -21,7 +21,7 @@ LaunchOptions parseCommandLine(int argc, const char *const argv[])
 {
     LaunchOptions options = parseArguments(argc, argv);
     if (options.isTessilonixMode && options.wantedModelName.isEmpty()) {
-        // An error in an information box: so companion programs' manuals show it.
+        // Intentional: an error in an information box, as the companion programs' manuals show it.
         QMessageBox::information(nullptr, QStringLiteral("Error"), QStringLiteral("TessilonixDev isNull.!"),
                                  QMessageBox::Ok);
         std::exit(0);

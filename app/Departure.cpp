@@ -16,7 +16,7 @@
 
 namespace {
 
-// Together with the end of the process itself, which takes its time on a busy machine, two seconds.
+// The program has two seconds to end; the rest is for the end of the process itself on a busy machine.
 constexpr int workerLimitMs = 1000;
 constexpr int wholeLimitMs = 1500;
 constexpr int flushLimitMs = 100;
@@ -28,8 +28,8 @@ constexpr int flushLimitMs = 100;
     std::_Exit(exitCode);
 }
 
-/// The last resort for what nothing can interrupt, such as a name lookup inside the toolkit, which
-/// the application object waits for when it is destroyed. By then all files are written.
+/// Ends the process when something cannot be interrupted, such as a name lookup inside Qt that the
+/// application object's destructor waits for. All files are written by then.
 void startWatchdog()
 {
     std::thread([] {
@@ -60,23 +60,23 @@ QMessageBox *makeQuestion(QWidget *window)
 
 Departure::~Departure() = default;
 
-bool Departure::closeAsked(QWidget *window)
+bool Departure::requestClose(QWidget *window)
 {
-    // What is being destroyed may still run an event loop, and the question asks what is gone by then.
+    // An object in its destructor may still run an event loop, and m_isWriting may refer to a destroyed one.
     if (ShutdownFlag::instance().isRaised())
         return true;
-    if (m_isWriting && m_isWriting() && userStays(window))
+    if (m_isWriting && m_isWriting() && askToStay(window))
         return false;
     leave();
     return true;
 }
 
-bool Departure::userStays(QWidget *window)
+bool Departure::askToStay(QWidget *window)
 {
     if (!m_question)
         m_question = makeQuestion(window);
     m_question->exec();
-    // What leaves meanwhile hides the question, unanswered.
+    // Shutting down hides the question without answering it.
     return !ShutdownFlag::instance().isRaised() && m_question->clickedButton() == m_question->escapeButton();
 }
 
@@ -84,7 +84,7 @@ void Departure::leave()
 {
     startWatchdog();
     ShutdownFlag::instance().raise();
-    // The log window and the chooser are top-level windows of their own.
+    // The log window and the chooser are separate top-level windows.
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows)
         window->hide();
@@ -93,7 +93,7 @@ void Departure::leave()
 
 int Departure::runLoop()
 {
-    // exec() would forget a quit that was asked for before it.
+    // exec() forgets an earlier request to quit.
     return ShutdownFlag::instance().isRaised() ? 0 : QApplication::exec();
 }
 

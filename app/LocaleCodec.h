@@ -1,4 +1,4 @@
 #pragma once
 
-/// Sets the codec in which the toolkit talks to the system, where the platform bears it.
+/// Sets the codec of Qt's conversions to and from the locale's encoding. Does nothing on Linux.
 void setLocaleCodec();

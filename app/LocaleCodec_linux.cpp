@@ -2,6 +2,6 @@
 
 void setLocaleCodec()
 {
-    // File names here are bytes in the locale's own encoding; "UTF-16" would cut each at its first
-    // zero byte, and the toolkit aborts at the first directory listing.
+    // File names are bytes in the locale's encoding. With "UTF-16" each would end at its first zero byte, and
+    // Qt aborts at the first directory listing.
 }

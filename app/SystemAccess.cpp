@@ -1,8 +1,8 @@
 #include "app/SystemAccess.h"
 
 #include "devices/ModelTable.h"
+#include "devices/RefusedDevice.h"
 #include "driver/DriverCheck.h"
-#include "driver/RefusedDevice.h"
 #include "widgets/TextWindow.h"
 
 #include <QSignalBlocker>
@@ -15,18 +15,24 @@ class WindowLog : public DriverLog
 public:
     explicit WindowLog(TextWindow &window) : m_window(window) {}
 
-    void shown(const QString &line) override { m_window.appendShown(line); }
-    void logged(const QString &line) override { m_window.appendLog(line); }
+    void showLine(const QString &line) override { m_window.appendToPane(line); }
+    void logLine(const QString &line) override { m_window.appendLog(line); }
 
 private:
     TextWindow &m_window;
 };
 
+void showHint(const QString &hint, DriverLog &log)
+{
+    if (!hint.isEmpty())
+        log.showLine(hint);
+}
+
 } // namespace
 
 SystemAccess::SystemAccess()
     : m_deviceAccess([table = ModelTable()] {
-          return refusedDeviceFile([&table](quint32 vendorId, quint32 productId) {
+          return findRefusedDeviceFile([&table](quint32 vendorId, quint32 productId) {
               return table.find(vendorId, productId, LaunchOptions()) != nullptr;
           });
       })
@@ -37,7 +43,7 @@ void SystemAccess::checkAtStart(const QString &applicationDir, TextWindow &windo
 {
     const auto check = [this, &applicationDir](DriverLog &log) {
         DriverCheck::run(applicationDir, log);
-        m_deviceAccess.checkSettled(log);
+        showHint(m_deviceAccess.checkSettled(), log);
     };
     runAlone(check, window, ticks);
 }
@@ -49,21 +55,23 @@ void SystemAccess::runAlone(const Check &check, TextWindow &window, QTimer &tick
     m_checking = true;
     check(log);
     m_checking = false;
-    const auto kept = std::exchange(m_kept, {});
-    for (const auto &[keptFor, line] : kept)
-        keptFor->appendLog(line);
+    const auto heldBack = std::exchange(m_heldBack, {});
+    for (const auto &[target, line] : heldBack)
+        target->appendLog(line);
 }
 
-bool SystemAccess::keeps(TextWindow *window, const QString &line)
+bool SystemAccess::holdBack(TextWindow *window, const QString &line)
 {
-    if (m_checking)
-        m_kept.append({window, line});
-    return m_checking;
+    if (!m_checking)
+        return false;
+    m_heldBack.append({window, line});
+    return true;
 }
 
 void SystemAccess::checkDevice(ConnectionState state, TextWindow &window)
 {
+    if (state == ConnectionState::Nothing)
+        return;
     WindowLog log(window);
-    if (state != ConnectionState::Nothing)
-        m_deviceAccess.check(log);
+    showHint(m_deviceAccess.check(), log);
 }

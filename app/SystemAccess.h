@@ -1,7 +1,7 @@
 #pragma once
 
 #include "devices/ConnectionState.h"
-#include "driver/DeviceAccess.h"
+#include "devices/DeviceAccess.h"
 #include "driver/DriverLog.h"
 
 #include <QString>
@@ -13,8 +13,8 @@
 class QTimer;
 class TextWindow;
 
-/// Whether the system lets the program reach its devices: the driver check at the start, and a look
-/// at the device files whenever a device is connected. GUI thread.
+/// Checks that the system lets the program open its devices: runs the driver check at start-up and looks at
+/// the device files whenever a device is connected. GUI thread.
 class SystemAccess
 {
 public:
@@ -22,19 +22,20 @@ public:
 
     SystemAccess();
 
-    /// Runs the driver check. It tells its lines directly, so that they stand together and before
-    /// those that wait in the queue, which it keeps back; `ticks` do nothing meanwhile.
+    /// Runs the driver check. Its lines go to `window` directly; queued lines that arrive meanwhile are held
+    /// back until it has ended, so that the check's lines stay together. `ticks` is blocked meanwhile.
     void checkAtStart(const QString &applicationDir, TextWindow &window, QTimer &ticks);
-    /// The same for any check.
+    /// Like checkAtStart(), but runs `check` instead of the driver check.
     void runAlone(const Check &check, TextWindow &window, QTimer &ticks);
-    /// Takes a line over, to be delivered when the check has ended; false when none is running.
-    bool keeps(TextWindow *window, const QString &line);
+    /// Stores the line until the running check has ended and returns true. Without a running check, returns
+    /// false and stores nothing.
+    bool holdBack(TextWindow *window, const QString &line);
 
-    /// After each look at the buses.
+    /// Checks the permissions of the device files if a device is connected. Call after each monitor tick.
     void checkDevice(ConnectionState state, TextWindow &window);
 
 private:
     DeviceAccess m_deviceAccess;
     bool m_checking = false;
-    QVector<std::pair<TextWindow *, QString>> m_kept;
+    QVector<std::pair<TextWindow *, QString>> m_heldBack;
 };

@@ -1,6 +1,7 @@
 #include "app/UpdateStarter.h"
 
 #include "support/Clock.h"
+#include "support/LanguageUtilities.h"
 #include "support/ToolRun.h"
 #include "update/FirmwareFetch.h"
 #include "update/UpdateTitles.h"
@@ -8,66 +9,79 @@
 #include <QDebug>
 #include <QtConcurrent>
 
-UpdateStarter::UpdateStarter(const Surroundings &surroundings) : m_surroundings(surroundings) {}
+namespace {
 
-UpdateStarter::~UpdateStarter() = default;
+QString reasonToStayAwake()
+{
+    return LanguageUtilities::instance().language() == QLatin1String("zh_CN")
+               ? QStringLiteral("正在向设备写入固件。")
+               : QStringLiteral("Firmware is being written to a device.");
+}
+
+} // namespace
+
+UpdateStarter::UpdateStarter(const Dependencies &dependencies)
+    : m_dependencies(dependencies),
+      m_awake(reasonToStayAwake(), dependencies.window,
+              [this](const QString &line) { m_dependencies.reporter.log(line); })
+{
+    m_dependencies.session.watchStages([this](UpdateStage stage) { m_awake.note(stage); });
+}
+
+UpdateStarter::~UpdateStarter()
+{
+    m_dependencies.session.watchStages({});
+}
 
 void UpdateStarter::start()
 {
-    if (m_running || isWaitingForTool() || !mayStart())
+    UpdateSession &session = m_dependencies.session;
+    if (session.isRunning() || isWaitingForTool())
         return;
-    m_running = true;
-    Reporter &reporter = m_surroundings.reporter;
+    if (!hasDevice()) {
+        reportMissingDevice();
+        return;
+    }
+    Reporter &reporter = m_dependencies.reporter;
+    if (!session.begin(UpdateStage::Fetching, reporter))
+        return;
+    const UpdateRequest request = m_dependencies.choices.request();
     reporter.setProgress(0);
     reporter.runDeviceCheck(false);
     reporter.enableStartButton(false);
     qDebug() << "Start Update button was pressed!";
     if (makeChooser())
-        QtConcurrent::run([this] { runWorkflow(); });
+        QtConcurrent::run([this, request] { runWorkflow(request); });
     else
-        declareEnded();
+        session.end(UpdateReason::ProgramClosed, UpdateSession::Afterwards::Leaving, {});
 }
 
-bool UpdateStarter::mayStart()
+bool UpdateStarter::hasDevice() const
 {
-    Reporter &reporter = m_surroundings.reporter;
-    if (m_surroundings.state.device().name.isEmpty() && !m_surroundings.state.bootloaderPresent()) {
-        reporter.setStateTitle(UpdateTitles::startWithoutDevice);
-        reporter.log(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!"));
-        return false;
-    }
-    m_hold = m_surroundings.lock.take(reporter);
-    return m_hold != nullptr;
+    return !m_dependencies.choices.device().name.isEmpty() || m_dependencies.choices.bootloaderPresent();
 }
 
-/// Makes the chooser of this run; false when the program is leaving instead.
+void UpdateStarter::reportMissingDevice()
+{
+    m_dependencies.reporter.setStateTitle(UpdateTitles::startWithoutDevice);
+    m_dependencies.reporter.log(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!"));
+}
+
+/// Makes the chooser for this run. Returns false when the program began to leave meanwhile.
 bool UpdateStarter::makeChooser()
 {
-    m_chooser = std::make_unique<ChosefirmwareWidget>(m_surroundings.paths.manifestUrl);
+    m_chooser = std::make_unique<ChosefirmwareWidget>(m_dependencies.paths.manifestUrl, nullptr,
+                                                      &m_dependencies.reporter);
     m_chooser->hide();
     return !Clock::real().isLeaving();
 }
 
-void UpdateStarter::runWorkflow()
+void UpdateStarter::runWorkflow(const UpdateRequest &request)
 {
-    const Surroundings &s = m_surroundings;
-    FirmwareFetch fetch(s.reporter, s.state, Clock::real(), s.paths, s.downloader, s.segmentWorker,
-                        m_chooser.get());
-    UpdateWorkflow workflow(s.reporter, s.state, s.host, Clock::real(), s.paths, s.launch, fetch);
-    const UpdateWorkflow::Ending ending = workflow.run();
-    if (ending != UpdateWorkflow::Ending::HandedOver)
-        declareEnded();
-    workflow.finish(ending);
-}
-
-void UpdateStarter::takeBack()
-{
-    if (m_handedOver.exchange(false))
-        declareEnded();
-}
-
-void UpdateStarter::declareEnded()
-{
-    m_hold.reset();
-    m_running = false;
+    const Dependencies &d = m_dependencies;
+    FirmwareFetch fetch(d.reporter, d.session, d.choices, Clock::real(), d.paths, d.downloader,
+                        d.segmentWorker, m_chooser.get());
+    const UpdateWorkflow::Dependencies workflow{d.reporter,    d.session, d.choices, d.host,
+                                                Clock::real(), d.paths,   d.launch,  fetch};
+    UpdateWorkflow(workflow, request).run();
 }

@@ -1,60 +1,55 @@
 #pragma once
 
+#include "session/AwakeWhileWriting.h"
+#include "session/UpdateSession.h"
 #include "support/LaunchOptions.h"
 #include "support/Reporter.h"
-#include "support/UpdateLock.h"
 #include "update/ChosefirmwareWidget.h"
-#include "update/LiveState.h"
+#include "update/UpdateChoices.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
 #include "update/UpdateWorkflow.h"
 
-#include <atomic>
 #include <memory>
 
 class FileDownloaderHTTP;
 class ThreadFileDownloader;
 
-/// What the start button does: checks, and then runs one workflow on the global thread pool. GUI
-/// thread; what it is given must outlive the runs.
+/// Starts updates when the start button is pressed: checks the conditions, then runs one workflow on the
+/// global thread pool. Keeps the system awake while a device is written. GUI thread. The dependencies must
+/// outlive every run.
 class UpdateStarter
 {
 public:
-    struct Surroundings
+    struct Dependencies
     {
         Reporter &reporter;
-        LiveState &state;
+        UpdateSession &session;
+        UpdateChoices &choices;
         UpdateHost &host;
         const UpdatePaths &paths;
         const LaunchOptions &launch;
         FileDownloaderHTTP &downloader;
         ThreadFileDownloader &segmentWorker;
-        UpdateLock &lock;
+        /// Native id of the main window; 0 if there is none.
+        quintptr window;
     };
 
-    explicit UpdateStarter(const Surroundings &surroundings);
+    explicit UpdateStarter(const Dependencies &dependencies);
     ~UpdateStarter();
 
-    /// Starts an update, unless one is running, there is no device, or another copy of the program
-    /// is updating one. Returns at once, but for the chooser's fetch of the manifest.
+    /// Starts an update. Does nothing while one is running or a tool is being waited for; reports to the user
+    /// when there is no device or another copy of the program is updating one. Fetches the chooser's manifest
+    /// in a local event loop, then returns without waiting for the update.
     void start();
 
-    /// The running workflow leaves the rest to the IAP panel: the update goes on until takeBack().
-    /// Any thread, and before the panel hears of it.
-    void handOver() { m_handedOver = true; }
-    /// The panel is done. Does nothing when nothing was handed over: the panel also has runs of its own.
-    void takeBack();
-
 private:
-    bool mayStart();
+    bool hasDevice() const;
+    void reportMissingDevice();
     bool makeChooser();
-    void runWorkflow();
-    void declareEnded();
+    void runWorkflow(const UpdateRequest &request);
 
-    Surroundings m_surroundings;
-    UpdateLock::Hold m_hold;
+    Dependencies m_dependencies;
+    AwakeWhileWriting m_awake;
     std::unique_ptr<ChosefirmwareWidget> m_chooser;
-    /// From the press to the end of the run, also where the button is enabled in between.
-    std::atomic<bool> m_running{false};
-    std::atomic<bool> m_handedOver{false};
 };

@@ -1,12 +1,11 @@
 #include "app/bringToForeground.h"
 
-#include "app/ConnectionDisplay.h"
+#include "app/LibraryWarnings.h"
 #include "app/LocaleCodec.h"
-#include "app/MainWindowLayout.h"
-#include "app/MainWindowLook.h"
-#include "app/SslReport.h"
-#include "app/SystemCountry.h"
-#include "app/SystemDescription.h"
+#include "app/SystemReport.h"
+#include "app/window/ConnectionDisplay.h"
+#include "app/window/MainWindowLayout.h"
+#include "app/window/MainWindowLook.h"
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "iap/IAPUpDate.h"
@@ -15,7 +14,6 @@
 #include "support/LogFile.h"
 #include "support/ToolRun.h"
 #include "update/BootloaderEntry.h"
-#include "update/FirmwareFileDialog.h"
 #include "update/LocalFiles.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/TextWindow.h"
@@ -34,63 +32,51 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     : QWidget(parent)
 {
     initialiseState({isZN58Mode, isTessilonixMode, wantedModelName});
-    initialisePaths();
     initialiseLanguage();
-    writeSslReport();
+    SystemReport::writeTlsVersions();
     connectSignals();
     qDebug() << "删除临时固件文件";
     QFile::remove(m_paths.applicationDir + QLatin1String("/tmp/dev.img"));
     qDebug().noquote() << "当前进程所在文件夹路径:" << m_paths.applicationDir;
     initialiseDeviceLibraries();
-    setFixedSize(800, 490);
     setLocaleCodec();
-    buildConnectionControls();
+    buildFlashingPage();
     InitUseWirteType();
-    buildWriteTypeSelector();
+    buildWriteTypeBox();
     buildInterface();
     createMonitor();
     createLogWindow();
     GetDefaultImagePath(m_paths.applicationDir);
-    connect(m_widgets.chooseFileButton, &QPushButton::clicked, this, &bringToForeground::browseForFirmware);
+    connect(m_widgets.chooseFileButton, &QPushButton::clicked, this, [this] { m_image->browse(this); });
     checkDriver();
     createDownloaders();
     connectControls();
     if (m_launch.isAutomatic())
         reduceInterface();
-    // Shown while the panel is made, at the latest: the programmer is asked there, and may take any time.
+    // Show the window before the panel is complete: its constructor waits for the programmer without a limit.
     QTimer::singleShot(0, this, &QWidget::show);
     createIapPanel();
-    m_libraries.askToQuitAfterFailure();
+    LibraryWarnings::askToQuitAfterFailure(m_libraries);
 }
 
 bringToForeground::~bringToForeground()
 {
     delete m_iapPanel;
-    // The last lines: nothing delivers them any more.
+    // Deliver the last queued log lines while this object can still take them.
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-}
-
-bool bringToForeground::isWriting() const
-{
-    return m_state.isFlashing() || (m_iapPanel && m_iapPanel->isProgramming());
 }
 
 void bringToForeground::initialiseState(const LaunchOptions &launch)
 {
     setObjectName(QStringLiteral("bringToForeground"));
     m_launch = launch;
-}
-
-void bringToForeground::initialisePaths()
-{
-    m_lastDirFilePath = ProgramPaths::lastDirFile();
     m_paths = ProgramPaths::update();
 }
 
 void bringToForeground::initialiseLanguage()
 {
-    LanguageUtilities::instance().setLanguage(isSystemCountryChina() ? QStringLiteral("zh_CN")
-                                                                     : QStringLiteral("en"));
+    LanguageUtilities::instance().setLanguage(SystemReport::isCountryChina() ? QStringLiteral("zh_CN")
+                                                                             : QStringLiteral("en"));
 }
 
 void bringToForeground::connectSignals()
@@ -108,7 +94,7 @@ void bringToForeground::connectLog()
     connect(
         this, &Self::sigAppendLog, this, [this] { ++m_linesOnTheirWay; }, Qt::DirectConnection);
     connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
-    // After the line itself: queued calls come in the order of their connections.
+    // Connected after AppendLog: queued calls arrive in the order of their connections.
     connect(
         this, &Self::sigAppendLog, this, [this] { --m_linesOnTheirWay; }, Qt::QueuedConnection);
 }
@@ -123,23 +109,22 @@ void bringToForeground::connectControlSignals()
 
 void bringToForeground::initialiseDeviceLibraries()
 {
-    m_libraries.initialiseUsb();
-    m_libraries.initialiseHid();
+    LibraryWarnings::initialise(m_libraries);
     m_usb = makeLibusbBus(m_libraries.usbReady());
     m_hid = makeHidapiPort();
 }
 
-void bringToForeground::buildConnectionControls()
+void bringToForeground::buildFlashingPage()
 {
     MainWindowLayout::buildFlashingPage(this, this, m_widgets);
 }
 
-void bringToForeground::buildWriteTypeSelector()
+void bringToForeground::buildWriteTypeBox()
 {
-    MainWindowLayout::buildConnectTypeBox(this, m_writeType.usb, m_writeType.hid, m_widgets);
-    m_state.setWriteType(m_widgets.writeTypeBox->currentText());
+    MainWindowLayout::buildWriteTypeBox(this, m_writeType.usb, m_writeType.hid, m_widgets);
+    m_choices.setWriteType(m_widgets.writeTypeBox->currentText());
     connect(m_widgets.writeTypeBox, &QComboBox::currentTextChanged, this,
-            [this](const QString &text) { m_state.setWriteType(text); });
+            [this](const QString &text) { m_choices.setWriteType(text); });
 }
 
 void bringToForeground::buildInterface()
@@ -147,14 +132,16 @@ void bringToForeground::buildInterface()
     const MainWindowLayout::Callbacks callbacks{[this](int state) {
         onIAPStateChanged(state);
     }};
-    MainWindowLayout::buildRest(this, isSystemCountryChina(), callbacks, m_widgets);
-    m_state.setRestartCheckable(m_widgets.restartBox->isCheckable());
+    MainWindowLayout::buildRest(this, SystemReport::isCountryChina(), callbacks, m_widgets);
+    m_choices.setRestartCheckable(m_widgets.restartBox->isCheckable());
+    m_image =
+        std::make_unique<ImageChoice>(m_choices, *m_widgets.firmwareFileEdit, ProgramPaths::lastDirFile());
 }
 
 void bringToForeground::createMonitor()
 {
     m_monitor = std::make_unique<ConnectionMonitor>(
-        ConnectionMonitor::Surroundings{*m_usb, *m_hid, *this, &Diagnostics::writeStandardOutput,
+        ConnectionMonitor::Dependencies{*m_usb, *m_hid, *this, &Diagnostics::writeStandardOutput,
                                         ControlledDeviceList::path(m_paths.applicationDir),
                                         LogFile::interfaceLogPath(), LogFile::updateLogPath()},
         m_launch);
@@ -168,8 +155,8 @@ void bringToForeground::createLogWindow()
     m_logWindow = std::make_unique<TextWindow>();
     m_logWindow->setLogCheckBox(m_widgets.logBox);
     MainWindowLook::placeBelow(*this, *m_logWindow);
-    // Directly, ahead of every queued line: support reads this first.
-    AppendLog(m_logWindow.get(), systemDescription());
+    // Called directly, so that this is the first line of the log that support reads.
+    AppendLog(m_logWindow.get(), SystemReport::describe());
 }
 
 void bringToForeground::checkDriver()
@@ -181,13 +168,17 @@ void bringToForeground::createDownloaders()
 {
     m_downloader = new FileDownloaderHTTP(this, this);
     m_segmentWorker = std::make_unique<ThreadFileDownloader>(nullptr, m_widgets.stateTitleLabel);
-    m_updates = std::make_unique<UpdateStarter>(UpdateStarter::Surroundings{
-        *this, m_state, *this, m_paths, m_launch, *m_downloader, *m_segmentWorker, m_updateLock});
+    m_updates = std::make_unique<UpdateStarter>(
+        UpdateStarter::Dependencies{*this, m_session, m_choices, *this, m_paths, m_launch, *m_downloader,
+                                    *m_segmentWorker, parentWidget() ? parentWidget()->effectiveWinId() : 0});
 }
 
 void bringToForeground::connectControls()
 {
-    connect(m_widgets.startButton, &QPushButton::clicked, this, [this] { m_updates->start(); });
+    connect(m_widgets.startButton, &QPushButton::clicked, this, [this] {
+        if (!m_startPress.postpone())
+            m_updates->start();
+    });
     MainWindowLayout::connectLogBox(m_widgets, m_logWindow.get());
 }
 
@@ -210,7 +201,7 @@ void bringToForeground::makeIapPanel(const QString &programmer)
 {
     m_iapPanel = new IAPUpDate(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer, parentWidget(), this,
                                m_logWindow.get());
-    // Hidden, unless the box was ticked while the programmer was asked.
+    // The user may have ticked the box while the constructor waited for the programmer.
     onIAPStateChanged(m_widgets.iapBox->checkState());
 }
 
@@ -223,31 +214,20 @@ bool bringToForeground::findIapProgrammer(QString *path) const
 void bringToForeground::checkConnection()
 {
     if (!isWaitingForTool())
-        take(m_monitor->tick(m_state.device()));
+        apply(m_monitor->tick(m_choices.device()));
 }
 
-void bringToForeground::take(const MonitorOutcome &outcome)
+void bringToForeground::apply(const MonitorOutcome &outcome)
 {
-    m_state.setFound(outcome.device, outcome.bootloaderPresent);
+    m_choices.setFound(outcome.device, outcome.bootloaderPresent);
     if (outcome.iapIds)
         m_iapPanel->setDeviceIds(outcome.iapIds->productId, outcome.iapIds->vendorId);
     showConnection(outcome, m_widgets);
+    if (outcome.pressStart)
+        m_widgets.startButton->click();
     if (outcome.prepareIapPanel)
         m_iapPanel->resetToUsb();
     m_access.checkDevice(outcome.state, *m_logWindow);
-}
-
-void bringToForeground::browseForFirmware()
-{
-    const QString file = FirmwareFileDialog::choose(this, m_state.device().iapFlag != 0, m_lastDirFilePath);
-    if (!file.isEmpty())
-        setImagePath(file);
-}
-
-void bringToForeground::setImagePath(const QString &path)
-{
-    m_state.setImagePath(path);
-    m_widgets.firmwareFileEdit->setText(path);
 }
 
 void bringToForeground::GetDefaultImagePath(const QString &base)
@@ -257,28 +237,26 @@ void bringToForeground::GetDefaultImagePath(const QString &base)
                          : QStringLiteral("find default img file"));
     log(m_launch.isZN58Mode ? QStringLiteral("IsZN58UseMe?: true") : QStringLiteral("IsZN58UseMe?: false"));
     m_defaultImagePath = base + QLatin1String("/qmake/") + images.value(0);
-    setImagePath(m_defaultImagePath);
+    m_image->useDefault(m_defaultImagePath);
 }
 
 void bringToForeground::enterLocalFileMode()
 {
-    m_state.setLocalFileMode(true);
+    m_choices.setLocalFileMode(true);
     m_widgets.firmwareFileEdit->show();
     m_widgets.chooseFileButton->show();
 }
 
 bool bringToForeground::sendUpdateMode()
 {
-    return sendUpdateModeReport(m_state.device(), *m_hid, reportLayoutFor(QOperatingSystemVersion::current()),
-                                *this);
+    return sendUpdateModeReport(m_choices.device(), *m_hid,
+                                reportLayoutFor(QOperatingSystemVersion::current()), *this);
 }
 
 bool bringToForeground::startIapPanel()
 {
     if (!m_iapPanel)
         return false;
-    // Before the signal: the panel may be done with the run before this thread goes on.
-    m_updates->handOver();
     emit m_iapPanel->sigStartClicked();
     return true;
 }
@@ -290,18 +268,13 @@ void bringToForeground::connectLogOf(IAPUpDate *panel)
 
 IapDevice bringToForeground::chosenIapDevice() const
 {
-    const ChosenDevice device = m_state.device();
+    const ChosenDevice device = m_choices.device();
     return {device.iapFlag != 0, device.productId, device.vendorId};
 }
 
 void bringToForeground::untickIapBox()
 {
     m_widgets.iapBox->setChecked(false);
-}
-
-void bringToForeground::iapRunEnded()
-{
-    m_updates->takeBack();
 }
 
 void bringToForeground::setPictureLevel(double percent)
@@ -323,21 +296,21 @@ void bringToForeground::StartCheckConnectTimer()
 
 void bringToForeground::StopCheckConnectTimer()
 {
-    // Timer and button directly, unlike the start half: they must be off when this returns.
+    // Intentional: unlike the start half, stop directly. Both must be off when this returns.
     log(QStringLiteral("StopCheckConnectTimer."));
     emit sigSetprogressBarValue(0);
     m_checkTimer->stop();
     m_widgets.startButton->setEnabled(false);
 }
 
-void bringToForeground::setStateTitle(const BilingualText &title)
+void bringToForeground::setStateTitle(const TranslatableText &title)
 {
     emit sigSetStateTitle(LanguageUtilities::instance().lookup(title));
 }
 
 void bringToForeground::onSetBtnEnable(QPushButton *, bool enable)
 {
-    // Whatever button is named: the start button is the one that changes.
+    // Intentional: always the start button, whatever button is passed.
     m_widgets.startButton->setEnabled(enable);
 }
 
@@ -366,7 +339,7 @@ void bringToForeground::appendToFile(QString filePath, QString content)
 
 void bringToForeground::AppendLog(TextWindow *textWindow, QString text)
 {
-    if (textWindow && !m_access.keeps(textWindow, text))
+    if (textWindow && !m_access.holdBack(textWindow, text))
         textWindow->appendLog(text);
 }
 

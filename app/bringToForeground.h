@@ -1,15 +1,18 @@
 #pragma once
 
-#include "app/DeviceLibraries.h"
-#include "app/MainWindowWidgets.h"
-#include "app/ProgramPaths.h"
+#include "app/ImageChoice.h"
 #include "app/SystemAccess.h"
 #include "app/UpdateStarter.h"
+#include "app/window/MainWindowWidgets.h"
 #include "devices/ConnectionMonitor.h"
 #include "devices/ControlledDeviceList.h"
+#include "devices/DeviceLibraries.h"
 #include "iap/IapHost.h"
+#include "session/UpdateSession.h"
+#include "support/AfterToolWait.h"
 #include "support/LaunchOptions.h"
-#include "update/LiveState.h"
+#include "update/ProgramPaths.h"
+#include "update/UpdateChoices.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
 #include "widgets/LocalFileHost.h"
@@ -27,11 +30,11 @@ class IAPUpDate;
 class TextWindow;
 class ThreadFileDownloader;
 
-/// The main widget: owner of the program's state and of its five signals, through which work on
-/// other threads reaches the window. Each operation hands over to the room that its subject belongs to.
+/// The main widget. Owns the program's state and the five signals through which other threads reach the
+/// window. Each operation delegates to the module responsible for it.
 ///
-/// Everything runs on the GUI thread but the Reporter and UpdateHost operations, which any thread
-/// may call. No update may be running when it is destroyed.
+/// GUI thread, except for the Reporter and UpdateHost operations, which may be called from any thread. No
+/// update may be running when it is destroyed.
 class bringToForeground : public QWidget, public IapHost, public UpdateHost, public LocalFileHost
 {
     Q_OBJECT
@@ -41,22 +44,22 @@ public:
                       const QString &wantedModelName);
     ~bringToForeground() override;
 
-    /// Whether closing the window now would cut a device off in the middle of being written.
-    bool isWriting() const;
+    /// Returns whether firmware is being written, so that closing now could leave a device unusable.
+    bool isWriting() const { return m_session.isWritingDevice(); }
 
-    /// Takes the default image below `base` as the image to burn and shows it in the path field.
+    /// Finds the default image below `base`, makes it the image to burn and shows its path.
     void GetDefaultImagePath(const QString &base);
-    /// Sends the chosen device into its bootloader. On the update's thread only.
+    /// Sends the chosen device into its bootloader. Called on the update's thread only.
     bool sendUpdateMode() override;
 
-    /// Starts the connection monitor and gives the start button back.
+    /// Starts the connection monitor and enables the start button.
     void StartCheckConnectTimer() override;
-    /// Stops the connection monitor and takes the start button away.
+    /// Stops the connection monitor and disables the start button.
     void StopCheckConnectTimer() override;
 
     void log(const QString &line) override { emit sigAppendLog(m_logWindow.get(), line); }
     bool isCatchingUp() const override { return m_linesOnTheirWay > 0; }
-    void setStateTitle(const BilingualText &title) override;
+    void setStateTitle(const TranslatableText &title) override;
     void setProgress(int percent) override { emit sigSetprogressBarValue(percent); }
     void enableStartButton(bool enable) override { emit sigSetBtnEnable(m_widgets.startButton, enable); }
     void runDeviceCheck(bool run) override { emit sigStartCheckDeviceQTimer(run); }
@@ -69,10 +72,9 @@ public:
 
     void connectLogOf(IAPUpDate *panel) override;
     IapDevice chosenIapDevice() const override;
-    QString updateFile() const override { return m_state.imagePath(); }
+    QString updateFile() const override { return m_choices.image().path; }
     void untickIapBox() override;
-    void iapRunEnded() override;
-    UpdateLock &updateLock() override { return m_updateLock; }
+    UpdateSession &session() override { return m_session; }
 
 signals:
     void sigSetBtnEnable(QPushButton *btn, bool enable);
@@ -82,7 +84,7 @@ signals:
     void sigSetStateTitle(QString text);
 
 public slots:
-    // Their order is part of the contract with whoever invokes them by index.
+    // Keep the order: callers invoke these by their meta-object index.
     void onSetBtnEnable(QPushButton *btn, bool enable);
     void onStartCheckDeviceQTimer(bool Start);
     void onSetprogressBarValue(int value);
@@ -98,14 +100,13 @@ public slots:
 
 private:
     void initialiseState(const LaunchOptions &launch);
-    void initialisePaths();
     void initialiseLanguage();
     void connectSignals();
     void connectLog();
     void connectControlSignals();
     void initialiseDeviceLibraries();
-    void buildConnectionControls();
-    void buildWriteTypeSelector();
+    void buildFlashingPage();
+    void buildWriteTypeBox();
     void buildInterface();
     void createMonitor();
     void createLogWindow();
@@ -118,23 +119,25 @@ private:
     bool findIapProgrammer(QString *path) const;
 
     void checkConnection();
-    void take(const MonitorOutcome &outcome);
-    void browseForFirmware();
-    void setImagePath(const QString &path);
+    void apply(const MonitorOutcome &outcome);
 
     LaunchOptions m_launch;
     UpdatePaths m_paths;
-    QString m_lastDirFilePath;
     QString m_defaultImagePath;
     WriteType m_writeType;
-    /// Before everything that may hold a device of theirs open, and so destroyed after it.
+    /// Declared before everything that may hold an open device, so that it is destroyed after them.
     DeviceLibraries m_libraries;
-    LiveState m_state;
+    UpdateChoices m_choices;
+    std::unique_ptr<ImageChoice> m_image;
     std::unique_ptr<UsbBus> m_usb;
     std::unique_ptr<HidPort> m_hid;
     std::unique_ptr<ConnectionMonitor> m_monitor;
 
     MainWindowWidgets m_widgets;
+    /// Presses again: the button may be disabled by then.
+    AfterToolWait m_startPress{[this] {
+        m_widgets.startButton->click();
+    }};
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
     SystemAccess m_access;
@@ -142,7 +145,9 @@ private:
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
     UpdateLock m_updateLock{ProgramPaths::updateLock()};
+    UpdateSession m_session{m_updateLock};
     std::unique_ptr<UpdateStarter> m_updates;
-    /// On the background window like this widget, which deletes it before anything that it uses.
+    /// A child of the background window. Deleted first in the destructor, while everything it uses still
+    /// exists.
     IAPUpDate *m_iapPanel = nullptr;
 };

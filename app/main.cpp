@@ -1,10 +1,11 @@
 #include "app/CommandLine.h"
 #include "app/Departure.h"
-#include "app/MainWindowLook.h"
-#include "app/ProgramArguments.h"
-#include "app/SystemCountry.h"
+#include "app/SystemReport.h"
 #include "app/bringToForeground.h"
+#include "app/window/MainWindowLook.h"
 #include "support/Diagnostics.h"
+#include "support/LibrarySearch.h"
+#include "support/ProgramArguments.h"
 #include "widgets/BackgroundWidget.h"
 
 #include <QApplication>
@@ -14,9 +15,9 @@ namespace {
 int run(const ProgramArguments &arguments)
 {
     Departure departure;
-    BackgroundWidget background(isSystemCountryChina());
+    BackgroundWidget background(SystemReport::isCountryChina());
     QObject::connect(&background, &BackgroundWidget::sigCloseAsked, &departure, [&] {
-        if (departure.closeAsked(&background))
+        if (departure.requestClose(&background))
             background.allowClose();
     });
     background.show();
@@ -36,13 +37,14 @@ int run(const ProgramArguments &arguments)
 
 int main(int argc, char *argv[])
 {
+    LibrarySearch::leaveOutWorkingFolder();
     Diagnostics::install();
-    MainWindowLook::prepareToolkit();
+    MainWindowLook::prepareQt();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillmarsh"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARSH_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
-    MainWindowLook::applyProgramFont(isSystemCountryChina());
+    MainWindowLook::applyProgramFont(SystemReport::isCountryChina());
     MainWindowLook::applyProgramIcon();
 
     const int exitCode = run(ProgramArguments(argc, argv));

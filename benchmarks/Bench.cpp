@@ -22,6 +22,7 @@ const QVector<Subject> &subjects()
         {"md5", Subjects::md5},
         {"download", Subjects::loopbackDownload},
         {"link", Subjects::lossyDownload},
+        {"clean-link", Subjects::cleanDownload},
         {"click", Subjects::clickToSuccess},
         {"monitor", Subjects::monitorTick},
         {"start", Subjects::startAndMemory},

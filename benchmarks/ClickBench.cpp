@@ -1,31 +1,24 @@
 #include "benchmarks/Measuring.h"
-#include "benchmarks/Nginx.h"
 #include "benchmarks/Subjects.h"
 
-#include "simulator/bench/UpdateScenario.h"
+#include "harness/UpdateScenario.h"
+#include "harness/session/NginxServer.h"
+#include "simulator/server/FirmwareAddress.h"
+#include "simulator/standin/StandinScript.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QThread>
 
 namespace {
 
 constexpr int updateLimitMs = 60000;
-constexpr quint16 firmwarePort = 18099;
-
-QJsonObject runsOf(const QJsonArray &onlyRun)
-{
-    return {{QStringLiteral("runs"), QJsonArray{onlyRun}}};
-}
 
 /// A flasher that has burned as soon as it is asked to; its reset sends the device back.
 QJsonDocument flasherThatEndsAtOnce()
 {
-    const QJsonArray burn{
-        QJsonObject{{QStringLiteral("print"), QStringLiteral("Burn image successfully!\n")}}};
-    const QJsonArray reset{QJsonObject{{QStringLiteral("reset"), true}}};
-    return QJsonDocument(
-        QJsonObject{{QStringLiteral("image"), runsOf(burn)}, {QStringLiteral("shcmd"), runsOf(reset)}});
+    using namespace StandinScript;
+    const QJsonObject success = step("print", QStringLiteral("Burn image successfully!\n"));
+    return QJsonDocument(QJsonObject{{QStringLiteral("image"), runs({{success}})},
+                                     {QStringLiteral("shcmd"), runs({{step("reset")}})}});
 }
 
 /// Waits for a title that holds `text`, asking as often as the program answers.
@@ -40,11 +33,11 @@ bool waitForTitle(ProbeClient &probe, const QString &text)
     return true;
 }
 
-bool startWith(UpdateScenario &scenario, Nginx &server, QString *error)
+bool startWith(UpdateScenario &scenario, NginxServer &server, QString *error)
 {
     scenario.withServer = false;
     scenario.program.setScript(QStringLiteral("upgcmd.exe"), flasherThatEndsAtOnce());
-    if (!server.start(scenario.firmware.folder(), firmwarePort)) {
+    if (!server.start(scenario.firmware.folder(), FirmwareAddress::port())) {
         *error = server.errorText();
         return false;
     }
@@ -71,7 +64,7 @@ QString Subjects::clickToSuccess(BenchContext &context)
     QVector<double> figures;
     for (int round = 0; round < context.rounds; ++round) {
         UpdateScenario scenario(QStringLiteral("DevMaa"));
-        Nginx server;
+        NginxServer server;
         QString error;
         if (!startWith(scenario, server, &error))
             return error;
@@ -95,7 +88,7 @@ QString Subjects::downloadMemory(BenchContext &context)
     constexpr double limitKib = 64 * 1024;
     UpdateScenario scenario(QStringLiteral("DevMaa"));
     scenario.firmware.addModel(scenario.model(), imageBytes, 2);
-    Nginx server;
+    NginxServer server;
     QString error;
     if (!startWith(scenario, server, &error))
         return error;
@@ -124,7 +117,7 @@ QString Subjects::idle(BenchContext &context)
     constexpr unsigned long settleMs = 3000;
     constexpr unsigned long watchedMs = 30000;
     UpdateScenario scenario(QStringLiteral("DevMaa"));
-    Nginx server;
+    NginxServer server;
     QString error;
     if (!startWith(scenario, server, &error))
         return error;

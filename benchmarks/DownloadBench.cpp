@@ -1,9 +1,12 @@
 #include "benchmarks/Measuring.h"
-#include "benchmarks/Nginx.h"
 #include "benchmarks/Subjects.h"
+
+#include "harness/session/NginxServer.h"
 
 #include <QDir>
 #include <QFile>
+
+#include <algorithm>
 
 namespace {
 
@@ -13,21 +16,39 @@ struct Fetcher
     const char *name;
     QStringList command;
     QVector<double> figures;
+    /// Bytes of TCP's payload that arrived over the link.
+    QVector<double> carried;
 };
 
 /// The commands that fetch `url` to "fetched" in the working folder.
 QVector<Fetcher> fetchers(const QString &url)
 {
     return {
-        {"ours", {Measuring::program("quillmarsh-bench-fetch"), url, QStringLiteral("fetched")}, {}},
+        {"ours", {Measuring::program("quillmarsh-bench-fetch"), url, QStringLiteral("fetched")}, {}, {}},
         {"curl",
          {QStringLiteral("curl"), QStringLiteral("-sS"), QStringLiteral("-f"), QStringLiteral("-o"),
           QStringLiteral("fetched"), url},
+         {},
          {}},
         {"aria2",
          {QStringLiteral("aria2c"), QStringLiteral("-q"), QStringLiteral("--no-conf"), QStringLiteral("-x10"),
           QStringLiteral("-s10"), QStringLiteral("-o"), QStringLiteral("fetched"), url},
+         {},
          {}}};
+}
+
+/// Bytes that TCP has brought over the link so far: those of its packets, which are all full or without any,
+/// less the 52 of their heads. 0 without a link.
+double carriedBytes()
+{
+    QFile file(QStringLiteral("/proc/net/dev"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    // A line for each device: its name, and then first what it received, in bytes and in packets.
+    const QByteArray all = file.readAll();
+    const int at = all.indexOf("benchnear:");
+    const QList<QByteArray> columns = all.mid(at).simplified().split(' ');
+    return at < 0 ? 0 : columns.value(1).toDouble() - 52 * columns.value(2).toDouble();
 }
 
 /// Fetches the file with each in turn, `rounds` times, and compares what came. Returns what went wrong.
@@ -38,12 +59,14 @@ QString alternate(QVector<Fetcher> &all, const QString &source, const QString &f
         for (Fetcher &fetcher : all) {
             QFile::remove(fetched);
             QString error;
+            const double before = carriedBytes();
             const double taken = Measuring::runTimed(fetcher.command, folder, &error);
             if (taken < 0)
                 return error;
             if (!Measuring::sameBytes(source, fetched))
                 return QLatin1String(fetcher.name) + QStringLiteral(" fetched other bytes");
             fetcher.figures.append(taken);
+            fetcher.carried.append(carriedBytes() - before);
         }
     }
     QFile::remove(fetched);
@@ -73,7 +96,7 @@ QString Subjects::loopbackDownload(BenchContext &context)
     constexpr double startAndWaitsMs = 300;
     constexpr quint16 port = 18100;
     const QString source = makeSource(context.folder, 256);
-    Nginx server;
+    NginxServer server;
     if (source.isEmpty() || !server.start(context.folder + QLatin1String("/root"), port))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://127.0.0.1:%1/image").arg(port));
@@ -105,7 +128,7 @@ QString Subjects::lossyDownload(BenchContext &context)
         mebibytes = 256;
     const QString source = makeSource(context.folder, mebibytes);
     // The far side of the link is a network of its own, in which the server is started.
-    Nginx server;
+    NginxServer server;
     if (source.isEmpty() ||
         !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
                       {Measuring::program("quillmarsh-bench-link")}))
@@ -125,5 +148,45 @@ QString Subjects::lossyDownload(BenchContext &context)
                          QStringLiteral("curl %1").arg(Measuring::milliseconds(curl)),
                          QStringLiteral("%1 x faster").arg(Measuring::times(curl / ours)),
                          QStringLiteral(">= 2 x faster"), curl >= 2 * ours});
+    return QString();
+}
+
+QString Subjects::cleanDownload(BenchContext &context)
+{
+    constexpr quint16 port = 18102;
+    constexpr int mebibytes = 256;
+    const QString source = makeSource(context.folder, mebibytes);
+    NginxServer server;
+    if (source.isEmpty() ||
+        !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
+                      {Measuring::program("quillmarsh-bench-link"), QStringLiteral("--clean")}))
+        return server.errorText();
+    QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port));
+    all.removeAt(1);
+    const QString problem = alternate(all, source, context.folder, std::min(context.rounds, 3));
+    if (!problem.isEmpty())
+        return problem;
+    keep(context, "clean link", all);
+
+    const double size = mebibytes * 1048576.0;
+    // 1448 of the 1500 bytes of a packet are the file's.
+    const double fullSpeed = size * 8 / 100e6 * 1000 * 1500 / 1448;
+    const double ours = Measuring::median(all.at(0).figures);
+    const double aria = Measuring::median(all.at(1).figures);
+    context.results.add({QStringLiteral("%1 MiB through 100 Mbit/s, 20 ms (Reno)").arg(mebibytes),
+                         Measuring::milliseconds(ours),
+                         QStringLiteral("aria2 %1, the line %2")
+                             .arg(Measuring::milliseconds(aria), Measuring::milliseconds(fullSpeed)),
+                         QStringLiteral("%1 of the line, %2 of aria2")
+                             .arg(Measuring::times(ours / fullSpeed), Measuring::times(ours / aria)),
+                         QStringLiteral("<= 1.03 x the line and <= aria2"),
+                         ours <= 1.03 * fullSpeed && ours <= aria});
+    const double carried = Measuring::median(all.at(0).carried);
+    const double carriedForAria = Measuring::median(all.at(1).carried);
+    context.results.add({QStringLiteral("the same, bytes over the line per byte of the file"),
+                         QString::number(carried / size, 'f', 4),
+                         QStringLiteral("aria2 %1").arg(carriedForAria / size, 0, 'f', 4),
+                         Measuring::times(carried / carriedForAria), QStringLiteral("<= 1.01"),
+                         carried <= 1.01 * size});
     return QString();
 }

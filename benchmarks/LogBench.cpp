@@ -1,9 +1,9 @@
 #include "benchmarks/Measuring.h"
 #include "benchmarks/Subjects.h"
 
-#include "simulator/bench/PlainHost.h"
-#include "simulator/bench/StagedProgram.h"
-#include "simulator/bench/XvfbSession.h"
+#include "harness/process/PlainHost.h"
+#include "harness/session/XvfbSession.h"
+#include "harness/stage/StagedProgram.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -12,7 +12,7 @@ namespace Measuring {
 double runTimed(const QStringList &command, const QString &folder, QString *error,
                 QByteArray *output = nullptr);
 
-/// A program that lies beside the bench.
+/// A program that lies beside this one.
 QString program(const char *name);
 
 double median(QVector<double> figures);

@@ -1,4 +1,5 @@
 #include "benchmarks/Measuring.h"
+#include "simulator/files/WholeFile.h"
 
 #include <QFile>
 
@@ -13,8 +14,7 @@ QString inProc(qint64 processId, const char *name)
 
 QByteArray read(qint64 processId, const char *name)
 {
-    QFile file(inProc(processId, name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return WholeFile::read(inProc(processId, name));
 }
 
 qint64 kibibytesOf(const QByteArray &text, const QByteArray &label)

@@ -1,10 +1,10 @@
 #include "benchmarks/Measuring.h"
 #include "benchmarks/Subjects.h"
 
-#include "simulator/bench/BusSession.h"
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/session/BusSession.h"
+#include "harness/session/ModelOnBus.h"
+#include "simulator/files/WholeFile.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -35,12 +35,6 @@ QList<QJsonObject> crowd()
     return devices;
 }
 
-bool write(const QString &path, const QByteArray &contents)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
-}
-
 QVector<double> figures(const QJsonObject &result, const char *name)
 {
     QVector<double> list;
@@ -55,8 +49,11 @@ QJsonObject runOnBus(const QString &folder, QString *error)
     const QString description = folder + QLatin1String("/bus.json");
     const QString list = folder + QLatin1String("/ControlDevList.json");
     const QString result = folder + QLatin1String("/ticks.json");
-    write(description, ModelOnBus::describe(crowd()));
-    write(list, "{\"devices\":[{\"id\":\"" + model.toUtf8() + "\",\"is_on\":true}]}");
+    if (!WholeFile::write(description, ModelOnBus::describe(crowd())) ||
+        !WholeFile::write(list, "{\"devices\":[{\"id\":\"" + model.toUtf8() + "\",\"is_on\":true}]}")) {
+        *error = QStringLiteral("cannot write to ") + folder;
+        return {};
+    }
     BusSession bus;
     if (!bus.start(description) || !bus.run({Measuring::program("quillmarsh-bench-monitor"),
                                              {list, result, QString::number(ticks)},
@@ -72,8 +69,7 @@ QJsonObject runOnBus(const QString &folder, QString *error)
         *error = QStringLiteral("the monitor ended with %1").arg(exitCode.value_or(-1));
         return {};
     }
-    QFile file(result);
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return QJsonDocument::fromJson(WholeFile::read(result)).object();
 }
 
 } // namespace

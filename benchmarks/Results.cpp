@@ -1,7 +1,8 @@
 #include "benchmarks/Results.h"
 
+#include "simulator/files/WholeFile.h"
+
 #include <QDateTime>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTextStream>
@@ -10,8 +11,7 @@ namespace {
 
 void write(const QString &path, const QByteArray &contents)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
+    if (!WholeFile::write(path, contents))
         qWarning("cannot write %s", qUtf8Printable(path));
 }
 

@@ -1,13 +1,13 @@
 #include "benchmarks/Measuring.h"
 #include "benchmarks/Subjects.h"
 
-#include "simulator/bench/BenchPaths.h"
-#include "simulator/bench/PlainHost.h"
-#include "simulator/bench/Polling.h"
-#include "simulator/bench/StagedProgram.h"
-#include "simulator/bench/XvfbSession.h"
+#include "harness/BuildPaths.h"
+#include "harness/process/PlainHost.h"
+#include "harness/process/Polling.h"
+#include "harness/session/XvfbSession.h"
+#include "harness/stage/StagedProgram.h"
+#include "simulator/files/WholeFile.h"
 
-#include <QFile>
 #include <QThread>
 
 namespace {
@@ -23,8 +23,7 @@ struct Start
 
 QByteArray lineOf(const QString &path)
 {
-    QFile file(path);
-    const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QByteArray line = WholeFile::read(path);
     return line.endsWith('\n') ? line : QByteArray();
 }
 
@@ -80,7 +79,7 @@ QString Subjects::startAndMemory(BenchContext &context)
     XvfbSession display;
     if (!display.start())
         return display.errorText();
-    const QString ours = BenchPaths::program();
+    const QString ours = BuildPaths::program();
     const QString peer = Measuring::program("quillmarsh-bench-empty");
     Figures paints;
     Figures rss;

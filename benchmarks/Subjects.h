@@ -18,6 +18,7 @@ namespace Subjects {
 
 QString loopbackDownload(BenchContext &context);
 QString lossyDownload(BenchContext &context);
+QString cleanDownload(BenchContext &context);
 QString clickToSuccess(BenchContext &context);
 QString monitorTick(BenchContext &context);
 QString startAndMemory(BenchContext &context);

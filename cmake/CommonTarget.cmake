@@ -3,15 +3,26 @@
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_AUTOMOC ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# Lines and functions are all that a report of a sanitizer or a crash needs; the preset "debug" has the rest.
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 
 find_program(QUILLMARSH_CCACHE ccache)
 mark_as_advanced(QUILLMARSH_CCACHE)
 if(QUILLMARSH_CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-        "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" "CCACHE_NOHASHDIR=1" "${QUILLMARSH_CCACHE}")
+        "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" "CCACHE_NOHASHDIR=1"
+        # What its manual asks for where headers are precompiled.
+        "CCACHE_SLOPPINESS=pch_defines,time_macros" "${QUILLMARSH_CCACHE}")
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
+
+# Links in a tenth of the time that the ordinary linker takes; it writes no Windows programs.
+find_program(QUILLMARSH_MOLD mold)
+mark_as_advanced(QUILLMARSH_MOLD)
+if(QUILLMARSH_MOLD AND NOT WIN32)
+    add_link_options(-fuse-ld=mold)
 endif()
 
 add_library(quillmarsh_common INTERFACE)

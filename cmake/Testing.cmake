@@ -29,10 +29,19 @@ function(quillmarsh_test_environment list)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${afterwards}")
 endfunction()
 
+# How GoogleTest prints Qt's types has to be known before the first test that compares them.
+function(quillmarsh_print_qt_types target)
+    quillmarsh_precompile(${target} TESTS)
+    if(CMAKE_DISABLE_PRECOMPILE_HEADERS)
+        target_compile_options(${target} PRIVATE -include "${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h")
+    endif()
+endfunction()
+
 function(quillmarsh_test name)
     cmake_parse_arguments(TEST "GUI;SERIAL" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
+    # A last resort against tests that hang: pauses of the machine and a second attempt have to fit into it.
     if(NOT TEST_TIMEOUT)
-        set(TEST_TIMEOUT 60)
+        set(TEST_TIMEOUT 300)
     endif()
     if(TEST_GUI)
         set(main "${PROJECT_SOURCE_DIR}/tests/support/GuiTestMain.cpp")
@@ -41,15 +50,15 @@ function(quillmarsh_test name)
     endif()
     add_executable(${name} ${TEST_SOURCES} ${main})
     target_link_libraries(${name} PRIVATE quillmarsh::common GTest::gtest GTest::gmock Qt5::Test
-        quillmarsh::test_platform ${TEST_LINK})
-    target_compile_options(${name} PRIVATE -include "${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h")
+        quillmarsh::test_platform quillmarsh::another_attempt quillmarsh::running_time ${TEST_LINK})
+    quillmarsh_print_qt_types(${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
     set(labels "")
     if(TEST_LABELS)
         set(labels LABELS "${TEST_LABELS}")
     endif()
     gtest_discover_tests(${name}
-        DISCOVERY_TIMEOUT 60
+        DISCOVERY_TIMEOUT 300
         TEST_PREFIX "${TEST_PREFIX}"
         PROPERTIES
             ${labels}
@@ -66,6 +75,6 @@ function(quillmarsh_own_network_test)
         return()
     endif()
     set(CMAKE_CROSSCOMPILING_EMULATOR
-        "${PROJECT_SOURCE_DIR}/simulator/bench/in-own-network.sh" ${CMAKE_CROSSCOMPILING_EMULATOR})
+        "${PROJECT_SOURCE_DIR}/harness/process/in-own-network.sh" ${CMAKE_CROSSCOMPILING_EMULATOR})
     quillmarsh_test(${ARGV})
 endfunction()

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
-ConnectionMonitor::ConnectionMonitor(Surroundings surroundings, LaunchOptions options)
-    : m_surroundings(std::move(surroundings)),
+ConnectionMonitor::ConnectionMonitor(Dependencies dependencies, LaunchOptions options)
+    : m_dependencies(std::move(dependencies)),
       m_options(std::move(options))
 {
 }
@@ -29,9 +29,9 @@ MonitorOutcome ConnectionMonitor::tick(const ChosenDevice &current)
     if (!scanUsb(device, outcome.iapIds, false))
         device.clear();
     const bool inList =
-        ControlledDeviceList::findDevForJson(m_surroundings.listPath, device.name, m_surroundings.reporter);
+        ControlledDeviceList::findDevForJson(m_dependencies.listPath, device.name, m_dependencies.reporter);
     if (!device.name.isEmpty())
-        m_surroundings.reporter.log(QLatin1String("Find deviceName: ") + device.name);
+        m_dependencies.reporter.log(QLatin1String("Find deviceName: ") + device.name);
 
     outcome.state = stateOf(device, m_options, inList);
     outcome.setDeviceModel = true;
@@ -47,15 +47,15 @@ bool ConnectionMonitor::scanUsb(ChosenDevice &device, std::optional<IapIds> &iap
     const UsbBus::Listing listing = list();
     const UsbScanResult result = scanListing(listing, m_table, m_options, device);
     for (int i = 0; i < result.looked; ++i) {
-        DescriptorDump::write(listing.descriptors.at(i), m_surroundings.standardOutput);
+        DescriptorDump::write(listing.descriptors.at(i), m_dependencies.standardOutput);
         if (dumpDescriptors)
-            DescriptorDump::append(listing.descriptors.at(i), m_surroundings.updateLogPath);
+            DescriptorDump::append(listing.descriptors.at(i), m_dependencies.updateLogPath);
     }
     if (!result.found)
         return false;
     device = result.device;
     if (result.hidScanWanted)
-        HidScan::run(m_surroundings.hid, device, m_surroundings.reporter, m_surroundings.interfaceLogPath);
+        HidScan::run(m_dependencies.hid, device, m_dependencies.reporter, m_dependencies.interfaceLogPath);
     if (result.iapIds)
         iapIds = result.iapIds;
     return true;
@@ -63,7 +63,7 @@ bool ConnectionMonitor::scanUsb(ChosenDevice &device, std::optional<IapIds> &iap
 
 UsbBus::Listing ConnectionMonitor::list()
 {
-    UsbBus::Listing listing = m_surroundings.usb.list();
+    UsbBus::Listing listing = m_dependencies.usb.list();
     qDebug().noquote() << QStringLiteral("Device List Count:%0").arg(listing.count);
     return listing;
 }
@@ -71,15 +71,15 @@ UsbBus::Listing ConnectionMonitor::list()
 int ConnectionMonitor::countBootloaders()
 {
     const UsbBus::Listing listing = list();
-    return static_cast<int>(std::count_if(
-        listing.descriptors.begin(), listing.descriptors.end(), [](const libusb_device_descriptor &seen) {
-            return seen.idVendor == Bootloader::vendorId && seen.idProduct == Bootloader::productId;
-        }));
+    return static_cast<int>(std::count_if(listing.descriptors.begin(), listing.descriptors.end(),
+                                          [](const libusb_device_descriptor &seen) {
+                                              return Bootloader::hasIds(seen.idVendor, seen.idProduct);
+                                          }));
 }
 
 MonitorOutcome ConnectionMonitor::reportBootloaders(int count, const ChosenDevice &current)
 {
-    Reporter &reporter = m_surroundings.reporter;
+    Reporter &reporter = m_dependencies.reporter;
     reporter.log(QStringLiteral("Find Bootloader Dev.!!, bootloader Count: ") + QString::number(count));
     MonitorOutcome outcome;
     outcome.device = current;

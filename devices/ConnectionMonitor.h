@@ -14,49 +14,50 @@
 
 #include <optional>
 
-/// What one look at the buses found and what the window is to do about it, in the order of the
-/// members.
+/// The result of one monitor tick. The main widget applies the members in their order.
 struct MonitorOutcome
 {
     ConnectionState state = ConnectionState::Nothing;
-    /// The chosen device from now on; while a bootloader is there, the one from before.
+    /// The chosen device from now on; unchanged while a bootloader is connected.
     ChosenDevice device;
     bool bootloaderPresent = false;
-    /// For the IAP panel; set also for a device that is switched off.
+    /// The IAP panel's new ids; also set for a device that the control list switches off.
     std::optional<IapIds> iapIds;
-    /// Whether the device-model label is to be set; a bootloader leaves it as it is.
+    /// Whether to update the device-model label; a bootloader leaves it unchanged.
     bool setDeviceModel = false;
+    /// Whether to press the start button: an automatic launch mode has found its device.
     bool pressStart = false;
-    /// Port type "USB", the second selector's first entry, the check button checked.
+    /// Whether to reset the IAP panel's settings to those for a USB device.
     bool prepareIapPanel = false;
 };
 
-/// Decides once a second what the program is connected to. It keeps nothing between the ticks: the
-/// chosen device goes in and comes out. GUI thread.
+/// Decides once a second which device the program is connected to. Has no state between ticks: the caller
+/// keeps the chosen device. GUI thread.
 class ConnectionMonitor
 {
 public:
-    /// What the monitor uses must outlive it.
-    struct Surroundings
+    /// What the monitor uses; the references must outlive it.
+    struct Dependencies
     {
         UsbBus &usb;
         HidPort &hid;
         Reporter &reporter;
         DescriptorDump::StandardOutput standardOutput;
-        /// The controlled-device list; read on every tick.
+        /// Path of the controlled-device list, which is read on every tick.
         QString listPath;
-        /// The logs that the scans add to.
+        /// Paths of the logs that the scans append to.
         QString interfaceLogPath;
         QString updateLogPath;
     };
 
-    ConnectionMonitor(Surroundings surroundings, LaunchOptions options);
+    ConnectionMonitor(Dependencies dependencies, LaunchOptions options);
 
+    /// Scans the buses once. `current` is the chosen device before.
     MonitorOutcome tick(const ChosenDevice &current);
 
-    /// Looks for a device and, where it needs that, for its HID interface. A model that hands its
-    /// ids to the IAP panel sets `iapIds`. With `dumpDescriptors`, every descriptor looked at also
-    /// goes to the update log. Returns whether a device was chosen; without one, `device` stays.
+    /// Looks for a known device and, for models that need it, opens its HID interface. Sets `iapIds` for a
+    /// model whose ids go to the IAP panel. With `dumpDescriptors`, appends every examined descriptor to the
+    /// update log. Returns whether a device was found; otherwise `device` is unchanged.
     bool scanUsb(ChosenDevice &device, std::optional<IapIds> &iapIds, bool dumpDescriptors);
 
 private:
@@ -64,7 +65,7 @@ private:
     int countBootloaders();
     MonitorOutcome reportBootloaders(int count, const ChosenDevice &current);
 
-    Surroundings m_surroundings;
+    Dependencies m_dependencies;
     LaunchOptions m_options;
     ModelTable m_table;
 };

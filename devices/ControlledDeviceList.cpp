@@ -7,23 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonValue>
 
-#include <optional>
-
 namespace {
-
-std::optional<QByteArray> readWhole(const QString &filePath)
-{
-    // A named pipe would hold up the window in open() already.
-    if (!QFileInfo(filePath).isFile())
-        return std::nullopt;
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    QByteArray contents = file.read(ControlledDeviceList::maximumBytes + 1);
-    if (file.error() != QFileDevice::NoError || contents.size() > ControlledDeviceList::maximumBytes)
-        return std::nullopt;
-    return contents;
-}
 
 QString idOf(const QJsonObject &entry)
 {
@@ -35,6 +19,20 @@ QString idOf(const QJsonObject &entry)
 QString ControlledDeviceList::path(const QString &applicationFolder)
 {
     return applicationFolder + QLatin1String("/qmake/ControlDevList.json");
+}
+
+std::optional<QByteArray> ControlledDeviceList::readWhole(const QString &filePath)
+{
+    // A named pipe would hold up the window in open() already.
+    if (!QFileInfo(filePath).isFile())
+        return std::nullopt;
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray contents = file.read(maximumBytes + 1);
+    if (file.error() != QFileDevice::NoError || contents.size() > maximumBytes)
+        return std::nullopt;
+    return contents;
 }
 
 bool ControlledDeviceList::isDeviceOn(const QJsonObject &device)

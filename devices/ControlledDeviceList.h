@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// The ways of flashing that the write-type selector offers.
 struct WriteType
 {
@@ -26,6 +28,9 @@ constexpr qint64 maximumBytes = qint64{4} * 1024 * 1024;
 
 /// Where the list lies below `applicationFolder`.
 QString path(const QString &applicationFolder);
+
+/// Returns the contents of the list; nothing if it counts as a file that could not be opened.
+std::optional<QByteArray> readWhole(const QString &filePath);
 
 /// The entry's "is_on"; false where it is missing or no bool.
 bool isDeviceOn(const QJsonObject &device);

@@ -1,5 +1,7 @@
 #include "devices/DescriptorDump.h"
 
+#include "support/PlainFile.h"
+
 #include <QDebug>
 #include <QFile>
 
@@ -67,7 +69,7 @@ QByteArray DescriptorDump::text(const libusb_device_descriptor &descriptor)
 void DescriptorDump::append(const libusb_device_descriptor &descriptor, const QString &filePath)
 {
     QFile file(filePath);
-    if (!file.open(QIODevice::Append | QIODevice::Text)) {
+    if (!PlainFile::openToAppend(file)) {
         // The text names the other log; it is the one that support looks for.
         qDebug("Unable to open log.txt for writing.");
         return;

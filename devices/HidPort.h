@@ -32,8 +32,8 @@ struct HidInterface
     QString markers;
 };
 
-/// The seam to the HID interfaces. enumerate() and the opens may be called from any thread, but
-/// not from two at once.
+/// The seam to the HID interfaces. makeHidapiPort()'s port and its devices may be used from any thread, also
+/// from several at once: hidapi lets one in at a time, the others wait.
 class HidPort
 {
 public:
@@ -44,9 +44,10 @@ public:
     /// The first interface with these ids; null when none can be opened.
     virtual std::unique_ptr<HidDevice> open(quint16 vendorId, quint16 productId) = 0;
     virtual std::unique_ptr<HidDevice> openPath(const QByteArray &path) = 0;
-    /// Why the last open failed: what hidapi says of "no device".
+    /// Returns why the last open that failed did. Empty if none has failed.
     virtual QString openErrorText() const = 0;
 };
 
-/// hidapi, which must have been initialised (it tries once more by itself when that failed).
+/// Returns a port on hidapi, which must have been initialised (it tries once more by itself when that
+/// failed).
 std::unique_ptr<HidPort> makeHidapiPort();

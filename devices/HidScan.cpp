@@ -1,6 +1,7 @@
 #include "devices/HidScan.h"
 
 #include "devices/ModelLists.h"
+#include "support/PlainFile.h"
 
 #include <QDebug>
 #include <QFile>
@@ -33,7 +34,7 @@ void noteSeen(const HidInterface &seen, const QString &path, const QString &inte
     qDebug().noquote().nospace() << "Found device: VID: " << seen.vendorId << " PID: " << seen.productId
                                  << " Path: " << path;
     QFile file(interfaceLogPath);
-    if (!file.open(QIODevice::Append | QIODevice::Text)) {
+    if (!PlainFile::openToAppend(file)) {
         qWarning("Failed to open log.txt for appending.");
         return;
     }

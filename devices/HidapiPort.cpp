@@ -4,19 +4,34 @@
 
 #include <hidapi.h>
 
+#include <mutex>
+
 namespace {
 
-struct DeviceDeleter
+/// Lets one thread at a time into hidapi, which has one state for the whole process. Ports and devices may be
+/// used from different threads.
+class InHidapi
 {
-    void operator()(hid_device *device) const { hid_close(device); }
+public:
+    InHidapi() : m_guard(mutex()) {}
+    Q_DISABLE_COPY(InHidapi)
+
+private:
+    static std::mutex &mutex()
+    {
+        static std::mutex ofTheProcess;
+        return ofTheProcess;
+    }
+
+    const std::lock_guard<std::mutex> m_guard;
 };
-using DeviceHandle = std::unique_ptr<hid_device, DeviceDeleter>;
 
 struct EnumerationDeleter
 {
     void operator()(hid_device_info *first) const { hid_free_enumeration(first); }
 };
 
+/// Call inside hidapi: the text is the library's own, and the next call may change it.
 QString errorTextOf(hid_device *device)
 {
     const wchar_t *text = hid_error(device);
@@ -26,31 +41,66 @@ QString errorTextOf(hid_device *device)
 class HidapiDevice : public HidDevice
 {
 public:
-    explicit HidapiDevice(DeviceHandle handle) : m_handle(std::move(handle)) {}
+    /// Owns `handle`.
+    explicit HidapiDevice(hid_device *handle) : m_handle(handle) {}
+    ~HidapiDevice() override
+    {
+        const InHidapi inside;
+        hid_close(m_handle);
+    }
+    Q_DISABLE_COPY(HidapiDevice)
 
     int write(const QByteArray &report) override
     {
-        return hid_write(m_handle.get(), reinterpret_cast<const unsigned char *>(report.constData()),
+        const InHidapi inside;
+        return hid_write(m_handle, reinterpret_cast<const unsigned char *>(report.constData()),
                          static_cast<size_t>(report.size()));
     }
-    QString errorText() const override { return errorTextOf(m_handle.get()); }
+    QString errorText() const override
+    {
+        const InHidapi inside;
+        return errorTextOf(m_handle);
+    }
 
 private:
-    DeviceHandle m_handle;
+    hid_device *const m_handle;
 };
-
-std::unique_ptr<HidDevice> wrap(hid_device *device)
-{
-    if (device == nullptr)
-        return nullptr;
-    return std::make_unique<HidapiDevice>(DeviceHandle(device));
-}
 
 class HidapiPort : public HidPort
 {
 public:
     QVector<HidInterface> enumerate() override
     {
+        QVector<HidInterface> interfaces = list();
+        HidMarkers::fill(interfaces);
+        return interfaces;
+    }
+
+    std::unique_ptr<HidDevice> open(quint16 vendorId, quint16 productId) override
+    {
+        const InHidapi inside;
+        return wrap(hid_open(vendorId, productId, nullptr));
+    }
+
+    std::unique_ptr<HidDevice> openPath(const QByteArray &path) override
+    {
+        // What hidapi does with a null path is nowhere promised, and "" names no interface.
+        if (path.isEmpty())
+            return nullptr;
+        const InHidapi inside;
+        return wrap(hid_open_path(path.constData()));
+    }
+
+    QString openErrorText() const override
+    {
+        const InHidapi inside;
+        return m_openErrorText;
+    }
+
+private:
+    static QVector<HidInterface> list()
+    {
+        const InHidapi inside;
         const std::unique_ptr<hid_device_info, EnumerationDeleter> first(hid_enumerate(0, 0));
         QVector<HidInterface> interfaces;
         for (const hid_device_info *info = first.get(); info != nullptr; info = info->next) {
@@ -62,22 +112,20 @@ public:
             entry.interfaceNumber = info->interface_number;
             interfaces.append(entry);
         }
-        HidMarkers::fill(interfaces);
         return interfaces;
     }
 
-    std::unique_ptr<HidDevice> open(quint16 vendorId, quint16 productId) override
+    /// Call inside hidapi, right after the open that returned `device`.
+    std::unique_ptr<HidDevice> wrap(hid_device *device)
     {
-        return wrap(hid_open(vendorId, productId, nullptr));
+        if (device != nullptr)
+            return std::make_unique<HidapiDevice>(device);
+        m_openErrorText = errorTextOf(nullptr);
+        return nullptr;
     }
 
-    std::unique_ptr<HidDevice> openPath(const QByteArray &path) override
-    {
-        // What hidapi does with a null path is nowhere promised, and "" names no interface.
-        return path.isEmpty() ? nullptr : wrap(hid_open_path(path.constData()));
-    }
-
-    QString openErrorText() const override { return errorTextOf(nullptr); }
+    /// Kept, since hidapi's own text says "Success" as soon as another call goes well.
+    QString m_openErrorText;
 };
 
 } // namespace

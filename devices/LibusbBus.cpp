@@ -9,6 +9,17 @@ struct ListDeleter
     void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
 };
 
+QString positionOf(libusb_device *device)
+{
+    // USB allows no more than seven hubs and devices in a row.
+    quint8 ports[7];
+    const int count = libusb_get_port_numbers(device, ports, sizeof ports);
+    QString position = QString::number(libusb_get_bus_number(device));
+    for (int i = 0; i < count; ++i)
+        position += QLatin1Char(i == 0 ? '-' : '.') + QString::number(ports[i]);
+    return position;
+}
+
 class LibusbBus : public UsbBus
 {
 public:
@@ -27,8 +38,10 @@ public:
         listing.descriptors.reserve(static_cast<int>(listing.count));
         for (qint64 i = 0; i < listing.count; ++i) {
             libusb_device_descriptor descriptor{};
-            if (libusb_get_device_descriptor(devices[i], &descriptor) == LIBUSB_SUCCESS)
-                listing.descriptors.append(descriptor);
+            if (libusb_get_device_descriptor(devices[i], &descriptor) != LIBUSB_SUCCESS)
+                continue;
+            listing.descriptors.append(descriptor);
+            listing.positions.append(positionOf(devices[i]));
         }
         return listing;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QVector>
 
 #include <memory>
@@ -16,6 +17,9 @@ public:
         qint64 count = 0;
         /// The descriptors that could be read, in bus order.
         QVector<libusb_device_descriptor> descriptors;
+        /// Where each of them is connected: bus and ports from the root hub on, as in "1-2.3". As many
+        /// entries as there are descriptors, or none if the positions are not known.
+        QStringList positions;
     };
 
     virtual ~UsbBus() = default;

@@ -1,6 +1,8 @@
 #include "download/DownloadProgress.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -12,6 +14,11 @@ double roundedPercent(qint64 sum, qint64 size)
 {
     const double factor = 100.0 / double(size);
     return std::round(double(sum) * factor);
+}
+
+int barValue(double percent)
+{
+    return static_cast<int>(std::min(percent, double(std::numeric_limits<int>::max())));
 }
 
 QString megabytesOf(qint64 done, qint64 total)

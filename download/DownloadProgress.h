@@ -6,6 +6,9 @@
 /// earlier runs' bytes are in the sum. `size` is greater than 0.
 double roundedPercent(qint64 sum, qint64 size);
 
+/// Returns a percentage as the progress bar's value: truncated, and no larger than such a value can be.
+int barValue(double percent);
+
 /// "3 / 12 MB/S": whole mebibytes on disk and in all. The unit is a label; no speed is computed.
 QString megabytesOf(qint64 done, qint64 total);
 

@@ -9,17 +9,21 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
-#include <QSslSocket>
 #include <QTimer>
 
 #include <algorithm>
 
-FileDownloader::FileDownloader(const QUrl &url, const QString &path, QObject *parent)
+FileDownloader::FileDownloader(const QUrl &url, const QString &path, QObject *parent, bool hasTls)
     : QObject(parent),
       filePath(path),
-      m_url(url)
+      m_url(url),
+      m_stallTimer(new QTimer(this)),
+      m_hasTls(hasTls)
 {
-    if (!QSslSocket::supportsSsl()) {
+    m_stallTimer->setSingleShot(true);
+    // Queued: bytes that came while this thread was busy are seen first.
+    connect(m_stallTimer, &QTimer::timeout, this, &FileDownloader::failOnStall, Qt::QueuedConnection);
+    if (!hasTls) {
         qCritical() << "SSL is not supported!";
         return;
     }
@@ -29,6 +33,11 @@ FileDownloader::FileDownloader(const QUrl &url, const QString &path, QObject *pa
 
 void FileDownloader::startDownload()
 {
+    if (!m_hasTls) {
+        m_lastProblem = QStringLiteral("SSL is not supported!");
+        giveUp();
+        return;
+    }
     if (!m_manager)
         return;
     const QFileInfo file(filePath);
@@ -36,8 +45,7 @@ void FileDownloader::startDownload()
         m_resumeOffset = file.size();
         m_startFileSize = file.size();
     }
-    QNetworkRequest request = HttpAnswer::byteExactRequest(m_url);
-    request.setTransferTimeout(stallTimeout);
+    QNetworkRequest request = HttpAnswer::request(m_url);
     if (m_resumeOffset > 0) {
         if (endByte == 0)
             request.setRawHeader("Range", openRangeHeader(m_resumeOffset));
@@ -55,23 +63,29 @@ void FileDownloader::startDownload()
         request.setRawHeader("Range", rangeHeader(startByte + m_resumeOffset, endByte));
     }
     m_wanted = (endByte > 0 ? startByte : 0) + m_resumeOffset;
+    m_asked = request.hasRawHeader("Range") ? std::optional<qint64>(m_wanted) : std::nullopt;
     m_receivedBytes = 0;
     m_broughtBytes = 0;
-    m_bodyLead = 0;
-    m_isBodyLocated = false;
+    m_body.reset();
     m_isReadRetryArmed = false;
+    sendRequest(request);
+    state = Running;
+}
 
+void FileDownloader::sendRequest(const QNetworkRequest &request)
+{
     m_reply = m_manager->get(request);
     m_reply->setReadBufferSize(HttpAnswer::readBufferSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloader::onReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloader::onDownloadProgress);
     connect(m_reply, &QNetworkReply::errorOccurred, this, &FileDownloader::onErrorOccurred);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &FileDownloader::onMetaDataChanged);
-    state = Running;
+    m_stallTimer->start(stallTimeout);
 }
 
 void FileDownloader::dropNetwork()
 {
+    m_stallTimer->stop();
     if (m_reply)
         m_reply->disconnect(this);
     m_reply = nullptr;
@@ -93,11 +107,19 @@ void FileDownloader::onReadyRead()
     switch (writeAvailable()) {
     case Writing::Done:
         return;
+    case Writing::RangeComplete:
+        // What else the server sends, perhaps without end, is not wanted.
+        abandonReply();
+        finish();
+        return;
     case Writing::FileNotOpened:
         retryReadLater();
         return;
+    case Writing::Unusable:
+        reportUnusable();
+        [[fallthrough]];
     case Writing::FileNotWritten:
-        // The disk is full, say: what the reply goes on to bring would leave a hole.
+        // If the disk is full, what the reply goes on to bring would leave a hole.
         abandonReply();
         state = Failed;
         retryOrGiveUp();
@@ -110,12 +132,9 @@ void FileDownloader::onDownloadProgress(qint64 bytesReceived, qint64 bytesTotal)
     if (state == Paused)
         return;
     qDebug() << "Download progress:" << bytesReceived << "/" << bytesTotal;
-    const bool isErrorPage = m_reply && !HttpAnswer::isSuccess(*m_reply);
-    if (bytesReceived != 0 && bytesTotal != 0 && !isErrorPage) {
-        CurrentPackDownloadSize = m_resumeOffset + std::max<qint64>(0, bytesReceived - m_bodyLead);
-        if (endByte > 0)
-            CurrentPackDownloadSize = std::min(CurrentPackDownloadSize, endByte - startByte);
-    }
+    // Not bytesReceived: those may be of an error page, outside the range, or not written yet.
+    if (bytesReceived != 0 && bytesTotal != 0)
+        CurrentPackDownloadSize = bytesOnDisk();
     qDebug().nospace() << "CurrentPackDownloadSize: " << CurrentPackDownloadSize;
     qDebug().nospace() << "m_totalSize: " << m_totalSize;
 }
@@ -132,8 +151,6 @@ void FileDownloader::onMetaDataChanged()
         m_totalSize = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
     }
     qDebug() << "Total file size:" << m_totalSize;
-    if (HttpAnswer::isSuccess(*m_reply))
-        locateBody();
 }
 
 void FileDownloader::onFinished(QNetworkReply *reply)
@@ -152,6 +169,7 @@ void FileDownloader::onFinished(QNetworkReply *reply)
     } else {
         finishWithoutError();
     }
+    m_stallTimer->stop();
     reply->disconnect(this);
     reply->deleteLater();
     m_reply = nullptr;
@@ -160,21 +178,37 @@ void FileDownloader::onFinished(QNetworkReply *reply)
 void FileDownloader::finishWithoutError()
 {
     const Writing writing = writeAvailable();
-    const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
-    const bool isShort = endByte > 0 && m_wanted < endByte;
-    if (writing == Writing::Done && !isCut && !(isShort && m_broughtBytes > 0)) {
-        // A range that is short and brought nothing would not end otherwise; the sum over the whole
-        // file decides whether it was right.
-        qDebug() << "Download completed successfully!";
-        state = Finished;
-        return;
-    }
-    if (writing == Writing::Done) {
+    if (!body().problem.isEmpty()) {
+        reportUnusable(); // also an answer without any bytes
+    } else if (writing == Writing::Done || writing == Writing::RangeComplete) {
+        const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
+        const bool isShort = body().wantedEnd > 0 && m_wanted < body().wantedEnd;
+        if (!isCut && !(isShort && m_broughtBytes > 0)) {
+            // A range that is short and brought nothing would not end otherwise; the sum over the whole
+            // file decides whether it was right.
+            finish();
+            return;
+        }
         m_lastProblem = QStringLiteral("the server sent less than it was asked for");
         qWarning().noquote() << "Transfer ended early at byte" << m_wanted;
     }
     state = Failed;
     retryOrGiveUp();
+}
+
+void FileDownloader::finish()
+{
+    qDebug() << "Download completed successfully!";
+    state = Finished;
+}
+
+void FileDownloader::failOnStall()
+{
+    // While paused, nobody waits for the bytes. An active timer was started again by bytes.
+    if (!m_reply || state == Paused || m_stallTimer->isActive())
+        return;
+    m_reply->abort(); // ends in onErrorOccurred and onFinished like any other failure
+    m_lastProblem = QStringLiteral("the server sent nothing for %1 s").arg(stallTimeout / 1000.0);
 }
 
 void FileDownloader::retryDownload()
@@ -188,7 +222,7 @@ void FileDownloader::retryOrGiveUp()
 {
     if (retryCount >= maxRetries) {
         qCritical() << "Maximum retry attempts reached. Download failed.";
-        m_hasGivenUp = true;
+        giveUp();
         return;
     }
     ++retryCount;
@@ -196,6 +230,12 @@ void FileDownloader::retryOrGiveUp()
     if (m_reply)
         m_reply->disconnect(this);
     QTimer::singleShot(retryDelay, this, [this] { startDownload(); });
+}
+
+void FileDownloader::giveUp()
+{
+    state = Failed;
+    m_hasGivenUp = true;
 }
 
 void FileDownloader::retryReadLater()
@@ -224,7 +264,8 @@ void FileDownloader::onErrorOccurred(QNetworkReply::NetworkError code)
         return;
     }
     m_lastProblem = m_reply->errorString();
-    writeAvailable();
+    if (writeAvailable() == Writing::Unusable)
+        reportUnusable();
     state = Failed;
     retryOrGiveUp();
 }
@@ -249,27 +290,27 @@ void FileDownloader::resume()
     startDownload();
 }
 
-void FileDownloader::locateBody()
+BodyPlace &FileDownloader::body()
 {
-    if (m_isBodyLocated)
-        return;
-    m_isBodyLocated = true;
-    m_bodyPosition = HttpAnswer::firstByteOfBody(HttpAnswer::status(*m_reply),
-                                                 m_reply->rawHeader("Content-Range"), m_wanted);
-    m_bodyLead = std::max<qint64>(0, m_wanted - m_bodyPosition);
+    if (!m_body)
+        m_body = BodyPlace::of(*m_reply, m_asked, endByte);
+    return *m_body;
 }
 
 FileDownloader::Writing FileDownloader::writeAvailable()
 {
-    if (m_reply->bytesAvailable() == 0)
-        return Writing::Done;
+    if (!m_reply->isOpen() || m_reply->bytesAvailable() == 0)
+        return Writing::Done; // an aborted reply is closed
     if (!HttpAnswer::isSuccess(*m_reply)) {
         m_reply->readAll(); // an error page is no part of the file
         return Writing::Done;
     }
-    locateBody();
-    const qint64 available = m_reply->bytesAvailable();
-    const BodySlice slice = cutBody(m_bodyPosition, available, m_wanted, endByte);
+    BodyPlace &place = body();
+    if (!place.problem.isEmpty())
+        return Writing::Unusable;
+    if (place.usableEnd <= 0 || place.position < place.usableEnd)
+        m_stallTimer->start(stallTimeout); // what comes behind the end is of no use
+    BodySlice slice = cutBody(place.position, m_reply->bytesAvailable(), m_wanted, place.usableEnd);
     QFile file(filePath);
     // Nothing wanted makes no file either: an empty part would pass for a complete one.
     if (slice.take > 0 && !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
@@ -278,26 +319,40 @@ FileDownloader::Writing FileDownloader::writeAvailable()
         m_lastProblem = m_fileProblem = filePath + QStringLiteral(": ") + file.errorString();
         return Writing::FileNotOpened;
     }
-    const QByteArray data = m_reply->read(available);
-    m_bodyPosition += available;
-    m_receivedBytes += available;
+    const QByteArray data = m_reply->readAll();
+    slice = cutBody(place.position, data.size(), m_wanted, place.usableEnd);
+    place.position += data.size();
+    m_receivedBytes += data.size();
     if (slice.take == 0)
-        return Writing::Done;
+        return isRangeExceeded() ? Writing::RangeComplete : Writing::Done;
     const qint64 written = writeAll(file, data.constData() + slice.skip, slice.take);
     m_wanted += written;
     m_broughtBytes += written;
+    CurrentPackDownloadSize = bytesOnDisk();
     if (written != slice.take) {
         m_lastProblem = m_fileProblem = filePath + QStringLiteral(": ") + file.errorString();
         qCritical().noquote() << "Unable to write file:" << m_lastProblem;
         return Writing::FileNotWritten;
     }
-    return Writing::Done;
+    return isRangeExceeded() ? Writing::RangeComplete : Writing::Done;
+}
+
+void FileDownloader::reportUnusable()
+{
+    m_lastProblem = body().problem;
+    qCritical().noquote() << "Download failed:" << m_lastProblem;
+}
+
+bool FileDownloader::isRangeExceeded()
+{
+    return body().wantedEnd > 0 && m_wanted >= body().wantedEnd && body().position > body().wantedEnd;
 }
 
 void FileDownloader::abandonReply()
 {
     const QPointer<QNetworkReply> reply = m_reply;
     m_reply = nullptr;
+    m_stallTimer->stop();
     if (!reply)
         return;
     reply->disconnect(this);

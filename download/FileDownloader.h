@@ -1,11 +1,17 @@
 #pragma once
 
+#include "download/BodyPlace.h"
+
 #include <QNetworkReply>
 #include <QObject>
 #include <QPointer>
+#include <QSslSocket>
 #include <QUrl>
 
+#include <optional>
+
 class QNetworkAccessManager;
+class QTimer;
 
 /// Fetches a file, or one byte range of it, into a local file, appending as data arrives. It resumes
 /// from the local file's length and tries again after errors. Its owner polls `state`.
@@ -19,23 +25,25 @@ class FileDownloader : public QObject
 public:
     enum State : int { Failed = -1, Running = 0, Finished = 1, Paused = 2 };
 
-    FileDownloader(const QUrl &url, const QString &path, QObject *parent = nullptr);
+    /// Without TLS, on which the system decides, the download cannot start, whatever its address.
+    FileDownloader(const QUrl &url, const QString &path, QObject *parent = nullptr,
+                   bool hasTls = QSslSocket::supportsSsl());
 
-    /// Starts the request, or starts it again from where the local file ends. Without network access
-    /// (no SSL support, or dropped) it does nothing.
+    /// Starts the request, or starts it again from where the local file ends. Without TLS it gives up at
+    /// once; after dropNetwork() it does nothing.
     void startDownload();
     /// Gives up the request and the network access, with its thread; must be called on this object's
     /// thread. State and sizes stay as they are.
     void dropNetwork();
 
-    /// Whether all retries are used up: `state` stays Failed for good.
+    /// Whether all retries are used up, or none makes sense: `state` stays Failed for good.
     bool hasGivenUp() const { return m_hasGivenUp; }
     /// What went wrong last, for the user; empty when nothing has.
     QString lastProblem() const { return m_lastProblem; }
     /// Why the local file could not be opened or written last; empty when it never failed.
     QString fileProblem() const { return m_fileProblem; }
 
-    /// Bytes of this download on disk: resume offset and what the current request brought.
+    /// Bytes of this download on disk: resume offset and what the current request brought and was written.
     qint64 CurrentPackDownloadSize = 0;
     /// First byte and end (exclusive; 0 for the whole file) of the range in the remote file.
     qint64 startByte = 0;
@@ -49,8 +57,8 @@ public:
     int maxRetries = 20;
     /// Milliseconds before a retry.
     int retryDelay = 1000;
-    /// Milliseconds without a byte after which a request counts as failed. The toolkit can lose the
-    /// news of a connection that was reset, and the request would then never end.
+    /// Milliseconds without a byte for the file after which a request counts as failed, from its start on and
+    /// over all redirects. Qt's own limit ends with the first redirect.
     int stallTimeout = 30000;
     /// Total size that the reply's head told.
     qint64 m_totalSize = 0;
@@ -66,13 +74,22 @@ public slots:
     void resume();
 
 private:
-    enum class Writing { Done, FileNotOpened, FileNotWritten };
+    enum class Writing { Done, RangeComplete, Unusable, FileNotOpened, FileNotWritten };
 
+    void sendRequest(const QNetworkRequest &request);
     void retryOrGiveUp();
+    void giveUp();
     void retryReadLater();
-    void locateBody();
+    BodyPlace &body();
     Writing writeAvailable();
     void finishWithoutError();
+    void finish();
+    void failOnStall();
+    /// Says why the current body is not the one that was asked for, and keeps it as the problem.
+    void reportUnusable();
+    /// Whether the range is complete and the body goes on behind it.
+    bool isRangeExceeded();
+    qint64 bytesOnDisk() const { return m_resumeOffset + m_broughtBytes; }
     /// Lets go of the current reply without waiting for its end.
     void abandonReply();
 
@@ -82,16 +99,19 @@ private:
     /// Length of the local file when the current request was made.
     qint64 m_resumeOffset = 0;
     qint64 m_startFileSize = 0;
-    /// Position in the remote file of the next byte that the body brings, and of the next byte that
-    /// the local file lacks.
-    qint64 m_bodyPosition = 0;
+    /// Where the current body belongs; nothing before its head has arrived. The position is that of the next
+    /// byte that it brings.
+    std::optional<BodyPlace> m_body;
+    /// Position in the remote file of the next byte that the local file lacks.
     qint64 m_wanted = 0;
-    /// Bytes that the body brings before the first wanted one.
-    qint64 m_bodyLead = 0;
+    /// First byte that the current request asked for; nothing when it asked for the whole file.
+    std::optional<qint64> m_asked;
     /// Bytes of the current body that were read, and those of them that were written.
     qint64 m_receivedBytes = 0;
     qint64 m_broughtBytes = 0;
-    bool m_isBodyLocated = false;
+    /// Runs while a request waits for bytes.
+    QTimer *m_stallTimer;
+    bool m_hasTls;
     bool m_isReadRetryArmed = false;
     bool m_hasGivenUp = false;
     QString m_lastProblem;

@@ -70,7 +70,10 @@ void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
         return;
     }
     m_receivedBytes = 0;
+    m_problem.clear();
     m_reply = m_manager->get(HttpAnswer::request(address));
+    // As large as the file may be: with a smaller one, Qt seldom but now and then tells of no more bytes.
+    m_reply->setReadBufferSize(HttpAnswer::manifestLimit + 1);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloaderHTTP::onReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloaderHTTP::onDownloadProgress);
     connect(m_reply, &QNetworkReply::finished, this, &FileDownloaderHTTP::onDownloadFinished);
@@ -83,9 +86,19 @@ void FileDownloaderHTTP::onReadyRead()
         return;
     const QByteArray data = m_reply->readAll();
     m_receivedBytes += data.size();
+    if (m_receivedBytes > HttpAnswer::manifestLimit) {
+        failRequest(HttpAnswer::tooLarge());
+        return;
+    }
     if (m_file->write(data) == data.size() && m_file->flush())
         return;
     m_owner->log(QStringLiteral("Could not write file: ") + m_file->errorString());
+    failRequest(m_file->errorString());
+}
+
+void FileDownloaderHTTP::failRequest(const QString &problem)
+{
+    m_problem = problem;
     m_reply->abort(); // ends in onError and onDownloadFinished like any other failure
 }
 
@@ -102,15 +115,16 @@ void FileDownloaderHTTP::onDownloadFinished()
 {
     if (!m_reply)
         return;
-    const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
-    const bool isClean = m_reply->error() == QNetworkReply::NoError && !isCut;
+    onReadyRead(); // what is left
+    if (!m_reply)
+        return;
+    const QString problem =
+        m_problem.isEmpty() ? HttpAnswer::problemOfWhole(*m_reply, m_receivedBytes) : m_problem;
+    const bool isClean = problem.isEmpty();
     if (isClean) {
         qDebug() << "Download finished successfully.";
         m_owner->log(QStringLiteral("Download finished successfully."));
     } else {
-        const QString problem = m_reply->error() == QNetworkReply::NoError
-                                    ? QStringLiteral("the connection ended early")
-                                    : m_reply->errorString();
         qDebug().noquote() << "Download finished with error:" << problem;
         m_owner->log(QStringLiteral("Download finished with error:") + problem);
         removeFile();

@@ -11,7 +11,8 @@
 class QNetworkAccessManager;
 class Reporter;
 
-/// Fetches one small file in a single GET straight to disk.
+/// Fetches one small file in a single GET straight to disk. A file above HttpAnswer::manifestLimit, a part of
+/// one, and a compressed one are errors.
 ///
 /// Lives on the GUI thread. A caller on another thread clears `succeeded`, emits sigDownloadFile and
 /// polls `succeeded`; when it has waited long enough it calls abandonDownload().
@@ -45,10 +46,14 @@ private slots:
 private:
     void dropRequest();
     void removeFile();
+    /// Ends the request as failed for a reason that Qt does not know.
+    void failRequest(const QString &problem);
 
     QNetworkAccessManager *m_manager;
     QPointer<QNetworkReply> m_reply;
     std::unique_ptr<QFile> m_file;
     qint64 m_receivedBytes = 0;
+    /// Why the request was ended by this class; empty when it was not.
+    QString m_problem;
     Reporter *m_owner;
 };

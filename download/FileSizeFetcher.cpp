@@ -4,22 +4,47 @@
 
 #include <QDebug>
 #include <QNetworkAccessManager>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 readBufferSize = qint64(16) * 1024;
+constexpr int dropIntervalMs = 250;
+
+} // namespace
 
 FileSizeFetcher::FileSizeFetcher(const QUrl &url, QObject *parent)
     : QObject(parent),
       m_url(url),
-      m_manager(new QNetworkAccessManager(this))
+      m_manager(new QNetworkAccessManager(this)),
+      m_dropTimer(new QTimer(this))
 {
+    connect(m_dropTimer, &QTimer::timeout, this, &FileSizeFetcher::dropBody);
     connect(m_manager, &QNetworkAccessManager::finished, this, &FileSizeFetcher::onFinished);
 }
 
 void FileSizeFetcher::fetchFileSize()
 {
-    m_reply = m_manager->get(HttpAnswer::byteExactRequest(m_url));
-    m_reply->setReadBufferSize(HttpAnswer::readBufferSize);
+    m_reply = m_manager->get(HttpAnswer::request(m_url));
+    // From the start: what fits into it arrives before this thread sees the head.
+    m_reply->setReadBufferSize(readBufferSize);
+    m_isSizeKnown = false;
+    m_dropTimer->stop();
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &FileSizeFetcher::onMetaDataChanged);
-    QNetworkReply *reply = m_reply;
-    connect(reply, &QNetworkReply::readyRead, this, [reply] { reply->readAll(); });
+    connect(m_reply, &QNetworkReply::readyRead, this, &FileSizeFetcher::dropBody);
+}
+
+void FileSizeFetcher::dropBody()
+{
+    if (!m_reply)
+        return;
+    qint64 allowed = m_reply->bytesAvailable();
+    if (m_isSizeKnown)
+        allowed = std::min(allowed, bodyBytesPerSecond * m_sinceSize.elapsed() / 1000 - m_droppedBytes);
+    if (allowed > 0)
+        m_droppedBytes += m_reply->read(allowed).size();
 }
 
 void FileSizeFetcher::onMetaDataChanged()
@@ -42,11 +67,18 @@ void FileSizeFetcher::onMetaDataChanged()
         }
     }
     HttpAnswer::ignoreSslErrorsOnceAnswered(*m_reply);
+    if (fileSize <= 0 || m_isSizeKnown)
+        return;
+    m_isSizeKnown = true;
+    m_droppedBytes = 0;
+    m_sinceSize.start();
+    m_dropTimer->start(dropIntervalMs);
 }
 
 void FileSizeFetcher::onFinished(QNetworkReply *reply)
 {
     reply->deleteLater();
+    m_dropTimer->stop();
     if (reply->error() == QNetworkReply::NoError) {
         qDebug() << "Request completed.";
         retryCount = 0;

@@ -3,6 +3,9 @@
 #include <QList>
 #include <QNetworkReply>
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 bool isSuccessStatus(int status)
@@ -10,20 +13,50 @@ bool isSuccessStatus(int status)
     return status >= 200 && status < 300;
 }
 
+bool isDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
+
+/// What stands before and behind the "-" of a "Content-Range" value; nothing when its unit is not bytes.
+QList<QByteArray> bounds(const QByteArray &contentRange)
+{
+    const QByteArray trimmed = contentRange.trimmed();
+    if (!trimmed.toLower().startsWith("bytes "))
+        return {};
+    return trimmed.mid(6).split('/').first().split('-');
+}
+
+/// A number of digits alone, or the largest number if it is larger than that.
+std::optional<qint64> number(const QByteArray &text)
+{
+    const QByteArray digits = text.trimmed();
+    if (digits.isEmpty() || !std::all_of(digits.begin(), digits.end(), isDigit))
+        return std::nullopt;
+    bool fits = false;
+    const qint64 value = digits.toLongLong(&fits);
+    return fits ? value : std::numeric_limits<qint64>::max();
+}
+
+bool isEncoded(const QNetworkReply &reply)
+{
+    const QByteArray encoding = reply.rawHeader("Content-Encoding").trimmed().toLower();
+    return !encoding.isEmpty() && encoding != "identity";
+}
+
 } // namespace
+
+QString HttpAnswer::tooLarge()
+{
+    return QStringLiteral("the file is larger than %1 MiB").arg(manifestLimit / (qint64(1024) * 1024));
+}
 
 QNetworkRequest HttpAnswer::request(const QUrl &url)
 {
     QNetworkRequest request(url);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setRawHeader("Accept-Encoding", "identity");
     return request;
-}
-
-QNetworkRequest HttpAnswer::byteExactRequest(const QUrl &url)
-{
-    QNetworkRequest exact = request(url);
-    exact.setRawHeader("Accept-Encoding", "identity");
-    return exact;
 }
 
 int HttpAnswer::status(const QNetworkReply &reply)
@@ -52,26 +85,49 @@ std::optional<qint64> HttpAnswer::totalOfContentRange(const QByteArray &value)
 
 std::optional<qint64> HttpAnswer::firstOfContentRange(const QByteArray &value)
 {
-    const QByteArray trimmed = value.trimmed();
-    if (!trimmed.toLower().startsWith("bytes "))
-        return std::nullopt;
-    bool isNumber = false;
-    const qint64 first = trimmed.mid(6).split('-').first().trimmed().toLongLong(&isNumber);
-    return isNumber && first >= 0 ? std::optional<qint64>(first) : std::nullopt;
+    return number(bounds(value).value(0));
 }
 
-qint64 HttpAnswer::firstByteOfBody(int status, const QByteArray &contentRange, qint64 asked)
+std::optional<qint64> HttpAnswer::endOfContentRange(const QByteArray &value)
 {
-    if (status != 206)
-        return 0;
-    return firstOfContentRange(contentRange).value_or(asked);
+    const std::optional<qint64> last = number(bounds(value).value(1));
+    if (!last || *last == std::numeric_limits<qint64>::max())
+        return last;
+    return *last + 1;
+}
+
+QString HttpAnswer::problemOfBody(const QNetworkReply &reply, std::optional<qint64> asked)
+{
+    if (!isSuccess(reply))
+        return QStringLiteral("the server answered with status %1").arg(status(reply));
+    if (isEncoded(reply))
+        return QStringLiteral("the server compressed what it sent");
+    if (status(reply) != 206)
+        return {};
+    if (!asked)
+        return QStringLiteral("the server sent a part of the file only");
+    if (reply.rawHeader("Content-Type").trimmed().toLower().startsWith("multipart/"))
+        return QStringLiteral("the server sent several parts in one answer");
+    if (firstOfContentRange(reply.rawHeader("Content-Range")).value_or(*asked) != *asked)
+        return QStringLiteral("the server sent another part of the file");
+    return {};
 }
 
 bool HttpAnswer::isCutShort(const QNetworkReply &reply, qint64 received)
 {
-    // Of a compressed body the head announces other bytes than are read.
-    if (reply.hasRawHeader("Content-Encoding"))
+    // Chunks have lengths of their own, and a length of the whole beside them does not count.
+    if (reply.rawHeader("Transfer-Encoding").toLower().contains("chunked"))
         return false;
     const QVariant announced = reply.header(QNetworkRequest::ContentLengthHeader);
     return announced.isValid() && received < announced.toLongLong();
+}
+
+QString HttpAnswer::problemOfWhole(const QNetworkReply &reply, qint64 received)
+{
+    if (reply.error() != QNetworkReply::NoError)
+        return reply.errorString();
+    QString problem = problemOfBody(reply, std::nullopt);
+    if (problem.isEmpty() && isCutShort(reply, received))
+        return QStringLiteral("the connection ended early");
+    return problem;
 }

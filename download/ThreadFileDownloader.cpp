@@ -1,5 +1,6 @@
 #include "download/ThreadFileDownloader.h"
 
+#include "download/DiskNeed.h"
 #include "download/DownloadProgress.h"
 #include "download/DownloadTitles.h"
 #include "download/FileDownloader.h"
@@ -17,17 +18,18 @@
 #include <QStorageInfo>
 #include <QThread>
 #include <QUrl>
+#include <algorithm>
 
 namespace {
 
 constexpr int roundMs = 100;
 constexpr qint64 sizeLimitMs = 20000;
-// Stays in the processor's cache; a buffer for a whole part costs more for its pages than the copy.
+// Fits into the processor's cache. Allocating a buffer for a whole part takes longer than the copy.
 constexpr int mergeBlockBytes = 256 * 1024;
 
 } // namespace
 
-/// What belongs to one call of downloadInSegments.
+/// The state of one call of downloadInSegments().
 struct ThreadFileDownloader::Run
 {
     int segmentCount;
@@ -37,7 +39,7 @@ struct ThreadFileDownloader::Run
     double percent = 0;
     QStringList parts;
     QList<const FileDownloader *> givenUp;
-    bool isFileProblemTold = false;
+    bool fileProblemReported = false;
 };
 
 ThreadFileDownloader::ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock)
@@ -67,7 +69,7 @@ bool ThreadFileDownloader::downloadInSegments(int segmentCount, Reporter *owner)
         owner->log(QStringLiteral("ERR: Json url is null"));
         return false;
     }
-    if (!waitForSize(run) || !isSpaceEnough(run))
+    if (!waitForSize(run) || !checkDiskSpace(run))
         return false;
     startSegments(run);
     const bool isComplete = waitForSegments(run);
@@ -76,7 +78,7 @@ bool ThreadFileDownloader::downloadInSegments(int segmentCount, Reporter *owner)
     return isMerged;
 }
 
-void ThreadFileDownloader::showState(const BilingualText &text)
+void ThreadFileDownloader::showState(const TranslatableText &text)
 {
     emit setStateLabel(LanguageUtilities::instance().lookup(text));
 }
@@ -98,7 +100,7 @@ bool ThreadFileDownloader::waitForSize(Run &run)
         if (m_clock.nowMs() - startMs >= sizeLimitMs) {
             qWarning() << "Timeout reached!";
             run.owner->log(QStringLiteral("wait server return timeout!"));
-            // It goes on as long as its thread does.
+            // The request continues until its thread ends.
             FileSizeFetcher *probe = run.probe.release();
             connect(QThread::currentThread(), &QThread::finished, probe, &QObject::deleteLater);
             return false;
@@ -110,13 +112,13 @@ bool ThreadFileDownloader::waitForSize(Run &run)
     return true;
 }
 
-bool ThreadFileDownloader::isSpaceEnough(const Run &run) const
+bool ThreadFileDownloader::checkDiskSpace(const Run &run) const
 {
     const QStorageInfo disk(QFileInfo(savePath).path());
-    // The parts and the file that they are joined into are there at the same time.
-    qint64 needed = 2 * run.size;
+    qint64 onDisk = 0;
     for (int i = 0; i < run.segmentCount; ++i)
-        needed -= QFileInfo(partPath(i)).size();
+        onDisk += QFileInfo(partPath(i)).size();
+    const qint64 needed = bytesToReserve(run.size, onDisk);
     if (!disk.isValid() || !disk.isReady() || disk.bytesAvailable() < 0 || disk.bytesAvailable() >= needed)
         return true;
     run.owner->log(QStringLiteral("The disk is too full for the download: %1 needs %2 bytes, %3 are free.")
@@ -169,6 +171,8 @@ bool ThreadFileDownloader::waitForSegments(Run &run)
         showProgress(run);
         reportFileProblem(run);
         reportGivenUp(run);
+        if (failWhenGivenUp && hasGivenUp())
+            return false;
     }
     run.probe.reset();
     qDebug().nospace() << "百分之: " << run.percent;
@@ -186,6 +190,12 @@ bool ThreadFileDownloader::areAllDone() const
     return !segments.isEmpty();
 }
 
+bool ThreadFileDownloader::hasGivenUp() const
+{
+    return std::any_of(segments.begin(), segments.end(),
+                       [](const FileDownloader *segment) { return segment->hasGivenUp(); });
+}
+
 qint64 ThreadFileDownloader::bytesOnDisk() const
 {
     qint64 sum = 0;
@@ -199,8 +209,10 @@ qint64 ThreadFileDownloader::bytesOnDisk() const
 void ThreadFileDownloader::showProgress(Run &run)
 {
     const qint64 sum = bytesOnDisk();
+    if (progressWatcher)
+        progressWatcher(sum, run.size);
     run.percent = roundedPercent(sum, run.size);
-    emit setProgressBarValue(static_cast<int>(run.percent));
+    emit setProgressBarValue(barValue(run.percent));
     emit setStateLabel(LanguageUtilities::instance().lookup(DownloadTitles::downloading) +
                        megabytesOf(sum, run.size));
 }
@@ -208,10 +220,10 @@ void ThreadFileDownloader::showProgress(Run &run)
 void ThreadFileDownloader::reportFileProblem(Run &run)
 {
     for (const FileDownloader *segment : segments) {
-        if (run.isFileProblemTold || segment->fileProblem().isEmpty() ||
+        if (run.fileProblemReported || segment->fileProblem().isEmpty() ||
             segment->state == FileDownloader::Finished)
             continue;
-        run.isFileProblemTold = true;
+        run.fileProblemReported = true;
         run.owner->log(QStringLiteral("The download cannot be stored and is tried again: ") +
                        segment->fileProblem());
     }

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "support/BilingualText.h"
 #include "support/Clock.h"
+#include "support/TranslatableText.h"
 
 #include <QList>
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 class FileDownloader;
@@ -14,38 +15,43 @@ class FileSizeFetcher;
 class QLabel;
 class Reporter;
 
-/// Fetches one file as ranges side by side, joins them and removes them.
+/// Downloads one file as parallel ranges, joins their part files and removes them.
 ///
-/// Made once, on the GUI thread, and reused by every update. downloadInSegments runs on a worker
-/// thread; nothing there touches a widget.
+/// Constructed once, on the GUI thread, and reused by every update. downloadInSegments() runs on a worker
+/// thread and touches no widget.
 class ThreadFileDownloader : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `label` (may be null) shows the status lines. `parentObject` is only kept: this object is
-    /// moved between no threads and has no parent, so its owner holds it by a smart pointer.
+    /// `label` shows the status lines and may be null. `parentObject` is stored but not used as the QObject
+    /// parent: the caller owns this object.
     ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock = Clock::real());
     ~ThreadFileDownloader() override;
 
-    /// Fetches `url` to `savePath` in `segmentCount` (at least 1) ranges. Blocks the calling thread,
-    /// processing its events, until the file is merged (true), or the run has failed or the program
-    /// is leaving (false). A disk without room for parts and file fails the run before they are
-    /// fetched. There is no other limit on the time: a segment that has given up keeps
-    /// the run waiting. Log lines go to `owner`.
+    /// Downloads `url` to `savePath` in `segmentCount` (at least 1) ranges and logs to `owner`. Blocks the
+    /// calling thread, processing its events. Returns true when the file is complete, and false when the
+    /// download has failed or the program is leaving. Fails at once if the disk has no space for the parts
+    /// and the file. There is no time limit: a segment that has given up keeps the run waiting, unless
+    /// failWhenGivenUp is set.
     bool downloadInSegments(int segmentCount, Reporter *owner);
 
-    /// Joins the files, in list order, into `targetPath`. False when one of them cannot be opened,
-    /// read or written; the target keeps what it got.
+    /// Joins the files in list order into `targetPath`. Returns false if a file cannot be opened, read or
+    /// written; what was written so far stays in the target.
     bool mergeFiles(const QStringList &partPaths, const QString &targetPath);
 
-    /// What to fetch and where to; set before each run.
+    /// Address and target of the download; set both before each run.
     QString url;
     QString savePath;
-    /// Those of every run; never cleared. They live on the thread of the run that made them.
+    /// The segments of all runs; never cleared. Each lives on the thread of its run.
     QList<FileDownloader *> segments;
-    /// Handed to each segment: milliseconds without a byte after which its request is made again.
+    /// Passed to each segment: milliseconds without data after which it repeats its request.
     int stallTimeout = 30000;
+    /// Whether the download fails as soon as a segment has given up. By default it goes on waiting, until the
+    /// user closes the window. Set it where nobody can.
+    bool failWhenGivenUp = false;
+    /// Told of the progress in bytes, on the thread of the download; may be empty.
+    std::function<void(qint64 bytes, qint64 total)> progressWatcher;
     QObject *parentArg;
     QLabel *stateLabel;
 
@@ -56,14 +62,15 @@ signals:
 private:
     struct Run;
 
-    void showState(const BilingualText &text);
+    void showState(const TranslatableText &text);
     bool waitForSize(Run &run);
-    bool isSpaceEnough(const Run &run) const;
+    bool checkDiskSpace(const Run &run) const;
     QString partPath(int i) const;
     void startSegments(Run &run);
     bool waitForSegments(Run &run);
     bool mergeSegments(Run &run);
     bool areAllDone() const;
+    bool hasGivenUp() const;
     qint64 bytesOnDisk() const;
     void showProgress(Run &run);
     void reportFileProblem(Run &run);
@@ -71,6 +78,6 @@ private:
     void dropNetworks();
 
     Clock &m_clock;
-    /// Why the last merge failed, which the status does not tell.
+    /// Why the last merge failed, for the log.
     QString m_mergeProblem;
 };

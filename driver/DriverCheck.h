@@ -6,10 +6,9 @@
 
 namespace DriverCheck {
 
-/// Makes sure that the system has what it takes to reach a device in its bootloader. On Windows that
-/// is a kernel driver, which is installed from the package in `applicationDir` when it is not
-/// running: this may take a minute, in which an event loop runs. Elsewhere no driver is needed.
-/// GUI thread.
+/// Makes sure that the system can reach a device in its bootloader. On Windows this needs a kernel driver,
+/// which is installed from the package in `applicationDir` if it is not running. The installation may take a
+/// minute, with a local event loop. Other systems need no driver. GUI thread.
 void run(const QString &applicationDir, DriverLog &log);
 
 } // namespace DriverCheck

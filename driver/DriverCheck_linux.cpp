@@ -2,5 +2,5 @@
 
 void DriverCheck::run(const QString & /*applicationDir*/, DriverLog &log)
 {
-    log.shown(QStringLiteral("No driver is needed on this system."));
+    log.showLine(QStringLiteral("No driver is needed on this system."));
 }

@@ -2,15 +2,14 @@
 
 #include <QString>
 
-/// Where the driver check tells what it does. It calls on the GUI thread, and what it tells appears
-/// in the order of the calls.
+/// Receives the driver check's messages. Called on the GUI thread; lines appear in the order of the calls.
 class DriverLog
 {
 public:
     virtual ~DriverLog() = default;
 
-    /// A line for the log window only.
-    virtual void shown(const QString &line) = 0;
-    /// A line for the log window and for "UPDLog.txt".
-    virtual void logged(const QString &line) = 0;
+    /// Appends a line to the log window only.
+    virtual void showLine(const QString &line) = 0;
+    /// Appends a line to the log window and to "UPDLog.txt".
+    virtual void logLine(const QString &line) = 0;
 };

@@ -59,7 +59,7 @@ QVector<Copy> copies(const QString &applicationFolder, const SystemFolders &fold
         return Copy{applicationFolder + QLatin1String("/amd64") + file, folder + file};
     };
     return {copyTo(folders.system32, "libusb0.dll"), copyTo(folders.system32, "libusbK.dll"),
-            // A user-mode library among the drivers: so on purpose.
+            // Intentional: a user-mode library among the drivers.
             copyTo(folders.drivers, "libusbK.dll"), copyTo(folders.system32, "WdfCoInstaller01009.dll"),
             copyTo(folders.drivers, "libusbK.sys")};
 }

@@ -17,7 +17,7 @@ QString infPath(const QString &applicationFolder);
 QString catalogPath(const QString &applicationFolder);
 QString catalogToolPath(const QString &applicationFolder);
 QStringList catalogToolArguments(const QString &applicationFolder);
-/// Found through the search path.
+/// A tool of the system's, by its name alone.
 QString infTool();
 QStringList infToolArguments(const QString &inf);
 

@@ -2,6 +2,7 @@
 
 #include "driver/DriverPackage.h"
 #include "driver/LoadedDrivers.h"
+#include "support/ShutdownFlag.h"
 #include "support/SystemCodec.h"
 
 #include <QDebug>
@@ -19,30 +20,39 @@ public:
 
     void run(const QString &applicationDir)
     {
-        m_log.shown(QStringLiteral("Check Driver Running State..."));
+        m_log.showLine(QStringLiteral("Check Driver Running State..."));
         const bool isRunning = DriverPackage::isLibusbK(listLoadedDrivers(m_system));
-        tell("Try Create Cat And Inf...");
-        tell(createCatalog(applicationDir), "Try Create Cat And Inf Success",
-             "Try Create Cat And Inf Faild!");
-        tell("Try Install Inf...");
+        log("Try Create Cat And Inf...");
+        log(createCatalog(applicationDir), "Try Create Cat And Inf Success", "Try Create Cat And Inf Faild!");
+        if (isLeaving())
+            return;
+        log("Try Install Inf...");
         installInf(DriverPackage::infPath(applicationDir));
+        if (isLeaving())
+            return;
         if (isRunning)
-            m_log.shown(QStringLiteral("driver libusbK Is Running"));
+            m_log.showLine(QStringLiteral("driver libusbK Is Running"));
         else
             installAndStart();
     }
 
 private:
-    void tell(const char *line) { m_log.logged(QString::fromLatin1(line)); }
-    void tell(bool success, const char *successLine, const char *failureLine)
+    /// Whether the user has closed the window, which is possible while a tool runs. Nothing may be changed in
+    /// the system from then on.
+    static bool isLeaving() { return ShutdownFlag::instance().isRaised(); }
+
+    void log(const char *line) { m_log.logLine(QString::fromLatin1(line)); }
+    void log(bool success, const char *successLine, const char *failureLine)
     {
-        tell(success ? successLine : failureLine);
+        log(success ? successLine : failureLine);
     }
 
     bool createCatalog(const QString &folder)
     {
         const QString catalog = DriverPackage::catalogPath(folder);
         m_system.remove(catalog);
+        if (isLeaving())
+            return false;
         m_system.runTool(DriverPackage::catalogToolPath(folder), DriverPackage::catalogToolArguments(folder),
                          {});
         return m_system.exists(catalog);
@@ -50,15 +60,15 @@ private:
 
     void installInf(const QString &inf)
     {
-        // Decoders that go on from piece to piece: a character may be cut in two between them.
+        // Stateful decoders: a character may be split between two pieces of output.
         const std::unique_ptr<QTextDecoder> output(systemCodec().makeDecoder());
         const std::unique_ptr<QTextDecoder> errors(QTextCodec::codecForName("UTF-8")->makeDecoder());
         ToolListener listener;
         listener.standardOutput = [this, &output](const QByteArray &piece) {
-            tellOutput("Standard Output:", QString(), output->toUnicode(piece));
+            logOutput("Standard Output:", QString(), output->toUnicode(piece));
         };
         listener.standardError = [this, &errors](const QByteArray &piece) {
-            tellOutput("Standard Error:", QStringLiteral("ERR: "), errors->toUnicode(piece));
+            logOutput("Standard Error:", QStringLiteral("ERR: "), errors->toUnicode(piece));
         };
         const ToolRun run =
             m_system.runTool(DriverPackage::infTool(), DriverPackage::infToolArguments(inf), listener);
@@ -68,31 +78,37 @@ private:
             qDebug() << "Error occurred while executing the command!";
     }
 
-    void tellOutput(const char *stream, const QString &prefix, const QString &text)
+    void logOutput(const char *stream, const QString &prefix, const QString &text)
     {
-        // Nothing yet of a character that was cut in two.
+        // Empty while the decoder waits for the rest of a split character.
         if (text.isEmpty())
             return;
         qDebug().noquote() << stream << text;
-        m_log.logged(prefix + text);
+        m_log.logLine(prefix + text);
     }
 
     void installAndStart()
     {
-        m_log.shown(QStringLiteral("driver libusbK Is Not Running!"));
-        m_log.shown(QStringLiteral("Try To Start Driver..."));
+        m_log.showLine(QStringLiteral("driver libusbK Is Not Running!"));
+        m_log.showLine(QStringLiteral("Try To Start Driver..."));
         const QString folder = m_system.applicationFolder();
         qDebug().noquote() << "当前进程所在文件夹路径:" << folder;
         const DriverPackage::SystemFolders folders = DriverPackage::systemFolders(windowsFolder());
         qDebug().noquote() << "System32 Path:" << folders.system32;
         qDebug().noquote() << "Drivers Path:" << folders.drivers;
         copyFiles(DriverPackage::copies(folder, folders));
+        if (isLeaving())
+            return;
         copyInf(DriverPackage::infPath(folder));
-        tell("Install Dev...");
-        tell(m_system.createService(DriverPackage::serviceBinary(folders), DriverPackage::serviceName()),
-             "Install Dev Success", "Install Dev Failed!");
-        tell("Start Dev...");
-        tell(m_system.startService(DriverPackage::serviceName()), "Start Dev Success", "Start Dev Failed!");
+        if (isLeaving())
+            return;
+        log("Install Dev...");
+        log(m_system.createService(DriverPackage::serviceBinary(folders), DriverPackage::serviceName()),
+            "Install Dev Success", "Install Dev Failed!");
+        if (isLeaving())
+            return;
+        log("Start Dev...");
+        log(m_system.startService(DriverPackage::serviceName()), "Start Dev Success", "Start Dev Failed!");
     }
 
     QString windowsFolder()
@@ -100,34 +116,34 @@ private:
         QString folder = m_system.environmentVariable(QStringLiteral("WINDIR"));
         if (folder.isEmpty()) {
             qWarning() << "无法找到 Windows 目录";
-            tell("cannot find Windows DIR");
+            log("cannot find Windows DIR");
         }
         return folder;
     }
 
     void copyFiles(const QVector<DriverPackage::Copy> &copies)
     {
-        for (int i = 0; i < copies.size(); ++i) {
+        for (int i = 0; i < copies.size() && !isLeaving(); ++i) {
             const DriverPackage::Copy &copy = copies.at(i);
             if (m_system.exists(copy.destination))
                 continue;
             const QString number = QString::number(i + 1);
-            m_log.logged(QStringLiteral("Begin Copy %1!").arg(number));
-            m_log.logged(m_system.copy(copy.source, copy.destination)
-                             ? QStringLiteral("Copy Success %1").arg(number)
-                             : QStringLiteral("Mov File ERROR%1!").arg(number));
+            m_log.logLine(QStringLiteral("Begin Copy %1!").arg(number));
+            m_log.logLine(m_system.copy(copy.source, copy.destination)
+                              ? QStringLiteral("Copy Success %1").arg(number)
+                              : QStringLiteral("Mov File ERROR%1!").arg(number));
         }
     }
 
     void copyInf(const QString &inf)
     {
-        tell("Install DriverINFO...");
+        log("Install DriverINFO...");
         const DriverSystem::InfCopy copy = m_system.copyOemInf(inf);
         if (copy.succeeded)
             qDebug() << "Driver installed successfully!";
         else
             qDebug().noquote() << "Failed to install driver. Error: " << copy.errorCode;
-        m_log.logged(QStringLiteral("devINFORET RET: %1").arg(copy.errorCode));
+        m_log.logLine(QStringLiteral("devINFORET RET: %1").arg(copy.errorCode));
     }
 
     DriverSystem &m_system;

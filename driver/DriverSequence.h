@@ -5,7 +5,8 @@
 
 #include <QString>
 
-/// Makes sure that the libusbK driver, through which a bootloader is reached, is there and started.
-/// Runs through on the calling thread, with an event loop while a tool runs. Whatever fails is told
-/// and the rest is tried all the same. What changes the system fails without administrator's rights.
+/// Installs and starts the libusbK driver, which the program needs to reach a bootloader. Runs on the calling
+/// thread, with a local event loop while a tool runs. A failed step is logged and the next one is still
+/// tried. Steps that change the system fail without administrator rights. Once the program is leaving, no
+/// further step begins.
 void runDriverSequence(const QString &applicationDir, DriverSystem &system, DriverLog &log);

@@ -45,7 +45,7 @@ public:
     virtual QString environmentVariable(const QString &name) = 0;
 
     virtual bool exists(const QString &path) = 0;
-    /// Never overwrites.
+    /// Never overwrites. The destination appears whole or not at all.
     virtual bool copy(const QString &source, const QString &destination) = 0;
     virtual bool remove(const QString &path) = 0;
 

@@ -12,21 +12,26 @@ int loadedDriverCount(const DriverSystem::LoadedDrivers &listed)
     return static_cast<int>(listed.bytes / addressBytes);
 }
 
+QVector<LoadedDriver> namedDrivers(DriverSystem &system, const DriverSystem::LoadedDrivers &listed)
+{
+    const int count = loadedDriverCount(listed);
+    QVector<LoadedDriver> drivers;
+    for (int i = 0; i < count; ++i) {
+        // Counted over all drivers, those without a readable name included.
+        if (const std::optional<QString> name = system.driverBaseName(listed.addresses.value(i)))
+            drivers.append({i + 1, *name});
+    }
+    return drivers;
+}
+
 QStringList listLoadedDrivers(DriverSystem &system)
 {
-    const DriverSystem::LoadedDrivers listed = system.loadedDrivers();
-    const int count = loadedDriverCount(listed);
     QStringList names;
-    for (int i = 0; i < count; ++i) {
-        const std::optional<QString> name = system.driverBaseName(listed.addresses.value(i));
-        if (!name)
-            continue;
-        // Counted over all drivers, those without a readable name included.
-        const int place = i + 1;
-        Diagnostics::writeStandardOutput(QStringLiteral("【%1】:").arg(place).toUtf8() + name->toUtf8() +
-                                         '\n');
-        qDebug().noquote().nospace() << place << ':' << *name;
-        names.append(*name);
+    for (const LoadedDriver &driver : namedDrivers(system, system.loadedDrivers())) {
+        Diagnostics::writeStandardOutput(QStringLiteral("【%1】:").arg(driver.place).toUtf8() +
+                                         driver.name.toUtf8() + '\n');
+        qDebug().noquote().nospace() << driver.place << ':' << driver.name;
+        names.append(driver.name);
     }
     return names;
 }

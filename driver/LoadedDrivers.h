@@ -3,11 +3,23 @@
 #include "driver/DriverSystem.h"
 
 #include <QStringList>
+#include <QVector>
 
-/// How many of the listed drivers are to be looked at: none when the call failed, and none when the
-/// list is as long as the room for it or longer, since some may then be missing.
+/// Returns how many of the listed drivers to look at. Returns 0 when the call failed or the list may be
+/// incomplete because it fills the buffer.
 int loadedDriverCount(const DriverSystem::LoadedDrivers &listed);
 
-/// The base names of all kernel drivers that are loaded now. Each also goes to standard output and
-/// to the debug stream, with its place in the system's list.
+/// A loaded kernel driver whose name can be read.
+struct LoadedDriver
+{
+    /// In the system's list of all drivers, from 1.
+    int place = 0;
+    QString name;
+};
+
+/// Returns the loaded kernel drivers of `listed`, without writing anything.
+QVector<LoadedDriver> namedDrivers(DriverSystem &system, const DriverSystem::LoadedDrivers &listed);
+
+/// Returns the base names of all loaded kernel drivers. Writes each, with its place in the system's list, to
+/// standard output and to the debug stream.
 QStringList listLoadedDrivers(DriverSystem &system);

@@ -1,9 +1,12 @@
 #include "driver/WindowsDriverSystem.h"
 
+#include "driver/WholeCopy.h"
 #include "support/SystemCodec.h"
+#include "support/SystemTool.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcessEnvironment>
 #include <QTextCodec>
 
@@ -80,7 +83,7 @@ bool WindowsDriverSystem::exists(const QString &path)
 
 bool WindowsDriverSystem::copy(const QString &source, const QString &destination)
 {
-    return QFile::copy(source, destination);
+    return copyWhole(source, destination);
 }
 
 bool WindowsDriverSystem::remove(const QString &path)
@@ -91,7 +94,9 @@ bool WindowsDriverSystem::remove(const QString &path)
 ToolRun WindowsDriverSystem::runTool(const QString &program, const QStringList &arguments,
                                      const ToolListener &listener)
 {
-    return runToolToEnd(program, arguments, toolLimitMs, WhenLeaving::CutShort, listener);
+    const bool isSystemTool = QFileInfo(program).fileName() == program;
+    return runToolToEnd(isSystemTool ? SystemTool::path(program) : program, arguments, toolLimitMs,
+                        WhenLeaving::CutShort, listener);
 }
 
 DriverSystem::InfCopy WindowsDriverSystem::copyOemInf(const QString &infPath)

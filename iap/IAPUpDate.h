@@ -2,49 +2,56 @@
 
 #include "iap/IapForm.h"
 #include "iap/IapHost.h"
+#include "iap/IapProgrammer.h"
 #include "iap/IapRun.h"
-#include "support/ToolRun.h"
+#include "support/AfterToolWait.h"
 
 #include <QProcess>
 #include <QString>
-#include <QTimer>
 #include <QWidget>
+
+#include <memory>
+#include <optional>
 
 class TextWindow;
 
-/// The IAP panel: a small tool window, docked to the right of the main window, that gathers the
-/// settings of the external IAP programmer, runs it, and turns its output into progress. GUI thread.
+/// The IAP panel: a tool window docked to the right of the main window. It collects the settings of the
+/// external IAP programmer, which IapProgrammer runs. GUI thread.
 ///
-/// Asking the programmer what is there ("GetData") waits in a local event loop, without a limit; a
-/// port type chosen meanwhile, and a start that the update asks for, wait until it has answered.
+/// While another copy of the program is updating a device, the programmer is not asked for its ports: the
+/// list is empty, and the next start fills it.
+///
+/// Asking the programmer for its ports and devices ("GetData") waits in a local event loop without a limit.
+/// A change of the port type, a click on Download and the workflow's request to start that arrive meanwhile
+/// are remembered, once each, and acted on afterwards.
 class IAPUpDate : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// No device: what both ids are at first.
-    static constexpr quint32 noDevice = 0xFFFFFFFF;
+    /// Stands for no device; the initial value of both ids.
+    static constexpr quint32 noDevice = IapProgrammer::noDevice;
 
-    /// Ends programmers that an earlier run has left, unless another copy of the program is updating a
-    /// device and they may be at work, and asks the programmer for its ports.
-    /// `host` and `logWindow` are not owned and must outlive the panel.
+    /// Kills stale programmers, then asks the programmer for its ports; see IapProgrammer. `host` and
+    /// `logWindow` are not owned and must outlive the panel, as must `clock`.
     IAPUpDate(quint32 productId, quint32 vendorId, const QString &programmerPath, QWidget *parent,
-              IapHost *host, TextWindow *logWindow);
-    /// Kills a programmer that still runs.
+              IapHost *host, TextWindow *logWindow, const Clock &clock = Clock::real());
+    /// Kills a programmer that is still running.
     ~IAPUpDate() override;
 
-    /// The ids that the programmer gets from now on.
-    void setDeviceIds(quint32 productId, quint32 vendorId);
-    /// Sets the panel up for a device on the USB.
+    /// Sets the ids that are passed to the programmer from now on.
+    void setDeviceIds(quint32 productId, quint32 vendorId)
+    {
+        m_programmer->setDeviceIds(productId, vendorId);
+    }
+    /// Resets the settings to those for a USB device.
     void resetToUsb();
-    /// Whether the programmer is at work on a device.
-    bool isProgramming() const { return m_process != nullptr; }
 
 signals:
     void sigAppendLog(TextWindow *textWindow, QString text);
-    /// `ok`: the programmer ended by itself, with the exit code 0.
+    /// `ok` is true if the programmer ended by itself with exit code 0.
     void iapFinished(bool ok);
-    /// Starts a run with the settings as they are. May be emitted on any thread.
+    /// Emitted by the workflow to start a run with the current settings. May be emitted on any thread.
     void sigStartClicked();
 
 public slots:
@@ -61,32 +68,23 @@ private:
     void appendLog(const QString &line);
     void dockToParent();
     void connectSignals();
-    void killStaleProgrammers(int limitMs, WhenLeaving whenLeaving);
     void showPortType(const QString &type);
-    void runAndGetData(IapRun *run, QString *rawAnswer);
-    void catchUpLater();
-    void catchUp();
-    void takeChosenDevice();
-    IapRun buildRun(QString *rawAnswer);
-    void start(const IapRun &run, UpdateLock::Hold hold);
-    void refuseFile();
-    bool launch(const IapRun &run);
-    void endProgrammerWithin(int milliseconds);
-    void abandonProgrammer();
+    void showPorts(const QString &type, const QStringList &comPorts, const QStringList &usbDevices);
+    std::optional<IapRun> prepareRun();
+    void readForm(IapRun &run) const;
+    bool beginRun();
+    void start(const IapRun &run);
+    void endRun(UpdateReason reason, const std::function<void()> &giveControlsBack);
+    void warnAboutFile();
 
     IapHost *const m_host;
-    QProcess *m_process = nullptr;
-    /// From the start of the programmer to its end.
-    UpdateLock::Hold m_hold;
     TextWindow *const m_logWindow;
-    quint32 m_productId;
-    quint32 m_vendorId;
-    const QString m_programmerPath;
     IapForm m_form;
-
-    /// The kill that follows a termination: a console program on Windows does not hear of the latter.
-    QTimer m_killTimer;
-    /// What came while the programmer was being asked.
-    bool m_portTypeMissed = false;
-    bool m_startMissed = false;
+    /// Whether the programmer was asked, so that the list of ports is its answer.
+    bool m_portsKnown = false;
+    AfterToolWait m_portTypeChange;
+    AfterToolWait m_workflowStart;
+    /// Clicks again: the button may be disabled by then.
+    AfterToolWait m_downloadPress;
+    std::unique_ptr<IapProgrammer> m_programmer;
 };

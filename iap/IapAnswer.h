@@ -3,12 +3,13 @@
 #include <QString>
 #include <QStringList>
 
-/// What the IAP programmer finds on this machine. Its answer is free text in which "COM:" and
-/// "device:" each begin an entry, and ";" ends it.
+/// The ports and devices that the IAP programmer finds on this computer. Its answer is free text in which
+/// "COM:" and "device:" each begin an entry, and ";" ends it.
 struct IapAnswer
 {
     QStringList comPorts;
     QStringList usbDevices;
 };
 
+/// Parses the programmer's answer to "GetData".
 IapAnswer readIapAnswer(const QString &text);

@@ -4,7 +4,7 @@
 
 QString IapArguments::signedHex(quint32 id)
 {
-    // The toolkit writes a negative number's two's complement in bases other than ten.
+    // QString::number() writes the two's complement of a negative number in bases other than ten.
     const auto value = static_cast<qint64>(static_cast<qint32>(id));
     return value < 0 ? QLatin1Char('-') + QString::number(-value, 16) : QString::number(value, 16);
 }
@@ -16,7 +16,7 @@ QStringList IapArguments::getData(quint32 vendorId, quint32 productId)
 
 QStringList IapArguments::start(const IapRun &run, const Fields &fields)
 {
-    // The same index twice: the programmer takes it as its COM port's and as its USB device's.
+    // The programmer takes the index twice, once for the COM port and once for the USB device.
     const QString port = QString::number(fields.portIndex);
     return {QStringLiteral("Start"),
             QString::number(IapPortType::number(run.portType)),

@@ -8,25 +8,26 @@
 /// The command lines of the IAP programmer.
 namespace IapArguments {
 
-/// What the panel's fields hold at the moment of the start. The run record has some of it, too, but
-/// the command line takes these.
+/// The contents of the panel's fields at the start. Intentional: the command line takes these, although
+/// IapRun has some of them as well.
 struct Fields
 {
     QString address;
-    /// -1 when there is no port to choose.
+    /// -1 if there is no port to choose.
     int portIndex = -1;
     QString baudRate;
     QString appStartAddress;
     bool crcVerify = false;
 };
 
-/// Signed 32-bit hexadecimal, lower case, without prefix or padding: "-1" for an id that is all ones.
+/// Returns `id` as a signed 32-bit number in lower-case hexadecimal, without prefix or padding: "-1" for all
+/// ones.
 QString signedHex(quint32 id);
 
-/// Asks which ports and devices there are.
+/// Returns the arguments that ask for ports and devices.
 QStringList getData(quint32 vendorId, quint32 productId);
 
-/// Programs a device; eleven arguments.
+/// Returns the eleven arguments that program a device.
 QStringList start(const IapRun &run, const Fields &fields);
 
 } // namespace IapArguments

@@ -11,7 +11,8 @@
 
 namespace {
 
-// The main window's sheet would reach the panel and paint every field, enabled or not, in its grey.
+// Without its own style sheet the panel inherits the main window's, which paints disabled and enabled fields
+// alike.
 const char *const styleSheet = R"(
 * { background-color: rgb(240,240,240); color: black; }
 QLineEdit, QComboBox, QComboBox QAbstractItemView { background-color: white; }

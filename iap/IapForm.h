@@ -7,8 +7,8 @@ class QLineEdit;
 class QPushButton;
 class QWidget;
 
-/// The widgets of the IAP panel; each belongs to the panel and bears its name here, behind "iap",
-/// as objectName.
+/// The widgets of the IAP panel, which owns them. Each objectName is the member's name after the prefix
+/// "iap".
 struct IapForm
 {
     QComboBox *portType = nullptr;
@@ -20,6 +20,6 @@ struct IapForm
     QLabel *portNameLabel = nullptr;
     QPushButton *download = nullptr;
 
-    /// Makes the widgets and lays them out in `panel`, which gets a style sheet of its own.
+    /// Makes the widgets, lays them out in `panel` and sets the panel's style sheet.
     static IapForm build(QWidget *panel);
 };

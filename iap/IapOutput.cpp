@@ -15,3 +15,9 @@ IapChunk readIapChunk(const QString &text)
     }
     return chunk;
 }
+
+bool reportsSuccess(const QString &output)
+{
+    static const QRegularExpression success(QStringLiteral("SetProgress:\\s*100(?!\\d)"));
+    return success.match(output).hasMatch();
+}

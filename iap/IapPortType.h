@@ -8,16 +8,16 @@
 /// The ways in which the IAP programmer reaches a device: "USART", "USB", "CAN", "SPI" and "I2C".
 namespace IapPortType {
 
-/// In the order of the selector.
+/// Returns the types in the order of the selector.
 QStringList names();
 
-/// As the command line names it; an unknown type counts as "USB".
+/// Returns the type's number on the command line. An unknown type counts as "USB".
 int number(const QString &type);
 
-/// The baud rates or clocks to choose from; none for "USB".
+/// Returns the baud rates or clocks to choose from; none for "USB".
 QStringList rates(const QString &type);
 
-/// How the panel looks for a type. What is not set stays as the type before has left it.
+/// How the panel's fields look for a type. Fields without a value stay as the previous type left them.
 struct Look
 {
     std::optional<QString> portLabel;
@@ -25,6 +25,7 @@ struct Look
     std::optional<bool> crcEnabled;
 };
 
+/// Returns the look for a type.
 Look look(const QString &type);
 
 } // namespace IapPortType

@@ -3,18 +3,18 @@
 #include <QString>
 #include <QStringList>
 
-/// What one start of the IAP programmer is about; made anew for each.
+/// One start of the IAP programmer.
 struct IapRun
 {
     QString portType;
-    /// What is selected in the address field, which is not what the command line gets.
+    /// Intentional: the selected text of the address field. The command line gets the whole text.
     QString address;
     quint32 vendorId = 0;
     quint32 productId = 0;
     QStringList comPorts;
     QStringList usbDevices;
     QString baudRate;
-    /// What is selected in the start address's field, likewise.
+    /// Intentional: the selected text of the start address field, likewise.
     QString appStartAddress;
     bool crcVerify = false;
     QString updateFile;

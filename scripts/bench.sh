@@ -11,4 +11,4 @@ unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY
 mkdir -p build/bench
 cmake --preset bench >build/bench/build.log 2>&1 || { cat build/bench/build.log; exit 1; }
 cmake --build --preset bench
-exec simulator/bench/in-own-network.sh build/bench/bin/quillmarsh-bench --output build/bench "$@"
+exec harness/process/in-own-network.sh build/bench/bin/quillmarsh-bench --output build/bench "$@"

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Updates a simulated device with the real program. With a display it opens the window and leaves
-# the start button to you; without one, or with --auto, it presses Start itself and leaves pictures
+# the start button to you; without one, or with --auto, it presses Start itself and saves pictures
 # in build/demo. --lang zh shows the window in Chinese, --mode zn58 and --mode tessilonix MODEL start
 # the update as a companion program does, --bootloader has the model asked for, --iap MODEL programs a
-# microcontroller through the IAP panel, --local FILE burns that file; --help tells the rest.
+# microcontroller through the IAP panel, --local FILE burns that file. --cli shows the program without a
+# window in this terminal, --cli --json its events alone on standard output; --help tells the rest.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 
@@ -13,6 +14,5 @@ project=$(cd "$(dirname "$0")/.." && pwd)
     mkdir -p build
     cmake --preset demo >build/demo-build.log 2>&1 || { cat build/demo-build.log; exit 1; }
     cmake --build --preset demo --target quillmarsh-demo
-)
-exec "$project/simulator/bench/in-own-network.sh" "$project/build/demo/bin/quillmarsh-demo" \
-    --pictures "$project/build/demo" "$@"
+) >&2
+exec "$project/demo/start.sh" "$project/build/demo" --pictures "$project/build/demo" "$@"

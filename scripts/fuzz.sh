@@ -9,11 +9,13 @@ keep=${2:-}
 
 cmake --preset fuzz >build/fuzz-configure.log 2>&1 || { cat build/fuzz-configure.log; exit 1; }
 cmake --build --preset fuzz
-for name in manifest control-list flasher-output content-range iap-texts; do
+for name in manifest control-list flasher-output content-range iap-texts answers; do
     found=build/fuzz/found/$name
     mkdir -p "$found"
+    dictionary=()
+    [ ! -e "tests/fuzz/$name.dict" ] || dictionary=("-dict=tests/fuzz/$name.dict")
     echo "== $name, $seconds s"
-    ASAN_OPTIONS=detect_leaks=0 "build/fuzz/tests/fuzz-$name" -max_total_time="$seconds" -max_len=4096 -verbosity=0 \
+    ASAN_OPTIONS=detect_leaks=0 "build/fuzz/tests/fuzz-$name" -max_total_time="$seconds" -max_len=4096 -verbosity=0 "${dictionary[@]}" \
         -print_final_stats=1 -artifact_prefix="build/fuzz/$name-" "$found" "tests/fuzz/corpus/$name" 2>&1 |
         { grep -E 'ERROR|does not hold|Test unit written|number_of_executed_units|SUMMARY' || true; }
     if [ "$keep" = --keep ]; then

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Builds the packages from a fresh clone of what is committed, installs each into something empty,
-# updates a simulated device there, removes it, and prints what is left in files and registry: nothing
-# but logs and settings. Takes root, and a while.
-# Usage: scripts/release-check.sh [linux] [windows], by default both
+# Builds the packages from a fresh clone of the current commit, installs each into an empty system, updates
+# a simulated device there and removes the package. Prints the files and registry entries that remain: only
+# logs and settings are expected. Needs root and takes a long time.
+# Usage: scripts/release-check.sh [linux] [windows], both by default
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 [ $# -gt 0 ] || set -- linux windows
@@ -34,4 +34,4 @@ for system; do
     printf '\n==== %s\n' "$system"
     "check_$system"
 done
-printf '\nNothing stands against a release for %s.\n' "$*"
+printf '\nRelease checks passed for %s.\n' "$*"

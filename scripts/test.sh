@@ -25,7 +25,7 @@ step 'Tests'
 ctest --preset test --parallel 4
 
 step 'Static analysis'
-scripts/analyse.sh build/test
+scripts/analyse.sh
 
 step 'Fuzzing, for a moment'
 scripts/fuzz.sh 5
@@ -33,4 +33,4 @@ scripts/fuzz.sh 5
 step 'The product itself'
 cmake --preset release
 cmake --build --preset release
-scripts/check-release.sh build/release/bin/quillmarsh
+scripts/check-server-address.sh build/release/bin/quillmarsh

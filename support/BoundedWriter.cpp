@@ -2,8 +2,9 @@
 
 #include <chrono>
 
-BoundedWriter::BoundedWriter(int descriptor, int capacityBytes)
+BoundedWriter::BoundedWriter(int descriptor, int capacityBytes, Gap gap)
     : m_capacityBytes(capacityBytes),
+      m_gap(gap),
       m_shared(std::make_shared<Shared>()),
       m_thread(&BoundedWriter::run, m_shared, descriptor)
 {
@@ -30,7 +31,8 @@ void BoundedWriter::write(const QByteArray &bytes)
     {
         const std::lock_guard<std::mutex> lock(m_shared->mutex);
         if (m_shared->queuedBytes + bytes.size() > m_capacityBytes) {
-            m_shared->droppedBytes += bytes.size();
+            if (m_gap == Gap::Noted)
+                m_shared->droppedBytes += bytes.size();
             return;
         }
         m_shared->queue.push_back(bytes);

@@ -9,22 +9,26 @@
 #include <mutex>
 #include <thread>
 
-/// Writes to a file descriptor on a thread of its own, so that whoever calls write() never blocks:
-/// a companion program may have given us a pipe that it never reads. What does not fit into the
-/// queue is dropped, and the gap is said in the stream once there is room again.
-///
-/// All operations may be called from any thread.
+/// Writes to a file descriptor on its own thread, so that write() never blocks: a companion program may have
+/// started this one with a pipe that it never reads. Drops what does not fit into the queue as
+/// whole writes, and notes the gap in the stream when there is space again. May be used from any thread.
 class BoundedWriter
 {
 public:
+    /// What is written in place of dropped bytes.
+    enum class Gap {
+        Noted,  ///< a line that says how much is missing
+        Silent, ///< nothing: the stream holds only what was written to it
+    };
+
     /// Does not own `descriptor`, which must stay open as long as the process lives.
-    BoundedWriter(int descriptor, int capacityBytes);
-    /// Gives up what cannot be written at once. A thread that is stuck in the pipe is left behind.
+    BoundedWriter(int descriptor, int capacityBytes, Gap gap = Gap::Noted);
+    /// Discards what cannot be written at once. Leaves a thread behind that is blocked in a write.
     ~BoundedWriter();
     Q_DISABLE_COPY(BoundedWriter)
 
     void write(const QByteArray &bytes);
-    /// Waits until all is written, at most `limitMs`; returns whether it is.
+    /// Waits until everything is written, for at most `limitMs`. Returns whether it was.
     bool flush(int limitMs);
 
 private:
@@ -42,6 +46,7 @@ private:
     static void run(std::shared_ptr<Shared> shared, int descriptor);
 
     const int m_capacityBytes;
+    const Gap m_gap;
     std::shared_ptr<Shared> m_shared;
     std::thread m_thread;
 };

@@ -48,7 +48,7 @@ QString LanguageUtilities::lookup(const QString &key, const QString &fallback, c
     return text.isEmpty() ? fallback : text;
 }
 
-QString LanguageUtilities::lookup(const BilingualText &text) const
+QString LanguageUtilities::lookup(const TranslatableText &text) const
 {
-    return lookup(QString::fromUtf8(text.english), QString::fromUtf8(text.chinese));
+    return lookup(QString::fromUtf8(text.key), QString::fromUtf8(text.fallback));
 }

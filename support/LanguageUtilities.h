@@ -1,31 +1,31 @@
 #pragma once
 
-#include "support/BilingualText.h"
+#include "support/TranslatableText.h"
 
 #include <QHash>
 #include <QMap>
 #include <QString>
 
-/// The language tables compiled into the program, and the current language. GUI thread for
-/// setLanguage; lookups may come from any thread afterwards, since nothing changes any more.
+/// The language tables compiled into the program, and the current language. Call setLanguage() on the GUI
+/// thread before other threads look texts up; lookups may then be made from any thread.
 class LanguageUtilities
 {
 public:
-    /// The one shared instance; the tables are loaded when it is first asked for.
+    /// Returns the shared instance. The first call loads the tables.
     static LanguageUtilities &instance();
 
-    /// Loads every table "<folder>/<language code>.json" that is there. The program's own lie
-    /// under ":/JsonLanguage"; a test may point elsewhere.
+    /// Loads every existing table "<folder>/<language code>.json". The program's own tables are in
+    /// ":/JsonLanguage"; tests may use another folder.
     explicit LanguageUtilities(const QString &folder = QStringLiteral(":/JsonLanguage"));
 
-    /// Makes `code` the current language; a code without a table leaves it as it is.
+    /// Makes `code` the current language. Does nothing if there is no table for it.
     void setLanguage(const QString &code);
     QString language() const { return m_current; }
 
-    /// The text of `key` in `language`, or in the current language when that is empty. A table or
-    /// key that is missing, or a text that is empty, gives `fallback`.
+    /// Returns the text of `key` in `language`, or in the current language if `language` is empty. Returns
+    /// `fallback` if the table or the key is missing or the text is empty.
     QString lookup(const QString &key, const QString &fallback, const QString &language = QString()) const;
-    QString lookup(const BilingualText &text) const;
+    QString lookup(const TranslatableText &text) const;
 
 private:
     using Table = QHash<QString, QString>;

@@ -1,5 +1,7 @@
 #include "support/LogFile.h"
 
+#include "support/PlainFile.h"
+
 #include <QDateTime>
 #include <QDebug>
 #include <QFile>
@@ -8,7 +10,7 @@
 bool LogFile::appendLine(const QString &filePath, const QString &content)
 {
     QFile file(filePath);
-    if (!file.open(QIODevice::Append | QIODevice::Text)) {
+    if (!PlainFile::openToAppend(file)) {
         qWarning() << "无法打开文件进行写入";
         return false;
     }

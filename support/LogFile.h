@@ -7,8 +7,8 @@
 /// the GUI thread only, or lines of different sources could interleave.
 namespace LogFile {
 
-/// Appends `content` and a line end as they are. A file that cannot be opened costs the line and a
-/// warning on the debug stream; returns whether it was written.
+/// Appends `content` and a line end as they are. A file that cannot be opened, or is no plain file, costs the
+/// line and a warning on the debug stream; returns whether it was written.
 bool appendLine(const QString &filePath, const QString &content);
 
 /// Appends "[yyyy-MM-dd HH:mm:ss] text" with the local time.

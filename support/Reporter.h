@@ -1,12 +1,11 @@
 #pragma once
 
-#include "support/BilingualText.h"
+#include "support/TranslatableText.h"
 
 #include <QString>
 
-/// How work tells the user what it does. The main widget is the one reporter of the program; it
-/// passes every call on through its signals, so each may be made from any thread and none blocks.
-/// A test passes a recorder.
+/// Receives progress and messages for the user. In the program this is the main widget, which forwards every
+/// call through its signals. May be called from any thread; no call blocks.
 class Reporter
 {
 public:
@@ -14,16 +13,16 @@ public:
 
     /// Appends one line to the log window and to "UPDLog.txt".
     virtual void log(const QString &line) = 0;
-    /// Whether logged lines still wait to be shown and written. Who passes on what may come without
-    /// end, such as a tool's output, reads on only when they do not: lines on their way to the
-    /// window use memory, and keep it from everything else.
+    /// Returns whether logged lines are still waiting to be shown and written. Callers that forward unbounded
+    /// output must stop reading while this returns true; otherwise queued lines exhaust memory and starve the
+    /// GUI.
     virtual bool isCatchingUp() const { return false; }
-    /// Shows `title`, in the current language, as the status title.
-    virtual void setStateTitle(const BilingualText &title) = 0;
+    /// Sets the status title, in the current language.
+    virtual void setStateTitle(const TranslatableText &title) = 0;
     /// Sets the progress bar, in percent.
     virtual void setProgress(int percent) = 0;
     /// Enables or disables the start button.
     virtual void enableStartButton(bool enable) = 0;
-    /// Starts or stops the once-a-second look at the buses.
+    /// Starts or stops the connection monitor's timer.
     virtual void runDeviceCheck(bool run) = 0;
 };

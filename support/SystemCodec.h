@@ -2,8 +2,8 @@
 
 class QTextCodec;
 
-/// The codec of the system's own 8-bit texts: what command-line tools print, and what system calls
-/// that take bytes expect. UTF-8 where the toolkit has no codec of that name. Any thread.
+/// Returns the codec of the system's 8-bit texts: the output of command-line tools and the arguments of
+/// system calls that take bytes. UTF-8 if Qt has no such codec. May be called from any thread.
 ///
-/// Not the locale's codec: that one need not be 8-bit.
+/// This is not the locale's codec, which is not always 8-bit.
 const QTextCodec &systemCodec();

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "support/Clock.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+
+class QObject;
 
 /// How a command-line tool that was waited for came out.
 struct ToolRun
@@ -38,11 +42,17 @@ enum class WhenLeaving {
     WaitOn,   ///< it has its time, though without an event loop: what it does belongs to the leaving
 };
 
-/// Runs `program` to its end in a local event loop on the calling thread, for at most `limitMs`
-/// after its start; a negative limit is none. Nothing is left running.
+/// Runs `program` to its end in a local event loop on the calling thread. Gives it `limitMs` of `clock` to
+/// start and then as much to end; a negative limit is none. Nothing is left running.
 ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
-                     WhenLeaving whenLeaving = WhenLeaving::CutShort, const ToolListener &listener = {});
+                     WhenLeaving whenLeaving = WhenLeaving::CutShort, const ToolListener &listener = {},
+                     const Clock &clock = Clock::real());
 
 /// Whether the calling thread is waiting for a tool: what an event wakes meanwhile must not begin
 /// anything, since it would run in the middle of what needs the tool.
 bool isWaitingForTool();
+
+/// Calls `call` from the event loop once the calling thread, which is waiting for a tool, waits for none any
+/// more. By then it may wait for another one. `context` belongs to this thread; when it is destroyed, the
+/// call is dropped. AfterToolWait is the safer way.
+void callAfterToolWait(QObject *context, std::function<void()> call);

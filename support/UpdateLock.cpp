@@ -1,33 +1,71 @@
 #include "support/UpdateLock.h"
 
 #include "support/Reporter.h"
+#include "support/SystemLock.h"
 
-#include <QLockFile>
+#include <mutex>
+#include <utility>
+
+struct UpdateLock::Shared
+{
+    explicit Shared(const QString &lockFile) : file(lockFile) {}
+
+    const QString file;
+    /// Guards what follows. Taking and releasing are each one step under it: a copy never meets the rest of
+    /// its own last Hold.
+    std::mutex mutex;
+    int shares = 0;
+    std::unique_ptr<SystemLock> lock;
+    bool scopeReported = false;
+};
+
+class UpdateLock::Share
+{
+public:
+    /// The caller holds the mutex.
+    explicit Share(const std::shared_ptr<Shared> &shared) : m_shared(shared) { ++m_shared->shares; }
+    ~Share()
+    {
+        const std::lock_guard<std::mutex> guard(m_shared->mutex);
+        if (--m_shared->shares == 0)
+            m_shared->lock.reset();
+    }
+    Q_DISABLE_COPY(Share)
+
+private:
+    const std::shared_ptr<Shared> m_shared;
+};
+
+UpdateLock::UpdateLock(const QString &file) : m_shared(std::make_shared<Shared>(file)) {}
 
 UpdateLock::Hold UpdateLock::take(Reporter &reporter)
 {
-    Hold hold = tryTake();
-    if (!hold)
+    const Taken taken = tryTake();
+    if (!taken.hold)
         reporter.log(QStringLiteral("Another copy of this program is updating a device. "
                                     "Start again when it has finished."));
-    return hold;
+    else if (taken.reportScope)
+        reporter.log(QStringLiteral("Only your own copies of this program are kept from updating meanwhile, "
+                                    "not those of other users."));
+    return taken.hold;
 }
 
-bool UpdateLock::isTakenElsewhere()
+UpdateLock::Taken UpdateLock::tryTake()
 {
-    return !tryTake();
+    const std::lock_guard<std::mutex> guard(m_shared->mutex);
+    if (m_shared->shares > 0)
+        return {std::make_shared<Share>(m_shared), false};
+    SystemLockAttempt attempt = trySystemLock(m_shared->file);
+    if (attempt.isTakenElsewhere)
+        return {};
+    m_shared->lock = std::move(attempt.lock);
+    const bool isForThisUserOnly = m_shared->lock && m_shared->lock->isForThisUserOnly();
+    const bool reportScope = isForThisUserOnly && !std::exchange(m_shared->scopeReported, true);
+    return {std::make_shared<Share>(m_shared), reportScope};
 }
 
-UpdateLock::Hold UpdateLock::tryTake()
+bool UpdateLock::isTakenElsewhere() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (Hold held = m_held.lock())
-        return held;
-    auto file = std::make_shared<QLockFile>(m_file);
-    // Stale only when the copy that took it is gone, however long an update takes.
-    file->setStaleLockTime(0);
-    if (!file->tryLock() && file->error() == QLockFile::LockFailedError)
-        return nullptr;
-    m_held = file;
-    return file;
+    const std::lock_guard<std::mutex> guard(m_shared->mutex);
+    return m_shared->shares == 0 && isSystemLockTaken(m_shared->file);
 }

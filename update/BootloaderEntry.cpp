@@ -10,11 +10,17 @@ struct WriteResult
     QString errorText;
 };
 
+QString reasonForNoHandle(const HidPort &port)
+{
+    const QString reason = port.openErrorText();
+    return reason.isEmpty() ? QStringLiteral("The device's HID interface is not open.") : reason;
+}
+
 WriteResult writeOnce(HidDevice *device, const HidPort &port, const QByteArray &report)
 {
     // hidapi dereferences the handle that it is given: a missing one is a failed write here.
     if (!device)
-        return {-1, port.openErrorText()};
+        return {-1, reasonForNoHandle(port)};
     const int count = device->write(report);
     return {count, count == -1 ? device->errorText() : QString()};
 }

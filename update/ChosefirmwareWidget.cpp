@@ -1,5 +1,7 @@
 #include "update/ChosefirmwareWidget.h"
 
+#include "download/HttpAnswer.h"
+#include "support/Reporter.h"
 #include "support/ShutdownFlag.h"
 #include "update/FirmwareManifest.h"
 
@@ -15,7 +17,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *parent) : QWidget(parent)
+ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *parent, Reporter *reporter)
+    : QWidget(parent)
 {
     connect(this, &ChosefirmwareWidget::sigSetHide, this, &ChosefirmwareWidget::onSetHide);
     setObjectName(QStringLiteral("firmwareChooser"));
@@ -25,18 +28,27 @@ ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *pa
                    Qt::WindowCloseButtonHint);
     // It has no parent that would be its place.
     move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
-    fetchModels(manifestUrl);
+    fetchModels(manifestUrl, reporter);
     buildList();
 }
 
-void ChosefirmwareWidget::fetchModels(const QString &manifestUrl)
+void ChosefirmwareWidget::fetchModels(const QString &manifestUrl, Reporter *reporter)
 {
     QNetworkAccessManager manager;
-    QNetworkRequest request{QUrl(manifestUrl)};
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    QNetworkReply *reply = manager.get(request);
+    QNetworkReply *reply = manager.get(HttpAnswer::request(QUrl(manifestUrl)));
+    reply->setReadBufferSize(HttpAnswer::readBufferSize);
+    QByteArray body;
+    const auto isTooLarge = [&body] {
+        return body.size() > HttpAnswer::manifestLimit;
+    };
+    const auto read = [&] {
+        body += reply->readAll();
+        if (isTooLarge())
+            reply->abort();
+    };
     QEventLoop loop;
     const ShutdownFlag &flag = ShutdownFlag::instance();
+    connect(reply, &QNetworkReply::readyRead, &loop, read);
     connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
     if (!flag.isRaised())
@@ -45,11 +57,16 @@ void ChosefirmwareWidget::fetchModels(const QString &manifestUrl)
         reply->abort();
         return;
     }
-
-    const QByteArray body = reply->readAll();
+    if (!isTooLarge())
+        read();
     reply->deleteLater();
-    if (reply->error() != QNetworkReply::NoError) {
-        qDebug().noquote() << "请求错误:" << reply->errorString();
+
+    if (isTooLarge() && reporter)
+        reporter->log(QStringLiteral("The list of models cannot be used: ") + HttpAnswer::tooLarge());
+    const QString problem =
+        isTooLarge() ? HttpAnswer::tooLarge() : HttpAnswer::problemOfWhole(*reply, body.size());
+    if (!problem.isEmpty()) {
+        qDebug().noquote() << "请求错误:" << problem;
         return;
     }
     const QJsonDocument document = QJsonDocument::fromJson(body);

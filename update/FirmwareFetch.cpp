@@ -2,9 +2,10 @@
 
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
-#include "update/ChosefirmwareWidget.h"
 #include "update/FirmwareManifest.h"
 #include "update/LocalFiles.h"
+#include "update/ModelChooser.h"
+#include "update/TemporaryFolder.h"
 #include "update/UpdateTitles.h"
 
 #include <QDebug>
@@ -19,11 +20,12 @@ constexpr int segmentCount = 10;
 
 } // namespace
 
-FirmwareFetch::FirmwareFetch(Reporter &reporter, LiveState &state, Clock &clock, const UpdatePaths &paths,
-                             FileDownloaderHTTP &downloader, ThreadFileDownloader &segmentWorker,
-                             ChosefirmwareWidget *chooser)
+FirmwareFetch::FirmwareFetch(Reporter &reporter, UpdateSession &session, UpdateChoices &choices, Clock &clock,
+                             const UpdatePaths &paths, FileDownloaderHTTP &downloader,
+                             ThreadFileDownloader &segmentWorker, ModelChooser *chooser)
     : m_reporter(reporter),
-      m_state(state),
+      m_session(session),
+      m_choices(choices),
       m_clock(clock),
       m_paths(paths),
       m_downloader(downloader),
@@ -32,10 +34,13 @@ FirmwareFetch::FirmwareFetch(Reporter &reporter, LiveState &state, Clock &clock,
 {
 }
 
-QString FirmwareFetch::fetchFirmware(QJsonObject *manifest)
+QString FirmwareFetch::fetchFirmware(const UpdateRequest &request, QJsonObject *manifest)
 {
-    if (!identifyDevice())
-        return giveControlsBack();
+    if (!identifyDevice(request)) {
+        m_failure = UpdateReason::NoModelChosen;
+        return {};
+    }
+    m_session.enter(UpdateStage::Fetching);
 
     m_reporter.setStateTitle(UpdateTitles::parsingAddress);
     m_reporter.log(QStringLiteral("Try To Get File Address..."));
@@ -46,18 +51,20 @@ QString FirmwareFetch::fetchFirmware(QJsonObject *manifest)
         m_reporter.setStateTitle(UpdateTitles::addressFailed);
         qDebug() << "解析img地址失败!";
         m_reporter.log(QStringLiteral("Get File Address Failed!"));
-        return giveControlsBack();
+        m_failure = UpdateReason::AddressNotFound;
+        return {};
     }
     m_reporter.setStateTitle(UpdateTitles::addressParsed);
-    return downloadImage(address);
+    return downloadImage(address, request.isIap());
 }
 
-bool FirmwareFetch::identifyDevice()
+bool FirmwareFetch::identifyDevice(const UpdateRequest &request)
 {
-    m_deviceKey = m_state.device().name;
-    if (!m_state.bootloaderPresent())
+    m_deviceKey = request.device.name;
+    if (!request.inBootloader)
         return true;
 
+    m_session.enter(UpdateStage::AskingForModel);
     m_reporter.log(QStringLiteral("Find BootloaderMode.!, Show ChosefirmwareWidget."));
     m_deviceKey = m_chooser ? m_chooser->waitForChoice() : QString();
     m_reporter.log(QLatin1String("ChoseDev: ") + m_deviceKey);
@@ -68,9 +75,9 @@ bool FirmwareFetch::identifyDevice()
 
 bool FirmwareFetch::downloadManifest()
 {
-    LocalFiles::ensurePath(QFileInfo(m_paths.savedManifest()).path());
+    LocalFiles::ensurePath(QFileInfo(m_paths.savedManifest).path());
     m_downloader.succeeded = false;
-    emit m_downloader.sigDownloadFile(m_paths.manifestUrl, m_paths.savedManifest());
+    emit m_downloader.sigDownloadFile(m_paths.manifestUrl, m_paths.savedManifest);
 
     const qint64 start = m_clock.nowMs();
     while (!m_downloader.succeeded) {
@@ -93,15 +100,15 @@ bool FirmwareFetch::downloadManifest()
 
 QString FirmwareFetch::addressFromManifest(QJsonObject *manifest)
 {
-    QFile file(m_paths.savedManifest());
+    QFile file(m_paths.savedManifest);
     const QByteArray json = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     m_reporter.log(QLatin1String("devjson:") + QString::fromUtf8(json));
     qDebug() << "尝试解析json文件";
     m_reporter.log(QStringLiteral("Try To parse json..."));
 
     const FirmwareManifest::Parsed parsed = FirmwareManifest::parse(json);
-    qDebug() << parsed.message.chinese;
-    m_reporter.log(QString::fromUtf8(parsed.message.english));
+    qDebug() << parsed.message.debugText;
+    m_reporter.log(QString::fromUtf8(parsed.message.logText));
     if (!parsed.ok)
         return {};
     *manifest = parsed.root;
@@ -114,15 +121,19 @@ QString FirmwareFetch::addressFromManifest(QJsonObject *manifest)
     return address.url;
 }
 
-QString FirmwareFetch::downloadImage(const QString &address)
+QString FirmwareFetch::downloadImage(const QString &address, bool isIap)
 {
     const QString folder = m_paths.temporaryFolder + QLatin1String("/tmp");
     m_reporter.log(QStringLiteral("try to clear tmp dir/tmp"));
+    if (!mayUse(m_paths.temporaryFolder) || !mayUse(folder)) {
+        m_failure = UpdateReason::FolderUnusable;
+        return {};
+    }
+    m_choices.dropServerImage();
     LocalFiles::clearDir(folder);
     m_reporter.log(QStringLiteral("try to download file..."));
     m_reporter.setStateTitle(UpdateTitles::retrieving);
 
-    const bool isIap = m_state.device().iapFlag != 0;
     m_reporter.log(isIap ? QStringLiteral("is bin file type.") : QStringLiteral("is img file type."));
     QString path = isIap ? m_paths.downloadedIapImage() : m_paths.downloadedImage();
     m_segmentWorker.url = address;
@@ -132,17 +143,24 @@ QString FirmwareFetch::downloadImage(const QString &address)
             return {};
         m_reporter.setStateTitle(UpdateTitles::downloadFailed);
         m_reporter.log(QStringLiteral("Download ERROR!"));
-        return giveControlsBack();
+        m_failure = UpdateReason::DownloadFailed;
+        return {};
     }
     m_reporter.setStateTitle(UpdateTitles::downloaded);
     m_reporter.log(QStringLiteral("Download Success"));
-    m_state.setImagePath(path);
     return path;
 }
 
-QString FirmwareFetch::giveControlsBack()
+bool FirmwareFetch::mayUse(const QString &folder)
 {
-    m_reporter.runDeviceCheck(true);
-    m_reporter.enableStartButton(true);
-    return {};
+    // It was looked at before the fetch, and a user may take minutes to pick a model. Since only this user
+    // can change what lies in it from here on, the image that the flasher gets is the one whose sum is
+    // checked.
+    const QString reason = TemporaryFolder::reasonNotToUse(folder);
+    if (reason.isEmpty())
+        return true;
+    m_reporter.log(reason);
+    m_reporter.log(QStringLiteral("ensurePath Failed!"));
+    m_reporter.setStateTitle(UpdateTitles::folderFailure);
+    return false;
 }

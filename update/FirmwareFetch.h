@@ -1,41 +1,46 @@
 #pragma once
 
+#include "session/UpdateSession.h"
 #include "support/Clock.h"
 #include "support/Reporter.h"
 #include "update/FirmwareSource.h"
-#include "update/LiveState.h"
+#include "update/UpdateChoices.h"
 #include "update/UpdatePaths.h"
 
-class ChosefirmwareWidget;
 class FileDownloaderHTTP;
+class ModelChooser;
 class ThreadFileDownloader;
 
-/// Gets the image from the firmware server: manifest, address, ten ranges. Made for one run; runs
-/// on the update's thread, while the chooser and the plain downloader live on the GUI thread.
+/// Downloads the image of one run from the firmware server: the manifest, the address in it, then the image
+/// in ten ranges. Runs on the update's thread; the chooser and the plain downloader live on the GUI thread.
 class FirmwareFetch : public FirmwareSource
 {
 public:
-    /// All references outlive the fetch; `chooser` may be null when there is none to show.
-    FirmwareFetch(Reporter &reporter, LiveState &state, Clock &clock, const UpdatePaths &paths,
-                  FileDownloaderHTTP &downloader, ThreadFileDownloader &segmentWorker,
-                  ChosefirmwareWidget *chooser);
+    /// All references must outlive this object; `chooser` may be null.
+    FirmwareFetch(Reporter &reporter, UpdateSession &session, UpdateChoices &choices, Clock &clock,
+                  const UpdatePaths &paths, FileDownloaderHTTP &downloader,
+                  ThreadFileDownloader &segmentWorker, ModelChooser *chooser);
 
-    QString fetchFirmware(QJsonObject *manifest) override;
+    QString fetchFirmware(const UpdateRequest &request, QJsonObject *manifest) override;
+    UpdateReason failure() const override { return m_failure; }
     QString deviceKey() const override { return m_deviceKey; }
 
 private:
-    bool identifyDevice();
+    bool identifyDevice(const UpdateRequest &request);
     bool downloadManifest();
     QString addressFromManifest(QJsonObject *manifest);
-    QString downloadImage(const QString &address);
-    QString giveControlsBack();
+    QString downloadImage(const QString &address, bool isIap);
+    /// Returns whether the folder is still the user's own; logs the reason otherwise.
+    bool mayUse(const QString &folder);
 
     Reporter &m_reporter;
-    LiveState &m_state;
+    UpdateSession &m_session;
+    UpdateChoices &m_choices;
     Clock &m_clock;
     const UpdatePaths &m_paths;
     FileDownloaderHTTP &m_downloader;
     ThreadFileDownloader &m_segmentWorker;
-    ChosefirmwareWidget *m_chooser;
+    ModelChooser *m_chooser;
     QString m_deviceKey;
+    UpdateReason m_failure = UpdateReason::None;
 };

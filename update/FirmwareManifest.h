@@ -1,41 +1,49 @@
 #pragma once
 
-#include "support/BilingualText.h"
-
 #include <QByteArray>
 #include <QJsonObject>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 
-/// Reading of the firmware manifest: root."CurrentVersion".(device key) with "fileURL" and "md5",
-/// and, for the chooser, "downloadURL".
+/// Reads the firmware manifest: root."CurrentVersion".(device key) with "fileURL" and "md5", and
+/// "downloadURL" for the chooser.
 namespace FirmwareManifest {
+
+/// What to report about the manifest. Both texts are UTF-8 literals with static storage.
+struct Message
+{
+    /// For the log, in English.
+    const char *logText;
+    /// For the debug stream, in Chinese.
+    const char *debugText;
+};
 
 struct Parsed
 {
     QJsonObject root;
-    /// What is to be said of it: English for the log, Chinese for the debug stream.
-    BilingualText message;
+    Message message;
     bool ok = false;
 };
 
+/// Parses `json`, whose root must be an object.
 Parsed parse(const QByteArray &json);
 
 struct Address
 {
-    /// Empty when the manifest names none.
+    /// Empty if the manifest has no address for the device.
     QString url;
-    /// What the lookup has to say, in order.
+    /// Lines for the log and the debug stream, in order.
     QStringList messages;
 };
 
+/// Looks up the address of the device's image.
 Address fileAddress(const QJsonObject &root, const QString &deviceKey);
 
-/// The sum as the manifest gives it; empty when it gives none.
+/// Returns the image's MD5 sum as the manifest gives it, or an empty text.
 QString md5(const QJsonObject &root, const QString &deviceKey);
 
-/// Model name to download URL, for every member of "CurrentVersion".
+/// Returns the download URL of every model in "CurrentVersion", by model name.
 QMap<QString, QString> downloadUrls(const QJsonObject &root);
 
 } // namespace FirmwareManifest

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "session/UpdateResult.h"
+#include "update/UpdateRequest.h"
+
 #include <QJsonObject>
 #include <QString>
 
@@ -9,10 +12,13 @@ class FirmwareSource
 public:
     virtual ~FirmwareSource() = default;
 
-    /// Obtains the image; returns its path, or an empty string after a failure, which it has
-    /// reported and after which it has given the controls back. `*manifest` becomes the manifest's
-    /// root object as far as it was read.
-    virtual QString fetchFirmware(QJsonObject *manifest) = 0;
+    /// Obtains the image for `request` and returns its path. After a failure, which it has reported, returns
+    /// an empty string; failure() tells the reason. `*manifest` becomes the manifest's root object as far as
+    /// it was read.
+    virtual QString fetchFirmware(const UpdateRequest &request, QJsonObject *manifest) = 0;
+
+    /// Returns why fetchFirmware() returned an empty string.
+    virtual UpdateReason failure() const = 0;
 
     /// The manifest's key for the device: its model name, or the name that the user picked for a
     /// device that already sits in its bootloader.

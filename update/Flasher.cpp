@@ -11,7 +11,7 @@ namespace {
 
 constexpr int toolLimitMs = 30000;
 
-/// With its size: the toolkit's conversion of a byte array stops at the first zero byte.
+/// Passes the size explicitly: QString::fromUtf8(QByteArray) stops at the first zero byte.
 QString decoded(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes.constData(), bytes.size());
@@ -30,7 +30,7 @@ public:
         QObject::connect(&process, &QProcess::readyReadStandardError, &m_lifetime, [this] { readErrors(); });
     }
 
-    /// The run's result, once the process has ended.
+    /// Returns the run's result. Call after the process has ended.
     int result()
     {
         readOutput();
@@ -77,31 +77,20 @@ private:
     ProgressPicture &m_picture;
     FlasherLines m_lines;
     BurnResult m_result = BurnWithoutSuccessLine;
-    /// Ends the connections: a process that outlives the run still speaks while it is destroyed.
+    /// Disconnects from the process, which may still emit signals while it is destroyed.
     QObject m_lifetime;
-};
-
-/// Says for the window's close question that a device is being written.
-class FlashingMark
-{
-public:
-    explicit FlashingMark(LiveState &state) : m_state(state) { m_state.setFlashing(true); }
-    ~FlashingMark() { m_state.setFlashing(false); }
-    Q_DISABLE_COPY(FlashingMark)
-
-private:
-    LiveState &m_state;
 };
 
 } // namespace
 
-Flasher::Flasher(Reporter &reporter, ProgressPicture &picture, LiveState &state, Clock &clock,
-                 const UpdatePaths &paths)
+Flasher::Flasher(Reporter &reporter, ProgressPicture &picture, UpdateSession &session, Clock &clock,
+                 const UpdatePaths &paths, const Job &job)
     : m_reporter(reporter),
       m_picture(picture),
-      m_state(state),
+      m_session(session),
       m_clock(clock),
-      m_paths(paths)
+      m_paths(paths),
+      m_job(job)
 {
 }
 
@@ -110,7 +99,7 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
     m_picture.setPictureLevel(0.0);
     m_picture.repaintPicture();
 
-    const FlashingMark flashing(m_state);
+    m_session.enter(UpdateStage::Flashing);
     QProcess process;
     FlasherConsole console(process, m_reporter, m_picture);
     process.start(program, {QStringLiteral("image"), imagePath}, QIODevice::ReadWrite);
@@ -127,7 +116,7 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
             return BurnWithoutSuccessLine;
         }
         m_picture.repaintPicture();
-        // Output that is not read fills the pipe and makes a flasher that floods it wait.
+        // Unread output fills the pipe, which makes a flasher that floods it wait.
         if (!m_reporter.isCatchingUp())
             QCoreApplication::processEvents();
     }
@@ -142,7 +131,7 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
 
 void Flasher::burnWithRetry(bool *ok, bool bootloaderOk)
 {
-    if (!bootloaderOk && m_state.device().name != QLatin1String("USB")) {
+    if (!bootloaderOk && m_job.deviceName != QLatin1String("USB")) {
         qDebug() << "try to bootloader err";
         m_reporter.log(QStringLiteral("try to bootloader err."));
         return;
@@ -158,11 +147,12 @@ bool Flasher::burnOverHid()
 
 bool Flasher::burnUpToTenTimes(const QString &program)
 {
-    // The device needs a moment to come back as the bootloader, each time.
+    // Before each try, the device needs a moment to come back as the bootloader.
     for (int tries = 0; tries < 10 && m_clock.sleepMs(1000); ++tries) {
-        const int result = runFlasher(program, m_state.imagePath());
-        if (result != BurnDeviceNotReachable)
-            return result == BurnSucceeded;
+        m_lastResult = static_cast<BurnResult>(runFlasher(program, m_job.imagePath));
+        if (m_lastResult != BurnDeviceNotReachable)
+            return m_lastResult == BurnSucceeded;
+        m_session.enter(UpdateStage::EnteringBootloader);
     }
     return false;
 }
@@ -170,8 +160,8 @@ bool Flasher::burnUpToTenTimes(const QString &program)
 bool Flasher::RunCmdReset(const QString &program)
 {
     m_reporter.log(QStringLiteral("try to RunCmdReset..."));
-    const ToolRun run =
-        runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs);
+    const ToolRun run = runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs,
+                                     WhenLeaving::CutShort, {}, m_clock);
     switch (run.end) {
     case ToolRun::NotStarted:
         qDebug() << "Failed to start process!";

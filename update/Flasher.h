@@ -1,23 +1,34 @@
 #pragma once
 
+#include "session/UpdateSession.h"
 #include "support/Clock.h"
 #include "support/Reporter.h"
-#include "update/LiveState.h"
+#include "update/FlasherOutput.h"
 #include "update/ProgressPicture.h"
 #include "update/UpdatePaths.h"
 
 #include <QString>
+
+#include <optional>
 
 /// Runs the SoC vendor's command-line flashers and turns their output into progress. Lives and
 /// runs on the update's thread; every wait ends when the program leaves, and then the child is killed.
 class Flasher
 {
 public:
-    /// All arguments outlive the flasher.
-    Flasher(Reporter &reporter, ProgressPicture &picture, LiveState &state, Clock &clock,
-            const UpdatePaths &paths);
+    /// What is burned, and on which model.
+    struct Job
+    {
+        QString deviceName;
+        QString imagePath;
+    };
 
-    /// One run of `program` on an image; returns a BurnResult. There is no time limit.
+    /// All references must outlive the flasher. The session's update enters its flashing stage while a
+    /// flasher runs.
+    Flasher(Reporter &reporter, ProgressPicture &picture, UpdateSession &session, Clock &clock,
+            const UpdatePaths &paths, const Job &job);
+
+    /// Runs `program` once on an image and returns a BurnResult. There is no time limit.
     int runFlasher(const QString &program, const QString &imagePath);
 
     /// Up to ten runs of the USB flasher while it cannot reach the device. Sets *ok to true on
@@ -28,6 +39,9 @@ public:
     /// The same through the HID flasher; returns whether it succeeded.
     bool burnOverHid();
 
+    /// Returns how the last run of a flasher ended; nothing if none was tried.
+    std::optional<BurnResult> lastResult() const { return m_lastResult; }
+
     /// Asks `program` to reset the device.
     bool RunCmdReset(const QString &program);
 
@@ -36,7 +50,9 @@ private:
 
     Reporter &m_reporter;
     ProgressPicture &m_picture;
-    LiveState &m_state;
+    UpdateSession &m_session;
     Clock &m_clock;
     const UpdatePaths &m_paths;
+    const Job m_job;
+    std::optional<BurnResult> m_lastResult;
 };

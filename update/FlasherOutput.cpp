@@ -8,7 +8,7 @@ struct PartitionMarker
     int percent;
 };
 
-// In this order: the first that a chunk contains counts.
+// The first one that a chunk contains counts.
 const PartitionMarker partitionMarkers[] = {
     {QLatin1String("Upgrade fwc: image.target.spl"), 16},
     {QLatin1String("Upgrade fwc: image.target.env"), 32},
@@ -36,7 +36,7 @@ FlasherChunk readFlasherChunk(const QString &text)
         return chunk;
     if (chunk.result == BurnSucceeded)
         chunk.progress.append(100);
-    // After the success line on purpose: a chunk with both shows the marker's value.
+    // Intentional: after the success line, so that a chunk with both shows the marker's value.
     for (const PartitionMarker &marker : partitionMarkers) {
         if (text.contains(marker.text)) {
             chunk.progress.append(marker.percent);

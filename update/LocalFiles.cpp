@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QDir>
-#include <QTemporaryFile>
 
 QStringList LocalFiles::listImages(const QString &dir)
 {
@@ -46,16 +45,4 @@ bool LocalFiles::ensurePath(const QString &path)
     const bool created = QDir().mkpath(path);
     qDebug().noquote() << (created ? "Created:" : "Create failed:") << path;
     return created;
-}
-
-QString LocalFiles::reasonNotToWriteIn(const QString &path)
-{
-    if (QFileInfo(path).isSymLink())
-        return path +
-               QStringLiteral(" is a link to another place and is not used. Remove it and start again.");
-    // Tried, since what permissions and attributes say of a folder differs between systems.
-    QTemporaryFile trial(path + QStringLiteral("/trial-XXXXXX"));
-    if (!trial.open())
-        return path + QStringLiteral(" cannot be written: ") + trial.errorString();
-    return {};
 }

@@ -16,8 +16,4 @@ void clearDir(const QString &dir);
 /// Makes sure that the folder exists, with all its parents; returns whether it does.
 bool ensurePath(const QString &path);
 
-/// Why files must not or cannot be written in a folder that exists, for the user; empty when they can.
-/// A link counts as a reason: whoever made it decides what is overwritten.
-QString reasonNotToWriteIn(const QString &path);
-
 } // namespace LocalFiles

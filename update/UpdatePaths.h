@@ -13,8 +13,9 @@ struct UpdatePaths
     QString hidFlasher;
     /// Address of the firmware manifest.
     QString manifestUrl;
+    /// Where the manifest is stored.
+    QString savedManifest;
 
     QString downloadedImage() const { return temporaryFolder + QLatin1String("/tmp/dev.img"); }
     QString downloadedIapImage() const { return temporaryFolder + QLatin1String("/tmp/dev.bin"); }
-    QString savedManifest() const { return applicationDir + QLatin1String("/qmake/dev.jn"); }
 };

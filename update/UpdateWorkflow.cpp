@@ -1,6 +1,6 @@
 #include "update/UpdateWorkflow.h"
 
-#include "update/LocalFiles.h"
+#include "update/TemporaryFolder.h"
 #include "update/UpdateTitles.h"
 #include "update/md5Check.h"
 
@@ -8,192 +8,231 @@
 #include <QDebug>
 #include <QFile>
 
-UpdateWorkflow::UpdateWorkflow(Reporter &reporter, LiveState &state, UpdateHost &host, Clock &clock,
-                               const UpdatePaths &paths, const LaunchOptions &launch, FirmwareSource &source)
-    : m_reporter(reporter),
-      m_state(state),
-      m_host(host),
-      m_clock(clock),
-      m_paths(paths),
-      m_launch(launch),
-      m_source(source),
-      m_flasher(reporter, host, state, clock, paths)
-{
-}
+namespace {
 
-UpdateWorkflow::Ending UpdateWorkflow::run()
+UpdateReason reasonOf(BurnResult result)
 {
-    if (const auto early = obtainImage())
-        return *early;
-    if (isIapDevice())
-        return handOverToIapPanel();
-
-    m_reporter.setStateTitle(UpdateTitles::upgradeStart);
-    const bool bootloaderOk = enterBootloader();
-    const QString writeType = m_state.writeType();
-    m_reporter.log(QLatin1String("Current writeType is: ") + writeType + QLatin1Char('.'));
-    const bool burned = burn(writeType, bootloaderOk);
-    if (m_clock.isLeaving())
-        return Ending::Leaving;
-    reportResult(burned, writeType);
-    if (!m_launch.isAutomatic()) {
-        qDebug() << "删除临时固件文件";
-        QFile::remove(m_paths.downloadedImage());
+    switch (result) {
+    case BurnSucceeded:
+        return UpdateReason::None;
+    case BurnNotStarted:
+        return UpdateReason::ToolNotStarted;
+    case BurnDeviceNotReachable:
+        return UpdateReason::DeviceNotReachable;
+    case BurnWithoutSuccessLine:
+        break;
     }
-    return ending();
+    return UpdateReason::WritingFailed;
 }
 
-std::optional<UpdateWorkflow::Ending> UpdateWorkflow::obtainImage()
+} // namespace
+
+UpdateWorkflow::UpdateWorkflow(const Dependencies &dependencies, const UpdateRequest &request)
+    : m_d(dependencies),
+      m_request(request)
 {
-    if (m_state.localFileMode()) {
+}
+
+void UpdateWorkflow::run()
+{
+    Ending ending = obtainImage();
+    if (!ending)
+        ending = m_request.isIap() ? handOverToIapPanel() : writeDevice();
+    if (ending)
+        end(*ending);
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
+{
+    if (m_request.localFileMode) {
         qDebug() << "Run LocalFile Update Model!";
-        m_reporter.log(QStringLiteral("Run LocalFile Update Model!"));
-        m_reporter.setStateTitle(UpdateTitles::localFile);
-        return std::nullopt;
+        m_d.reporter.log(QStringLiteral("Run LocalFile Update Model!"));
+        m_d.reporter.setStateTitle(UpdateTitles::localFile);
+        m_d.session.useImage(m_request.image.path);
+        return {};
     }
 
     if (!prepareFolders()) {
-        m_reporter.log(QStringLiteral("ensurePath Failed!"));
-        m_reporter.setStateTitle(UpdateTitles::folderFailure);
-        return Ending::ControlsBack;
+        m_d.reporter.log(QStringLiteral("ensurePath Failed!"));
+        m_d.reporter.setStateTitle(UpdateTitles::folderFailure);
+        return UpdateReason::FolderUnusable;
     }
     QJsonObject manifest;
-    const QString path = m_source.fetchFirmware(&manifest);
-    if (m_clock.isLeaving())
-        return Ending::Leaving;
-    // Also after a failed fetch, whose empty path cannot pass: every failed run ends the same way.
-    if (md5Check(m_reporter).checkMd5(path, manifest, m_source.deviceKey()))
-        return std::nullopt;
-    m_reporter.setStateTitle(UpdateTitles::md5Mismatch);
-    return ending();
+    const QString path = m_d.source.fetchFirmware(m_request, &manifest);
+    if (m_d.clock.isLeaving())
+        return UpdateReason::ProgramClosed;
+    // Check after a failed fetch as well: the empty path fails, and every failed run ends in the same way.
+    if (!md5Check(m_d.reporter).checkMd5(path, manifest, m_d.source.deviceKey())) {
+        m_d.reporter.setStateTitle(UpdateTitles::md5Mismatch);
+        return path.isEmpty() ? m_d.source.failure() : UpdateReason::ChecksumMismatch;
+    }
+    m_d.choices.useServerImage(path, m_d.source.deviceKey());
+    m_d.session.useImage(path);
+    return {};
 }
 
 bool UpdateWorkflow::prepareFolders()
 {
-    m_reporter.log(QLatin1String("usb tmpPath: ") + m_paths.temporaryFolder);
-    return prepareFolder(m_paths.temporaryFolder) &&
-           prepareFolder(m_paths.temporaryFolder + QLatin1String("/qmake")) &&
-           prepareFolder(m_paths.temporaryFolder + QLatin1String("/tmp"));
+    m_d.reporter.log(QLatin1String("usb tmpPath: ") + m_d.paths.temporaryFolder);
+    return prepareFolder(m_d.paths.temporaryFolder) &&
+           prepareFolder(m_d.paths.temporaryFolder + QLatin1String("/qmake")) &&
+           prepareFolder(m_d.paths.temporaryFolder + QLatin1String("/tmp"));
 }
 
 bool UpdateWorkflow::prepareFolder(const QString &path)
 {
-    const QString reason = LocalFiles::ensurePath(path) ? LocalFiles::reasonNotToWriteIn(path)
-                                                        : path + QStringLiteral(" cannot be created.");
+    const QString reason = TemporaryFolder::create(path) ? TemporaryFolder::reasonNotToWriteIn(path)
+                                                         : path + QStringLiteral(" cannot be created.");
     if (!reason.isEmpty())
-        m_reporter.log(reason);
+        m_d.reporter.log(reason);
     return reason.isEmpty();
-}
-
-bool UpdateWorkflow::isIapDevice() const
-{
-    const ChosenDevice device = m_state.device();
-    return !device.name.isEmpty() && device.iapFlag != 0;
 }
 
 UpdateWorkflow::Ending UpdateWorkflow::handOverToIapPanel()
 {
-    m_reporter.log(QStringLiteral("IAP Dev - Run IAPUpDate Mode!"));
-    return m_host.startIapPanel() ? Ending::HandedOver : Ending::ControlsBack;
+    m_d.reporter.log(QStringLiteral("IAP Dev - Run IAPUpDate Mode!"));
+    // Before the panel is told: it may end the run before this thread continues.
+    m_d.session.enter(UpdateStage::AskingProgrammer);
+    if (m_d.host.startIapPanel())
+        return {};
+    return UpdateReason::NoPanel;
+}
+
+UpdateReason UpdateWorkflow::writeDevice()
+{
+    m_d.reporter.setStateTitle(UpdateTitles::upgradeStart);
+    m_d.session.enter(UpdateStage::EnteringBootloader);
+    const bool bootloaderOk = enterBootloader();
+    const QString writeType = m_d.choices.writeType();
+    m_d.reporter.log(QLatin1String("Current writeType is: ") + writeType + QLatin1Char('.'));
+    const UpdateReason reason = burn(writeType, bootloaderOk);
+    if (m_d.clock.isLeaving())
+        return UpdateReason::ProgramClosed;
+    reportResult(reason == UpdateReason::None, writeType);
+    if (!m_d.launch.isAutomatic()) {
+        qDebug() << "删除临时固件文件";
+        if (m_d.choices.image().path == m_d.paths.downloadedImage())
+            m_d.choices.dropServerImage();
+        QFile::remove(m_d.paths.downloadedImage());
+    }
+    return reason;
 }
 
 bool UpdateWorkflow::enterBootloader()
 {
-    m_reporter.log(QStringLiteral("try to bootloader..."));
-    if (m_state.bootloaderPresent()) {
-        m_reporter.log(QStringLiteral("Find BootloaderDev Skip try2Bootloader"));
+    m_d.reporter.log(QStringLiteral("try to bootloader..."));
+    if (m_request.inBootloader) {
+        m_d.reporter.log(QStringLiteral("Find BootloaderDev Skip try2Bootloader"));
         return true;
     }
-    const bool sent = m_host.sendUpdateMode();
-    m_reporter.log(sent ? QStringLiteral("TryToBootloader Success!")
-                        : QStringLiteral("TryToBootloader Failed"));
+    const bool sent = m_d.host.sendUpdateMode();
+    m_d.reporter.log(sent ? QStringLiteral("TryToBootloader Success!")
+                          : QStringLiteral("TryToBootloader Failed"));
     return sent;
 }
 
-bool UpdateWorkflow::burn(const QString &writeType, bool bootloaderOk)
+UpdateReason UpdateWorkflow::burn(const QString &writeType, bool bootloaderOk)
 {
+    Flasher flasher = makeFlasher();
     if (writeType == QLatin1String("USB")) {
-        m_reporter.log(QStringLiteral("in usb write mode.."));
-        bool burned = false;
-        m_flasher.burnWithRetry(&burned, bootloaderOk);
+        m_d.reporter.log(QStringLiteral("in usb write mode.."));
+        const UpdateReason reason = burnOverUsb(flasher, bootloaderOk);
         qDebug() << "usb write mode done";
-        return burned;
+        return reason;
     }
     if (writeType == QLatin1String("HID")) {
-        m_reporter.log(QStringLiteral("in hid write mode.."));
-        const bool burned = burnOverHid(bootloaderOk);
+        m_d.reporter.log(QStringLiteral("in hid write mode.."));
+        const UpdateReason reason = burnOverHid(flasher, bootloaderOk);
         qDebug() << "hid write mode done";
-        return burned;
+        return reason;
     }
-    m_reporter.log(QStringLiteral("UnKnow write type.!"));
-    return false;
+    m_d.reporter.log(QStringLiteral("UnKnow write type.!"));
+    return UpdateReason::UnknownWriteType;
 }
 
-bool UpdateWorkflow::burnOverHid(bool bootloaderOk)
+UpdateReason UpdateWorkflow::burnOverUsb(Flasher &flasher, bool bootloaderOk)
 {
-    qDebug().noquote() << "当前烧录的固件程序为:" << m_state.imagePath();
-    if (bootloaderOk)
-        return m_flasher.burnOverHid();
+    bool burned = false;
+    flasher.burnWithRetry(&burned, bootloaderOk);
+    if (!burned && !flasher.lastResult())
+        return UpdateReason::BootloaderNotEntered;
+    return burned ? UpdateReason::None : reasonOf(*flasher.lastResult());
+}
+
+UpdateReason UpdateWorkflow::burnOverHid(Flasher &flasher, bool bootloaderOk)
+{
+    qDebug().noquote() << "当前烧录的固件程序为:" << m_d.session.image();
+    if (bootloaderOk) {
+        flasher.burnOverHid();
+        return reasonOf(flasher.lastResult().value_or(BurnNotStarted));
+    }
     qDebug() << "try to bootloader err";
-    m_reporter.log(QStringLiteral("try to bootloader err."));
-    return false;
+    m_d.reporter.log(QStringLiteral("try to bootloader err."));
+    return UpdateReason::BootloaderNotEntered;
+}
+
+Flasher UpdateWorkflow::makeFlasher() const
+{
+    return {m_d.reporter, m_d.host,  m_d.session,
+            m_d.clock,    m_d.paths, {m_request.device.name, m_d.session.image()}};
 }
 
 void UpdateWorkflow::reportResult(bool burned, const QString &writeType)
 {
     if (!burned) {
-        m_reporter.log(QStringLiteral("Burn Image Failed"));
-        m_reporter.setStateTitle(UpdateTitles::burnFailure);
+        m_d.reporter.log(QStringLiteral("Burn Image Failed"));
+        m_d.reporter.setStateTitle(UpdateTitles::burnFailure);
         return;
     }
-    m_reporter.log(QStringLiteral("Burn Image Success"));
-    m_reporter.setStateTitle(UpdateTitles::burnSuccess);
-    // Checkable, not checked: with an ordinary check box the reset always runs, and is meant to.
-    if (m_state.restartCheckable())
+    m_d.reporter.log(QStringLiteral("Burn Image Success"));
+    m_d.reporter.setStateTitle(UpdateTitles::burnSuccess);
+    // Intentional: "checkable", not "checked". The restart box is always checkable, so the reset always runs.
+    if (m_d.choices.restartCheckable())
         resetDevice(writeType);
 }
 
 void UpdateWorkflow::resetDevice(const QString &writeType)
 {
+    m_d.session.enter(UpdateStage::Resetting);
+    Flasher flasher = makeFlasher();
     if (writeType == QLatin1String("USB")) {
-        m_reporter.log(QStringLiteral("run usb reset."));
-        m_flasher.RunCmdReset(m_paths.usbFlasher);
+        m_d.reporter.log(QStringLiteral("run usb reset."));
+        flasher.RunCmdReset(m_d.paths.usbFlasher);
     } else {
-        m_reporter.log(QStringLiteral("run hid reset."));
-        m_flasher.RunCmdReset(m_paths.hidFlasher);
+        m_d.reporter.log(QStringLiteral("run hid reset."));
+        flasher.RunCmdReset(m_d.paths.hidFlasher);
     }
 }
 
-UpdateWorkflow::Ending UpdateWorkflow::ending() const
+void UpdateWorkflow::end(UpdateReason reason)
 {
-    return m_launch.isAutomatic() ? Ending::LaunchMode : Ending::ControlsBack;
-}
-
-void UpdateWorkflow::finish(Ending ending)
-{
-    switch (ending) {
-    case Ending::ControlsBack:
-        m_reporter.runDeviceCheck(true);
-        m_reporter.enableStartButton(true);
-        break;
-    case Ending::LaunchMode:
+    using Afterwards = UpdateSession::Afterwards;
+    if (reason == UpdateReason::ProgramClosed) {
+        m_d.session.end(reason, Afterwards::Leaving, {});
+        m_d.reporter.log(QStringLiteral("The program was closed before the update had ended."));
+    } else if (mustBlock(reason)) {
+        m_d.session.end(reason, Afterwards::Blocked, {});
         blockInLaunchMode();
-        break;
-    case Ending::HandedOver:
-        break;
-    case Ending::Leaving:
-        m_reporter.log(QStringLiteral("The program was closed before the update had ended."));
-        break;
+    } else {
+        m_d.session.end(reason, Afterwards::Idle, [this] {
+            m_d.reporter.runDeviceCheck(true);
+            m_d.reporter.enableStartButton(true);
+        });
     }
+}
+
+/// Returns whether the end of this run is the end of all. An automatic launch mode tries once more only if
+/// the folders for the image could not be made.
+bool UpdateWorkflow::mustBlock(UpdateReason reason) const
+{
+    return m_d.launch.isAutomatic() && reason != UpdateReason::FolderUnusable &&
+           reason != UpdateReason::NoPanel;
 }
 
 void UpdateWorkflow::blockInLaunchMode()
 {
-    // A failed fetch has just switched both on.
-    m_reporter.runDeviceCheck(false);
-    m_reporter.enableStartButton(false);
-    m_reporter.log(
+    m_d.reporter.log(
         QStringLiteral("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
-    while (m_clock.sleepMs(5))
+    while (m_d.clock.sleepMs(5))
         QCoreApplication::processEvents();
 }

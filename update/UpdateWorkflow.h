@@ -1,11 +1,12 @@
 #pragma once
 
+#include "session/UpdateSession.h"
 #include "support/Clock.h"
 #include "support/LaunchOptions.h"
 #include "support/Reporter.h"
 #include "update/FirmwareSource.h"
 #include "update/Flasher.h"
-#include "update/LiveState.h"
+#include "update/UpdateChoices.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
 
@@ -16,45 +17,45 @@
 class UpdateWorkflow
 {
 public:
-    /// All references outlive the run.
-    UpdateWorkflow(Reporter &reporter, LiveState &state, UpdateHost &host, Clock &clock,
-                   const UpdatePaths &paths, const LaunchOptions &launch, FirmwareSource &source);
-
-    /// How a run came out, for whoever has to end it.
-    enum class Ending {
-        ControlsBack, ///< the user may start the next one
-        LaunchMode,   ///< nothing may be started any more
-        HandedOver,   ///< the IAP panel carries on and gives the controls back
-        Leaving,      ///< the program is ending
+    /// What the workflow uses. Everything must outlive the run.
+    struct Dependencies
+    {
+        Reporter &reporter;
+        UpdateSession &session;
+        UpdateChoices &choices;
+        UpdateHost &host;
+        Clock &clock;
+        const UpdatePaths &paths;
+        const LaunchOptions &launch;
+        FirmwareSource &source;
     };
 
-    Ending run();
+    UpdateWorkflow(const Dependencies &dependencies, const UpdateRequest &request);
 
-    /// Gives the controls back, or keeps them off; in the launch modes it returns only when the
-    /// program leaves. Apart from run() so that the caller may declare the run ended first: the
-    /// start button must not come back while a start would still be refused.
-    void finish(Ending ending);
+    /// Runs the update that the session has begun, and ends it, unless the IAP panel carries on: then the
+    /// panel ends it. In the automatic launch modes returns only when the program leaves.
+    void run();
 
 private:
-    std::optional<Ending> obtainImage();
+    /// How a run ended. Empty while it goes on.
+    using Ending = std::optional<UpdateReason>;
+
+    Ending obtainImage();
     bool prepareFolders();
     bool prepareFolder(const QString &path);
-    bool isIapDevice() const;
     Ending handOverToIapPanel();
+    UpdateReason writeDevice();
     bool enterBootloader();
-    bool burn(const QString &writeType, bool bootloaderOk);
-    bool burnOverHid(bool bootloaderOk);
+    UpdateReason burn(const QString &writeType, bool bootloaderOk);
+    UpdateReason burnOverUsb(Flasher &flasher, bool bootloaderOk);
+    UpdateReason burnOverHid(Flasher &flasher, bool bootloaderOk);
     void reportResult(bool burned, const QString &writeType);
     void resetDevice(const QString &writeType);
-    Ending ending() const;
+    void end(UpdateReason reason);
+    bool mustBlock(UpdateReason reason) const;
     void blockInLaunchMode();
+    Flasher makeFlasher() const;
 
-    Reporter &m_reporter;
-    LiveState &m_state;
-    UpdateHost &m_host;
-    Clock &m_clock;
-    const UpdatePaths &m_paths;
-    const LaunchOptions &m_launch;
-    FirmwareSource &m_source;
-    Flasher m_flasher;
+    const Dependencies m_d;
+    const UpdateRequest m_request;
 };

@@ -15,7 +15,7 @@ BackgroundWidget::BackgroundWidget(bool chineseLocale, QWidget *parent) : QWidge
 void BackgroundWidget::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
-    // A subclass of QWidget has to draw the background of its style sheet itself.
+    // A subclass of QWidget has to paint its style sheet's background itself.
     QStyleOption option;
     option.initFrom(this);
     QPainter painter(this);
@@ -26,6 +26,6 @@ void BackgroundWidget::closeEvent(QCloseEvent *event)
 {
     if (!m_closeAllowed)
         emit sigCloseAsked();
-    // Refusing the close of a program that leaves would hold up the end of the user's session, too.
+    // Refusing a close while the program leaves would also delay the end of the user's session.
     event->setAccepted(m_closeAllowed);
 }

@@ -2,23 +2,22 @@
 
 #include <QWidget>
 
-/// The program's one top-level window: a fixed 800 x 490 ground on which the main widget lies.
-///
-/// Closing it is somebody else's decision: a close event is refused and reported. GUI thread.
+/// The program's main window, 800 x 490 pixels, which contains the main widget. Refuses a close event and
+/// emits a signal instead, until closing is allowed. GUI thread.
 class BackgroundWidget : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `chineseLocale` is whether the system locale's country is China; it chooses the title.
+    /// `chineseLocale` says whether the system locale's country is China. It selects the title.
     explicit BackgroundWidget(bool chineseLocale, QWidget *parent = nullptr);
 
-    /// From now on every close is accepted, the one that is being asked about included.
+    /// Accepts every close from now on. May be called from a receiver of sigCloseAsked().
     void allowClose() { m_closeAllowed = true; }
 
 signals:
-    /// The user (or the system) asks for the window to be closed. It stays open unless the receiver
-    /// calls allowClose().
+    /// Emitted when the user or the system wants to close the window. It stays open unless a receiver calls
+    /// allowClose().
     void sigCloseAsked();
 
 protected:

@@ -84,7 +84,7 @@ void CustomComboBox::paintEvent(QPaintEvent *event)
     painter.setClipPath(clip, Qt::ReplaceClip);
     painter.drawPixmap(corner, arrow);
 
-    // Still under the arrow's clip, on purpose: only the arrow's part of the border is renewed.
+    // Intentional: still clipped to the arrow, so that only the arrow's part of the border is redrawn.
     painter.setPen(border);
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(box, 1.0, 1.0, Qt::AbsoluteSize);

@@ -3,8 +3,8 @@
 #include <QComboBox>
 #include <QListView>
 
-/// A drop-down that draws itself: a white box with a grey border, the current text, and an arrow
-/// that changes while the mouse is over the box or the list is open.
+/// A drop-down that paints itself: a white box with a grey border, the current text, and an arrow that
+/// changes while the mouse is over the box or the list is open.
 class CustomComboBox : public QComboBox
 {
     Q_OBJECT
@@ -14,12 +14,12 @@ public:
 
     explicit CustomComboBox(QWidget *parent = nullptr);
 
-    /// The height in pixels that the whole list is meant to have: 26 for each of its rows. Setting
-    /// it does not resize the list view; the owner does both.
+    /// The height of the whole list in pixels: 26 for each row. Setting it does not resize the list view; the
+    /// owner does both.
     int itemHeight() const { return m_itemHeight; }
     void setItemHeight(int height) { m_itemHeight = height; }
 
-    /// The popup's view; owned by the box.
+    /// Returns the popup's view, which the box owns.
     QListView *listView() const { return m_listView; }
 
     void showPopup() override;

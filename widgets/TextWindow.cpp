@@ -12,12 +12,12 @@
 
 namespace {
 
-// Dropping line by line (setMaximumBlockCount) costs a new layout of the pane for each line; with
-// some slack it happens once in two thousand.
+// Dropping line by line (setMaximumBlockCount) lays the pane out again for each new line. With this slack it
+// happens once in two thousand lines.
 constexpr int maximumLines = 22000;
 constexpr int keptLines = 20000;
 constexpr int maximumLineLength = 64 * 1024;
-// For lines that are long without being cut: at three bytes each some 25 megabytes.
+// Limits the pane's memory to about 25 MB (three bytes a character) when many lines are long.
 constexpr int maximumCharacters = 8 * 1024 * 1024;
 constexpr int keptCharacters = 6 * 1024 * 1024;
 
@@ -66,9 +66,9 @@ void TextWindow::setLogCheckBox(QCheckBox *checkBox)
     m_logCheckBox = checkBox;
 }
 
-void TextWindow::appendShown(const QString &text)
+void TextWindow::appendToPane(const QString &text)
 {
-    appendToPane(withLongLinesCut(text));
+    insertParagraph(withLongLinesCut(text));
     dropOldLines();
     QTextCursor end = m_textView->textCursor();
     end.movePosition(QTextCursor::End, QTextCursor::MoveAnchor, 1);
@@ -77,27 +77,27 @@ void TextWindow::appendShown(const QString &text)
 
 void TextWindow::appendLog(const QString &text)
 {
-    appendShown(text);
+    appendToPane(text);
     if (!LogFile::appendTimestampedLine(LogFile::updateLogPath(), text))
-        tellOnceThatTheFileIsMissing();
+        warnOnceAboutLogFile();
 }
 
-void TextWindow::tellOnceThatTheFileIsMissing()
+void TextWindow::warnOnceAboutLogFile()
 {
-    if (m_isFileMissingTold)
+    if (m_fileProblemReported)
         return;
-    m_isFileMissingTold = true;
+    m_fileProblemReported = true;
     const QString file = QDir::current().absoluteFilePath(LogFile::updateLogPath());
-    appendToPane(QDir::toNativeSeparators(file) +
-                 QStringLiteral(" cannot be written: the log is shown here and kept nowhere."));
+    insertParagraph(QDir::toNativeSeparators(file) +
+                    QStringLiteral(" cannot be written: the log is shown here and kept nowhere."));
 }
 
-void TextWindow::appendToPane(const QString &text)
+void TextWindow::insertParagraph(const QString &text)
 {
     QTextCursor cursor(m_textView->document());
     cursor.beginEditBlock();
     cursor.movePosition(QTextCursor::End);
-    // An empty first message is a line, too: the document alone cannot tell it from none.
+    // The document cannot tell an empty first message from no message.
     if (m_hasLines)
         cursor.insertBlock();
     m_hasLines = true;
@@ -115,8 +115,8 @@ void TextWindow::dropOldLines()
         keepFrom = document.findBlock(document.characterCount() - keptCharacters).position();
     if (keepFrom == 0)
         return;
-    // A change of its own: together with the append it would span the whole document, and every
-    // line that stays would be laid out anew (110 ms instead of 12).
+    // A separate edit block: joined with the append it would span the whole document, and Qt would lay out
+    // every remaining line again (110 ms instead of 12).
     QTextCursor cursor(m_textView->document());
     cursor.setPosition(keepFrom, QTextCursor::KeepAnchor);
     cursor.removeSelectedText();

@@ -6,8 +6,8 @@
 class QCheckBox;
 class QTextEdit;
 
-/// The log window: one read-only text view that receives every log line. Closing it only hides it
-/// and unticks the check box that shows it. GUI thread.
+/// The log window: a read-only text view of all log lines. Closing it hides it and unticks the check box that
+/// shows it. GUI thread.
 class TextWindow : public QWidget
 {
     Q_OBJECT
@@ -15,18 +15,18 @@ class TextWindow : public QWidget
 public:
     explicit TextWindow(QWidget *parent = nullptr);
 
-    /// The main window's log check box; not owned, may be null.
+    /// Sets the check box that shows this window; not owned, may be null.
     void setLogCheckBox(QCheckBox *checkBox);
 
-    /// Appends `text` as a new paragraph to the pane, scrolls there, and appends it with the local
-    /// time to "UPDLog.txt". The text is shown as it is, never read as markup.
+    /// Appends `text` as a new paragraph to the pane, scrolls to it, and appends it with the local time to
+    /// "UPDLog.txt". The text is plain, never markup.
     ///
-    /// The pane forgets its oldest lines and the end of a very long one; the file keeps all. The first
-    /// line that the file cannot take is followed by one in the pane that says so.
+    /// The pane drops its oldest lines and cuts very long ones; the file keeps everything. Warns once in the
+    /// pane if the file cannot be written.
     void appendLog(const QString &text);
 
-    /// The same for the pane only.
-    void appendShown(const QString &text);
+    /// Like appendLog(), but for the pane only.
+    void appendToPane(const QString &text);
 
     QTextEdit *textView() const { return m_textView; }
 
@@ -34,12 +34,12 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void appendToPane(const QString &text);
+    void insertParagraph(const QString &text);
     void dropOldLines();
-    void tellOnceThatTheFileIsMissing();
+    void warnOnceAboutLogFile();
 
     QTextEdit *m_textView = nullptr;
     QPointer<QCheckBox> m_logCheckBox;
     bool m_hasLines = false;
-    bool m_isFileMissingTold = false;
+    bool m_fileProblemReported = false;
 };

@@ -4,23 +4,23 @@
 
 class LocalFileHost;
 
-/// The flashing page: paints a device that fills with blue as `JD` rises, and watches for the
-/// hidden middle click that switches to local-file mode. GUI thread.
+/// The flashing page. Paints a device that fills with blue as `JD` rises, and detects the hidden middle click
+/// that switches to local-file mode. GUI thread.
 class WidgetTab1 : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `host` is told about the gesture; it is not owned and must outlive the page.
+    /// Notifies `host` of the gesture. `host` is not owned and must outlive the page.
     WidgetTab1(QWidget *parent, LocalFileHost *host);
 
 signals:
-    /// The progress of a run, 0.0 to 100.0. Nothing is connected to it: the picture stays grey
-    /// however far a run proceeds, and is meant to.
+    /// Emitted with the progress of a run, 0.0 to 100.0. Intentional: nothing is connected to it, so the
+    /// picture stays grey during a run.
     void sigSetPicJD(double value);
 
 public slots:
-    /// Takes `value` as the progress level; it shows at the next repaint.
+    /// Sets the progress level. The next repaint shows it.
     void onSetPicJD(double value);
 
 protected:

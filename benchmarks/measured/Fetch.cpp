@@ -1,4 +1,4 @@
-#include "benchmarks/measured/QuietReporter.h"
+#include "support/QuietReporter.h"
 
 #include "download/ThreadFileDownloader.h"
 #include "support/Diagnostics.h"

@@ -1,8 +1,9 @@
-// quillmarsh-bench-link COMMAND [ARGUMENT...]
+// quillmarsh-bench-link [--clean] COMMAND [ARGUMENT...]
 //
 // Runs a command in a network namespace of its own, 10.77.0.2, behind a link of 100 Mbit/s, 40 ms and
-// 0.5 % loss; here is 10.77.0.1. The link is two TUN devices with this process between them, and works on
-// kernels that have no network emulator: the packets are real, and so are the losses that TCP sees.
+// 0.5 % loss, or 20 ms and no loss with --clean; here is 10.77.0.1. The link is two TUN devices, "benchnear"
+// on this side, with this process between them, and works on kernels that have no network emulator: the
+// packets are real, and so are the losses that TCP sees.
 
 #include <fcntl.h>
 #include <linux/if_tun.h>
@@ -31,9 +32,16 @@ namespace {
 using Time = std::chrono::steady_clock::time_point;
 using std::chrono::nanoseconds;
 
-constexpr auto delay = std::chrono::milliseconds(40);
+/// What happens to packets from the server. Those to it pass at once.
+struct Quality
+{
+    std::chrono::milliseconds delay;
+    double loss;
+};
+
+constexpr Quality lossy{std::chrono::milliseconds(40), 0.005};
+constexpr Quality clean{std::chrono::milliseconds(20), 0};
 constexpr int nanosecondsPerByte = 80; // 100 Mbit/s
-constexpr double loss = 0.005;
 /// Packets in the queue and on their way, as the kernel's emulator has it.
 constexpr size_t queueLimit = 1000;
 
@@ -74,17 +82,19 @@ void configure(const char *name, const char *own, const char *peer)
 class Direction
 {
 public:
-    Direction(int from, int to, bool isSlow) : m_from(from), m_to(to), m_isSlow(isSlow) {}
+    /// Without a quality, the direction is as fast as it can be.
+    Direction(int from, int to, const Quality *quality) : m_from(from), m_to(to), m_quality(quality) {}
 
     void takeIn(Time now)
     {
         std::array<char, 65536> buffer;
         ssize_t count = 0;
         while ((count = read(m_from, buffer.data(), buffer.size())) > 0) {
-            if (m_isSlow && (m_chance(m_engine) < loss || m_queue.size() >= queueLimit))
+            if (m_quality && (m_chance(m_engine) < m_quality->loss || m_queue.size() >= queueLimit))
                 continue;
-            m_free = std::max(m_free, now) + nanoseconds(m_isSlow ? count * nanosecondsPerByte : 0);
-            m_queue.push_back({m_isSlow ? m_free + delay : now, {buffer.data(), buffer.data() + count}});
+            m_free = std::max(m_free, now) + nanoseconds(m_quality ? count * nanosecondsPerByte : 0);
+            m_queue.push_back(
+                {m_quality ? m_free + m_quality->delay : now, {buffer.data(), buffer.data() + count}});
         }
     }
 
@@ -111,7 +121,7 @@ private:
 
     int m_from;
     int m_to;
-    bool m_isSlow;
+    const Quality *m_quality;
     std::deque<Packet> m_queue;
     Time m_free;
     std::mt19937 m_engine{1};
@@ -140,8 +150,10 @@ void carry(Direction &fromServer, Direction &toServer, pid_t server)
 
 int main(int argc, char *argv[])
 {
-    if (argc < 2) {
-        std::fputs("usage: quillmarsh-bench-link COMMAND [ARGUMENT...]\n", stderr);
+    const bool isClean = argc > 1 && std::strcmp(argv[1], "--clean") == 0;
+    char **command = argv + (isClean ? 2 : 1);
+    if (*command == nullptr) {
+        std::fputs("usage: quillmarsh-bench-link [--clean] COMMAND [ARGUMENT...]\n", stderr);
         return 1;
     }
     const int here = openTun("benchnear");
@@ -156,12 +168,12 @@ int main(int argc, char *argv[])
         fail("fork");
     if (server == 0) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
-        execvp(argv[1], argv + 1);
-        fail(argv[1]);
+        execvp(command[0], command);
+        fail(command[0]);
     }
     std::signal(SIGTERM, [](int) { isEnding = 1; });
-    Direction fromServer(there, here, true);
-    Direction toServer(here, there, false);
+    Direction fromServer(there, here, isClean ? &clean : &lossy);
+    Direction toServer(here, there, nullptr);
     carry(fromServer, toServer, server);
     kill(server, SIGTERM);
     waitpid(server, nullptr, 0);

@@ -1,8 +1,8 @@
-#include "app/FirmwareServer.h"
-#include "app/MainWindowLook.h"
 #include "app/bringToForeground.h"
+#include "app/window/MainWindowLook.h"
 #include "support/Diagnostics.h"
 #include "support/ShutdownFlag.h"
+#include "update/FirmwareServerAddress.h"
 #include "widgets/BackgroundWidget.h"
 
 #include <QApplication>
@@ -18,7 +18,7 @@
 #include <thread>
 
 // Nothing is fetched here.
-QString firmwareServer()
+QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");
 }
@@ -78,7 +78,7 @@ void flood(bringToForeground *window)
 int main(int argc, char *argv[])
 {
     Diagnostics::install();
-    MainWindowLook::prepareToolkit();
+    MainWindowLook::prepareQt();
     const QApplication application(argc, argv);
     MainWindowLook::applyProgramFont(false);
     BackgroundWidget background(false);

@@ -1,4 +1,4 @@
-#include "benchmarks/measured/QuietReporter.h"
+#include "support/QuietReporter.h"
 
 #include "devices/ConnectionMonitor.h"
 #include "support/Diagnostics.h"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user,
 # removes it, and prints what is left: nothing but the user's own files. Needs root.
-# Usage: scripts/linux/check-package.sh PACKAGE RIG_BUILD [BASE]
-# RIG_BUILD is a build folder with the rig; BASE a minimal system to copy instead of fetching one.
+# Usage: scripts/linux/check-package.sh PACKAGE HARNESS_BUILD [BASE]
+# HARNESS_BUILD is a build folder with the test harness; BASE a minimal system to copy instead of fetching one.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -13,19 +13,19 @@ home=/home/tester
 # What is mounted here is seen by nobody else and goes with the processes, so that the folders can
 # be removed afterwards; the network is but loopback.
 if [ "${1-}" = --inside ]; then
-    root=$2 stage=$3 rig=$4
+    root=$2 stage=$3 harness=$4
     mount -t proc proc "$root/proc"
     mkdir -p "$root$stage"
     mount --bind "$stage" "$root$stage"
     nginx -p "$stage/nginx" -c nginx.conf -e error.log
-    TMPDIR=$stage QUILLMARSH_BENCH_BUILD=$rig "$rig/bin/quillmarsh-installed-update" \
+    TMPDIR=$stage QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" \
         --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
         -- chroot "--userspec=$user:$user" "$root" /usr/bin/quillmarsh && exit
     tail -n 30 "$stage/stderr" "$root$home/.local/share/quillmarsh/UPDLog.txt"
     exit 1
 fi
 
-package=$(realpath "$1") rig=$(realpath "$2") base=${3-}
+package=$(realpath "$1") harness=$(realpath "$2") base=${3-}
 scripts/install-dependencies.sh debootstrap
 work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
 trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
@@ -59,14 +59,14 @@ in_root apt-get satisfy -q -y --no-install-recommends "$(dpkg-deb -f "$package" 
 step 'A user, a firmware server, and the maker'\''s flasher'
 in_root apt-get install -q -y --no-install-recommends umockdev >>"$work/log" 2>&1
 in_root useradd --uid "$user" --user-group --create-home --home-dir "$home" tester
-scripts/release-server.sh "$stage" "$model"
+scripts/prepare-release-server.sh "$stage" "$model"
 cp "$stage/authority.crt" "$root/usr/local/share/ca-certificates/"
 in_root update-ca-certificates >>"$work/log" 2>&1
 echo "127.0.0.1 $(cat "$stage/host")" >>"$root/etc/hosts"
 mkdir -p "$stage/tools" "$root/usr/local/lib/quillmarsh"
-cp "$rig/bin/quillmarsh-standin" "$stage/tools/upgcmd.exe"
+cp "$harness/bin/quillmarsh-standin" "$stage/tools/upgcmd.exe"
 ln -s "$stage/tools/upgcmd.exe" "$root/usr/local/lib/quillmarsh/upgcmd.exe"
-cp -r "$rig/plugins" "$stage/"
+cp -r "$harness/plugins" "$stage/"
 chown -R "$user:$user" "$stage"
 
 listing >"$work/before"
@@ -74,7 +74,7 @@ step 'Installation'
 in_root dpkg -i /tmp/quillmarsh.deb
 step 'Update'
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -c 'ip link set lo up && exec "$@"' sh \
-    "$0" --inside "$root" "$stage" "$rig"
+    "$0" --inside "$root" "$stage" "$harness"
 grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
 step 'Removal'
 in_root dpkg --purge quillmarsh

@@ -23,9 +23,11 @@ rm -rf "$packages/_CPack_Packages"
 version=$(dpkg-parsechangelog -l "$sources/changelog" -S Version)
 package=$packages/quillmarsh_${version}_$(dpkg --print-architecture).deb
 [ -f "$package" ] || { echo "The changelog's version is $version, the project's is another." >&2; exit 1; }
-for text in quillmarsh.1 example.quillmarsh.quillmarsh.metainfo.xml; do
+for text in quillmarsh.1 quillmarsh-cli.1 example.quillmarsh.quillmarsh.metainfo.xml; do
     grep -qF "$version" "$sources/$text" || { echo "$sources/$text does not name $version." >&2; exit 1; }
 done
 lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error,warning "$package"
-scripts/check-release.sh build/package/bin/quillmarsh build/package
+for program in quillmarsh quillmarsh-cli; do
+    scripts/check-server-address.sh "build/package/bin/$program" build/package
+done
 echo "$package"

@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
-# Puts a Windows program and all that it needs into one folder.
-# Usage: scripts/windows/assemble.sh EXECUTABLE LIBRARIES FOLDER
+# Puts Windows programs and all that they need into one folder.
+# Usage: scripts/windows/assemble.sh EXECUTABLE LIBRARIES FOLDER [EXECUTABLE...]
 set -euo pipefail
 executable=$1 libraries=$2 folder=$3
+shift 3
 project=$(cd "$(dirname "$0")/../.." && pwd)
 
 triplet=x86_64-w64-mingw32
 sources=("$libraries/bin" "$(dirname "$($triplet-g++-posix -print-file-name=libstdc++-6.dll)")" "/usr/$triplet/lib")
 
+[ ! -e "$folder/lib" ] || { echo "$folder is no folder that this script has made." >&2; exit 1; }
 rm -rf "$folder"
 mkdir -p "$folder"/{platforms,styles,qmake}
-cp "$executable" "$folder/"
+cp "$executable" "$@" "$folder/"
 # What the toolkit loads by name: the window system and the look of the controls.
 cp "$libraries/plugins/platforms/qwindows.dll" "$folder/platforms/"
 cp "$libraries/plugins/styles/qwindowsvistastyle.dll" "$folder/styles/"

@@ -8,8 +8,7 @@ cd "$(dirname "$0")/../.."
 step() { printf '\n== %s (after %s s)\n' "$*" "$SECONDS"; }
 
 step 'Tools'
-scripts/install-dependencies.sh g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev googletest dpkg-dev \
-    bzip2 patch perl xz-utils
+scripts/windows/install-tools.sh
 
 step 'Libraries'
 QUILLMARSH_WINDOWS_ROOT=$(scripts/windows/libraries.sh)
@@ -23,15 +22,16 @@ for build in build/mingw build/mingw-release; do
     fi
 done
 
-step 'Program and tests, against the rig'
+step 'Program and tests'
 cmake --preset mingw
 cmake --build --preset mingw
 
 step 'Program, as it is shipped'
 cmake --preset mingw-release
-cmake --build --preset mingw-release --target quillmarsh
-scripts/check-release.sh build/mingw-release/bin/quillmarsh.exe
+cmake --build --preset mingw-release --target quillmarsh quillmarsh-driver
+scripts/check-server-address.sh build/mingw-release/bin/quillmarsh.exe
 
 step 'The folder for Windows'
-scripts/windows/assemble.sh build/mingw-release/bin/quillmarsh.exe "$QUILLMARSH_WINDOWS_ROOT" build/windows/quillmarsh
+scripts/windows/assemble.sh build/mingw-release/bin/quillmarsh.exe "$QUILLMARSH_WINDOWS_ROOT" \
+    build/windows/quillmarsh build/mingw-release/bin/quillmarsh-driver.exe
 step 'Done'

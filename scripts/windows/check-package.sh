@@ -2,11 +2,11 @@
 # Tries the Windows packages in a fresh Windows of Wine's: unpacks the archive, runs the installer, updates a
 # simulated device with either, removes them, and prints what is left in files and registry: nothing, or
 # logs and settings. Needs root, and the archive beside the installer.
-# Usage: scripts/windows/check-package.sh SETUP RIG_BUILD WINDOWS_BUILD
-# RIG_BUILD is a build folder with the rig, WINDOWS_BUILD one of the preset mingw.
+# Usage: scripts/windows/check-package.sh SETUP HARNESS_BUILD WINDOWS_BUILD
+# HARNESS_BUILD is a build folder with the test harness, WINDOWS_BUILD one of the preset mingw.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-setup=$(realpath "$1") rig=$(realpath "$2") windows=$(realpath "$3")
+setup=$(realpath "$1") harness=$(realpath "$2") windows=$(realpath "$3")
 archive=${setup%-setup.exe}.zip
 model=DevMaa
 
@@ -15,9 +15,9 @@ if [ -z "${QUILLMARSH_CHECK_STAGE-}" ]; then
     stage=$(mktemp -d --tmpdir quillmarsh-windows-check.XXXXXX)
     trap 'rm -rf "$stage"' EXIT
     scripts/install-dependencies.sh unzip
-    scripts/release-server.sh "$stage" "$model"
+    scripts/prepare-release-server.sh "$stage" "$model"
     QUILLMARSH_CHECK_STAGE=$stage unshare --mount --net --pid --fork --kill-child --mount-proc \
-        scripts/windows/check-package.sh "$setup" "$rig" "$windows"
+        scripts/windows/check-package.sh "$setup" "$harness" "$windows"
     exit
 fi
 stage=$QUILLMARSH_CHECK_STAGE
@@ -29,7 +29,7 @@ if [ -z "${WINEPREFIX-}" ]; then
     cat /etc/ssl/certs/ca-certificates.crt "$stage/authority.crt" >"$stage/authorities"
     mount --bind "$stage/authorities" /etc/ssl/certs/ca-certificates.crt
     nginx -p "$stage/nginx" -c nginx.conf -e error.log
-    exec scripts/windows/in-prefix.sh "$PWD/scripts/windows/check-package.sh" "$setup" "$rig" "$windows"
+    exec scripts/windows/in-prefix.sh "$PWD/scripts/windows/check-package.sh" "$setup" "$harness" "$windows"
 fi
 
 work=$(mktemp -d)
@@ -75,8 +75,8 @@ update_with() {
     cp "$windows/bin/quillmarsh-standin.exe" "$1/upgcmd.exe"
     : >"$stage/nginx/access.log"
     rm -f "$stage/probe-port" "$stage/burned.img"
-    QUILLMARSH_BENCH_BUILD=$rig "$rig/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
-        --stage "$stage" --listed-controller "$rig/bin/quillmarsh-sim-bus-listed" -- \
+    QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
+        --stage "$stage" --listed-controller "$harness/bin/quillmarsh-sim-bus-listed" -- \
         wine "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
     grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
     cp "$work"/real/* "$1/"
@@ -84,7 +84,7 @@ update_with() {
 }
 # The driver belongs to the device, and the program has installed it: as administrator, as everybody is here.
 without_driver() { grep -vE '[\/]libusbK(\.sys|[]])$' || true; }
-install() { wine "$setup" /S; }
+install() { wine "$setup" /S "$@"; }
 remove() {
     wine "$installed/uninstall.exe" /S
     # It goes on as a copy of itself.
@@ -119,6 +119,10 @@ for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
 done
 install
 for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
+    [ ! -e "$installed/$tool" ] || fail "$tool was taken from beside the installer without a word"
+done
+install /TOOLS
+for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
     cmp -s "$work/$tool" "$installed/$tool" || fail "$tool was not taken from beside the installer"
 done
 echo log >"$installed/UPDLog.txt"
@@ -128,7 +132,17 @@ echo sum >"$installed/Artinchip_SoC.cat"
 echo '{ "devices": [] }' >"$installed/qmake/ControlDevList.json"
 install
 grep -q '"devices": \[\]' "$installed/qmake/ControlDevList.json" || fail "the user's control list was replaced"
+# The list of what was copied names no files but those that an installer copies.
+victims=("$installed/../victim.txt" "$installed/own.txt" "$installed/own.exe" "$WINEPREFIX/drive_c/victim.txt")
+for victim in "${victims[@]}"; do
+    echo victim >"$victim"
+done
+printf '%s\r\n' '..\victim.txt' 'own.txt' '*.exe' 'amd64\..\own.txt' 'C:\victim.txt' >>"$installed/copied-tools.txt"
 remove
+for victim in "${victims[@]}"; do
+    [ -e "$victim" ] || fail "the uninstaller removed $victim"
+    rm "$victim"
+done
 left_since "$work/before" | tee "$work/left"
 folder=./${installed#"$WINEPREFIX/"}
 expected="> $folder
@@ -140,27 +154,82 @@ expected="> $folder
 echo "Left are the logs and the user's own control list."
 rm -r "$installed"
 
-step 'Installed by hand: only where the driver package is does the last page offer the start as administrator'
+step 'Installed by hand: what lies beside the installer is shown, and used only when the user agrees'
 # Wine sometimes takes a minute for a start.
 hand() {
     wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 180 && return
     cat "$work/by-hand"
     wine tasklist || true
-    fail 'the installer has no such button'
+    fail "the installer has no such button, or it is in another state: $*"
 }
-install_by_hand() { # LAST_QUESTION
+driver='Install the devices'\'' USB driver (Windows asks for an administrator)'
+begin_by_hand() {
     (cd "$work" && WINEDEBUG=err+all exec wine "$setup") >"$work/by-hand" 2>&1 &
-    hand press Install
-    hand wait "$1"
-    hand press "$1"
+}
+end_by_hand() {
+    hand ticked 'Run Quillmarsh'
+    hand press 'Run Quillmarsh'
+    hand unticked 'Run Quillmarsh'
     hand press Finish
     wait
 }
-install_by_hand 'Start Quillmarsh as administrator now, so that it can install the devices'\'' USB driver'
+begin_by_hand
+hand press 'Next >'
+hand unticked 'Use these files'
+hand press Install
+hand absent "$driver"
+end_by_hand
+for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
+    [ ! -e "$installed/$tool" ] || fail "$tool was taken although the user did not agree"
+done
 remove
+left_since "$work/before" | tee "$work/left"
+[ ! -s "$work/left" ] || fail 'something is left'
+
+step 'The same with agreement: the driver is offered, and not installed'
+begin_by_hand
+hand press 'Next >'
+hand press 'Use these files'
+hand press Install
+hand unticked "$driver"
+end_by_hand
+for tool in upgcmd.exe Artinchip_SoC.inf amd64/libusbK.sys; do
+    cmp -s "$work/$tool" "$installed/$tool" || fail "$tool was not taken from beside the installer"
+done
+remove
+left_since "$work/before" | tee "$work/left"
+[ ! -s "$work/left" ] || fail 'something is left'
+
+step 'The driver step: it asks again, and installs from a folder of its own'
+protected="$WINEPREFIX/drive_c/Program Files/Quillmarsh driver"
+(cd "$work" && WINEDEBUG=err+all exec wine "$setup" /DRIVER) >"$work/by-hand" 2>&1 &
+hand unticked 'Install the driver from these files'
+hand disabled Install
+cmp -s "$work/amd64/libusbK.sys" "$protected/amd64/libusbK.sys" || fail 'the driver is not in its own folder'
+[ ! -e "$protected/upgcmd.exe" ] || fail 'what is no part of the driver was taken'
+# From here on it does not matter what lies beside the installer.
+echo exchanged >"$work/amd64/libusbK.sys"
+hand press 'Install the driver from these files'
+hand press Install
+hand press 'Next >'
+wait
+[ "$(cat "$WINEPREFIX/drive_c/windows/system32/drivers/libusbK.sys")" = amd64/libusbK.sys ] ||
+    fail 'another driver was installed than the one that was agreed to'
+left_since "$work/before" | tee "$work/left"
+if without_driver <"$work/left" | grep .; then
+    fail 'the lines above should not be there'
+fi
+echo "Left are the driver and its service."
+rm "$WINEPREFIX/drive_c/windows/system32/drivers/libusbK.sys"
+wine reg delete 'HKLM\System\CurrentControlSet\Services\libusbK' /f
 rm "$work"/upgcmd.exe "$work"/Artinchip_SoC.inf
 mv "$work"/amd64/libusbK.sys "$work/"
-install_by_hand 'Run Quillmarsh'
+
+step 'Installed by hand with nothing beside the installer: nothing is asked'
+begin_by_hand
+hand press Install
+hand absent "$driver"
+end_by_hand
 remove
 left_since "$work/before" | tee "$work/left"
 [ ! -s "$work/left" ] || fail 'something is left'
@@ -195,7 +264,7 @@ rm -r "$installed"
 
 step 'The same with the driver beside the installer'
 cp "$work/libusbK.sys" "$work/amd64/"
-install
+install /TOOLS
 update_with "$installed"
 remove
 left_since "$work/before" | tee "$work/left"

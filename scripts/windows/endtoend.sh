@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Passes the end-to-end tests on the real Windows program, under Wine, on the simulated bus. The tests
+# Runs the end-to-end tests on the real Windows program, under Wine, on the simulated bus. The tests
 # themselves are programs of this system. Arguments go to ctest.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -7,13 +7,13 @@ cd "$(dirname "$0")/../.."
 step() { printf '\n== %s (after %s s)\n' "$*" "$SECONDS"; }
 
 step 'Tools'
-scripts/install-dependencies.sh wine wine64 locales g++-mingw-w64-x86-64-posix
+scripts/windows/install-tools.sh
 [ -e build/mingw/beside.made ] || scripts/windows/build.sh
 
 # A build folder of its own: the other one's tests are compared with those of the Windows build.
 step 'Tests'
 cmake --preset test -B build/wine -DQUILLMARSH_WINE_TESTS="$PWD/build/mingw"
-cmake --build build/wine --target windows_endtoend_tests windows_library_tests
+cmake --build build/wine --target windows_endtoend_tests windows_library_tests quillmarsh-demo
 ctest --test-dir build/wine --label-regex '^wine$' --output-on-failure --no-tests=error \
     --parallel "$(nproc)" "$@"
 step 'Done'

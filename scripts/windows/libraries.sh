@@ -14,6 +14,8 @@ say() { printf '%s\n' "$*" >&2; }
 # recipe_NAME builds one library: run in an empty folder that goes away, it leaves what is to be kept below
 # $out, laid out as bin, include, lib. A changed recipe is a new folder in the cache.
 recipe_qt() {
+    # The folder that is kept is cache enough; precompiled headers and the compiler cache cost each other time.
+    export CCACHE_DISABLE=1
     unpack qtbase-opensource-src
     # The names of two system libraries are spelled as only a file system without letter case finds them.
     sed -i 's/-lCrypt32/-lcrypt32/g; s/-lSecur32/-lsecur32/g' source/src/network/ssl/ssl.pri
@@ -21,8 +23,9 @@ recipe_qt() {
     ../source/configure -opensource -confirm-license -prefix "$out" -xplatform win32-g++ \
         -device-option CROSS_COMPILE=$host- -release -shared -no-opengl -schannel -no-openssl \
         -qt-zlib -qt-pcre -qt-libpng -qt-freetype -qt-harfbuzz -no-libjpeg -no-dbus -no-icu \
-        -no-feature-sql -no-feature-tabletevent -no-feature-direct2d \
-        -nomake examples -nomake tests -nomake tools -no-pch
+        -no-feature-sql -no-feature-tabletevent -no-feature-direct2d -no-feature-printer \
+        -no-feature-graphicsview -no-feature-statemachine -no-feature-wizard -no-feature-mdiarea \
+        -nomake examples -nomake tests -nomake tools -pch
     make -j"$(nproc)"
     make install
 }

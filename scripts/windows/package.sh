@@ -14,7 +14,7 @@ program=${1:-build/windows/quillmarsh}
 [ -f "$program/quillmarsh.exe" ] || { echo "There is no $program/quillmarsh.exe: run scripts/windows/build.sh." >&2; exit 1; }
 scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
     libusb-1.0-0 libhidapi-hidraw0
-scripts/check-release.sh "$program/quillmarsh.exe"
+scripts/check-server-address.sh "$program/quillmarsh.exe"
 
 version=$(sed -nE 's/^project\(.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
 name=quillmarsh-$version-windows-x64
@@ -68,7 +68,28 @@ windows_path() { printf '%s\n' "${1//\//\\}"; }
         echo "RMDir \"\$INSTDIR\\$(windows_path "$inner")\""
     done < <(LC_ALL=C sort -r <<<"$folders")
 } >"$work/uninstall.nsh"
-makensis -V2 -WX "-DVERSION=$version" "-DLISTS=$PWD/$work" \
+# What the driver step unpacks: what installs the driver, the libraries that it names, and the driver package
+# where that is packed.
+driver_files=$(cd "$folder" && {
+    pending=(quillmarsh-driver.exe)
+    while [ "${#pending[@]}" -gt 0 ]; do
+        printf '%s\n' "${pending[@]}"
+        mapfile -t named < <(x86_64-w64-mingw32-objdump -p "${pending[@]}" | sed -n 's/^\tDLL Name: //p' | sort -u)
+        pending=()
+        for name in "${named[@]}"; do
+            [ ! -e "$name" ] || pending+=("$name")
+        done
+    done
+    for file in dpscat.exe Artinchip_SoC.inf amd64/*; do
+        [ ! -f "$file" ] || printf '%s\n' "$file"
+    done
+} | LC_ALL=C sort -u)
+while IFS= read -r file; do
+    echo "File \"/oname=\${DRIVER_FOLDER}\\$(windows_path "$file")\" \"$PWD/$folder/$file\""
+done <<<"$driver_files" >"$work/driver.nsh"
+has_driver=()
+[ ! -e "$folder/Artinchip_SoC.inf" ] || has_driver=(-DHAS_DRIVER)
+makensis -V2 -WX "${has_driver[@]}" "-DVERSION=$version" "-DLISTS=$PWD/$work" \
     "-DICON=$PWD/resources/images/quillmarsh.ico" "-DPICTURE=$PWD/packaging/windows/finish.bmp" \
     "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
     packaging/windows/quillmarsh.nsi

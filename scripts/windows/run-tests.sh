@@ -6,10 +6,12 @@ shift
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# "NUMBER PROGRAM/TEST" of each test of a preset.
+# "NUMBER PROGRAM/TEST" of each test of a preset; the program is "script" where it is one.
 tests_of() {
     ctest --preset "$1" --show-only --verbose | sed -nE '
         s/^[0-9]+: Test command: .*\/tests\/([A-Za-z0-9_-]+)(\.exe)?"?( .*)?$/\1/
+        t hold
+        s/^[0-9]+: Test command: .*/script/
         t hold
         s/^ *Test +#([0-9]+): (.*)$/\1 \2/
         T

@@ -9,7 +9,7 @@ exclusions=tests/windows-exclusions.txt
 step() { printf '\n== %s (after %s s)\n' "$*" "$SECONDS"; }
 
 step 'Tools'
-scripts/install-dependencies.sh wine wine64 g++-mingw-w64-x86-64-posix
+scripts/windows/install-tools.sh
 [ -e build/mingw/CMakeCache.txt ] || scripts/windows/build.sh
 # For the names that the tests have there.
 cmake --preset test >build/linux-names.log 2>&1 || { cat build/linux-names.log; exit 1; }

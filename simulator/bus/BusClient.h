@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/bus/JsonLineClient.h"
+#include "simulator/jsonlines/JsonLineClient.h"
 
 #include <QString>
 

@@ -1,9 +1,10 @@
 #include "simulator/bus/BusController.h"
 
+#include "simulator/jsonlines/JsonLine.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
-#include <QJsonDocument>
 
 #include <cstdio>
 
@@ -48,7 +49,7 @@ int BusController::serve(const BusDescription &description, BusPresenter &presen
 
     environment.insert(QStringLiteral("QUILLMARSH_SIM_BUS"), QStringLiteral("127.0.0.1:%1").arg(port));
     const QJsonObject ready{{QStringLiteral("port"), port}, {QStringLiteral("environment"), environment}};
-    printf("%s\n", QJsonDocument(ready).toJson(QJsonDocument::Compact).constData());
+    fputs(JsonLine::write(ready).constData(), stdout);
     fflush(stdout);
     return QCoreApplication::exec();
 }

@@ -1,15 +1,10 @@
 #pragma once
 
 #include "simulator/bus/SimulatedBus.h"
+#include "simulator/jsonlines/JsonLineServer.h"
 
-#include <QHash>
-#include <QJsonObject>
-#include <QTcpServer>
-
-class QTcpSocket;
-
-/// Serves a simulated bus to any number of connections on the loopback interface: one JSON object
-/// per line each way, see README.md.
+/// Serves a simulated bus to any number of connections on the loopback interface. README.md of the simulator
+/// describes the requests.
 class BusServer
 {
 public:
@@ -22,18 +17,11 @@ public:
     void setFurtherOperations(FurtherOperations further) { m_further = std::move(further); }
 
     /// Takes a port that the system chooses; 0 when there is none.
-    quint16 listen();
+    quint16 listen() { return m_server.listen(); }
 
 private:
-    /// Raw bytes that a connection announced, and the request they belong to.
-    struct Pending
-    {
-        QJsonObject request;
-        qint64 size = 0;
-    };
-
-    void read(QTcpSocket *socket);
-    void answer(QTcpSocket *socket, const QJsonObject &request, const QByteArray &payload);
+    /// The size of the image that follows a request to burn or program one.
+    static std::optional<qint64> imageSize(const QJsonObject &request);
     QJsonObject perform(const QJsonObject &request, const QByteArray &payload);
     QJsonObject performOnDevice(const QString &operation, const QJsonObject &request,
                                 const QByteArray &payload);
@@ -42,6 +30,5 @@ private:
     SimulatedBus &m_bus;
     std::function<void()> m_quit;
     FurtherOperations m_further;
-    QHash<QTcpSocket *, Pending> m_pending;
-    QTcpServer m_server;
+    JsonLineServer m_server;
 };

@@ -2,6 +2,7 @@
 
 #include "simulator/bus/UsbRecords.h"
 #include "simulator/bus/WindowsHidPath.h"
+#include "simulator/jsonlines/Answer.h"
 
 #include <QJsonArray>
 
@@ -24,27 +25,16 @@ BusPresenter::Device rootHub()
     return hub;
 }
 
-QJsonObject success(QJsonObject fields = {})
-{
-    fields.insert(QStringLiteral("ok"), true);
-    return fields;
-}
-
-QJsonObject failure(const char *error)
-{
-    return {{QStringLiteral("ok"), false}, {QStringLiteral("error"), QLatin1String(error)}};
-}
-
 /// The failure in a word of its own: error numbers differ between systems.
-const char *nameOf(int errorNumber)
+QString nameOf(int errorNumber)
 {
     switch (errorNumber) {
     case EPIPE:
-        return "refused";
+        return QStringLiteral("refused");
     case EIO:
-        return "broken";
+        return QStringLiteral("broken");
     default:
-        return "gone";
+        return QStringLiteral("gone");
     }
 }
 
@@ -92,9 +82,10 @@ std::optional<QJsonObject> ListedBus::perform(const QJsonObject &request)
         return write(handle,
                      QByteArray::fromHex(request.value(QLatin1String("report")).toString().toLatin1()));
     if (operation == QLatin1String("hidClose"))
-        return m_opened.remove(handle) > 0 ? success() : failure("no such handle");
+        return m_opened.remove(handle) > 0 ? Answer::success()
+                                           : Answer::failure(QStringLiteral("no such handle"));
     if (operation == QLatin1String("hidOpened"))
-        return success({{QStringLiteral("count"), m_opened.size()}});
+        return Answer::success({{QStringLiteral("count"), m_opened.size()}});
     return std::nullopt;
 }
 
@@ -115,7 +106,7 @@ QJsonObject ListedBus::usbDevices() const
         devices.append(deviceDescriptor(m_shown[id].device));
     if (m_rootHub)
         devices.append(deviceDescriptor(rootHub()));
-    return success({{QStringLiteral("devices"), devices}});
+    return Answer::success({{QStringLiteral("devices"), devices}});
 }
 
 QJsonObject ListedBus::hidInterfaces() const
@@ -130,7 +121,7 @@ QJsonObject ListedBus::hidInterfaces() const
                 interfaces.append(hidInterface(device, node, collection));
         }
     }
-    return success({{QStringLiteral("interfaces"), interfaces}});
+    return Answer::success({{QStringLiteral("interfaces"), interfaces}});
 }
 
 QJsonObject ListedBus::open(const QByteArray &path)
@@ -145,24 +136,24 @@ QJsonObject ListedBus::open(const QByteArray &path)
                     described.pathless)
                     continue;
                 if (!described.openable)
-                    return failure("denied");
+                    return Answer::failure(QStringLiteral("denied"));
                 m_opened.insert(++m_lastHandle, {shown.key(), node, shown->appearance});
-                return success({{QStringLiteral("handle"), m_lastHandle}});
+                return Answer::success({{QStringLiteral("handle"), m_lastHandle}});
             }
         }
     }
-    return failure("gone");
+    return Answer::failure(QStringLiteral("gone"));
 }
 
 QJsonObject ListedBus::write(int handle, const QByteArray &report) const
 {
     const auto opened = m_opened.find(handle);
     if (opened == m_opened.end())
-        return failure("no such handle");
+        return Answer::failure(QStringLiteral("no such handle"));
     const auto shown = m_shown.find(opened->device);
     if (shown == m_shown.end() || shown->appearance != opened->appearance || !m_handler)
-        return failure("gone");
+        return Answer::failure(QStringLiteral("gone"));
     const WriteAnswer answer = m_handler(opened->device, opened->node, report);
-    return answer.count < 0 ? failure(nameOf(answer.errorNumber))
-                            : success({{QStringLiteral("count"), answer.count}});
+    return answer.count < 0 ? Answer::failure(nameOf(answer.errorNumber))
+                            : Answer::success({{QStringLiteral("count"), answer.count}});
 }

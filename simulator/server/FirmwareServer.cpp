@@ -69,6 +69,12 @@ QList<ServerRequest> FirmwareServer::requests() const
     return copy;
 }
 
+qint64 FirmwareServer::sentBytes() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_sentBytes;
+}
+
 int FirmwareServer::openConnections() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -91,6 +97,12 @@ void FirmwareServer::accept()
             socket->deleteLater();
             continue;
         }
+        // The system would make it larger and larger, and hide how much the client has taken.
+        socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 64 * 1024);
+        QObject::connect(socket, &QTcpSocket::bytesWritten, m_context, [this](qint64 bytes) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_sentBytes += bytes;
+        });
         auto *connection = new ServerConnection(
             socket, [this](const ServerRequest &request) { return answer(request); }, m_context);
         QObject::connect(connection, &QObject::destroyed, m_context, [this] {

@@ -36,6 +36,9 @@ public:
 
     /// Every request so far, in the order of arrival.
     QList<ServerRequest> requests() const;
+    /// Bytes of all answers, heads included, that were handed to the system so far. It takes 64 KiB of each
+    /// connection, or what it makes of that, ahead of the client's own system.
+    qint64 sentBytes() const;
     /// Connections that are open now.
     int openConnections() const;
 
@@ -55,4 +58,5 @@ private:
     QList<ServerFault> m_faults;
     QList<ServerRequest> m_requests;
     int m_openConnections = 0;
+    qint64 m_sentBytes = 0;
 };

@@ -1,6 +1,7 @@
 // The firmware server as a program of its own, for a demo and for tests of the whole product.
 
 #include "simulator/lifetime/EndOnRequest.h"
+#include "simulator/server/FirmwareAddress.h"
 #include "simulator/server/FirmwareServer.h"
 #include "simulator/standin/ByteStreams.h"
 
@@ -27,7 +28,7 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     const QCommandLineOption portOption(QStringLiteral("port"),
                                         QStringLiteral("Port; 0 lets the system choose."),
-                                        QStringLiteral("N"), QStringLiteral("18099"));
+                                        QStringLiteral("N"), QString::number(FirmwareAddress::port()));
     const QCommandLineOption rootOption(QStringLiteral("root"), QStringLiteral("Folder to serve."),
                                         QStringLiteral("DIR"), QStringLiteral("."));
     const QCommandLineOption faultOption(QStringLiteral("fault"),

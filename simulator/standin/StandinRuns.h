@@ -22,8 +22,7 @@ namespace StandinRuns {
 
 /// `tool` is the path of the stand-in's executable. In order of their starts; empty without a record.
 QVector<StandinRun> read(const QString &tool);
-/// Notes a start and returns the run's number, counted from 0. -1 when the record cannot be written.
-int appendStart(const QString &tool, const QStringList &arguments);
-void appendEnd(const QString &tool, int run, int exitCode);
+/// Where that record is.
+QString recordOf(const QString &tool);
 
 } // namespace StandinRuns

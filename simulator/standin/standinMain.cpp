@@ -1,53 +1,76 @@
+// Plays a tool that the program starts: an honest one, or one that follows the script beside it. It depends
+// neither on Qt nor, on Windows, on the compiler's libraries, so that it starts fast and runs from any
+// folder.
 #include "simulator/standin/ByteStreams.h"
-#include "simulator/standin/StandinRuns.h"
-#include "simulator/standin/StandinTool.h"
-
-#include <QCoreApplication>
-#include <QFile>
-#include <QJsonDocument>
+#include "simulator/standin/DeviceTool.h"
+#include "simulator/standin/RunRecord.h"
+#include "simulator/standin/ScriptPlayer.h"
+#include "simulator/standin/StandinSystem.h"
+#include "simulator/standin/ToolOutput.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <optional>
 
 namespace {
 
-/// The runs that the script has for these arguments: those beside the name of the first argument
-/// where there are such, else those of the whole script.
-QJsonArray scriptedRuns(const QJsonObject &script, const QString &firstArgument, bool &ownSection)
+using Json = nlohmann::json;
+
+constexpr int noRecord = 97;
+constexpr int unusableScript = 98;
+
+/// The tool's script; null when there is none, discarded when it cannot be read.
+Json readScript(std::filesystem::path tool)
 {
-    ownSection = script.value(firstArgument).isObject();
-    const QJsonObject section = ownSection ? script.value(firstArgument).toObject() : script;
-    return section.value(QLatin1String("runs")).toArray();
+    std::ifstream file(tool += ".script.json", std::ios::binary);
+    return file ? Json::parse(file, nullptr, false) : Json();
 }
 
-int play(const QString &tool, const QStringList &arguments, int run)
+const Json &runsIn(const Json &section)
 {
-    StandinTool standin(arguments);
-    QFile file(tool + QStringLiteral(".script.json"));
-    if (!file.exists())
-        return standin.playHonestTool();
-    if (!file.open(QIODevice::ReadOnly))
-        return 98;
-    QJsonParseError error{};
-    const QJsonObject script = QJsonDocument::fromJson(file.readAll(), &error).object();
-    bool ownSection = false;
-    const QJsonArray runs = scriptedRuns(script, arguments.value(0), ownSection);
-    if (runs.isEmpty()) {
-        // An unusable script must not pass for an honest tool, but a section may be for others only.
-        if (error.error == QJsonParseError::NoError && !script.contains(QLatin1String("runs")))
-            return standin.playHonestTool();
-        fprintf(stderr, "stand-in: its script holds no runs\n");
-        return 98;
+    static const Json none = Json::array();
+    const auto runs = section.find("runs");
+    return runs != section.end() && runs->is_array() ? *runs : none;
+}
+
+int play(const std::filesystem::path &self, const std::vector<std::string> &arguments,
+         const RunRecord &record)
+{
+    DeviceTool tool(arguments);
+    const Json script = readScript(self);
+    if (script.is_null())
+        return tool.play();
+    if (!script.is_object()) {
+        printTo(stderr, "stand-in: its script cannot be read\n");
+        return unusableScript;
     }
-    int index = run;
-    if (ownSection) {
-        const QVector<StandinRun> before = StandinRuns::read(tool).mid(0, run);
-        index = static_cast<int>(
-            std::count_if(before.begin(), before.end(), [&arguments](const StandinRun &earlier) {
-                return earlier.arguments.value(0) == arguments.value(0);
-            }));
+    const auto section = arguments.empty() ? script.end() : script.find(arguments.front());
+    const bool ownSection = section != script.end() && section->is_object();
+    const Json &runs = runsIn(ownSection ? *section : script);
+    if (!runs.empty()) {
+        const int earlier = ownSection ? record.earlierRunsLikeThis() : record.earlierRuns();
+        const auto last = static_cast<int>(runs.size()) - 1;
+        return ScriptPlayer(self, tool).play(runs[static_cast<std::size_t>(std::min(earlier, last))]);
     }
-    return standin.playSteps(runs.at(std::min(index, runs.size() - 1)).toArray());
+    // An unusable script must not pass for an honest tool, but a section may be for others only.
+    if (!script.contains("runs"))
+        return tool.play();
+    printTo(stderr, "stand-in: its script holds no runs\n");
+    return unusableScript;
+}
+
+int run(const std::vector<std::string> &arguments)
+{
+    const std::filesystem::path self = StandinSystem::ownPath();
+    RunRecord record(self);
+    if (!record.start(arguments)) {
+        printTo(stderr, "stand-in: cannot write its record\n");
+        return noRecord;
+    }
+    const int exitCode = play(self, arguments, record);
+    record.end(exitCode);
+    return exitCode;
 }
 
 } // namespace
@@ -55,15 +78,10 @@ int play(const QString &tool, const QStringList &arguments, int run)
 int main(int argc, char *argv[])
 {
     useByteStreams();
-    const QCoreApplication application(argc, argv);
-    const QString tool = QCoreApplication::applicationFilePath();
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
-    const int run = StandinRuns::appendStart(tool, arguments);
-    if (run < 0) {
-        fprintf(stderr, "stand-in: cannot write its record\n");
-        return 97;
+    try {
+        return run(StandinSystem::arguments(argc, argv));
+    } catch (const std::exception &error) {
+        printTo(stderr, std::string("stand-in: ") + error.what() + '\n');
+        return unusableScript;
     }
-    const int exitCode = play(tool, arguments, run);
-    StandinRuns::appendEnd(tool, run, exitCode);
-    return exitCode;
 }

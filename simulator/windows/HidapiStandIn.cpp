@@ -1,4 +1,4 @@
-#include "simulator/windows/BusConnection.h"
+#include "simulator/connection/BusConnection.h"
 #include "simulator/windows/Hex.h"
 
 #include <hidapi.h>

@@ -1,4 +1,4 @@
-#include "simulator/windows/BusConnection.h"
+#include "simulator/connection/BusConnection.h"
 #include "simulator/windows/Hex.h"
 
 #include <libusb.h>
@@ -14,6 +14,7 @@ struct libusb_device
 {
     std::atomic<int> references{1};
     libusb_device_descriptor descriptor{};
+    std::uint8_t port = 0;
 };
 
 namespace {
@@ -73,8 +74,10 @@ ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context * /*context*/, libusb_
         return LIBUSB_ERROR_IO;
     std::vector<libusb_device *> devices;
     for (const auto &descriptor : answer.at("devices")) {
-        if (libusb_device *device = deviceOf(descriptor.get<std::string>()))
+        if (libusb_device *device = deviceOf(descriptor.get<std::string>())) {
             devices.push_back(device);
+            device->port = static_cast<std::uint8_t>(devices.size());
+        }
     }
     *list = new libusb_device *[devices.size() + 1]();
     std::copy(devices.begin(), devices.end(), *list);
@@ -92,6 +95,19 @@ int LIBUSB_CALL libusb_get_device_descriptor(libusb_device *device, libusb_devic
 {
     *descriptor = device->descriptor;
     return LIBUSB_SUCCESS;
+}
+
+uint8_t LIBUSB_CALL libusb_get_bus_number(libusb_device * /*device*/)
+{
+    return 1;
+}
+
+int LIBUSB_CALL libusb_get_port_numbers(libusb_device *device, uint8_t *ports, int length)
+{
+    if (length < 1)
+        return LIBUSB_ERROR_OVERFLOW;
+    ports[0] = device->port;
+    return 1;
 }
 
 } // extern "C"

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@
 //
 //   wait TEXT SECONDS     until a button with this text can be pressed
 //   press TEXT SECONDS    the same, and presses it
+//   ticked TEXT SECONDS   until there is such a box, and it is ticked; "unticked" the other way round
+//   disabled TEXT SECONDS until there is such a button, and it cannot be pressed
+//   absent TEXT SECONDS   until there is no such button, but a button "Finish"
 //
 // Texts are compared without the marks of their keys. When the time is over it prints the texts of all
 // windows, and ends with 1.
@@ -64,41 +68,59 @@ std::vector<Control> visibleControls()
     return controls;
 }
 
-HWND pressableButton(const std::string &text)
+HWND buttonNamed(const std::string &text, bool enabled = true)
 {
     for (const Control &control : visibleControls()) {
-        if (control.text == text && isButton(control.window) && IsWindowEnabled(control.window))
+        if (control.text == text && isButton(control.window) &&
+            (IsWindowEnabled(control.window) != 0) == enabled)
             return control.window;
     }
     return nullptr;
 }
 
-HWND waitForButton(const std::string &text, int seconds)
+bool isTicked(HWND box)
+{
+    return SendMessageA(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+/// Whether what is waited for has come; presses the button where that is asked for.
+bool isDone(const std::string &verb, const std::string &text)
+{
+    if (verb == "absent")
+        return buttonNamed("Finish") && !buttonNamed(text) && !buttonNamed(text, false);
+    const HWND button = buttonNamed(text, verb != "disabled");
+    if (!button)
+        return false;
+    if (verb == "ticked" || verb == "unticked")
+        return isTicked(button) == (verb == "ticked");
+    if (verb == "press")
+        PostMessageA(button, BM_CLICK, 0, 0);
+    return true;
+}
+
+bool waitUntilDone(const std::string &verb, const std::string &text, int seconds)
 {
     for (int left = seconds * 10; left > 0; --left) {
-        if (HWND button = pressableButton(text))
-            return button;
+        if (isDone(verb, text))
+            return true;
         Sleep(100);
     }
-    return nullptr;
+    return false;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    if (argc != 4) {
-        std::fputs("usage: wait|press TEXT SECONDS\n", stderr);
+    const std::set<std::string> verbs{"wait", "press", "ticked", "unticked", "disabled", "absent"};
+    if (argc != 4 || verbs.count(argv[1]) == 0) {
+        std::fputs("usage: wait|press|ticked|unticked|disabled|absent TEXT SECONDS\n", stderr);
         return 2;
     }
-    const HWND button = waitForButton(argv[2], std::atoi(argv[3]));
-    if (!button) {
-        std::fprintf(stderr, "There is no button \"%s\", but:\n", argv[2]);
-        for (const Control &control : visibleControls())
-            std::fprintf(stderr, "  %s\n", control.text.c_str());
-        return 1;
-    }
-    if (std::strcmp(argv[1], "press") == 0)
-        PostMessageA(button, BM_CLICK, 0, 0);
-    return 0;
+    if (waitUntilDone(argv[1], argv[2], std::atoi(argv[3])))
+        return 0;
+    std::fprintf(stderr, "The button \"%s\" is not %s. There are:\n", argv[2], argv[1]);
+    for (const Control &control : visibleControls())
+        std::fprintf(stderr, "  %s\n", control.text.c_str());
+    return 1;
 }

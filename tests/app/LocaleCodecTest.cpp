@@ -1,9 +1,10 @@
 #include "tests/app/LocaleCodecTest.h"
 
+#include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareServer.h"
-#include "simulator/standin/StandinRuns.h"
 #include "support/LogFile.h"
 #include "support/ToolRun.h"
+#include "tests/support/ScriptedTools.h"
 #include "tests/support/TextOnDisk.h"
 
 #include <QEventLoop>
@@ -38,11 +39,9 @@ TEST_F(LocaleCodecTest, FilesWithChineseNamesAreFoundAndListed)
 TEST_F(LocaleCodecTest, AToolInAChineseFolderRunsWithChineseArguments)
 {
     const QString tool = file(QStringLiteral("烧 录.exe"));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(STANDIN), tool));
-    QFile script(tool + QStringLiteral(".script.json"));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write(R"({"runs":[[{"print":"烧录 done\n"},{"stderr":"错误\n"},{"exit":7}]]})");
-    script.close();
+    ScriptedTools::place(tool,
+                         ScriptedTools::scriptOf(ToolStep::print("烧录 done\n") +
+                                                 ToolStep::printError("错误\n") + ToolStep::exitWith(7)));
 
     const QStringList arguments{QStringLiteral("image"), file(QStringLiteral("映像 一.img"))};
     const ToolRun run = runToolToEnd(tool, arguments, 30000);
@@ -59,9 +58,7 @@ TEST_F(LocaleCodecTest, ALogFileInAChineseFolderIsUtf8)
 {
     const QString path = file(QStringLiteral("UPDLog.txt"));
     EXPECT_TRUE(LogFile::appendLine(path, QStringLiteral("解析 ok")));
-    QFile log(path);
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_EQ(log.readAll(), textOnDisk("解析 ok\n"));
+    EXPECT_EQ(WholeFile::read(path), textOnDisk("解析 ok\n"));
 }
 
 TEST_F(LocaleCodecTest, WhyAToolDidNotStartIsReadable)
@@ -82,10 +79,7 @@ TEST_F(LocaleCodecTest, AServerIsFoundByItsName)
 {
     FirmwareServer server(folder());
     ASSERT_TRUE(server.listen());
-    QFile image(file(QStringLiteral("image.bin")));
-    ASSERT_TRUE(image.open(QIODevice::WriteOnly));
-    image.write("bytes");
-    image.close();
+    ASSERT_TRUE(WholeFile::write(file(QStringLiteral("image.bin")), "bytes"));
     QUrl url = server.url(QStringLiteral("/image.bin"));
     url.setHost(QStringLiteral("localhost"));
     QNetworkAccessManager manager;

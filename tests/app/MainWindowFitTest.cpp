@@ -1,4 +1,4 @@
-#include "app/MainWindowTexts.h"
+#include "app/window/MainWindowTexts.h"
 #include "tests/app/MainWindowOnGround.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"

@@ -1,4 +1,4 @@
-#include "app/MainWindowTexts.h"
+#include "app/window/MainWindowTexts.h"
 #include "tests/app/MainWindowOnGround.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "widgets/CustomComboBox.h"
@@ -497,9 +497,9 @@ TEST(MainWindowLayoutTest, TheNoticesFallbacksAreTheChineseTablesTexts)
 {
     const LanguageUtilities noTables(QStringLiteral("/nowhere"));
     const LanguageUtilities tables;
-    for (const BilingualText &notice : {MainWindowTexts::notice, MainWindowTexts::automaticNotice}) {
+    for (const TranslatableText &notice : {MainWindowTexts::notice, MainWindowTexts::automaticNotice}) {
         EXPECT_EQ(noTables.lookup(notice),
-                  tables.lookup(QLatin1String(notice.english), QString(), QStringLiteral("zh_CN")));
+                  tables.lookup(QLatin1String(notice.key), QString(), QStringLiteral("zh_CN")));
     }
     EXPECT_EQ(noTables.lookup(MainWindowTexts::automaticNotice).toUtf8().size(), 497);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/MainWindowLayout.h"
-#include "app/MainWindowLook.h"
+#include "app/window/MainWindowLayout.h"
+#include "app/window/MainWindowLook.h"
 #include "support/LanguageUtilities.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/LocalFileHost.h"
@@ -31,7 +31,7 @@ public:
         mainWidget = new QWidget(&ground);
         mainWidget->setObjectName(QStringLiteral("mainWidget"));
         MainWindowLayout::buildFlashingPage(mainWidget, this, widgets);
-        MainWindowLayout::buildConnectTypeBox(mainWidget, options.usb, options.hid, widgets);
+        MainWindowLayout::buildWriteTypeBox(mainWidget, options.usb, options.hid, widgets);
         MainWindowLayout::Callbacks callbacks;
         callbacks.iapStateChanged = [this](int state) {
             iapStates.push_back(state);

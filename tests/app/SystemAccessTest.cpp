@@ -1,11 +1,11 @@
 #include "app/SystemAccess.h"
+#include "tests/support/EventWait.h"
 
 #include "support/LogFile.h"
 #include "widgets/TextWindow.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
@@ -29,7 +29,7 @@ protected:
     /// What a line that comes through the queue does.
     void deliver(const QString &line)
     {
-        if (!m_access.keeps(&m_window, line))
+        if (!m_access.holdBack(&m_window, line))
             m_window.appendLog(line);
     }
     QStringList pane() const { return m_window.textView()->toPlainText().split(QLatin1Char('\n')); }
@@ -54,8 +54,8 @@ protected:
 TEST_F(SystemAccessTest, LinesFromTheQueueComeAfterTheChecksOwnAlthoughAnEventLoopRuns)
 {
     const auto check = [this](DriverLog &log) {
-        log.shown(QStringLiteral("first shown"));
-        log.logged(QStringLiteral("first logged"));
+        log.showLine(QStringLiteral("first shown"));
+        log.logLine(QStringLiteral("first logged"));
         QEventLoop loop;
         QTimer::singleShot(0, [&] {
             deliver(QStringLiteral("queued 1"));
@@ -63,7 +63,7 @@ TEST_F(SystemAccessTest, LinesFromTheQueueComeAfterTheChecksOwnAlthoughAnEventLo
             loop.quit();
         });
         loop.exec();
-        log.logged(QStringLiteral("last logged"));
+        log.logLine(QStringLiteral("last logged"));
     };
     m_access.runAlone(check, m_window, m_ticks);
     deliver(QStringLiteral("later"));
@@ -87,18 +87,14 @@ TEST_F(SystemAccessTest, TicksDoNothingDuringTheCheckAndGoOnAfterIt)
         EXPECT_EQ(ticks, 0);
     };
     m_access.runAlone(check, m_window, m_ticks);
-    QElapsedTimer passed;
-    passed.start();
-    while (ticks == 0 && passed.elapsed() < 20000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    EXPECT_GT(ticks, 0);
+    EXPECT_TRUE(processEventsUntil([&ticks] { return ticks > 0; }));
 }
 
 TEST_F(SystemAccessTest, ShownLinesStandInThePaneOnlyAndTheNewestIsVisible)
 {
     const auto check = [](DriverLog &log) {
         for (int i = 0; i < 50; ++i)
-            log.shown(QStringLiteral("<b>%1</b>").arg(i));
+            log.showLine(QStringLiteral("<b>%1</b>").arg(i));
     };
     m_access.runAlone(check, m_window, m_ticks);
     EXPECT_EQ(pane().last(), QStringLiteral("<b>49</b>"));

@@ -1,6 +1,6 @@
 // Prints the arguments that the program would see, one a line.
-#include "app/ProgramArguments.h"
 #include "simulator/standin/ByteStreams.h"
+#include "support/ProgramArguments.h"
 
 #include <QCoreApplication>
 

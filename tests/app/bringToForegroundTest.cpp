@@ -1,8 +1,12 @@
 #include "app/bringToForeground.h"
 
 #include "iap/IAPUpDate.h"
+#include "simulator/files/WholeFile.h"
 #include "support/LogFile.h"
+#include "support/ToolRun.h"
+#include "tests/support/EventWait.h"
 #include "tests/support/RecordedDebugStream.h"
+#include "tests/support/ScriptedTools.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/WidgetTab1.h"
 
@@ -109,9 +113,9 @@ TEST_F(bringToForegroundTest, LogLinesAreQueuedEvenFromTheGuiThread)
 {
     const int before = logLines().size();
     m_main->log(QStringLiteral("later"));
-    QFile file(LogFile::updateLogPath());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_FALSE(file.readAll().contains("later"));
+    const QByteArray written = WholeFile::read(LogFile::updateLogPath());
+    EXPECT_FALSE(written.isEmpty());
+    EXPECT_FALSE(written.contains("later"));
     EXPECT_EQ(logLines().size(), before + 1);
 }
 
@@ -167,7 +171,7 @@ TEST_F(bringToForegroundTest, StoppingActsDirectlyAndStartingThroughSignals)
     EXPECT_TRUE(logLines().contains(QStringLiteral("StartCheckConnectTimer.")));
 }
 
-TEST_F(bringToForegroundTest, TheLogBeginsWithTheSurroundingsAndThenTheConstructorsLines)
+TEST_F(bringToForegroundTest, TheLogBeginsWithTheSystemsDescriptionAndThenTheConstructorsLines)
 {
     const QStringList lines = logLines();
     ASSERT_GE(lines.size(), 6);
@@ -207,9 +211,7 @@ TEST_F(bringToForegroundTest, TheIapPanelsLinesAreWrittenAtOnceUnlikeTheOthers)
     m_main->log(QStringLiteral("in the queue"));
     emit iapPanel()->sigAppendLog(nullptr, QStringLiteral("for no window"));
     iapPanel()->onFinished(7, QProcess::NormalExit);
-    QFile file(LogFile::updateLogPath());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray written = file.readAll();
+    const QByteArray written = WholeFile::read(LogFile::updateLogPath());
     EXPECT_TRUE(written.contains("IAP finished, exitCode=7\n"));
     EXPECT_FALSE(written.contains("in the queue"));
 }
@@ -223,9 +225,7 @@ TEST_F(bringToForegroundTest, TheIapPanelGoesBeforeTheMainWidgetAndTheLastLinesA
     delete m_main;
     EXPECT_TRUE(panel.isNull());
     EXPECT_NE(m_ground, nullptr);
-    QFile file(LogFile::updateLogPath());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().contains("a last line"));
+    EXPECT_TRUE(WholeFile::read(LogFile::updateLogPath()).contains("a last line"));
 }
 
 TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
@@ -236,9 +236,7 @@ TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
 TEST_F(bringToForegroundTest, AppendToFileWritesItsContentWithoutATimeStamp)
 {
     m_main->appendToFile(QStringLiteral("other.txt"), QStringLiteral("plain"));
-    QFile file(QStringLiteral("other.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "plain\n");
+    EXPECT_EQ(WholeFile::read(QStringLiteral("other.txt")), "plain\n");
 }
 
 TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
@@ -314,6 +312,43 @@ TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
     status->setText(QStringLiteral("frozen"));
     QTest::qWait(1300);
     EXPECT_EQ(status->text(), QStringLiteral("frozen"));
+}
+
+TEST_F(bringToForegroundTest, APressOfStartWhileAToolIsWaitedForIsActedOnAfterwards)
+{
+    const QString line = QStringLiteral("click UpdateBtn ERROR - Not Check Dev!");
+    ScriptedTools tools;
+    tools.write(QStringLiteral("tool"), tools.pause());
+    bool wasWaiting = false;
+    QTimer::singleShot(0, m_main, [&] {
+        wasWaiting = isWaitingForTool();
+        find<QPushButton>("startButton")->click();
+        find<QPushButton>("startButton")->click();
+        EXPECT_FALSE(logLines().contains(line));
+        tools.letGoOn();
+    });
+    runToolToEnd(tools.program(QStringLiteral("tool")), {}, eventLimitMs);
+    EXPECT_TRUE(wasWaiting);
+    EXPECT_FALSE(logLines().contains(line));
+    EXPECT_TRUE(processEventsUntil([&] { return logLines().contains(line); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(logLines().count(line), 1);
+}
+
+TEST_F(bringToForegroundTest, APressOfStartThatFindsTheButtonDisabledAfterwardsIsNone)
+{
+    ScriptedTools tools;
+    tools.write(QStringLiteral("tool"), tools.pause());
+    QTimer::singleShot(0, m_main, [&] {
+        find<QPushButton>("startButton")->click();
+        m_main->StopCheckConnectTimer();
+        tools.letGoOn();
+    });
+    runToolToEnd(tools.program(QStringLiteral("tool")), {}, eventLimitMs);
+    QCoreApplication::processEvents();
+    m_main->StartCheckConnectTimer();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(logLines().contains(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!")));
 }
 
 } // namespace

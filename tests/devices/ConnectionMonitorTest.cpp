@@ -1,7 +1,8 @@
 #include "devices/ConnectionMonitor.h"
 
-#include "DeviceTestValues.h"
 #include "devices/Bootloader.h"
+#include "simulator/files/WholeFile.h"
+#include "tests/devices/DeviceTestValues.h"
 #include "tests/support/FakeHidPort.h"
 #include "tests/support/FakeUsbBus.h"
 #include "tests/support/RecordedDebugStream.h"
@@ -40,9 +41,7 @@ protected:
     void plugBootloader() { m_usb.plug(Bootloader::vendorId, Bootloader::productId); }
     void writeList(const QByteArray &devices)
     {
-        QFile file(path("ControlDevList.json"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("{\"devices\":[" + devices + "]}");
+        ASSERT_TRUE(WholeFile::write(path("ControlDevList.json"), "{\"devices\":[" + devices + "]}"));
     }
     void switchOn(const char *name) { writeList(QByteArray("{\"id\":\"") + name + "\",\"is_on\":true}"); }
     void expectNoDevice() const
@@ -345,9 +344,7 @@ TEST_F(ConnectionMonitorTest, AScanThatIsAskedToDumpsEveryDescriptorItLooksAt)
     plug("DevMab");
     std::optional<IapIds> iapIds;
     EXPECT_TRUE(monitor().scanUsb(m_device, iapIds, true));
-    QFile file(path("UPDLog.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll().count("get_device_descriptor.PID: "), 2);
+    EXPECT_EQ(WholeFile::read(path("UPDLog.txt")).count("get_device_descriptor.PID: "), 2);
 }
 
 TEST_F(ConnectionMonitorTest, AScanThatFindsNothingLeavesTheDevice)

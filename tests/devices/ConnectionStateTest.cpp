@@ -1,6 +1,6 @@
 #include "devices/ConnectionState.h"
 
-#include "DeviceTestValues.h"
+#include "tests/devices/DeviceTestValues.h"
 
 #include <QByteArray>
 
@@ -50,8 +50,8 @@ TEST(ConnectionStateTest, TheFirstCaseThatAppliesIsTaken)
 void expectShown(ConnectionState state, const char *english, const char *chinese, const char *styleSheet)
 {
     const ConnectionStatus status = statusOf(state);
-    EXPECT_STREQ(status.text.english, english);
-    EXPECT_STREQ(status.text.chinese, chinese);
+    EXPECT_STREQ(status.text.key, english);
+    EXPECT_STREQ(status.text.fallback, chinese);
     EXPECT_STREQ(status.styleSheet, styleSheet);
 }
 

@@ -1,11 +1,11 @@
 #include "devices/ControlledDeviceList.h"
 
 #include "devices/ModelTable.h"
+#include "simulator/files/WholeFile.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/support/RecordingReporter.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -33,12 +33,7 @@ protected:
         return parseDevices(json, QString::fromUtf8(dev), m_reporter);
     }
     QString listPath() const { return m_folder.filePath(QStringLiteral("ControlDevList.json")); }
-    void write(const QByteArray &contents) const
-    {
-        QFile file(listPath());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(contents), contents.size());
-    }
+    void write(const QByteArray &contents) const { ASSERT_TRUE(WholeFile::write(listPath(), contents)); }
     void expectUnreadable()
     {
         EXPECT_FALSE(findDevForJson(listPath(), QStringLiteral("DevMaa"), m_reporter));

@@ -1,9 +1,9 @@
 #include "devices/DescriptorDump.h"
 
+#include "simulator/files/WholeFile.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/support/TextOnDisk.h"
 
-#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -75,9 +75,8 @@ TEST(DescriptorDumpTest, TheFileIsOnlyAddedTo)
     const QString path = folder.filePath(QStringLiteral("UPDLog.txt"));
     DescriptorDump::append(sample(), path);
     DescriptorDump::append(sample(), path);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), textOnDisk(DescriptorDump::text(sample()) + DescriptorDump::text(sample())));
+    EXPECT_EQ(WholeFile::read(path),
+              textOnDisk(DescriptorDump::text(sample()) + DescriptorDump::text(sample())));
 }
 
 TEST(DescriptorDumpTest, AFileThatCannotBeOpenedIsReportedUnderTheOtherLogsName)

@@ -1,12 +1,12 @@
 #include "devices/HidScan.h"
 
-#include "DeviceTestValues.h"
+#include "simulator/files/WholeFile.h"
+#include "tests/devices/DeviceTestValues.h"
 #include "tests/support/FakeHidPort.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TextOnDisk.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -33,11 +33,7 @@ protected:
     }
     void scan() { HidScan::run(m_port, m_device, m_reporter, logPath()); }
     QString logPath() const { return m_folder.filePath(QStringLiteral("log.txt")); }
-    QByteArray logFile() const
-    {
-        QFile file(logPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    QByteArray logFile() const { return WholeFile::read(logPath(), "(no file)"); }
     void expectNothingOpened()
     {
         EXPECT_EQ(m_device.hidHandle, nullptr);

@@ -1,9 +1,9 @@
 #include "devices/ModelTable.h"
 
-#include "DeviceTestValues.h"
-#include "ExpectedModels.h"
 #include "devices/Bootloader.h"
 #include "devices/ModelLists.h"
+#include "tests/devices/DeviceTestValues.h"
+#include "tests/devices/ExpectedModels.h"
 
 #include <QMap>
 #include <QPair>

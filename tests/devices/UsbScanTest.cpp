@@ -1,7 +1,7 @@
 #include "devices/UsbScan.h"
 
-#include "DeviceTestValues.h"
 #include "devices/ModelLists.h"
+#include "tests/devices/DeviceTestValues.h"
 #include "tests/support/FakeHidPort.h"
 #include "tests/support/FakeUsbBus.h"
 

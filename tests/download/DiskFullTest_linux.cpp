@@ -39,7 +39,7 @@ TEST_F(DiskFullTest, ASegmentOnAFullDiskIsRetriedAndGivesUp)
     downloader.retryDelay = 5;
     downloader.maxRetries = 2;
     downloader.startDownload();
-    ASSERT_TRUE(pumpUntil([&] { return downloader.hasGivenUp(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return downloader.hasGivenUp(); }));
     EXPECT_EQ(downloader.state, -1);
     EXPECT_EQ(server().requests().size(), 3);
     EXPECT_TRUE(downloader.lastProblem().contains(QStringLiteral("No space left")));
@@ -67,7 +67,7 @@ TEST_F(DiskFullTest, AManifestOnAFullDiskIsNoSuccess)
     ASSERT_TRUE(QFile::link(fullDisk, path));
     FileDownloaderHTTP downloader(nullptr, &m_reporter);
     emit downloader.sigDownloadFile(m_worker.url, path);
-    ASSERT_TRUE(pumpUntil([&] {
+    ASSERT_TRUE(processEventsUntil([&] {
         return !m_reporter.logLines().filter(QStringLiteral("Download finished with error:")).isEmpty();
     }));
     EXPECT_FALSE(downloader.succeeded);

@@ -44,4 +44,15 @@ TEST_F(DiskRoomTest, ADiskWithoutRoomForPartsAndFileFailsTheRunBeforeTheyAreFetc
     EXPECT_EQ(server().requests().size(), 1);
 }
 
+TEST_F(DiskRoomTest, ASizeThatCannotBeDoubledFailsTheRunBeforeThePartsAreFetched)
+{
+    fault("header:whole=1,name=Content-Length,value=9223372036854775807");
+    EXPECT_FALSE(run());
+    const QString last = m_reporter.logLines().last();
+    EXPECT_TRUE(last.startsWith(QLatin1String("The disk is too full for the download: ")))
+        << qPrintable(last);
+    EXPECT_TRUE(last.contains(QLatin1String(" needs 9223372036854775807 bytes, "))) << qPrintable(last);
+    EXPECT_TRUE(m_worker.segments.isEmpty());
+}
+
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 TEST(DownloadProgressTest, ThePercentageIsRoundedHalfAwayFromZero)
@@ -17,6 +19,12 @@ TEST(DownloadProgressTest, ThePercentageIsRoundedHalfAwayFromZero)
 TEST(DownloadProgressTest, EarlierRunsTakeThePercentageAbove100)
 {
     EXPECT_EQ(roundedPercent(2000, 1000), 200);
+}
+
+TEST(DownloadProgressTest, APercentageThatNoBarCanShowIsTheLargest)
+{
+    EXPECT_EQ(barValue(42.0), 42);
+    EXPECT_EQ(barValue(roundedPercent(Q_INT64_C(30000000000), 1)), std::numeric_limits<int>::max());
 }
 
 TEST(DownloadProgressTest, SizesAreWholeMebibytesAndTheUnitIsOnlyALabel)

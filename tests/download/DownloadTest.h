@@ -1,10 +1,11 @@
 #pragma once
 
+#include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareServer.h"
+#include "tests/support/EventWait.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMetaMethod>
 #include <QNetworkProxyFactory>
 #include <QRandomGenerator>
@@ -69,15 +70,9 @@ protected:
 
     static void write(const QString &path, const QByteArray &content)
     {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
+        ASSERT_TRUE(WholeFile::write(path, content));
     }
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    static QByteArray read(const QString &path) { return WholeFile::read(path); }
     QList<QByteArray> rangesAsked() const
     {
         QList<QByteArray> ranges;
@@ -87,20 +82,6 @@ protected:
         return ranges;
     }
 
-    /// Processes this thread's events until `isReached`; false after a generous limit.
-    template <typename Predicate>
-    static bool pumpUntil(Predicate isReached, int limitMs = 20000)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!isReached()) {
-            if (timer.elapsed() > limitMs)
-                return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-        return true;
-    }
     /// Processes events for a while, for what must not happen.
     static void pumpFor(int milliseconds)
     {

@@ -17,7 +17,7 @@ protected:
     void start() { emit m_downloader.sigDownloadFile(m_url, m_path); }
     bool waitForLine(const QString &beginning)
     {
-        return pumpUntil([&] { return countLines(beginning) > 0; });
+        return processEventsUntil([&] { return countLines(beginning) > 0; });
     }
     int countLines(const QString &beginning) const
     {
@@ -48,7 +48,7 @@ TEST_F(FileDownloaderHTTPTest, SignalAndSlotsStandInTheirOrderAndNothingElse)
 TEST_F(FileDownloaderHTTPTest, AFileIsFetchedAndToldInPercent)
 {
     start();
-    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     EXPECT_EQ(read(m_path), m_content);
     const QStringList lines = m_reporter.logLines();
     EXPECT_EQ(lines.first(), QStringLiteral("try to download dev json..."));
@@ -63,7 +63,7 @@ TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
     fault("chunked");
     fault("slow-drip:bytes=5000,ms=150");
     start();
-    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     EXPECT_EQ(read(m_path), m_content);
     const QRegularExpression received(QStringLiteral("^Received:[1-9][0-9]*bytes$"));
     EXPECT_FALSE(m_reporter.logLines().filter(received).isEmpty());
@@ -83,7 +83,7 @@ TEST_F(FileDownloaderHTTPTest, AWorkerPollsWhileTheRequestRunsOnThisThread)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         seen = read(m_path);
     });
-    EXPECT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    EXPECT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     worker.join();
     EXPECT_EQ(seen, m_content) << "the file is complete when success is seen";
 }
@@ -138,7 +138,7 @@ TEST_F(FileDownloaderHTTPTest, AConnectionThatBreaksIsNoSuccess)
         fault(text);
         const int before = countLines(QStringLiteral("Download finished with error:"));
         start();
-        ASSERT_TRUE(pumpUntil([&] {
+        ASSERT_TRUE(processEventsUntil([&] {
             return countLines(QStringLiteral("Download finished with error:")) > before;
         })) << text;
         EXPECT_FALSE(m_downloader.succeeded) << text;
@@ -151,9 +151,9 @@ TEST_F(FileDownloaderHTTPTest, AResetConnectionIsNoSuccess)
     // The toolkit loses some resets; the caller's limit then ends the wait.
     fault("reset-after:bytes=10000");
     start();
-    pumpUntil([&] { return countLines(QStringLiteral("Download finished")) > 0; }, 500);
+    processEventsUntil([&] { return countLines(QStringLiteral("Download finished")) > 0; }, 500);
     m_downloader.abandonDownload();
-    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path); }))
+    ASSERT_TRUE(processEventsUntil([&] { return !QFile::exists(m_path); }))
         << qPrintable(m_reporter.logLines().join(QLatin1Char('|'))) << read(m_path).size();
     EXPECT_FALSE(m_downloader.succeeded);
     EXPECT_EQ(countLines(QStringLiteral("Download finished successfully.")), 0);
@@ -164,7 +164,7 @@ TEST_F(FileDownloaderHTTPTest, ARedirectIsFollowed)
     serve(QStringLiteral("/other.json"), m_content);
     fault("redirect:path=/manifest.json,to=/other.json");
     start();
-    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     EXPECT_EQ(read(m_path), m_content);
 }
 
@@ -172,10 +172,11 @@ TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNeitherFileNorLines)
 {
     fault("stall-after:bytes=5000");
     start();
-    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() == 5000; }));
+    ASSERT_TRUE(processEventsUntil([&] { return read(m_path).size() == 5000; }));
     const QStringList before = m_reporter.logLines();
     m_downloader.abandonDownload();
-    ASSERT_TRUE(pumpUntil([&] { return !QFile::exists(m_path) && server().openConnections() == 0; }));
+    ASSERT_TRUE(
+        processEventsUntil([&] { return !QFile::exists(m_path) && server().openConnections() == 0; }));
     EXPECT_EQ(m_reporter.logLines(), before);
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Download")), 0);
     EXPECT_FALSE(m_downloader.succeeded);
@@ -185,11 +186,11 @@ TEST_F(FileDownloaderHTTPTest, ARequestAfterAnAbandonedOneIsWholeAndItsOwn)
 {
     fault("slow-drip:bytes=1000,ms=10,times=1");
     start();
-    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() >= 1000; }));
+    ASSERT_TRUE(processEventsUntil([&] { return read(m_path).size() >= 1000; }));
     m_downloader.abandonDownload();
     std::thread worker([&] { start(); });
     worker.join();
-    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     EXPECT_EQ(read(m_path), m_content);
     EXPECT_EQ(countLines(QStringLiteral("Download finished")), 1);
 }
@@ -198,10 +199,10 @@ TEST_F(FileDownloaderHTTPTest, ANewRequestDropsOneThatStillRuns)
 {
     fault("stall-after:bytes=5000,times=1");
     start();
-    ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() == 5000; }));
+    ASSERT_TRUE(processEventsUntil([&] { return read(m_path).size() == 5000; }));
     const QString second = local("second.jn");
     emit m_downloader.sigDownloadFile(m_url, second);
-    ASSERT_TRUE(pumpUntil([&] { return m_downloader.succeeded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
     EXPECT_EQ(read(second), m_content);
     EXPECT_FALSE(QFile::exists(m_path));
 }

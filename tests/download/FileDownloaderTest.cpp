@@ -1,8 +1,10 @@
 #include "download/FileDownloader.h"
 #include "tests/download/DownloadTest.h"
+#include "tests/support/AnotherAttempt.h"
 #include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QNetworkAccessManager>
 
 namespace {
@@ -19,17 +21,16 @@ protected:
         downloader->startByte = start;
         downloader->endByte = end;
         downloader->retryDelay = 5;
-        downloader->stallTimeout = 3000;
         return downloader;
     }
     std::unique_ptr<FileDownloader> make(qint64 start, qint64 end) { return make(start, end, m_path); }
     static bool waitFor(const FileDownloader &downloader, int state)
     {
-        return pumpUntil([&] { return downloader.state == state; });
+        return processEventsUntil([&] { return downloader.state == state; });
     }
     static bool waitUntilGivenUp(const FileDownloader &downloader)
     {
-        return pumpUntil([&] { return downloader.hasGivenUp(); });
+        return processEventsUntil([&] { return downloader.hasGivenUp(); });
     }
     static QNetworkReply *replyOf(const FileDownloader &downloader)
     {
@@ -148,7 +149,8 @@ TEST_F(FileDownloaderTest, A416CountsAsFinishedAndIsNotRetried)
     write(m_path, m_content);
     const auto downloader = make(0, 0);
     downloader->startDownload(); // asks for what follows the last byte
-    ASSERT_TRUE(pumpUntil([&] { return messages.countBeginning(QStringLiteral("state Code: 416")) == 1; }));
+    ASSERT_TRUE(
+        processEventsUntil([&] { return messages.countBeginning(QStringLiteral("state Code: 416")) == 1; }));
     pumpFor(50);
     EXPECT_EQ(downloader->state, 1);
     EXPECT_EQ(downloader->retryCount, 0);
@@ -170,9 +172,10 @@ TEST_F(FileDownloaderTest, AContentRangeWithoutASlashLeavesTheTotalSizeAsItWas)
 {
     fault("header:name=Content-Range,value=bytes 1000-2999");
     const auto downloader = make(1000, 3000);
+    downloader->m_totalSize = 77;
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
-    EXPECT_EQ(downloader->m_totalSize, 0);
+    EXPECT_EQ(downloader->m_totalSize, 77);
     EXPECT_EQ(read(m_path), m_content.mid(1000, 2000));
 }
 
@@ -182,13 +185,13 @@ TEST_F(FileDownloaderTest, PauseDoesNotStopTheTransferAndDataArrivingWhilePaused
     fault("slow-drip:bytes=5000,ms=15,times=1");
     const auto downloader = make(0, 0);
     downloader->startDownload();
-    ASSERT_TRUE(pumpUntil([&] { return !read(m_path).isEmpty(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return !read(m_path).isEmpty(); }));
     QNetworkReply *reply = replyOf(*downloader);
     downloader->pause();
     EXPECT_EQ(downloader->state, 2);
     const QByteArray before = read(m_path);
     const qint64 sizeBefore = downloader->CurrentPackDownloadSize;
-    ASSERT_TRUE(pumpUntil([&] { return reply->isFinished(); })) << "the transfer goes on to its end";
+    ASSERT_TRUE(processEventsUntil([&] { return reply->isFinished(); })) << "the transfer goes on to its end";
     pumpFor(20);
     EXPECT_EQ(reply->error(), QNetworkReply::NoError);
     EXPECT_EQ(downloader->state, 2);
@@ -213,7 +216,7 @@ TEST_F(FileDownloaderTest, ResumingWhileTheOldTransferRunsWritesNoByteTwice)
     downloader->startDownload();
     for (int i = 0; i < 3; ++i) {
         const qint64 before = read(m_path).size();
-        ASSERT_TRUE(pumpUntil([&] { return read(m_path).size() > before; }));
+        ASSERT_TRUE(processEventsUntil([&] { return read(m_path).size() > before; }));
         downloader->pause();
         pumpFor(10);
         downloader->resume();
@@ -337,6 +340,7 @@ TEST_F(FileDownloaderTest, ARetryResumesFromTheLocalFilesLength)
 {
     fault("stall-after:bytes=700,times=1");
     const auto downloader = make(1000, 3000);
+    dependsOnRealTime("the transfer's time-out, shortened to 300 ms");
     downloader->stallTimeout = 300;
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
@@ -378,7 +382,7 @@ TEST_F(FileDownloaderTest, AFileThatCannotBeOpenedIsTriedAgainWithoutANewRequest
     const auto downloader = make(0, 0, path);
     downloader->startDownload();
     const QString text = QStringLiteral("Unable to open file for writing: ") + path;
-    ASSERT_TRUE(pumpUntil([&] { return messages.countBeginning(text) > 0; }));
+    ASSERT_TRUE(processEventsUntil([&] { return messages.countBeginning(text) > 0; }));
     EXPECT_EQ(downloader->state, 0);
     ASSERT_TRUE(QDir().mkdir(folder));
     ASSERT_TRUE(waitFor(*downloader, 1));
@@ -397,7 +401,7 @@ TEST_F(FileDownloaderTest, AFullBufferIsReadAgainWhenTheFileCanBeOpened)
     RecordedDebugStream messages;
     downloader.startDownload();
     QNetworkReply *reply = replyOf(downloader);
-    ASSERT_TRUE(pumpUntil([&] { return reply->bytesAvailable() >= 1024 * 1024; }));
+    ASSERT_TRUE(processEventsUntil([&] { return reply->bytesAvailable() >= 1024 * 1024; }));
     pumpFor(50);
     ASSERT_TRUE(QDir().mkdir(folder));
     ASSERT_TRUE(waitFor(downloader, 1));
@@ -458,15 +462,6 @@ TEST_F(FileDownloaderTest, ARetryThatBringsNothingCountsAsFinishedAndIsLeftToThe
     EXPECT_EQ(downloader->retryCount, 1);
 }
 
-TEST_F(FileDownloaderTest, APartFromElsewhereInTheFileIsNotTaken)
-{
-    fault("header:name=Content-Range,value=bytes 2000-3999/100000,times=1");
-    const auto downloader = make(1000, 3000);
-    downloader->startDownload();
-    ASSERT_TRUE(waitFor(*downloader, 1));
-    EXPECT_FALSE(QFile::exists(m_path)) << "an empty part would pass for a complete one";
-}
-
 TEST_F(FileDownloaderTest, ARedirectIsFollowedWithItsRange)
 {
     serve(QStringLiteral("/other.bin"), m_content);
@@ -495,11 +490,14 @@ TEST_F(FileDownloaderTest, TheReadBufferIsBounded)
 TEST_F(FileDownloaderTest, ProgressCountsFromTheResumeOffset)
 {
     write(m_path, m_content.mid(1000, 500));
-    fault("stall");
+    fault("stall-after:bytes=100");
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
-    downloader->onDownloadProgress(0, 1500);
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 500);
+    ASSERT_TRUE(processEventsUntil([&] { return QFileInfo(m_path).size() == 600; }));
+    // Qt counts what it has received; what is not on the disk yet does not count.
+    downloader->onDownloadProgress(250, 1500);
+    EXPECT_EQ(downloader->CurrentPackDownloadSize, 600);
 }
 
 TEST_F(FileDownloaderTest, WithoutNetworkAccessStartingDoesNothing)

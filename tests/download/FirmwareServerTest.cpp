@@ -1,5 +1,6 @@
 // The server speaks for itself here, over a bare socket: what the downloads' tests rely on.
 
+#include "harness/process/Polling.h"
 #include "tests/download/DownloadTest.h"
 
 #include <QDeadlineTimer>
@@ -21,13 +22,16 @@ protected:
     void connectTo(QTcpSocket &socket)
     {
         socket.connectToHost(QHostAddress(QHostAddress::LocalHost), server().port());
-        ASSERT_TRUE(socket.waitForConnected(5000));
+        ASSERT_TRUE(socket.waitForConnected(eventLimitMs));
     }
-    /// What arrives until the connection ends or `quietMs` pass without a byte.
+    /// What arrives until the connection ends or `quietMs` of running time pass without a byte.
     static QByteArray receive(QTcpSocket &socket, int quietMs = 150)
     {
         QByteArray all;
-        while (socket.waitForReadyRead(quietMs))
+        const auto hasReadOrEnded = [&](int ms) {
+            return socket.waitForReadyRead(ms) || socket.state() != QAbstractSocket::ConnectedState;
+        };
+        while (waitInShortSteps(hasReadOrEnded, quietMs) && socket.bytesAvailable() > 0)
             all += socket.readAll();
         return all + socket.readAll();
     }
@@ -196,19 +200,19 @@ TEST_F(FirmwareServerTest, TheProgramTellsItsPortServesAndEndsWithItsInput)
     program.start(QStringLiteral(SIM_SERVER_PROGRAM),
                   {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--root"), folder.path(),
                    QStringLiteral("--fault"), QStringLiteral("503:nth=2")});
-    ASSERT_TRUE(program.waitForReadyRead(10000));
+    ASSERT_TRUE(program.waitForReadyRead(eventLimitMs));
     const QByteArray line = program.readLine();
     ASSERT_TRUE(line.startsWith("{\"port\":") && line.endsWith("}\n")) << line.constData();
     const quint16 port = line.mid(8, line.size() - 10).toUShort();
     QTcpSocket socket;
     socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
-    ASSERT_TRUE(socket.waitForConnected(5000));
+    ASSERT_TRUE(socket.waitForConnected(eventLimitMs));
     socket.write(request("/file.bin"));
     EXPECT_EQ(body(receive(socket)), m_content);
     socket.write(request("/file.bin"));
     EXPECT_TRUE(receive(socket).startsWith("HTTP/1.1 503"));
     program.closeWriteChannel();
-    ASSERT_TRUE(program.waitForFinished(10000));
+    ASSERT_TRUE(waitForEnd(program));
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
 }
@@ -218,7 +222,7 @@ TEST_F(FirmwareServerTest, TheProgramRefusesAFaultThatItDoesNotKnow)
     QProcess program;
     program.start(QStringLiteral(SIM_SERVER_PROGRAM), {QStringLiteral("--port"), QStringLiteral("0"),
                                                        QStringLiteral("--fault"), QStringLiteral("nothing")});
-    ASSERT_TRUE(program.waitForFinished(10000));
+    ASSERT_TRUE(waitForEnd(program));
     EXPECT_EQ(program.exitCode(), 2);
     EXPECT_EQ(program.readAllStandardError(), "no such fault: nothing\n");
 }

@@ -24,7 +24,7 @@ protected:
     /// A thread that has ended stays listed for a moment.
     static bool areAllGone()
     {
-        return pumpUntil([] { return networkThreads() == 0; }, 3000);
+        return processEventsUntil([] { return networkThreads() == 0; });
     }
 };
 
@@ -53,10 +53,10 @@ TEST_F(NetworkThreadsTest, NoThreadIsLeftWhenTheProgramLeaves)
 {
     fault("stall-after:bytes=0,nth=2");
     begin();
-    ASSERT_TRUE(pumpUntil([&] { return server().requests().size() == 11; }));
+    ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
     EXPECT_GE(networkThreads(), 11);
     m_clock.leave();
-    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_TRUE(areAllGone());
 }
 

@@ -26,7 +26,7 @@ protected:
     bool fetch()
     {
         emit m_downloader.sigDownloadFile(m_secure.url(), m_path);
-        return pumpUntil([this] {
+        return processEventsUntil([this] {
                    return m_downloader.succeeded || !m_reporter.logLines().filter(m_failure).isEmpty();
                }) &&
                m_downloader.succeeded;

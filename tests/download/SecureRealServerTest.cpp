@@ -1,4 +1,5 @@
 #include "download/FileDownloaderHTTP.h"
+#include "download/HttpAnswer.h"
 #include "tests/download/SegmentedTest.h"
 #include "tests/support/RecordedDebugStream.h"
 
@@ -52,7 +53,7 @@ protected:
     bool fetch(Server server)
     {
         emit m_downloader.sigDownloadFile(url(server), m_path);
-        return pumpUntil([this] { return m_downloader.succeeded || !errors().isEmpty(); }) &&
+        return processEventsUntil([this] { return m_downloader.succeeded || !errors().isEmpty(); }) &&
                m_downloader.succeeded;
     }
     QStringList errors() const
@@ -108,6 +109,18 @@ TEST_F(SecureRealServerTest, TenRangesOfATrustedServerArriveWhole)
     EXPECT_TRUE(result() == m_content);
     EXPECT_TRUE(arePartsGone());
     EXPECT_EQ(answers(206), 10);
+}
+
+TEST_F(SecureRealServerTest, TenRangesThatAreLargerThanTheReadBufferArriveWhole)
+{
+    trustTheAuthority();
+    m_content = someBytes(21 * 1024 * 1024 + 7);
+    ASSERT_GT(m_content.size() / 10, 2 * HttpAnswer::readBufferSize);
+    write(m_folder.filePath(QStringLiteral("served/large.bin")), m_content);
+    m_worker.url = url(Trusted).replace(QStringLiteral("image.bin"), QStringLiteral("large.bin"));
+    EXPECT_TRUE(run()) << qPrintable(log());
+    EXPECT_TRUE(result() == m_content);
+    EXPECT_EQ(answers(206), 10) << "none had to be asked again";
 }
 
 TEST_F(SecureRealServerTest, ASelfSignedCertificateIsRefused)

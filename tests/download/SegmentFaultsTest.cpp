@@ -1,6 +1,8 @@
 #include "tests/download/SegmentedTest.h"
+#include "tests/support/AnotherAttempt.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace {
 
@@ -64,6 +66,10 @@ const Case cases[] = {
 
     {"RedirectOfOneSegment", "redirect:path=/image.bin,range=3,to=/copy.bin", End::Exact},
     {"RedirectOfAll", "redirect:path=/image.bin,to=/copy.bin", End::Exact},
+    {"RedirectToAServerThatStaysMute",
+     "redirect:range=3,path=/image.bin,times=1,to=/copy.bin stall:path=/copy.bin", End::Exact},
+    {"RedirectOfTheProbeToAServerThatStaysMute",
+     "redirect:whole=1,path=/image.bin,to=/copy.bin stall:path=/copy.bin", End::NoSize},
     {"RedirectInACircle", "redirect:range=3,to=/image.bin", End::GivesUp},
 
     {"NotFoundOnce", "404:range=3,times=1", End::Exact},
@@ -86,7 +92,9 @@ const Case cases[] = {
      End::Exact},
     {"ARangeFromElsewhere", "header:range=3,name=Content-Range,value=bytes=0-9999/100007", End::Exact},
     {"ARangeThatClaimsToBeElsewhere", "header:range=3,name=Content-Range,value=bytes\t0-9999/100007",
-     End::Failed},
+     End::GivesUp},
+    {"ARangeThatClaimsToBeElsewhereOnce",
+     "header:range=3,name=Content-Range,value=bytes\t0-9999/100007,times=1", End::Exact},
 };
 
 class SegmentFaultsTest : public SegmentedTest, public testing::WithParamInterface<Case>
@@ -101,7 +109,12 @@ TEST_P(SegmentFaultsTest, TheFileIsExactOrTheRunDoesNotSucceed)
     const QStringList faults = QString::fromUtf8(each.faults).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (QString text : faults)
         fault(text.replace(QLatin1Char('\t'), QLatin1Char(' ')).toUtf8().constData());
-    m_worker.stallTimeout = 500;
+    // Qt loses some resets, and Wine some connections that are closed at once. Then the transfer's
+    // time-out ends the wait as after a stall.
+    if (QString::fromUtf8(each.faults).contains(QRegularExpression(QStringLiteral("stall|reset|refuse")))) {
+        m_worker.stallTimeout = 500;
+        dependsOnRealTime("the transfer's time-out, shortened to 500 ms");
+    }
     m_clock.sleepsCount = each.end == End::NoSize;
     if (each.end == End::GivesUp) {
         // A few rounds after a segment has given up and the others have finished, the user leaves.

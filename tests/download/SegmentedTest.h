@@ -46,7 +46,7 @@ protected:
     bool run(int count = 10)
     {
         begin(count);
-        EXPECT_TRUE(pumpUntil([this] { return m_isEnded.load(); }, 100000));
+        EXPECT_TRUE(processEventsUntil([this] { return m_isEnded.load(); }, 4 * eventLimitMs));
         if (!m_isEnded)
             m_clock.leave();
         QThreadPool::globalInstance()->waitForDone();

@@ -1,3 +1,4 @@
+#include "simulator/time/RunningTime.h"
 #include "tests/download/SegmentedTest.h"
 #include "tests/support/RecordedDebugStream.h"
 
@@ -145,7 +146,7 @@ TEST_F(ThreadFileDownloaderTest, TheProbeThatTimedOutIsLeftAlive)
     fault("stall");
     m_clock.sleepsCount = true;
     begin();
-    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     pumpFor(50);
     EXPECT_EQ(server().openConnections(), 1);
 }
@@ -262,15 +263,19 @@ TEST_F(ThreadFileDownloaderTest, ACountBelowOneNeverEndsByItself)
 {
     for (const int count : {0, -1}) {
         QuickClock clock;
+        RecordingReporter reporter;
         ThreadFileDownloader worker(nullptr, nullptr, clock);
         worker.url = m_worker.url;
         worker.savePath = m_worker.savePath;
-        clock.onSleep = [&clock, &worker, this] {
-            if (m_reporter.logLines().contains(text("Begin Download now...")) && clock.sleeps > 100)
+        int rounds = 0;
+        clock.onSleep = [&] {
+            if (reporter.logLines().contains(text("Begin Download now...")) && ++rounds == 100)
                 clock.leave();
             EXPECT_TRUE(worker.segments.isEmpty());
         };
-        EXPECT_FALSE(worker.downloadInSegments(count, &m_reporter));
+        EXPECT_FALSE(worker.downloadInSegments(count, &reporter));
+        EXPECT_EQ(rounds, 100) << count << " segments: it waited until it was told to leave";
+        EXPECT_EQ(reporter.logLines().last(), text("Begin Download now..."));
         EXPECT_FALSE(QFile::exists(m_worker.savePath));
     }
 }
@@ -279,14 +284,14 @@ TEST_F(ThreadFileDownloaderTest, LeavingEndsTheWaitForTheSizeAtOnce)
 {
     fault("stall");
     begin();
-    ASSERT_TRUE(pumpUntil([&] { return server().requests().size() == 1; }));
-    QElapsedTimer timer;
-    timer.start();
+    ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 1; }));
+    const RunningTimer timer;
     m_clock.leave();
-    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_FALSE(m_result);
-    EXPECT_TRUE(pumpUntil([&] { return server().openConnections() == 0; })) << "its request is dropped";
+    EXPECT_TRUE(processEventsUntil([&] { return server().openConnections() == 0; }))
+        << "its request is dropped";
     EXPECT_FALSE(m_reporter.logLines().contains(text("wait server return timeout!")));
 }
 
@@ -294,14 +299,14 @@ TEST_F(ThreadFileDownloaderTest, LeavingEndsTheDownloadAtOnce)
 {
     fault("stall-after:bytes=100,nth=2");
     begin();
-    ASSERT_TRUE(pumpUntil([&] { return server().requests().size() == 11; }));
-    QElapsedTimer timer;
-    timer.start();
+    ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
+    const RunningTimer timer;
     m_clock.leave();
-    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1500);
     EXPECT_FALSE(m_result);
-    EXPECT_TRUE(pumpUntil([&] { return server().openConnections() == 0; })) << "its requests are dropped";
+    EXPECT_TRUE(processEventsUntil([&] { return server().openConnections() == 0; }))
+        << "its requests are dropped";
     EXPECT_FALSE(QFile::exists(m_worker.savePath));
 }
 
@@ -309,11 +314,10 @@ TEST_F(ThreadFileDownloaderTest, LeavingEndsARunWhoseProbeIsRefusedAtOnce)
 {
     fault("refuse");
     begin();
-    ASSERT_TRUE(pumpUntil([&] { return m_clock.sleeps > 3; }));
-    QElapsedTimer timer;
-    timer.start();
+    ASSERT_TRUE(processEventsUntil([&] { return m_clock.sleeps > 3; }));
+    const RunningTimer timer;
     m_clock.leave();
-    ASSERT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_FALSE(m_result);
 }
@@ -322,9 +326,9 @@ TEST_F(ThreadFileDownloaderTest, AllSegmentsRunAtOnce)
 {
     fault("stall-after:bytes=0,nth=2");
     begin();
-    EXPECT_TRUE(pumpUntil([&] { return server().requests().size() == 11; }));
+    EXPECT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
     m_clock.leave();
-    EXPECT_TRUE(pumpUntil([&] { return m_isEnded.load(); }));
+    EXPECT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
 }
 
 TEST_F(ThreadFileDownloaderTest, TheSegmentsAreHandedTheirRangeAndTheWholeSize)

@@ -36,6 +36,8 @@ public:
     InfCopy infCopy{true, 0};
     QSet<QString> services;
     bool startWorks = true;
+    /// Called in the middle of each event, the last of `events`.
+    std::function<void()> whenHappened;
 
     LoadedDrivers loadedDrivers() override
     {
@@ -109,8 +111,8 @@ public:
         return startWorks && services.contains(name);
     }
 
-    void shown(const QString &line) override { note("shown", line); }
-    void logged(const QString &line) override { note("logged", line); }
+    void showLine(const QString &line) override { note("shown", line); }
+    void logLine(const QString &line) override { note("logged", line); }
 
     /// The events of one kind, without its word.
     QStringList of(const char *kind) const
@@ -131,5 +133,7 @@ private:
     void note(const char *kind, const QString &what)
     {
         events.append(QLatin1String(kind) + QLatin1Char(' ') + what);
+        if (whenHappened)
+            whenHappened();
     }
 };

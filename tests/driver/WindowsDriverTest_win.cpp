@@ -1,17 +1,22 @@
 #include "driver/DriverSequence.h"
 #include "driver/LoadedDrivers.h"
 #include "driver/WindowsDriverSystem.h"
+#include "simulator/files/WholeFile.h"
+#include "tests/support/ScriptedTools.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
+#include <thread>
 #include <type_traits>
 
 namespace {
@@ -79,12 +84,6 @@ QStringList takenInfs()
     return paths;
 }
 
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QString inSystemPage(const char *bytes)
 {
     wchar_t text[256] = {};
@@ -118,8 +117,11 @@ protected:
         for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll", "libusbK.sys"})
             write(QStringLiteral("app folder/amd64/") + QLatin1String(name), name);
         write(QStringLiteral("app folder/Artinchip_SoC.inf"), inf);
-        addTool(QStringLiteral("app folder/dpscat.exe"));
-        addTool(QStringLiteral("tools/pnputil.exe"));
+        // The one makes the catalog of the folder that it is given.
+        addTool("app folder/dpscat.exe",
+                ToolSteps({{QStringLiteral("leave"), QStringLiteral("Artinchip_SoC.cat")},
+                           {QStringLiteral("contents"), QStringLiteral("catalog")}}));
+        addTool("tools/pnputil.exe", {});
         qputenv("PATH", QDir::toNativeSeparators(inFolder("tools")).toLocal8Bit() + ';' + m_pathBefore);
         qputenv("WINDIR", QDir::toNativeSeparators(inFolder("Windows")).toLocal8Bit());
     }
@@ -132,26 +134,25 @@ protected:
         CloseHandle(m_turn);
     }
 
-    void shown(const QString &line) override { m_lines.append(QStringLiteral("shown ") + line); }
-    void logged(const QString &line) override { m_lines.append(QStringLiteral("logged ") + line); }
+    void showLine(const QString &line) override { m_lines.append(QStringLiteral("shown ") + line); }
+    void logLine(const QString &line) override { m_lines.append(QStringLiteral("logged ") + line); }
 
     QString inFolder(const char *path) const { return m_folder.filePath(QLatin1String(path)); }
     void write(const QString &path, const QByteArray &contents)
     {
-        QFile file(m_folder.filePath(path));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-        file.write(contents);
+        ASSERT_TRUE(WholeFile::write(m_folder.filePath(path), contents)) << path.toStdString();
     }
-    void addTool(const QString &path)
+    void addTool(const char *path, const ToolSteps &steps)
     {
-        ASSERT_TRUE(
-            QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/driver-tool-double.exe"),
-                        m_folder.filePath(path)));
+        ScriptedTools::place(inFolder(path), ScriptedTools::scriptOf(steps));
     }
-    /// The arguments of a tool's runs, one a line, an empty line after each run.
-    QString argumentsOf(const char *tool) const
+    /// The arguments of a tool's runs.
+    QList<QStringList> argumentsOf(const char *tool) const
     {
-        return QString::fromUtf8(contentsOf(m_folder.filePath(QLatin1String(tool) + QLatin1String(".args"))));
+        QList<QStringList> all;
+        for (const StandinRun &each : StandinRuns::read(inFolder(tool)))
+            all.append(each.arguments);
+        return all;
     }
     QStringList run()
     {
@@ -167,7 +168,7 @@ protected:
     {
         deleteService();
         for (const QString &path : takenInfs()) {
-            if (contentsOf(path) != inf)
+            if (WholeFile::read(path) != inf)
                 continue;
             QFile::remove(path);
             // Beside it Windows notes where it came from.
@@ -179,7 +180,7 @@ protected:
     {
         int count = 0;
         for (const QString &path : takenInfs())
-            count += contentsOf(path) == inf ? 1 : 0;
+            count += WholeFile::read(path) == inf ? 1 : 0;
         return count;
     }
 
@@ -253,8 +254,7 @@ TEST_F(WindowsDriverTest, AnInfBesideItsCatalogIsTakenOver)
 
 TEST_F(WindowsDriverTest, ToolsThatPrintAreHeardInTheEncodingsOfTheirStreams)
 {
-    write(QStringLiteral("tools/pnputil.exe.out"), "\xE9t\xE9 <b>\r\n");
-    write(QStringLiteral("tools/pnputil.exe.err"), "失败");
+    addTool("tools/pnputil.exe", ToolStep::print("\xE9t\xE9 <b>\r\n") + ToolStep::printError("失败"));
     run();
     EXPECT_TRUE(m_lines.contains(QStringLiteral("logged ") + inSystemPage("\xE9t\xE9 <b>\r\n")))
         << m_lines.join(QLatin1Char('\n')).toStdString();
@@ -278,16 +278,18 @@ TEST_F(WindowsDriverTest, TheFirstRunInstallsEverythingInOrder)
                  QStringLiteral("logged Start Dev..."),          QStringLiteral("logged Start Dev Failed!")};
     EXPECT_EQ(lines, expected);
 
-    EXPECT_EQ(argumentsOf("app folder/dpscat.exe"), QStringLiteral("/PATH\n%1\n\n").arg(m_system.folder));
-    EXPECT_EQ(argumentsOf("tools/pnputil.exe"),
-              QStringLiteral("-i\n-a\n%1/Artinchip_SoC.inf\n\n").arg(m_system.folder));
+    const QStringList catalogFor{QStringLiteral("/PATH"), m_system.folder};
+    EXPECT_EQ(argumentsOf("app folder/dpscat.exe"), QList<QStringList>{catalogFor});
+    const QStringList installation{QStringLiteral("-i"), QStringLiteral("-a"),
+                                   m_system.folder + QStringLiteral("/Artinchip_SoC.inf")};
+    EXPECT_EQ(argumentsOf("tools/pnputil.exe"), QList<QStringList>{installation});
     const char *const copied[][2] = {{"libusb0.dll", "libusb0.dll"},
                                      {"libusbK.dll", "libusbK.dll"},
                                      {"drivers/libusbK.dll", "libusbK.dll"},
                                      {"WdfCoInstaller01009.dll", "WdfCoInstaller01009.dll"},
                                      {"drivers/libusbK.sys", "libusbK.sys"}};
     for (const auto &file : copied)
-        EXPECT_EQ(contentsOf(inFolder("Windows/System32/") + QLatin1String(file[0])), file[1]);
+        EXPECT_EQ(WholeFile::read(inFolder("Windows/System32/") + QLatin1String(file[0])), file[1]);
     EXPECT_EQ(infsOfOurs(), 1);
     EXPECT_EQ(readService().binaryPath, servicePath());
 }
@@ -299,12 +301,37 @@ TEST_F(WindowsDriverTest, TheSecondRunOverwritesNothingAndStartsTheServiceThatIs
     write(destination, "the user's own");
     const QStringList lines = run();
     EXPECT_TRUE(lines.filter(QStringLiteral("Copy")).isEmpty());
-    EXPECT_EQ(contentsOf(m_folder.filePath(destination)), "the user's own");
+    EXPECT_EQ(WholeFile::read(m_folder.filePath(destination)), "the user's own");
     EXPECT_EQ(
         lines.mid(lines.indexOf(QStringLiteral("logged Install Dev..."))),
         (QStringList{QStringLiteral("logged Install Dev..."), QStringLiteral("logged Install Dev Failed!"),
                      QStringLiteral("logged Start Dev..."), QStringLiteral("logged Start Dev Failed!")}));
-    EXPECT_EQ(argumentsOf("app folder/dpscat.exe").count(QStringLiteral("/PATH")), 2);
+    EXPECT_EQ(argumentsOf("app folder/dpscat.exe").size(), 2);
+}
+
+TEST_F(WindowsDriverTest, NobodyEverSeesPartOfACopy)
+{
+    const qint64 bytes = 256 * 1024 * 1024;
+    const QString source = inFolder("large");
+    const QString destination = inFolder("Windows/System32/large");
+    QFile large(source);
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(bytes));
+    large.close();
+    std::atomic<bool> ended = false;
+    QVector<qint64> sizes;
+    std::thread watcher([&] {
+        while (!ended) {
+            const QFileInfo seen(destination);
+            if (seen.exists() && (sizes.isEmpty() || sizes.last() != seen.size()))
+                sizes.append(seen.size());
+        }
+    });
+    const bool copied = m_system.copy(source, destination);
+    ended = true;
+    watcher.join();
+    EXPECT_TRUE(copied);
+    for (const qint64 size : qAsConst(sizes))
+        EXPECT_EQ(size, bytes);
 }
 
 TEST_F(WindowsDriverTest, WithoutItsToolsThatIsAFailedCatalogAndTheInfIsRefused)

@@ -1,6 +1,7 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/session/ModelOnBus.h"
+#include "simulator/files/WholeFile.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ protected:
         UpdateScenario &s = scenario();
         s.devices = {ModelOnBus::bootloader(s.model())};
         ASSERT_TRUE(s.start()) << s.errorText().toStdString();
-        ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 5000));
+        ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     }
 };
 
@@ -23,18 +24,15 @@ TEST_F(BootloaderTest, ADeviceAlreadyInItsBootloaderIsBurnedWithALocalImage)
 {
     UpdateScenario &s = scenario();
     const QString image = s.program.applicationFolder() + QStringLiteral("/qmake/local.img");
-    QFile file(image);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     const QByteArray bytes("a local image, for once");
-    file.write(bytes);
-    file.close();
+    ASSERT_TRUE(WholeFile::write(image, bytes));
     startWithBootloader();
     // The hidden strip in the lower right of the page; the default image is the one beside the program.
     ASSERT_TRUE(s.probe.click(QStringLiteral("flashingPage"),
                               {{QStringLiteral("x"), 730},
                                {QStringLiteral("y"), 310},
                                {QStringLiteral("button"), QStringLiteral("middle")}}));
-    ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("firmwareFileEdit"), true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("firmwareFileEdit"), true));
     EXPECT_EQ(s.probe.text(QStringLiteral("firmwareFileEdit")), s.program.nameOf(image));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Upgrade Successful"), updateLimitMs));
@@ -49,12 +47,12 @@ TEST_F(BootloaderTest, TheModelIsAskedForAndItsImageBurned)
     UpdateScenario &s = scenario();
     startWithBootloader();
     ASSERT_TRUE(s.probe.click(startButton));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备"), 10000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
     ASSERT_TRUE(s.probe.click(QStringLiteral("choose DevMaa")));
     ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Upgrade Successful"), updateLimitMs));
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(logHas("ChoseDev: DevMaa"));
-    EXPECT_TRUE(s.probe.waitForNoWindow(QStringLiteral("选择你的设备"), 5000));
+    EXPECT_TRUE(s.probe.waitForNoWindow(QStringLiteral("选择你的设备")));
 }
 
 TEST_F(BootloaderTest, AChooserThatIsClosedWithoutAPickGivesTheControlsBack)
@@ -62,9 +60,9 @@ TEST_F(BootloaderTest, AChooserThatIsClosedWithoutAPickGivesTheControlsBack)
     UpdateScenario &s = scenario();
     startWithBootloader();
     ASSERT_TRUE(s.probe.click(startButton));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备"), 10000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
     ASSERT_TRUE(s.probe.close(QStringLiteral("firmwareChooser")));
-    ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, 10000));
+    ASSERT_TRUE(s.probe.waitForEnabled(startButton, true));
     EXPECT_TRUE(logHas("ChoseDev is null，return"));
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
 }

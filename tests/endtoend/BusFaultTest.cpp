@@ -1,16 +1,12 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/ModelOnBus.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/ModelOnBus.h"
 
 namespace {
 
 using namespace EndToEnd;
 
-const QString successful = QStringLiteral("CurrentStatus: Upgrade Successful");
-const QString failed = QStringLiteral("CurrentStatus: Upgrade Failed!");
-const QString detected = QStringLiteral("Device Detected");
-const QString nothing = QStringLiteral("Device not detected");
 const QString slowManifest = QStringLiteral("slow-drip:path=*.json,bytes=30,ms=100");
 
 QJsonObject behaviour(const char *what, const QJsonObject &value)
@@ -48,9 +44,9 @@ protected:
     void press()
     {
         UpdateScenario &s = scenario();
-        ASSERT_TRUE(s.probe.waitForText(connection, detected, 10000)) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(s.probe.waitForWholeText(connection, detected)) << s.probe.errorText().toStdString();
         ASSERT_TRUE(s.pressStart()) << s.errorText().toStdString();
-        ASSERT_TRUE(s.probe.waitForEnabled(startButton, false, 5000));
+        ASSERT_TRUE(s.probe.waitForEnabled(startButton, false));
     }
     void waitForLog(const char *line)
     {
@@ -67,8 +63,8 @@ protected:
         ASSERT_TRUE(s.bus.setReportAnswer(s.model(), with(onReport("bootloader"), writesAnswer("ok"))))
             << s.bus.errorText().toStdString();
         // After a success it is on its way back from the reset, if it is there at all.
-        if (s.probe.text(title) == successful && stateOnBus() == QLatin1String("bootloader"))
-            s.bus.waitForDevice(s.model(), QStringLiteral("application"), 1000);
+        if (s.probe.text(title) == upgradeSuccessful && stateOnBus() == QLatin1String("bootloader"))
+            s.bus.waitForDevice(s.model(), QStringLiteral("application"));
         if (stateOnBus() == QLatin1String("bootloader"))
             s.bus.unplug(s.model());
         if (stateOnBus() == QLatin1String("absent"))
@@ -76,21 +72,20 @@ protected:
         ASSERT_EQ(stateOnBus(), QStringLiteral("application")) << s.bus.errorText().toStdString();
         const int burns = s.bus.device(s.model()).value(QLatin1String("burns")).toInt();
         ASSERT_NO_FATAL_FAILURE(press());
-        EXPECT_EQ(titleWhenIdle(), successful);
+        EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
         EXPECT_EQ(s.bus.device(s.model()).value(QLatin1String("burns")).toInt(), burns + 1);
         EXPECT_EQ(s.burned(), s.image());
     }
     /// Has the USB flasher play these steps when it burns; it resets honestly.
     void playBurn(const QJsonArray &steps)
     {
-        const QJsonObject image{{QStringLiteral("image"), script({steps}).object()}};
-        ASSERT_TRUE(scenario().program.setScript(usbFlasher, QJsonDocument(image)));
+        ASSERT_TRUE(scenario().program.setScript(usbFlasher, scriptFor(QStringLiteral("image"), {steps})));
     }
     void expectBurnedWhenLate(int afterMs)
     {
         UpdateScenario &s = scenario();
         s.devices = {with(ModelOnBus::application(s.model()), onReport("bootloader", 20, afterMs))};
-        EXPECT_EQ(update(), successful);
+        EXPECT_EQ(update(), upgradeSuccessful);
         EXPECT_EQ(s.burned(), s.image());
         EXPECT_GT(s.program.runs(usbFlasher).size(), 2) << "some tries too early, the burn and the reset";
     }
@@ -104,12 +99,12 @@ TEST_F(BusFaultTest, UnpluggedWhileTheManifestIsAwaitedTheReportFailsAndTheNextU
     ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_NO_FATAL_FAILURE(waitForLog("try to download dev json..."));
     ASSERT_TRUE(s.bus.unplug(s.model()));
-    EXPECT_EQ(titleWhenIdle(), failed);
+    EXPECT_EQ(titleWhenIdle(), upgradeFailed);
     EXPECT_TRUE(logHas("one open device err"));
     EXPECT_TRUE(logHas("TryToBootloader Failed"));
     EXPECT_TRUE(logHas("try to bootloader err."));
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     expectTheNextUpdateWorks();
 }
 
@@ -117,11 +112,11 @@ TEST_F(BusFaultTest, UnpluggedRightAfterTheReportTheFlasherIsTriedTenTimesAndThe
 {
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()), onReport("vanish"))};
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_TRUE(logHas("TryToBootloader Success!"));
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 10);
     EXPECT_TRUE(logHas("Burn Image Failed"));
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     expectTheNextUpdateWorks();
 }
 
@@ -129,7 +124,7 @@ TEST_F(BusFaultTest, ADeviceThatStaysAfterTheReportFailsAndIsStillDetected)
 {
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()), onReport("stay"))};
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 10);
     EXPECT_TRUE(s.burned().isEmpty());
     expectTheNextUpdateWorks();
@@ -145,9 +140,9 @@ TEST_F(BusFaultTest, UnpluggedInTheBootloaderWhileTheFlasherRunsItFailsAndTheNex
     ASSERT_TRUE(
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 48, updateLimitMs));
     ASSERT_TRUE(s.bus.unplug(s.model()));
-    EXPECT_EQ(titleWhenIdle(), failed);
+    EXPECT_EQ(titleWhenIdle(), upgradeFailed);
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 1);
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     playBurn({step("burn", true), step("success", true)});
     expectTheNextUpdateWorks();
 }
@@ -162,10 +157,10 @@ TEST_F(BusFaultTest, UnpluggedBeforeTheResetTheUpdateIsASuccessAndTheNextWorks)
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 100, updateLimitMs));
     ASSERT_TRUE(pollUntil([&] { return s.burned() == s.image(); }, updateLimitMs));
     ASSERT_TRUE(s.bus.unplug(s.model()));
-    EXPECT_EQ(titleWhenIdle(), successful);
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_TRUE(logHas("RunCmdReset Done."));
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 5000));
-    EXPECT_EQ(s.probe.text(title), successful) << "and it stays";
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
+    EXPECT_EQ(s.probe.text(title), upgradeSuccessful) << "and it stays";
     expectTheNextUpdateWorks();
 }
 
@@ -174,8 +169,8 @@ TEST_F(BusFaultTest, ADeviceThatDoesNotComeBackFromItsResetIsUpdatedAllTheSame)
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()),
                       behaviour("onReset", {{QStringLiteral("action"), QStringLiteral("vanish")}}))};
-    EXPECT_EQ(update(), successful);
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    EXPECT_EQ(update(), upgradeSuccessful);
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     expectTheNextUpdateWorks();
 }
 
@@ -193,7 +188,7 @@ TEST_F(BusFaultTest, ABootloaderThatIsThereAtOnceIsBurned)
 {
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()), onReport("bootloader", 0, 0))};
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:2"));
 }
@@ -202,7 +197,7 @@ TEST_F(BusFaultTest, ARefusedWriteIsMinusOneWithTheReasonAndTheNextUpdateWorks)
 {
     UpdateScenario &s = scenario();
     s.devices = {with(ModelOnBus::application(s.model()), writesAnswer("refused"))};
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     const QStringList written = s.program.updateLogLines().filter(QStringLiteral("write res:"));
     ASSERT_EQ(written.size(), 1);
     EXPECT_TRUE(written.first().startsWith(QStringLiteral("write res:-1")));
@@ -210,7 +205,7 @@ TEST_F(BusFaultTest, ARefusedWriteIsMinusOneWithTheReasonAndTheNextUpdateWorks)
     EXPECT_GT(written.first().size(), 38) << "with hidapi's text: " << written.first().toStdString();
     EXPECT_TRUE(logHas("TryToBootloader Failed"));
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
     expectTheNextUpdateWorks();
 }
 
@@ -226,7 +221,7 @@ TEST_F(BusFaultTest, AShortWriteCountsAsSentAndTheFlasherDecides)
     // The user helps: the device in its bootloader, as its button puts it.
     ASSERT_TRUE(s.bus.unplug(s.model()));
     ASSERT_TRUE(s.bus.plugBootloader(s.model()));
-    EXPECT_EQ(titleWhenIdle(), successful);
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     expectTheNextUpdateWorks();
 }
@@ -236,7 +231,7 @@ TEST_F(BusFaultTest, OverHidARefusedWriteRunsNoFlasher)
     UpdateScenario &s = scenario();
     s.program.setControlList({s.model()}, {QStringLiteral("HID")});
     s.devices = {with(ModelOnBus::application(s.model()), writesAnswer("error"))};
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_TRUE(logHas("try to bootloader err."));
     EXPECT_TRUE(s.program.runs(hidFlasher).isEmpty());
     expectTheNextUpdateWorks();
@@ -250,7 +245,7 @@ TEST_F(BusFaultTest, AnInterfaceWithoutAPathIsPassedOver)
     interfaces.prepend(QJsonObject{{QStringLiteral("number"), 0}, {QStringLiteral("pathless"), true}});
     duo.insert(QStringLiteral("interfaces"), interfaces);
     s.devices = {duo};
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:1"));
 }
@@ -263,14 +258,14 @@ TEST_F(BusFaultTest, ADuoDeviceWhoseMarkedInterfaceCannotBeOpenedFailsUntilItCan
     interfaces[0] = with(interfaces[0].toObject(), {{QStringLiteral("openable"), false}});
     locked.insert(QStringLiteral("interfaces"), interfaces);
     s.devices = {locked};
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_TRUE(logHas("not find DuoDevices!"));
     const QStringList written = s.program.updateLogLines().filter(QStringLiteral("write res:-1"));
     ASSERT_EQ(written.size(), 1);
     EXPECT_TRUE(written.first().endsWith(QStringLiteral("CommandKind:1IsDuoDev:1")));
     EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
 }
 
 TEST_F(BusFaultTest, AMarkerInLowerCaseIsFound)
@@ -284,7 +279,7 @@ TEST_F(BusFaultTest, AMarkerInLowerCaseIsFound)
              {{QStringLiteral("node"), QStringLiteral("hidraw_mi_00_x")}, {QStringLiteral("number"), 3}});
     duo.insert(QStringLiteral("interfaces"), interfaces);
     s.devices = {duo};
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(logHas("find DuoDevices at DevMbv , DevMah , DevMaj"));
 }
@@ -302,8 +297,8 @@ TEST_F(BusFaultTest, ASecondBootloaderInTheMiddleOfARunIsReportedAfterIt)
         s.probe.waitForValue(QStringLiteral("progressBar"), QStringLiteral("value"), 80, updateLimitMs));
     ASSERT_TRUE(pollUntil([&] { return s.burned() == s.image(); }, updateLimitMs));
     ASSERT_TRUE(s.bus.plugBootloader(other)) << s.bus.errorText().toStdString();
-    EXPECT_EQ(titleWhenIdle(), successful);
-    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("ootloader"), 5000));
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
+    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("ootloader")));
     ASSERT_TRUE(s.bus.unplug(other));
     if (stateOnBus() != QLatin1String("application")) {
         s.bus.unplug(s.model());
@@ -323,7 +318,7 @@ TEST_F(BusFaultTest, OfTwentyDevicesTheOneInTheListIsUpdatedAndNoOtherTouched)
                           {QStringLiteral("application"), ids}});
     }
     s.devices.insert(10, ModelOnBus::application(s.model()));
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     for (int i = 0; i < 19; ++i) {
         const QJsonObject stranger = s.bus.device(QStringLiteral("stranger%1").arg(i));
@@ -344,12 +339,12 @@ TEST_F(BusFaultTest, ADevicePluggedDuringAnUpdateDoesNotTakeItOver)
     ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_NO_FATAL_FAILURE(waitForLog("try to download dev json..."));
     ASSERT_TRUE(s.bus.plug(other)) << s.bus.errorText().toStdString();
-    EXPECT_EQ(titleWhenIdle(), successful);
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(s.bus.device(other).value(QLatin1String("reports")).toArray().isEmpty());
     EXPECT_TRUE(s.burned(other).isEmpty());
     // Another device is first in bus order now, or the same one again; either is a device.
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
 }
 
 TEST_F(BusFaultTest, UnpluggedDuringTheDownloadTheReportFailsAndTheNextUpdateWorks)
@@ -360,7 +355,7 @@ TEST_F(BusFaultTest, UnpluggedDuringTheDownloadTheReportFailsAndTheNextUpdateWor
     ASSERT_NO_FATAL_FAILURE(press());
     ASSERT_NO_FATAL_FAILURE(waitForLog("Wait Servier Return File Size..."));
     ASSERT_TRUE(s.bus.unplug(s.model()));
-    EXPECT_EQ(titleWhenIdle(), failed);
+    EXPECT_EQ(titleWhenIdle(), upgradeFailed);
     EXPECT_TRUE(logHas("File MD5 verified successfully."));
     EXPECT_TRUE(logHas("TryToBootloader Failed"));
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());

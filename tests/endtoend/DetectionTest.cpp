@@ -1,16 +1,13 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/ModelOnBus.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/ModelOnBus.h"
 
 #include <QTest>
 
 namespace {
 
 using namespace EndToEnd;
-
-const QString nothing = QStringLiteral("Device not detected");
-const QString detected = QStringLiteral("Device Detected");
 
 class DetectionTest : public EndToEndTest
 {
@@ -28,7 +25,10 @@ TEST_F(DetectionTest, AModelThatIsSwitchedOffIsReportedAsNotDetected)
     s.program.setControlList(R"({"devices":[{"id":"DevMaa","is_on":false}],
                                  "WriteType":[{"id":"USB","is_on":true}]})");
     start();
-    QTest::qWait(2500);
+    const auto hasLookedThrice = [&s] {
+        return s.program.standardError().count(QStringLiteral("Device List Count:")) >= 3;
+    };
+    ASSERT_TRUE(pollUntil(hasLookedThrice, eventLimitMs, 50));
     EXPECT_EQ(s.probe.text(connection), nothing);
     EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: "));
     EXPECT_EQ(styleOfConnection(), QStringLiteral("color: blue;"));
@@ -40,9 +40,9 @@ TEST_F(DetectionTest, SwitchingAModelOnInTheListTakesEffectWithoutARestart)
     UpdateScenario &s = scenario();
     s.program.setControlList({}, {QStringLiteral("USB")});
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, nothing));
     s.program.setControlList({s.model()}, {QStringLiteral("USB")});
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
 }
 
 TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndTheLog)
@@ -51,18 +51,18 @@ TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndThe
     // Present on the bus but switched off.
     s.program.setControlList({}, {QStringLiteral("USB")});
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, nothing, 5000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, nothing));
     // While the window is made, the IAP programmer is asked, and a start would do nothing.
-    ASSERT_TRUE(pollUntil([&] { return logHas("create IAPUpDate Mode done."); }, 10000, 20));
+    ASSERT_TRUE(pollUntil([&] { return logHas("create IAPUpDate Mode done."); }, eventLimitMs, 20));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(
-        s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected"), 5000));
+        s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected")));
     EXPECT_TRUE(s.probe.isEnabled(startButton));
     EXPECT_TRUE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
 
     // The monitor was not stopped, and no update was begun.
     s.program.setControlList({s.model()}, {QStringLiteral("USB")});
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
     EXPECT_TRUE(s.probe.read(QStringLiteral("firmwareChooser")).isEmpty()) << "not even a chooser is made";
     EXPECT_EQ(s.program.updateLogLines().filter(QStringLiteral("usb tmpPath: ")).size(), 0);
     EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("Start Update button was pressed!")));
@@ -74,13 +74,13 @@ TEST_F(DetectionTest, UnpluggingShowsWithinATickThatNothingIsThere)
 {
     UpdateScenario &s = scenario();
     start();
-    ASSERT_TRUE(s.probe.waitForText(deviceModel, QStringLiteral("DeviceModel: DevMaa"), 5000));
+    ASSERT_TRUE(s.probe.waitForText(deviceModel, QStringLiteral("DeviceModel: DevMaa")));
     EXPECT_EQ(styleOfConnection(), QStringLiteral("color: green;"));
     ASSERT_TRUE(s.bus.unplug(s.model()));
-    EXPECT_TRUE(s.probe.waitForText(connection, nothing, 3000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: "));
     ASSERT_TRUE(s.bus.plug(s.model()));
-    EXPECT_TRUE(s.probe.waitForText(connection, detected, 3000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
 }
 
 TEST_F(DetectionTest, OfTwoDevicesTheFirstInBusOrderIsChosenWhateverTheTableOrder)
@@ -90,7 +90,7 @@ TEST_F(DetectionTest, OfTwoDevicesTheFirstInBusOrderIsChosenWhateverTheTableOrde
                  ModelOnBus::application(QStringLiteral("DevMaa"))};
     s.program.setControlList({QStringLiteral("DevMaa"), QStringLiteral("DevMac")}, {QStringLiteral("USB")});
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, detected, 5000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, detected));
     EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("DeviceModel: DevMac"));
 }
 
@@ -100,12 +100,12 @@ TEST_F(DetectionTest, OneBootloaderIsShownInRedAndTwoAreTooMany)
     s.devices = {ModelOnBus::bootloader(QStringLiteral("DevMaa")),
                  ModelOnBus::bootloader(QStringLiteral("DevMac"))};
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("bootloader>1"), 5000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("bootloader>1")));
     EXPECT_EQ(styleOfConnection(), QStringLiteral("color: red;"));
-    EXPECT_TRUE(pollUntil([&] { return logHas("warnning: bootloaderCount>1"); }, 5000));
+    EXPECT_TRUE(pollUntil([&] { return logHas("warnning: bootloaderCount>1"); }));
     ASSERT_TRUE(s.bus.unplug(QStringLiteral("DevMac")));
-    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 3000));
-    EXPECT_TRUE(pollUntil([&] { return logHas("Run User Chose Mode."); }, 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
+    EXPECT_TRUE(pollUntil([&] { return logHas("Run User Chose Mode."); }));
 }
 
 } // namespace

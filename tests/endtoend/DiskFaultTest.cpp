@@ -1,7 +1,8 @@
+#include "harness/process/Polling.h"
+#include "simulator/files/WholeFile.h"
 #include "tests/endtoend/FolderFaultTest.h"
 #include "tests/endtoend/OwnMounts.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QThread>
@@ -15,18 +16,6 @@ class DiskFaultTest : public FolderFaultTest
 {
 protected:
     QString userFile() { return scenario().program.homeFolder() + QStringLiteral("/thesis.txt"); }
-
-    static void write(const QString &path, const QByteArray &content)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-        file.write(content);
-    }
-    static QByteArray contentOf(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
 };
 
 TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)
@@ -46,15 +35,14 @@ TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
     s.serverFaults = QStringList{QStringLiteral("slow-drip:path=*.img,range=9,bytes=2048,ms=40")};
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(s.pressStart());
-    ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Downloading"), 10000));
+    ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Downloading")));
     QFile ballast(s.program.temporaryFolder() + QStringLiteral("/ballast"));
     ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     while (ballast.write(QByteArray(4096, 'x')) == 4096) {
     }
-    const QDeadlineTimer limit(20000);
-    while (!logMentions(QStringLiteral("The download cannot be stored and is tried again: ")) &&
-           !limit.hasExpired())
-        QThread::msleep(50);
+    EXPECT_TRUE(pollUntil(
+        [&] { return logMentions(QStringLiteral("The download cannot be stored and is tried again: ")); },
+        eventLimitMs, 50));
     EXPECT_TRUE(logMentions(QStringLiteral("No space left on device")));
     EXPECT_FALSE(s.probe.isEnabled(startButton));
     // With room again it goes on where it stopped.
@@ -69,19 +57,19 @@ TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndWhatTheyPointAtIsLeftAlone)
     UpdateScenario &s = scenario();
     const QString folder = downloads() + QStringLiteral("/tmp");
     ASSERT_TRUE(QDir().mkpath(folder));
-    write(userFile(), "years of work");
+    ASSERT_TRUE(WholeFile::write(userFile(), "years of work"));
     const QString notThereYet = s.program.homeFolder() + QStringLiteral("/new.txt");
     const QString userFolder = s.program.homeFolder() + QStringLiteral("/papers");
     ASSERT_TRUE(QDir().mkpath(userFolder));
-    write(userFolder + QStringLiteral("/paper"), "more work");
+    ASSERT_TRUE(WholeFile::write(userFolder + QStringLiteral("/paper"), "more work"));
     ASSERT_TRUE(QFile::link(userFile(), folder + QStringLiteral("/dev.img")));
     ASSERT_TRUE(QFile::link(userFile(), folder + QStringLiteral("/dev.imgpacket_3")));
     ASSERT_TRUE(QFile::link(notThereYet, folder + QStringLiteral("/dev.imgpacket_4")));
     ASSERT_TRUE(QFile::link(userFolder, folder + QStringLiteral("/dev.imgpacket_5")));
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
-    EXPECT_EQ(contentOf(userFile()), "years of work");
-    EXPECT_EQ(contentOf(userFolder + QStringLiteral("/paper")), "more work");
+    EXPECT_EQ(WholeFile::read(userFile(), "(no file)"), "years of work");
+    EXPECT_EQ(WholeFile::read(userFolder + QStringLiteral("/paper"), "(no file)"), "more work");
     EXPECT_FALSE(QFile::exists(notThereYet));
 }
 
@@ -90,11 +78,11 @@ TEST_F(DiskFaultTest, ADownloadFolderThatIsALinkIsNotUsedAndWhatLiesThereStays)
     UpdateScenario &s = scenario();
     const QString elsewhere = s.program.homeFolder() + QStringLiteral("/elsewhere");
     ASSERT_TRUE(QDir().mkpath(elsewhere + QStringLiteral("/tmp")));
-    write(elsewhere + QStringLiteral("/tmp/thesis.txt"), "years of work");
+    ASSERT_TRUE(WholeFile::write(elsewhere + QStringLiteral("/tmp/thesis.txt"), "years of work"));
     ASSERT_TRUE(QFile::link(elsewhere, downloads()));
     EXPECT_EQ(titleAfterQuickRun(), folderFailed);
     EXPECT_TRUE(logMentions(downloads() + QStringLiteral(" is a link to another place and is not used.")));
-    EXPECT_EQ(contentOf(elsewhere + QStringLiteral("/tmp/thesis.txt")), "years of work");
+    EXPECT_EQ(WholeFile::read(elsewhere + QStringLiteral("/tmp/thesis.txt"), "(no file)"), "years of work");
     expectUntouchedDevice();
 }
 

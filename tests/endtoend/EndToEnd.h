@@ -1,9 +1,9 @@
 #pragma once
 
-#include "simulator/bench/UpdateScenario.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
+#include "harness/UpdateScenario.h"
+#include "harness/process/Polling.h"
+#include "simulator/standin/StandinScript.h"
+#include "tests/support/AnotherAttempt.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +14,13 @@ const QString title = QStringLiteral("stateTitleLabel");
 const QString startButton = QStringLiteral("startButton");
 const QString deviceModel = QStringLiteral("deviceModelLabel");
 const QString connection = QStringLiteral("statusLabel");
+/// Texts of `connection`.
+const QString detected = QStringLiteral("Device Detected");
+const QString nothing = QStringLiteral("Device not detected");
+/// Texts of `title`.
+const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
+const QString upgradeFailed = QStringLiteral("CurrentStatus: Upgrade Failed!");
+const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed.");
 const QString usbFlasher = QStringLiteral("upgcmd.exe");
 const QString hidFlasher = QStringLiteral("upgcmdHid.exe");
 
@@ -23,19 +30,9 @@ std::unique_ptr<TargetSystem> programSystem();
 /// Longer than an update takes on a busy machine.
 constexpr int updateLimitMs = 60000;
 
-/// One step of a stand-in's script.
-inline QJsonObject step(const char *name, const QJsonValue &value)
-{
-    return {{QLatin1String(name), value}};
-}
-
-inline QJsonDocument script(const QList<QJsonArray> &runs)
-{
-    QJsonArray list;
-    for (const QJsonArray &run : runs)
-        list.append(run);
-    return QJsonDocument(QJsonObject{{QStringLiteral("runs"), list}});
-}
+using StandinScript::script;
+using StandinScript::scriptFor;
+using StandinScript::step;
 
 /// A run of a flasher that cannot reach the device.
 inline QJsonArray unreachable()
@@ -54,10 +51,13 @@ inline QList<QStringList> argumentsOf(const StagedProgram &program, const QStrin
 
 } // namespace EndToEnd
 
-/// Shows the end of a failed case: what the user's log and the debug stream said.
+/// Shows the end of a failed case: what the user's log and the debug stream said. The program is the real
+/// one, so its time limits are, too: two seconds for leaving, one for a last taskkill.
 class EndToEndTest : public testing::Test
 {
 protected:
+    EndToEndTest() { dependsOnRealTime("the time limits of the program itself"); }
+
     void TearDown() override
     {
         if (HasFailure() && m_scenario) {
@@ -83,7 +83,7 @@ protected:
         UpdateScenario &s = *m_scenario;
         if (!s.start() || !s.pressStart())
             return s.errorText();
-        if (!s.probe.waitForEnabled(EndToEnd::startButton, false, 5000))
+        if (!s.probe.waitForEnabled(EndToEnd::startButton, false))
             return s.probe.errorText();
         return titleWhenIdle();
     }
@@ -96,6 +96,17 @@ protected:
         return s.probe.text(EndToEnd::title);
     }
 
+    /// Waits until the device has restarted after its update: until then it takes no update-mode report.
+    bool waitUntilRestarted()
+    {
+        UpdateScenario &s = scenario();
+        const auto isBack = [&s] {
+            return s.bus.device(s.model()).value(QLatin1String("state")).toString() ==
+                   QLatin1String("application");
+        };
+        return pollUntil(isBack) && s.probe.waitForWholeText(EndToEnd::connection, EndToEnd::detected);
+    }
+
     /// The run ended before the device was touched, and the controls came back.
     void expectUntouchedDevice()
     {
@@ -103,7 +114,7 @@ protected:
         EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
         EXPECT_TRUE(s.program.runs(EndToEnd::usbFlasher).isEmpty());
         EXPECT_TRUE(s.probe.isEnabled(EndToEnd::startButton));
-        EXPECT_TRUE(s.probe.waitForText(EndToEnd::connection, QStringLiteral("Device Detected"), 5000));
+        EXPECT_TRUE(s.probe.waitForWholeText(EndToEnd::connection, QStringLiteral("Device Detected")));
     }
 
     bool logHas(const char *line) const

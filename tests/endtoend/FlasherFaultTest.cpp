@@ -1,6 +1,6 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
 #include "tests/support/ProcessUse.h"
 
 #include <QTest>
@@ -11,8 +11,6 @@ namespace {
 
 using namespace EndToEnd;
 
-const QString successful = QStringLiteral("CurrentStatus: Upgrade Successful");
-const QString failed = QStringLiteral("CurrentStatus: Upgrade Failed!");
 const QJsonObject burn = step("burn", true);
 const QJsonObject success = step("success", true);
 const QJsonObject crash = step("crash", true);
@@ -29,10 +27,9 @@ protected:
     void play(const QList<QJsonArray> &runs, const QString &writeType = QStringLiteral("USB"))
     {
         UpdateScenario &s = scenario();
-        const QJsonObject script{{QStringLiteral("image"), EndToEnd::script(runs).object()}};
         s.program.setControlList({s.model()}, {writeType});
         const QString tool = writeType == QLatin1String("USB") ? usbFlasher : hidFlasher;
-        ASSERT_TRUE(s.program.setScript(tool, QJsonDocument(script)));
+        ASSERT_TRUE(s.program.setScript(tool, scriptFor(QStringLiteral("image"), runs)));
     }
     /// One more update in the running program, then the title. After a failure the device is still
     /// in its bootloader, and the user picks its model.
@@ -40,19 +37,19 @@ protected:
     {
         UpdateScenario &s = scenario();
         // It is on its way back from the reset.
-        if (s.probe.text(title) == successful &&
-            !s.bus.waitForDevice(s.model(), QStringLiteral("application"), 5000))
+        if (s.probe.text(title) == upgradeSuccessful &&
+            !s.bus.waitForDevice(s.model(), QStringLiteral("application")))
             return s.bus.errorText();
         const bool inBootloader =
             s.bus.device(s.model()).value(QLatin1String("state")).toString() == QLatin1String("bootloader");
         const QString shown =
             inBootloader ? QStringLiteral("FindBootloader") : QStringLiteral("Device Detected");
-        if (!s.probe.waitForText(connection, shown, 10000) || !s.probe.click(startButton))
+        if (!s.probe.waitForWholeText(connection, shown) || !s.probe.click(startButton))
             return s.probe.errorText();
-        if (inBootloader && !(s.probe.waitForWindow(QStringLiteral("选择你的设备"), 10000) &&
+        if (inBootloader && !(s.probe.waitForWindow(QStringLiteral("选择你的设备")) &&
                               s.probe.click(QStringLiteral("choose ") + s.model())))
             return s.probe.errorText();
-        if (!s.probe.waitForEnabled(startButton, false, 5000))
+        if (!s.probe.waitForEnabled(startButton, false))
             return s.probe.errorText();
         return titleWhenIdle();
     }
@@ -76,9 +73,9 @@ protected:
 TEST_F(FlasherFaultTest, ASuccessCountsWhateverTheExitCodeIs)
 {
     play({{burn, success, step("exit", 1)}, {burn, success, crash}});
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(scenario().burned(), scenario().image());
-    EXPECT_EQ(updateAgain(), successful);
+    EXPECT_EQ(updateAgain(), upgradeSuccessful);
     EXPECT_EQ(scenario().bus.device(scenario().model()).value(QLatin1String("burns")).toInt(), 2);
     EXPECT_EQ(scenario().bus.device(scenario().model()).value(QLatin1String("resets")).toInt(), 2);
 }
@@ -86,19 +83,19 @@ TEST_F(FlasherFaultTest, ASuccessCountsWhateverTheExitCodeIs)
 TEST_F(FlasherFaultTest, ACrashInTheMiddleIsAFailureAndTheNextUpdateWorks)
 {
     play({{print("Upgrade fwc: image.target.os\n"), crash}, {burn, success}});
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_EQ(progress(), 48);
     EXPECT_TRUE(scenario().burned().isEmpty());
     EXPECT_TRUE(logHas("Burn Image Failed"));
-    EXPECT_EQ(updateAgain(), successful);
+    EXPECT_EQ(updateAgain(), upgradeSuccessful);
     EXPECT_EQ(scenario().burned(), scenario().image());
 }
 
 TEST_F(FlasherFaultTest, OverHidTooACrashIsAFailureAndTheNextUpdateWorks)
 {
     play({{crash}, {burn, success}}, QStringLiteral("HID"));
-    EXPECT_EQ(update(), failed);
-    EXPECT_EQ(updateAgain(), successful);
+    EXPECT_EQ(update(), upgradeFailed);
+    EXPECT_EQ(updateAgain(), upgradeSuccessful);
     EXPECT_EQ(scenario().burned(), scenario().image());
     EXPECT_TRUE(scenario().program.runs(usbFlasher).isEmpty());
 }
@@ -106,8 +103,8 @@ TEST_F(FlasherFaultTest, OverHidTooACrashIsAFailureAndTheNextUpdateWorks)
 TEST_F(FlasherFaultTest, GarbageIsLoggedAndHidesNoSuccess)
 {
     play({{step("garbage", 20000)}, {step("garbage", 20000), burn, success}});
-    EXPECT_EQ(update(), failed);
-    EXPECT_EQ(updateAgain(), successful);
+    EXPECT_EQ(update(), upgradeFailed);
+    EXPECT_EQ(updateAgain(), upgradeSuccessful);
     EXPECT_EQ(scenario().burned(), scenario().image());
     EXPECT_TRUE(scenario().program.updateLog().contains(QChar(QChar::ReplacementCharacter)));
 }
@@ -120,7 +117,7 @@ TEST_F(FlasherFaultTest, LinesThatComeByteByByteMoveTheBarAndSucceed)
                            {QStringLiteral("pauseMs"), 20}};
     };
     play({{print("Upgrade fwc: image.target.env\n"), burn, byteWise("Burn image successfully!\n")}});
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(progress(), 100);
     EXPECT_EQ(scenario().burned(), scenario().image());
 }
@@ -130,9 +127,9 @@ TEST_F(FlasherFaultTest, StandardErrorIsShownAndDecidesNothing)
     const QJsonObject errors = step("stderr", QStringLiteral("Burn image successfully!\n"));
     play({{errors, step("exit", 0)},
           {errors, burn, step("stderr", QStringLiteral("Open upg device failed\n")), success}});
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_TRUE(logHas("!!!ERRORMESSAGE!!!: Burn image successfully!"));
-    EXPECT_EQ(updateAgain(), successful);
+    EXPECT_EQ(updateAgain(), upgradeSuccessful);
     EXPECT_TRUE(scenario().program.updateLog().contains(QStringLiteral("Open upg device failed")));
     EXPECT_EQ(scenario().program.runs(usbFlasher).size(), 3) << "two burns and a reset";
 }
@@ -140,14 +137,14 @@ TEST_F(FlasherFaultTest, StandardErrorIsShownAndDecidesNothing)
 TEST_F(FlasherFaultTest, AMarkerAfterTheSuccessShowsItsValueAndStaysASuccess)
 {
     play({{burn, print("Burn image successfully!\nUpgrade fwc: image.target.data\n")}});
-    EXPECT_EQ(update(), successful);
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(progress(), 80);
 }
 
 TEST_F(FlasherFaultTest, AFlasherThatSaysBurnButNotSuccessfullyHasFailed)
 {
     play({{burn, print("Burn image done\n")}});
-    EXPECT_EQ(update(), failed);
+    EXPECT_EQ(update(), upgradeFailed);
     EXPECT_EQ(scenario().bus.device(scenario().model()).value(QLatin1String("resets")).toInt(), 0);
 }
 
@@ -165,15 +162,15 @@ TEST_F(FlasherFaultTest, AFlasherThatHangsLeavesTheWindowAliveAndClosingAsksFirs
     EXPECT_EQ(s.program.runningProcesses().size(), 2);
 
     ASSERT_TRUE(s.probe.close(QStringLiteral("BackgroundWidget")));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("leaveQuestion"), 5000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("leaveQuestion")));
     ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Keep updating")));
-    ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("leaveQuestion"), 5000));
+    ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("leaveQuestion")));
     EXPECT_EQ(s.program.runningProcesses().size(), 2);
     ASSERT_TRUE(s.probe.close(QStringLiteral("BackgroundWidget")));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("leaveQuestion"), 5000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("leaveQuestion")));
     ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Close")));
-    EXPECT_EQ(s.bus.waitForExit(10000), 0);
-    EXPECT_TRUE(pollUntil([&] { return s.program.runningProcesses().isEmpty(); }, 5000));
+    EXPECT_EQ(s.bus.waitForExit(), 0);
+    EXPECT_TRUE(pollUntil([&] { return s.program.runningProcesses().isEmpty(); }));
 }
 
 /// 8 MB in the usual run. 100 MB with QUILLMARSH_LONG_TESTS set, which takes about a minute.
@@ -198,7 +195,7 @@ TEST_F(FlasherFaultTest, AFloodOfOutputIsLoggedWholeWithinBoundedMemoryInALiving
     if (ProcessUse::memoryTells()) {
         EXPECT_LT(grown, 60);
     }
-    EXPECT_EQ(titleWhenIdle(), successful);
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     // A read may end within a line, and then the rest of it has a time stamp of its own.
     EXPECT_EQ(s.program.updateLogLines().join(QString()).count(QLatin1Char('x')) / (bytes / 100 * 99), 1);

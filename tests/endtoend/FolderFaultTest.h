@@ -6,8 +6,6 @@
 class FolderFaultTest : public EndToEndTest
 {
 protected:
-    const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed.");
-    const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
     // The table has no text of its own for it, so the fallback shows.
     const QString folderFailed = QStringLiteral("当前状态: ensurePath Failed");
 

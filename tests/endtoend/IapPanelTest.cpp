@@ -32,7 +32,7 @@ TEST_F(IapPanelTest, ThePanelsOwnButtonProgramsTheChosenFile)
     startAndDetect();
     chooseFile(QStringLiteral("mine.bin"), "through the panel");
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     EXPECT_EQ(s.probe.text(QStringLiteral("iapPortName")), s.model());
     ASSERT_TRUE(s.probe.click(download));
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
@@ -59,11 +59,12 @@ TEST_F(IapPanelTest, ThePanelFollowsTheMovedMainWindow)
     startAndDetect();
     EXPECT_FALSE(s.probe.isVisible(panel));
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     for (const QPoint &place : {QPoint(40, 30), QPoint(100, 200)}) {
         ASSERT_TRUE(s.probe.move(background, place.x(), place.y()));
-        EXPECT_TRUE(pollUntil(
-            [&] { return frameOf(background) == place && frameOf(panel) == cornerOf(background); }, 5000, 20))
+        EXPECT_TRUE(
+            pollUntil([&] { return frameOf(background) == place && frameOf(panel) == cornerOf(background); },
+                      eventLimitMs, 20))
             << QJsonDocument(s.probe.read(background)).toJson().toStdString()
             << QJsonDocument(s.probe.read(panel)).toJson().toStdString();
     }
@@ -74,13 +75,13 @@ TEST_F(IapPanelTest, TheBoxShowsThePanelAndClosingThePanelUnticksTheBox)
     UpdateScenario &s = iapScenario();
     start();
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     ASSERT_TRUE(s.probe.check(iapBox, false));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, false, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, false));
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     ASSERT_TRUE(s.probe.close(panel));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, false, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, false));
     EXPECT_FALSE(s.probe.isChecked(iapBox));
     EXPECT_TRUE(s.bus.programState().running);
 }
@@ -88,15 +89,13 @@ TEST_F(IapPanelTest, TheBoxShowsThePanelAndClosingThePanelUnticksTheBox)
 TEST_F(IapPanelTest, ATickWhileThePanelIsMadeCounts)
 {
     UpdateScenario &s = iapScenario();
-    s.program.setScript(programmer,
-                        QJsonDocument(QJsonObject{
-                            {QLatin1String("GetData"), script({{step("sleepMs", 3000)}, {}}).object()}}));
+    s.program.setScript(programmer, scriptFor(QStringLiteral("GetData"), {{step("sleepMs", 3000)}, {}}));
     start();
-    ASSERT_TRUE(s.probe.waitForVisible(iapBox, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(iapBox, true));
     ASSERT_TRUE(s.probe.check(iapBox));
-    EXPECT_TRUE(pollUntil([&] { return s.probe.isChecked(iapBox); }, 5000, 20));
+    EXPECT_TRUE(pollUntil([&] { return s.probe.isChecked(iapBox); }, eventLimitMs, 20));
     EXPECT_EQ(linesBeginning(asked), 0);
-    EXPECT_TRUE(s.probe.waitForVisible(panel, true, 10000));
+    EXPECT_TRUE(s.probe.waitForVisible(panel, true));
     EXPECT_TRUE(s.probe.isChecked(iapBox));
 }
 

@@ -1,8 +1,8 @@
 #include "tests/endtoend/IapTest.h"
 #include "tests/support/TextList.h"
 
-#include "simulator/bench/BenchPaths.h"
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/BuildPaths.h"
+#include "harness/session/ModelOnBus.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ class IapStaleTest : public IapTest
 protected:
     static void addTaskkill(UpdateScenario &s)
     {
-        ASSERT_TRUE(s.program.addTool(taskkill(), BenchPaths::standIn(), script({{step("exit", 0)}})));
+        ASSERT_TRUE(s.program.addTool(taskkill(), BuildPaths::standIn(), script({{step("exit", 0)}})));
         s.program.setVariable(QStringLiteral("PATH"), s.program.applicationFolder() + QLatin1Char(':') +
                                                           qEnvironmentVariable("PATH"));
     }
@@ -43,11 +43,11 @@ TEST_F(IapStaleTest, ACopyThatComesAndGoesLeavesTheProgrammerOfAnUpdateAlone)
 
     UpdateScenario second(s.model());
     second.withServer = false;
-    second.program.setVariable(QStringLiteral("TMPDIR"), s.program.temporaryFolder());
+    second.program.shareUserOf(s.program);
     addTaskkill(second);
     ASSERT_TRUE(second.start()) << second.errorText().toStdString();
     const QString made = QStringLiteral("create IAPUpDate Mode done.");
-    ASSERT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(made); }, 10000, 20));
+    ASSERT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(made); }, eventLimitMs, 20));
     EXPECT_EQ(second.closeWindow(), 0);
     EXPECT_EQ(argumentsOf(second.program, taskkill()), QList<QStringList>());
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/endtoend/LeavingTest.h"
-#include "tests/endtoend/LocalFiles.h"
+#include "tests/endtoend/PersonsFiles.h"
 
 /// A device with a microcontroller, and the panel that programs it through the stand-in programmer.
 class IapTest : public LeavingTest
@@ -22,8 +22,7 @@ protected:
     {
         UpdateScenario &s = scenario("DevMdq");
         if (!starts.isEmpty())
-            s.program.setScript(programmer, QJsonDocument(QJsonObject{{QLatin1String("Start"),
-                                                                       EndToEnd::script(starts).object()}}));
+            s.program.setScript(programmer, EndToEnd::scriptFor(QStringLiteral("Start"), starts));
         return s;
     }
 
@@ -40,9 +39,9 @@ protected:
     {
         start();
         UpdateScenario &s = scenario();
-        ASSERT_TRUE(s.probe.waitForText(EndToEnd::connection, QStringLiteral("IAP Device Detected"), 10000))
+        ASSERT_TRUE(s.probe.waitForWholeText(EndToEnd::connection, QStringLiteral("IAP Device Detected")))
             << s.probe.errorText().toStdString();
-        ASSERT_TRUE(pollUntil([&] { return linesBeginning(asked) >= 2; }, 10000, 20));
+        ASSERT_TRUE(pollUntil([&] { return linesBeginning(asked) >= 2; }, eventLimitMs, 20));
     }
     void startAndPressStart()
     {
@@ -57,8 +56,8 @@ protected:
                 [&] { return s.program.updateLogLines().count(QLatin1String(enabledAgain)) >= runsSoFar; },
                 EndToEnd::updateLimitMs, 20))
             return QStringLiteral("the run has no end");
-        return s.probe.waitForEnabled(EndToEnd::startButton, true, 5000) ? s.probe.text(EndToEnd::title)
-                                                                         : s.probe.errorText();
+        return s.probe.waitForEnabled(EndToEnd::startButton, true) ? s.probe.text(EndToEnd::title)
+                                                                   : s.probe.errorText();
     }
     bool waitForProgress(int percent)
     {
@@ -71,10 +70,6 @@ protected:
     {
         const StagedProgram &program = scenario().program;
         return program.nameOf(program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
-    }
-    QString lockFile()
-    {
-        return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath.lock");
     }
     /// The programmer's runs that begin with this argument.
     QList<QStringList> runsOf(const char *first)
@@ -104,7 +99,7 @@ protected:
     {
         UpdateScenario &s = scenario();
         m_file = EndToEnd::makeFolder(s, "firmware") + QLatin1Char('/') + name;
-        ASSERT_TRUE(EndToEnd::writeFile(m_file, contents));
+        ASSERT_TRUE(WholeFile::write(m_file, contents));
         ASSERT_TRUE(FileRow::reveal(s.probe));
         ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(m_file))) << s.probe.errorText().toStdString();
     }

@@ -17,7 +17,7 @@ TEST_F(IapUpdateTest, AnIapModelIsProgrammedWithTheServersImageAndTheChipsFlashe
     EXPECT_EQ(s.bus.device(s.model()).value(QLatin1String("burns")).toInt(), 1);
     EXPECT_TRUE(s.bus.device(s.model()).value(QLatin1String("reports")).toArray().isEmpty());
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
-    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("IAP Device Detected")));
     EXPECT_EQ(runsOf("Start"), (QList<QStringList>{list({"Start", "1", ""}) + idsInHex() +
                                                    list({"0", "0", "", "08004000", "true"}) +
                                                    QStringList{downloadedImage()}}));
@@ -83,15 +83,14 @@ TEST_F(IapUpdateTest, AFileThatIsNoBinIsRefusedWithAWarningAndTheNextChoiceIsPro
     chooseFile(QStringLiteral("mine.img"), "not for this device");
     ASSERT_TRUE(s.pressStart());
     const QString warning = QStringLiteral("Warning!");
-    ASSERT_TRUE(s.probe.waitForWindow(warning, 10000)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.waitForWindow(warning)) << s.probe.errorText().toStdString();
     EXPECT_EQ(s.probe.window(warning).value(QLatin1String("text")).toString(),
               QStringLiteral("u are not chose update file.!"));
     EXPECT_TRUE(logHas("UpDateFile is not .bin.!"));
     EXPECT_FALSE(s.probe.isEnabled(startButton));
     ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
-    ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, 5000));
+    ASSERT_TRUE(s.probe.waitForEnabled(startButton, true));
     EXPECT_TRUE(runsOf("Start").isEmpty());
-    EXPECT_FALSE(QFile::exists(lockFile()));
     chooseFile(QStringLiteral("mine.bin"), "for this device");
     ASSERT_TRUE(s.pressStart());
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
@@ -107,34 +106,32 @@ TEST_F(IapUpdateTest, TheWarningAboutTheFileComesAsOftenAsItIsDeserved)
     const QString warning = QStringLiteral("Warning!");
     for (int times = 0; times < 3; ++times) {
         ASSERT_TRUE(s.pressStart());
-        ASSERT_TRUE(s.probe.waitForWindow(warning, 10000)) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(s.probe.waitForWindow(warning)) << s.probe.errorText().toStdString();
         ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
-        ASSERT_TRUE(s.probe.waitForNoWindow(warning, 5000));
-        ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, 5000)) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(s.probe.waitForNoWindow(warning));
+        ASSERT_TRUE(s.probe.waitForEnabled(startButton, true)) << s.probe.errorText().toStdString();
     }
     closeAndExpectGone();
 }
 
-TEST_F(IapUpdateTest, WhileItRunsNothingElseStartsAndOtherCopiesAreKeptOut)
+TEST_F(IapUpdateTest, WhileItRunsNothingElseStarts)
 {
     UpdateScenario &s =
         iapScenario({{step("print", QStringLiteral("SetProgress: 42\n")), step("sleepMs", 2500),
                       step("program", true), step("print", QStringLiteral("SetProgress:100\n"))}});
     startAndDetect();
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     ASSERT_TRUE(s.pressStart());
     ASSERT_TRUE(waitForProgress(42));
     EXPECT_EQ(s.probe.text(title), QStringLiteral("Current Status: IAP Progress"));
     EXPECT_FALSE(s.probe.isEnabled(download));
     EXPECT_FALSE(s.probe.isEnabled(startButton));
-    EXPECT_TRUE(QFile::exists(lockFile()));
     EXPECT_TRUE(s.probe.click(download));
     EXPECT_TRUE(s.probe.click(startButton));
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
     EXPECT_EQ(runsOf("Start").size(), 1);
     EXPECT_EQ(s.burned(), s.image());
-    EXPECT_FALSE(QFile::exists(lockFile()));
 }
 
 TEST_F(IapUpdateTest, TwoUpdatesInARowBothSucceed)

@@ -1,9 +1,9 @@
-#include "simulator/bench/BusSession.h"
-#include "simulator/bench/ModelOnBus.h"
-#include "simulator/bench/StagedProgram.h"
+#include "harness/session/BusSession.h"
+#include "harness/session/ModelOnBus.h"
+#include "harness/stage/StagedProgram.h"
+#include "simulator/files/WholeFile.h"
 #include "tests/support/ProcessUse.h"
 
-#include <QFile>
 #include <QJsonDocument>
 
 #include <gtest/gtest.h>
@@ -20,14 +20,12 @@ TEST(IdleHourTest, LookingAtTheBusOverAndOverHoldsNoMoreThanAtFirst)
     ASSERT_TRUE(program.isValid()) << program.errorText().toStdString();
     ASSERT_TRUE(program.setControlList({duo}, {QStringLiteral("USB")}));
 
-    QFile description(program.workingFolder() + QLatin1String("/../bus.json"));
-    ASSERT_TRUE(description.open(QIODevice::WriteOnly));
-    description.write(ModelOnBus::describe({ModelOnBus::application(duo)}));
-    description.close();
+    const QString description = program.workingFolder() + QLatin1String("/../bus.json");
+    ASSERT_TRUE(WholeFile::write(description, ModelOnBus::describe({ModelOnBus::application(duo)})));
     BusSession bus;
-    ASSERT_TRUE(bus.start(description.fileName())) << bus.errorText().toStdString();
+    ASSERT_TRUE(bus.start(description)) << bus.errorText().toStdString();
     ASSERT_TRUE(bus.run(program.launch({QString::number(ticks)}))) << bus.errorText().toStdString();
-    ASSERT_EQ(bus.waitForExit(150000), 0) << program.standardError().right(2000).toStdString();
+    ASSERT_EQ(bus.waitForExit(240000), 0) << program.standardError().right(2000).toStdString();
 
     const QJsonObject result =
         QJsonDocument::fromJson(

@@ -1,15 +1,14 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/ModelOnBus.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/ModelOnBus.h"
+#include "simulator/files/WholeFile.h"
 
 namespace {
 
 using namespace EndToEnd;
 
 const QString zn58 = QStringLiteral("ZN58");
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
-const QString nothing = QStringLiteral("Device not detected");
 const char *const blocking = "Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!";
 const char *const begun = "Try To Get File Address...";
 /// The number that the toolkit gives this icon.
@@ -44,9 +43,9 @@ protected:
         const int ticks = s.program.updateLogLines().filter(QStringLiteral("Find deviceName: ")).size();
         const QString shown = s.probe.text(connection);
         // After a burn the reset device is on its way back.
-        ASSERT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application"), 5000));
+        ASSERT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application")));
         ASSERT_TRUE(s.bus.unplug(s.model()));
-        EXPECT_FALSE(s.probe.waitForText(connection, nothing, 2200)) << "the monitor runs";
+        EXPECT_FALSE(s.probe.waitForWholeText(connection, nothing, 2200)) << "the monitor runs";
         EXPECT_EQ(s.probe.text(connection), shown);
         EXPECT_EQ(s.program.updateLogLines().filter(QStringLiteral("Find deviceName: ")).size(), ticks);
         EXPECT_FALSE(s.probe.isEnabled(startButton));
@@ -69,7 +68,7 @@ TEST_F(LaunchModeTest, Zn58ModeWithFurtherArgumentsUpdatesByItselfAndKeepsButton
     start("ZN58",
           {QStringLiteral("ZN58UpDate"), QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMaa")});
     ASSERT_TRUE(waitForLines(blocking, 1));
-    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful, 5000));
+    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful));
     EXPECT_TRUE(logHas("IsZN58UseMe?: true"));
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 2);
@@ -82,7 +81,7 @@ TEST_F(LaunchModeTest, TessilonixModeUpdatesTheModelThatIsNamedByItself)
     UpdateScenario &s = start(
         "DevMaa", {QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMaa"), QStringLiteral("DevMac")});
     ASSERT_TRUE(waitForLines(blocking, 1));
-    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful, 5000));
+    EXPECT_TRUE(s.probe.waitForText(title, upgradeSuccessful));
     EXPECT_TRUE(logHas("IsZN58UseMe?: false"));
     EXPECT_EQ(s.burned(), s.image());
     expectButtonAndMonitorStayOff();
@@ -105,7 +104,7 @@ TEST_F(LaunchModeTest, AWrongSumEndsInTheBlockingLoop)
     start("ZN58", {QStringLiteral("ZN58UpDate")});
     ASSERT_TRUE(waitForLines(blocking, 1));
     EXPECT_TRUE(logHas("File MD5 mismatch."));
-    EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("CurrentStatus: MD5 verification failed."), 5000));
+    EXPECT_TRUE(s.probe.waitForText(title, md5Failed));
     EXPECT_TRUE(untouched());
     expectButtonAndMonitorStayOff();
 }
@@ -125,14 +124,13 @@ TEST_F(LaunchModeTest, AFailedFetchEndsInTheBlockingLoopWithButtonAndMonitorOff)
 TEST_F(LaunchModeTest, AFolderThatCannotBeMadeEndsInIdleAndTheMonitorTriesAgain)
 {
     UpdateScenario &s = scenario("ZN58");
-    QFile inTheWay(s.program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath"));
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(WholeFile::write(s.program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath")));
     start("ZN58", {QStringLiteral("ZN58UpDate")});
     // The ending gives button and monitor back; the next tick presses the button again.
-    ASSERT_TRUE(waitForLines("ensurePath Failed!", 2, 10000));
-    EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("当前状态: ensurePath Failed"), 5000));
+    ASSERT_TRUE(waitForLines("ensurePath Failed!", 2));
+    EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("当前状态: ensurePath Failed")));
     EXPECT_EQ(linesThatSay(blocking), 0);
-    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true, 5000));
+    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true));
     EXPECT_TRUE(untouched());
 }
 
@@ -146,20 +144,20 @@ TEST_F(LaunchModeTest, InZn58ModeADeviceOfAnotherModelIsIgnored)
     start("ZN58", {QStringLiteral("ZN58UpDate")});
     // Three ticks with the other model in view.
     ASSERT_TRUE(pollUntil(
-        [&] { return s.program.standardError().count(QStringLiteral("Device List Count:")) >= 3; }, 10000));
+        [&] { return s.program.standardError().count(QStringLiteral("Device List Count:")) >= 3; }));
     EXPECT_EQ(s.probe.text(connection), nothing);
     EXPECT_EQ(s.probe.read(connection).value(QLatin1String("styleSheet")).toString(),
               QStringLiteral("color: blue;"));
     EXPECT_EQ(linesThatSay(begun), 0);
     // The wanted one is still waited for.
     ASSERT_TRUE(s.bus.plug(zn58));
-    EXPECT_TRUE(waitForLines(begun, 1, 10000));
+    EXPECT_TRUE(waitForLines(begun, 1));
 }
 
 TEST_F(LaunchModeTest, AModeInOtherLetterCaseIsNormalModeAndWaitsForThePerson)
 {
     UpdateScenario &s = start("ZN58", {QStringLiteral("zn58update")});
-    ASSERT_TRUE(waitForLines("Find deviceName: ZN58", 3, 10000));
+    ASSERT_TRUE(waitForLines("Find deviceName: ZN58", 3));
     EXPECT_TRUE(s.probe.isVisible(startButton));
     EXPECT_TRUE(s.probe.isEnabled(startButton));
     EXPECT_TRUE(s.probe.isVisible(QStringLiteral("restartBox")));
@@ -172,7 +170,7 @@ TEST_F(LaunchModeTest, ADeviceAlreadyInItsBootloaderDoesNotStartByItself)
     UpdateScenario &s = scenario("ZN58");
     s.devices = {ModelOnBus::bootloader(zn58)};
     start("ZN58", {QStringLiteral("ZN58UpDate")});
-    ASSERT_TRUE(waitForLines("Run User Chose Mode.", 3, 10000));
+    ASSERT_TRUE(waitForLines("Run User Chose Mode.", 3));
     EXPECT_EQ(s.probe.text(connection), QStringLiteral("FindBootloader"));
     EXPECT_FALSE(s.probe.isVisible(startButton));
     EXPECT_EQ(linesThatSay(begun), 0);
@@ -185,12 +183,12 @@ TEST_F(LaunchModeTest, TessilonixModeWithoutAModelNameSaysSoAndEndsWithZero)
     for (const QStringList &name : {QStringList(), QStringList{QString()}}) {
         m_scenario.reset();
         UpdateScenario &s = start("DevMaa", QStringList{QStringLiteral("TessilonixUpDate")} + name);
-        ASSERT_TRUE(s.probe.waitForWindow(text, 10000)) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(s.probe.waitForWindow(text)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.window(text).value(QLatin1String("title")).toString(), QStringLiteral("Error"));
         // An information box for an error, and meant so.
         EXPECT_EQ(s.probe.window(text).value(QLatin1String("icon")).toInt(), informationIcon);
         ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("OK")));
-        EXPECT_EQ(s.bus.waitForExit(10000), 0);
+        EXPECT_EQ(s.bus.waitForExit(), 0);
         EXPECT_TRUE(s.program.updateLog().isEmpty()) << "the main window was made";
     }
 }

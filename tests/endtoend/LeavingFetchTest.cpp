@@ -1,6 +1,6 @@
 #include "tests/endtoend/LeavingTest.h"
 
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/session/ModelOnBus.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ protected:
 TEST_F(LeavingFetchTest, WhileTheChooserFetchesFromAServerThatNeverAnswersNoUpdateIsBegun)
 {
     startWithFault(manifestFault.arg(QStringLiteral("stall")));
-    ASSERT_TRUE(scenario().probe.waitForEnabled(startButton, false, 5000));
+    ASSERT_TRUE(scenario().probe.waitForEnabled(startButton, false));
     closeAndExpectGone();
     EXPECT_TRUE(scenario().program.updateLogLines().filter(QStringLiteral("usb tmpPath: ")).isEmpty());
 }
@@ -34,9 +34,9 @@ TEST_F(LeavingFetchTest, WhileTheChooserIsOpenAndWaits)
     UpdateScenario &s = scenario();
     s.devices = {ModelOnBus::bootloader(s.model())};
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 10000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(s.probe.click(startButton));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备"), 10000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
     closeAndExpectGone();
     EXPECT_TRUE(logHas("ChoseDev is null，return"));
 }
@@ -61,7 +61,7 @@ TEST_F(LeavingFetchTest, WhileTheImageComesDropByDrop)
 {
     startWithFault(imageFault.arg(QStringLiteral("slow-drip")) + QStringLiteral(",nth=2,bytes=100,ms=20"));
     ASSERT_TRUE(waitForLog("Begin Download now..."));
-    ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading"), 10000));
+    ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading")));
     closeAndExpectGone();
     EXPECT_TRUE(logHas(closedEarly));
 }
@@ -70,7 +70,7 @@ TEST_F(LeavingFetchTest, WhileASegmentWaitsForItsNextTry)
 {
     startWithFault(imageFault.arg(QStringLiteral("503")) + QStringLiteral(",range=3"));
     ASSERT_TRUE(waitForLog("Begin Download now..."));
-    ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading"), 10000));
+    ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading")));
     closeAndExpectGone();
     EXPECT_TRUE(logHas(closedEarly));
 }

@@ -35,14 +35,13 @@ protected:
 TEST_F(LeavingFlasherTest, WhileItWritesTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
 {
     UpdateScenario &s = scenario();
-    startWithScript(QJsonDocument(QJsonObject{
-        {QLatin1String("image"), script({{firstMarker, step("sleepMs", 3000), step("progress", true),
-                                          step("burn", true), step("success", true)}})
-                                     .object()}}));
+    startWithScript(
+        scriptFor(QStringLiteral("image"), {{firstMarker, step("sleepMs", 3000), step("progress", true),
+                                             step("burn", true), step("success", true)}}));
     waitUntilItWrites();
     closeAndExpectQuestion();
     ASSERT_TRUE(s.probe.type(question, QString(), Qt::Key_Return));
-    ASSERT_TRUE(s.probe.waitForNoWindow(question, 5000)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.waitForNoWindow(question)) << s.probe.errorText().toStdString();
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
     EXPECT_EQ(s.burned(), s.image());
     ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, updateLimitMs));
@@ -55,7 +54,7 @@ TEST_F(LeavingFlasherTest, WhileItWritesTheCloseOfTheQuestionMeansStay)
     waitUntilItWrites();
     closeAndExpectQuestion();
     ASSERT_TRUE(scenario().probe.close(question));
-    ASSERT_TRUE(scenario().probe.waitForNoWindow(question, 5000));
+    ASSERT_TRUE(scenario().probe.waitForNoWindow(question));
     closeAndExpectQuestion();
     answerAndExpectGone();
 }
@@ -96,8 +95,7 @@ TEST_F(LeavingFlasherTest, BetweenTwoTriesNothingIsAsked)
 
 TEST_F(LeavingFlasherTest, AResetThatHangsIsKilledAndNothingIsAsked)
 {
-    startWithScript(
-        QJsonDocument(QJsonObject{{QLatin1String("shcmd"), script({{step("hang", true)}}).object()}}));
+    startWithScript(scriptFor(QStringLiteral("shcmd"), {{step("hang", true)}}));
     ASSERT_TRUE(waitForLog("try to RunCmdReset..."));
     ASSERT_TRUE(
         pollUntil([&] { return scenario().program.runs(usbFlasher).size() == 2; }, updateLimitMs, 20));

@@ -16,7 +16,7 @@ TEST_F(LeavingIapTest, WhileItProgramsTheDefaultAnswerIsToStayAndTheUpdateSuccee
     ASSERT_TRUE(waitForProgress(42));
     closeAndExpectQuestion();
     ASSERT_TRUE(s.probe.type(question, QString(), Qt::Key_Return));
-    ASSERT_TRUE(s.probe.waitForNoWindow(question, 5000));
+    ASSERT_TRUE(s.probe.waitForNoWindow(question));
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     closeAndExpectGone();
@@ -51,15 +51,14 @@ TEST_F(LeavingIapTest, WhileItVerifiesAfter100AConfirmedCloseKillsItToo)
 TEST_F(LeavingIapTest, WhenAnAnswerHasNoEndTheWindowStillOpensAndCloses)
 {
     UpdateScenario &s = scenario("DevMdq");
-    s.program.setScript(programmer, QJsonDocument(QJsonObject{{QLatin1String("GetData"),
-                                                               script({{step("hang", true)}}).object()}}));
+    s.program.setScript(programmer, scriptFor(QStringLiteral("GetData"), {{step("hang", true)}}));
     start();
-    EXPECT_TRUE(s.probe.waitForVisible(startButton, true, 5000)) << s.probe.errorText().toStdString();
+    EXPECT_TRUE(s.probe.waitForVisible(startButton, true)) << s.probe.errorText().toStdString();
     ASSERT_TRUE(waitForLog("IAP Process exists"));
-    ASSERT_TRUE(pollUntil([&] { return s.program.runningProcesses().size() == 2; }, 10000, 20));
+    ASSERT_TRUE(pollUntil([&] { return s.program.runningProcesses().size() == 2; }, eventLimitMs, 20));
     // Nothing is begun meanwhile, by a person or by the clock.
     EXPECT_TRUE(s.probe.click(startButton));
-    EXPECT_FALSE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 2500));
+    EXPECT_FALSE(s.probe.waitForWholeText(connection, QStringLiteral("IAP Device Detected"), 2500));
     EXPECT_FALSE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
     closeAndExpectGone();
     EXPECT_EQ(runsOf("GetData").size(), 1);
@@ -69,9 +68,8 @@ TEST_F(LeavingIapTest, WhenTheAnswerBeforeAStartHasNoEndNothingIsAskedAndNothing
 {
     UpdateScenario &s = scenario("DevMdq");
     const QJsonArray answer{step("print", QStringLiteral("device: one;"))};
-    s.program.setScript(
-        programmer, QJsonDocument(QJsonObject{{QLatin1String("GetData"),
-                                               script({answer, answer, {step("hang", true)}}).object()}}));
+    s.program.setScript(programmer,
+                        scriptFor(QStringLiteral("GetData"), {answer, answer, {step("hang", true)}}));
     startAndPressStart();
     ASSERT_TRUE(waitForLog("check IAP Process exists..."));
     ASSERT_TRUE(pollUntil([&] { return runsOf("GetData").size() == 3; }, updateLimitMs, 20));
@@ -84,14 +82,14 @@ TEST_F(LeavingIapTest, TheWarningAboutTheFileIsAnsweredFirstAndThenTheWindowClos
     UpdateScenario &s = scenario("DevMdq");
     startAndDetect();
     ASSERT_TRUE(s.probe.check(iapBox));
-    ASSERT_TRUE(s.probe.waitForVisible(panel, true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     ASSERT_TRUE(s.probe.click(download));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("Warning!"), 5000)) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("Warning!"))) << s.probe.errorText().toStdString();
     ASSERT_TRUE(s.probe.close(background));
     EXPECT_FALSE(s.probe.waitForNoWindow(QStringLiteral("Warning!"), 500)) << "it is modal";
     ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
-    ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("Warning!"), 5000));
-    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true, 5000));
+    ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("Warning!")));
+    EXPECT_TRUE(s.probe.waitForEnabled(startButton, true));
     closeAndExpectGone();
 }
 

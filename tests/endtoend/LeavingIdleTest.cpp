@@ -18,7 +18,7 @@ protected:
     void startAndDetect()
     {
         start();
-        ASSERT_TRUE(scenario().probe.waitForText(connection, QStringLiteral("Device Detected"), 10000))
+        ASSERT_TRUE(scenario().probe.waitForWholeText(connection, QStringLiteral("Device Detected")))
             << scenario().probe.errorText().toStdString();
     }
 };
@@ -36,14 +36,14 @@ TEST_F(LeavingIdleTest, TheLogWindowIsOnlyHiddenByItsCloseAndGoesWithTheMainWind
     ProbeClient &probe = scenario().probe;
     const QString log = QStringLiteral("Log");
     ASSERT_TRUE(probe.check(QStringLiteral("logBox")));
-    ASSERT_TRUE(probe.waitForWindow(log, 5000)) << probe.errorText().toStdString();
+    ASSERT_TRUE(probe.waitForWindow(log)) << probe.errorText().toStdString();
     ASSERT_TRUE(probe.close(QStringLiteral("TextWindow")));
-    ASSERT_TRUE(probe.waitForNoWindow(log, 5000)) << probe.errorText().toStdString();
+    ASSERT_TRUE(probe.waitForNoWindow(log)) << probe.errorText().toStdString();
     EXPECT_FALSE(probe.isChecked(QStringLiteral("logBox")));
     EXPECT_TRUE(scenario().bus.programState().running);
 
     ASSERT_TRUE(probe.check(QStringLiteral("logBox")));
-    ASSERT_TRUE(probe.waitForWindow(log, 5000)) << probe.errorText().toStdString();
+    ASSERT_TRUE(probe.waitForWindow(log)) << probe.errorText().toStdString();
     closeAndExpectGone();
 }
 
@@ -55,16 +55,16 @@ TEST_F(LeavingIdleTest, AFileDialogIsAnsweredFirstAndThenTheWindowCloses)
         probe.click(QStringLiteral("flashingPage"), {{QStringLiteral("x"), 730},
                                                      {QStringLiteral("y"), 310},
                                                      {QStringLiteral("button"), QStringLiteral("middle")}}));
-    ASSERT_TRUE(probe.waitForVisible(QStringLiteral("chooseFileButton"), true, 5000));
+    ASSERT_TRUE(probe.waitForVisible(QStringLiteral("chooseFileButton"), true));
     ASSERT_TRUE(probe.click(QStringLiteral("chooseFileButton")));
     const QString dialog = QStringLiteral("firmwareFileDialog");
-    ASSERT_TRUE(probe.waitForWindow(dialog, 10000)) << probe.errorText().toStdString();
+    ASSERT_TRUE(probe.waitForWindow(dialog)) << probe.errorText().toStdString();
     const QJsonObject refused =
         probe.request({{QLatin1String("op"), QLatin1String("close")}, {QLatin1String("object"), background}});
     EXPECT_TRUE(refused.value(QLatin1String("blocked")).toBool());
     EXPECT_FALSE(probe.window(dialog).isEmpty());
     ASSERT_TRUE(probe.close(dialog));
-    ASSERT_TRUE(probe.waitForNoWindow(dialog, 5000)) << probe.errorText().toStdString();
+    ASSERT_TRUE(probe.waitForNoWindow(dialog)) << probe.errorText().toStdString();
     closeAndExpectGone();
 }
 
@@ -85,7 +85,7 @@ TEST_F(LeavingIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorKeepI
     }
     // Out of the folder as soon as the program has them: who reads them there would wait for ever.
     std::thread remover([&] {
-        pollUntil([&] { return !s.program.runningProcesses().isEmpty(); }, 30000);
+        pollUntil([&] { return !s.program.runningProcesses().isEmpty(); });
         for (const QByteArray &path : paths)
             QFile::remove(QString::fromUtf8(path));
     });
@@ -94,8 +94,7 @@ TEST_F(LeavingIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorKeepI
     ASSERT_FALSE(HasFailure());
     s.probe.timerLate();
     const int ticksBefore = int(s.program.updateLogLines().count(QStringLiteral("Find deviceName: DevMaa")));
-    QElapsedTimer watched;
-    watched.start();
+    const RunningTimer watched;
     int late = 0;
     while (watched.elapsed() < 15000) {
         QThread::msleep(500);

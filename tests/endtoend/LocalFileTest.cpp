@@ -1,13 +1,10 @@
-#include "tests/endtoend/LocalFiles.h"
+#include "tests/endtoend/PersonsFiles.h"
 
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/session/ModelOnBus.h"
 
 namespace {
 
 using namespace EndToEnd;
-
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
-const QString upgradeFailed = QStringLiteral("CurrentStatus: Upgrade Failed!");
 
 class LocalFileTest : public EndToEndTest
 {
@@ -22,7 +19,7 @@ protected:
     QString updateWhatIsChosen()
     {
         UpdateScenario &s = scenario();
-        if (!s.pressStart() || !s.probe.waitForEnabled(startButton, false, 5000))
+        if (!s.pressStart() || !s.probe.waitForEnabled(startButton, false))
             return s.errorText() + s.probe.errorText();
         return titleWhenIdle();
     }
@@ -51,11 +48,11 @@ TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
     QByteArray bytes;
     for (int i = 0; i < 300000; ++i)
         bytes.append(static_cast<char>(i * 7 + i / 251));
-    ASSERT_TRUE(writeFile(path, bytes));
+    ASSERT_TRUE(WholeFile::write(path, bytes));
     ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_TRUE(s.probe.isVisible(chooseButton));
     ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(path))) << s.probe.errorText().toStdString();
-    EXPECT_EQ(contentsOf(lastDirFile(s)), s.program.nameOf(folder).toUtf8());
+    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.nameOf(folder).toUtf8());
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("选择的文件: ") + s.program.nameOf(path)));
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), bytes);
@@ -63,7 +60,7 @@ TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
               (QStringList{QStringLiteral("image"), s.program.nameOf(path)}));
     EXPECT_TRUE(logHas("Run LocalFile Update Model!"));
     EXPECT_FALSE(logHas("Try To Get File Address..."));
-    EXPECT_EQ(contentsOf(path), bytes) << "the person's file was changed";
+    EXPECT_EQ(WholeFile::read(path), bytes) << "the person's file was changed";
 }
 
 TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKeepsTheImage)
@@ -72,7 +69,7 @@ TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKee
     // Blanks and a line end around the path, as an editor leaves them.
     const QString folder = makeFolder(s, "remembered");
     const QString below = makeFolder(s, "remembered/below");
-    ASSERT_TRUE(writeFile(lastDirFile(s), "  " + s.program.nameOf(folder).toUtf8() + " \r\n"));
+    ASSERT_TRUE(WholeFile::write(lastDirFile(s), "  " + s.program.nameOf(folder).toUtf8() + " \r\n"));
     start();
     ASSERT_TRUE(FileRow::reveal(s.probe));
     const QString before = s.probe.text(fileEdit);
@@ -83,7 +80,7 @@ TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKee
     // Into the folder below, and away from there.
     ASSERT_TRUE(FileRow::enterFolder(s.probe, s.program.nameOf(below)));
     ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
-    EXPECT_EQ(contentsOf(lastDirFile(s)), s.program.nameOf(below).toUtf8());
+    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.nameOf(below).toUtf8());
     EXPECT_EQ(s.probe.text(fileEdit), before);
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("未选择文件")));
 }
@@ -92,7 +89,7 @@ TEST_F(LocalFileTest, AnIapDeviceIsOfferedBinFilesFirst)
 {
     UpdateScenario &s = scenario("DevMdq");
     start();
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("IAP Device Detected"), 10000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("IAP Device Detected")));
     ASSERT_TRUE(FileRow::reveal(s.probe));
     ASSERT_TRUE(FileRow::openDialog(s.probe));
     EXPECT_EQ(filters(), (QStringList{QStringLiteral("BIN 文件 (*.bin)"), QStringLiteral("IMG 文件 (*.img)"),
@@ -104,8 +101,8 @@ TEST_F(LocalFileTest, OfTwoImagesNamedBAndCapitalATheLatterIsTheDefaultAndIsBurn
 {
     UpdateScenario &s = scenario();
     const QString folder = s.program.applicationFolder() + QStringLiteral("/qmake/");
-    ASSERT_TRUE(writeFile(folder + QStringLiteral("b.img"), "the second one"));
-    ASSERT_TRUE(writeFile(folder + QStringLiteral("A.img"), "the first one"));
+    ASSERT_TRUE(WholeFile::write(folder + QStringLiteral("b.img"), "the second one"));
+    ASSERT_TRUE(WholeFile::write(folder + QStringLiteral("A.img"), "the first one"));
     start();
     ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_EQ(s.probe.text(fileEdit), s.program.nameOf(folder) + QStringLiteral("A.img"));
@@ -135,15 +132,15 @@ TEST_F(LocalFileTest, AFileThatHasGoneFailsInTheFlasherAndTheNextChoiceIsBurned)
     const QString folder = makeFolder(s, "images");
     const QString gone = folder + QStringLiteral("/gone.img");
     const QString there = folder + QStringLiteral("/there.img");
-    ASSERT_TRUE(writeFile(gone, "too early"));
-    ASSERT_TRUE(writeFile(there, "in time"));
+    ASSERT_TRUE(WholeFile::write(gone, "too early"));
+    ASSERT_TRUE(WholeFile::write(there, "in time"));
     ASSERT_TRUE(FileRow::reveal(s.probe));
     ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(gone))) << s.probe.errorText().toStdString();
     ASSERT_TRUE(QFile::remove(gone));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
     EXPECT_TRUE(s.burned().isEmpty());
     // The device waits in its bootloader now; the controls are there for another try.
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 5000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(there))) << s.probe.errorText().toStdString();
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));

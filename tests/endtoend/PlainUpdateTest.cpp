@@ -1,14 +1,12 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/ModelOnBus.h"
+#include "harness/session/ModelOnBus.h"
 
 #include <QDir>
 
 namespace {
 
 using namespace EndToEnd;
-
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
 
 class PlainUpdateTest : public EndToEndTest
 {
@@ -25,12 +23,12 @@ TEST_F(PlainUpdateTest, ADeviceIsUpdatedOverUsbAndComesBackAsItself)
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("Start Update button was pressed!")));
     EXPECT_EQ(s.burned(), s.image());
-    EXPECT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application"), 5000));
+    EXPECT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application")));
     EXPECT_EQ(argumentsOf(s.program, usbFlasher),
               (QList<QStringList>{{QStringLiteral("image"), imagePath()},
                                   {QStringLiteral("shcmd"), QStringLiteral("reset")}}));
     EXPECT_TRUE(s.program.runs(hidFlasher).isEmpty());
-    EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
+    EXPECT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("Device Detected")));
     EXPECT_FALSE(QFile::exists(imageFile()));
 }
 
@@ -89,9 +87,9 @@ TEST_F(PlainUpdateTest, TwoUpdatesInARowBothSucceed)
 {
     UpdateScenario &s = scenario();
     EXPECT_EQ(update(), upgradeSuccessful);
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), 5000));
+    ASSERT_TRUE(waitUntilRestarted());
     ASSERT_TRUE(s.pressStart());
-    ASSERT_TRUE(s.probe.waitForEnabled(startButton, false, 5000));
+    ASSERT_TRUE(s.probe.waitForEnabled(startButton, false));
     EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.bus.device(s.model()).value(QLatin1String("burns")).toInt(), 2);
     EXPECT_EQ(s.burned(), s.image());

@@ -1,5 +1,5 @@
+#include "harness/session/NginxServer.h"
 #include "tests/endtoend/EndToEnd.h"
-#include "tests/endtoend/NginxServer.h"
 #include "tests/endtoend/OwnMounts.h"
 
 #include <QDir>
@@ -9,8 +9,7 @@ namespace {
 
 using namespace EndToEnd;
 
-const QString md5Failed = QStringLiteral("CurrentStatus: MD5 verification failed.");
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
+constexpr quint16 plainPort = 18180;
 const QString systemCertificates = QStringLiteral("/etc/ssl/certs");
 
 /// Images from a web server that was written for real clients.
@@ -20,7 +19,8 @@ protected:
     void SetUp() override
     {
         UpdateScenario &s = scenario();
-        ASSERT_TRUE(m_nginx.start(s.firmware.folder())) << m_nginx.errorText().toStdString();
+        ASSERT_TRUE(m_nginx.startWithTls(s.firmware.folder(), plainPort))
+            << m_nginx.errorText().toStdString();
     }
     /// Puts the image behind this address of the web server.
     void setImageUrl(const QString &server, const QString &prefix = QString())
@@ -70,7 +70,7 @@ protected:
 
 TEST_F(RealServerTest, AnImageIsFetchedInTenRangesOverHttp)
 {
-    setImageUrl(QStringLiteral("http://127.0.0.1:%1").arg(NginxServer::plainPort));
+    setImageUrl(QStringLiteral("http://127.0.0.1:%1").arg(plainPort));
     expectBurnedInTenParts();
 }
 

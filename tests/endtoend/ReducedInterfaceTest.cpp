@@ -31,7 +31,7 @@ TEST_P(ReducedInterfaceTest, TheNoticeTakesTheControlsPlace)
     s.program.setLocale(QString::fromLatin1(GetParam().locale));
     s.arguments = QStringList{QStringLiteral("ZN58UpDate")};
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
-    ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("noticeLabel"), true, 5000));
+    ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("noticeLabel"), true));
     for (const char *hidden :
          {"startButton", "iapBox", "restartBox", "partitionSelectBox", "divider", "connectTypeLabel",
           "partitionSeparator", "writeTypeBox", "firmwareFileEdit", "chooseFileButton"}) {

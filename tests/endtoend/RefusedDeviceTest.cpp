@@ -1,3 +1,4 @@
+#include "harness/process/Polling.h"
 #include "tests/endtoend/EndToEnd.h"
 
 #include <QDir>
@@ -37,9 +38,10 @@ protected:
     {
         ASSERT_TRUE(QFile::setPermissions(nodes() + node, QFile::Permissions())) << node.toStdString();
     }
+    int looks() { return scenario().program.standardError().count(QStringLiteral("当前检查到链接设备有:")); }
     bool waitForHint(int limitMs)
     {
-        return QTest::qWaitFor([this] { return !pane().filter(noPermission).isEmpty(); }, limitMs);
+        return pollUntil([this] { return !pane().filter(noPermission).isEmpty(); }, limitMs, 50);
     }
 };
 
@@ -54,24 +56,25 @@ TEST_F(RefusedDeviceTest, OneShownLineSaysThatNoDriverIsNeededAndTheLogFileHasNo
 TEST_F(RefusedDeviceTest, OfADeviceThatMayBeOpenedNothingIsSaid)
 {
     start();
-    ASSERT_TRUE(scenario().probe.waitForText(connection, QStringLiteral("Device Detected"), 10000));
+    ASSERT_TRUE(scenario().probe.waitForWholeText(connection, QStringLiteral("Device Detected")));
     EXPECT_FALSE(waitForHint(3000));
 }
 
 TEST_F(RefusedDeviceTest, ADeviceThatThisUserMayNotOpenIsToldOfOnceWithTheRuleToInstall)
 {
     start();
-    ASSERT_TRUE(scenario().probe.waitForText(connection, QStringLiteral("Device Detected"), 10000));
+    ASSERT_TRUE(scenario().probe.waitForWholeText(connection, QStringLiteral("Device Detected")));
     const QStringList interfaces =
         QDir(nodes()).entryList({QStringLiteral("hidraw*")}, QDir::AllEntries | QDir::System);
     ASSERT_FALSE(interfaces.isEmpty());
     lock(interfaces.first());
-    ASSERT_TRUE(waitForHint(10000)) << pane().join(QLatin1Char('\n')).toStdString();
+    ASSERT_TRUE(waitForHint(eventLimitMs)) << pane().join(QLatin1Char('\n')).toStdString();
     EXPECT_EQ(pane().filter(noPermission).first(),
               noPermission + QStringLiteral("/dev/%1: install the udev rules 60-quillmarsh.rules in "
                                             "/etc/udev/rules.d and plug the device in again.")
                                  .arg(interfaces.first()));
-    QTest::qWait(2500);
+    const int looksBefore = looks();
+    ASSERT_TRUE(pollUntil([&] { return looks() >= looksBefore + 3; }, eventLimitMs, 50));
     EXPECT_EQ(pane().filter(noPermission).size(), 1);
     EXPECT_FALSE(scenario().program.updateLog().contains(noPermission));
 }

@@ -1,7 +1,7 @@
-#include "tests/endtoend/LocalFiles.h"
+#include "tests/endtoend/PersonsFiles.h"
 
-#include "simulator/bench/ModelOnBus.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/ModelOnBus.h"
 
 #include <QRect>
 
@@ -12,8 +12,6 @@ namespace {
 using namespace EndToEnd;
 using Step = std::function<void(UpdateScenario &)>;
 
-const QString detected = QStringLiteral("Device Detected");
-const QString nothing = QStringLiteral("Device not detected");
 const char *const untouchedTitle = "CurrentStatus: ";
 const char *const cannotOpenList = "Failed to open file: dev json.!";
 const char *const nothingChosen = "未选择文件";
@@ -48,7 +46,7 @@ void clear(const QString &path)
 void putBytes(const QString &path, const QByteArray &contents)
 {
     clear(path);
-    ASSERT_TRUE(writeFile(path, contents));
+    ASSERT_TRUE(WholeFile::write(path, contents));
 }
 
 /// Sparse: it takes no room on the disk.
@@ -78,7 +76,7 @@ void obeyPermissions(UpdateScenario &s)
 {
     const QString probe = s.program.homeFolder() + QStringLiteral("/no-one-may-read-this");
     putUnreadable(probe, "x");
-    if (contentsOf(probe).isEmpty())
+    if (WholeFile::read(probe).isEmpty())
         return;
     s.program.startThrough({QStringLiteral("setpriv"), QStringLiteral("--inh-caps=-all"),
                             QStringLiteral("--ambient-caps=-all"), QStringLiteral("--bounding-set=-all")});
@@ -219,9 +217,9 @@ void expectTheWindowWithinTheScreen(UpdateScenario &s)
 
 void closeTheChooser(UpdateScenario &s)
 {
-    ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader"), 10000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(s.probe.click(startButton));
-    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备"), 10000));
+    ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
     ASSERT_TRUE(s.probe.close(QStringLiteral("firmwareChooser")));
 }
 
@@ -240,15 +238,14 @@ void clickTenTimes(UpdateScenario &s)
 /// Every line comes to the pane; each that cannot be written costs a warning.
 void expectThePaneToWork(UpdateScenario &s)
 {
-    ASSERT_TRUE(s.probe.waitForText(connection, detected, 10000));
+    ASSERT_TRUE(s.probe.waitForWholeText(connection, detected));
     ASSERT_TRUE(s.probe.check(QStringLiteral("logBox")));
     ASSERT_TRUE(
-        s.probe.waitForText(QStringLiteral("logTextView"), QStringLiteral("Find deviceName: DevMaa"), 5000));
+        s.probe.waitForText(QStringLiteral("logTextView"), QStringLiteral("Find deviceName: DevMaa")));
     const int lines = s.probe.text(QStringLiteral("logTextView")).count(QLatin1Char('\n')) + 1;
     EXPECT_GE(lines, 6);
     EXPECT_TRUE(pollUntil(
-        [&] { return s.program.standardError().count(QString::fromUtf8("无法打开文件进行写入")) >= lines; },
-        5000));
+        [&] { return s.program.standardError().count(QString::fromUtf8("无法打开文件进行写入")) >= lines; }));
     EXPECT_FALSE(QFile::exists(s.program.workingFolder() + QStringLiteral("/UPDLog.txt")));
 }
 
@@ -263,11 +260,9 @@ QList<Row> surroundingRows()
         {"StaleTemporaryImage", "a stale image beside the program",
          [](UpdateScenario &s) {
              ASSERT_TRUE(QDir().mkpath(s.program.applicationFolder() + QStringLiteral("/tmp")));
-             ASSERT_TRUE(writeFile(staleImage(s), "of an earlier run"));
+             ASSERT_TRUE(WholeFile::write(staleImage(s), "of an earlier run"));
          },
-         [](UpdateScenario &s) {
-             EXPECT_TRUE(pollUntil([&] { return !QFile::exists(staleImage(s)); }, 5000));
-         },
+         [](UpdateScenario &s) { EXPECT_TRUE(pollUntil([&] { return !QFile::exists(staleImage(s)); })); },
          "删除临时固件文件", untouchedTitle, true, detected},
         {"SmallScreen", "a screen of 800 x 600", [](UpdateScenario &s) { s.screen = QSize(800, 600); },
          expectTheWindowWithinTheScreen, "Find deviceName: DevMaa", untouchedTitle, true, detected},
@@ -323,10 +318,10 @@ protected:
     {
         UpdateScenario &s = scenario();
         row.act(s);
-        EXPECT_TRUE(pollUntil([&] { return timesSaid(row.said) > saidBefore; }, 10000)) << row.said;
+        EXPECT_TRUE(pollUntil([&] { return timesSaid(row.said) > saidBefore; })) << row.said;
         // Until its first look at the bus the window says that there is no device.
-        EXPECT_TRUE(pollUntil([&] { return timesSaid("Device List Count:") > 0; }, 10000));
-        EXPECT_TRUE(s.probe.waitForText(connection, row.monitor, 10000)) << s.probe.errorText().toStdString();
+        EXPECT_TRUE(pollUntil([&] { return timesSaid("Device List Count:") > 0; }));
+        EXPECT_TRUE(s.probe.waitForWholeText(connection, row.monitor)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.text(title), QString::fromUtf8(row.title));
         EXPECT_EQ(s.probe.isEnabled(startButton), row.startEnabled);
     }
@@ -370,19 +365,19 @@ TEST_F(TwoCopiesTest, TheSecondCopysStartIsRefusedWithALogLineWhileTheFirstIsUpd
     ASSERT_TRUE(first.start()) << first.errorText().toStdString();
     UpdateScenario second(first.model());
     second.withServer = false; // The first one's is there for both.
-    second.program.setVariable(QStringLiteral("TMPDIR"), first.program.temporaryFolder());
+    second.program.shareUserOf(first.program);
     ASSERT_TRUE(second.start()) << second.errorText().toStdString();
-    ASSERT_TRUE(second.probe.waitForText(connection, detected, 10000));
+    ASSERT_TRUE(second.probe.waitForWholeText(connection, detected));
     ASSERT_TRUE(first.pressStart());
     ASSERT_TRUE(first.probe.waitForText(title, QStringLiteral("Attempting to Upgrade"), updateLimitMs));
 
     ASSERT_TRUE(second.pressStart());
     const QString refusal = QStringLiteral(
         "Another copy of this program is updating a device. Start again when it has finished.");
-    EXPECT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(refusal); }, 5000));
+    EXPECT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(refusal); }));
     EXPECT_TRUE(second.probe.isEnabled(startButton));
     EXPECT_EQ(second.probe.text(title), QLatin1String(untouchedTitle));
-    EXPECT_EQ(titleWhenIdle(), QStringLiteral("CurrentStatus: Upgrade Successful"));
+    EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(first.burned(), first.image());
     EXPECT_TRUE(second.program.runs(usbFlasher).isEmpty());
 

@@ -15,7 +15,7 @@ TEST_F(UserFolderTest, ChineseCharactersAndBlanksInEveryPathAreNoObstacle)
                                                   QStringLiteral("张 三的文件夹 "));
     UpdateScenario &s = *m_scenario;
     ASSERT_TRUE(s.program.applicationFolder().contains(QStringLiteral("/张 三的文件夹 ")));
-    EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Successful"));
+    EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     const QString folder =
         s.program.nameOf(s.program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath");

@@ -1,9 +1,9 @@
 // The main widget's connection check as often as it runs in so many seconds, one after the other.
 // Prints what the process holds after a while and at the end, as JSON.
 
-#include "app/FirmwareServer.h"
 #include "app/bringToForeground.h"
 #include "tests/support/ProcessUse.h"
+#include "update/FirmwareServerAddress.h"
 #include "widgets/BackgroundWidget.h"
 
 #include <QApplication>
@@ -13,7 +13,7 @@
 
 #include <cstdio>
 
-QString firmwareServer()
+QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");
 }

@@ -1,6 +1,7 @@
 #include "tests/faults/FaultyFetch.h"
 
 #include "download/FileDownloader.h"
+#include "simulator/files/WholeFile.h"
 #include "update/FirmwareFetch.h"
 #include "update/md5Check.h"
 
@@ -22,9 +23,7 @@ constexpr int imageBytes = 200003;
 
 void write(const QString &path, const QByteArray &content)
 {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
+    EXPECT_TRUE(WholeFile::write(path, content));
 }
 
 } // namespace
@@ -43,12 +42,13 @@ FaultyFetch::FaultyFetch(const QStringList &faults)
 {
     EXPECT_TRUE(m_server.listen());
     m_paths.applicationDir = m_folder.filePath(QStringLiteral("app"));
+    m_paths.savedManifest = m_paths.applicationDir + QStringLiteral("/qmake/dev.jn");
     m_paths.temporaryFolder = m_folder.filePath(QStringLiteral("temporary"));
     m_paths.manifestUrl = m_server.url(QStringLiteral("/manifest.json")).toString();
     QDir().mkpath(m_paths.temporaryFolder + QStringLiteral("/tmp"));
     ChosenDevice device;
     device.name = QStringLiteral("M1");
-    m_state.setDevice(device);
+    m_choices.setFound(device, false);
 
     const QByteArray md5 = QCryptographicHash::hash(image(), QCryptographicHash::Md5).toHex();
     const QJsonObject entry{{QStringLiteral("fileURL"), m_server.url(QStringLiteral("/m1.img")).toString()},
@@ -103,9 +103,10 @@ Outcome FaultyFetch::run(unsigned right)
     m_clock.onSleep = [this, right] {
         watch(right);
     };
-    FirmwareFetch fetch(m_reporter, m_state, m_clock, m_paths, m_downloader, m_segmentWorker, nullptr);
+    FirmwareFetch fetch(m_reporter, *m_session, m_choices, m_clock, m_paths, m_downloader, m_segmentWorker,
+                        nullptr);
     QJsonObject manifest;
-    const QString path = fetch.fetchFirmware(&manifest);
+    const QString path = fetch.fetchFirmware(m_choices.request(), &manifest);
     return outcomeOf(path, manifest);
 }
 
@@ -114,9 +115,7 @@ Outcome FaultyFetch::outcomeOf(const QString &path, const QJsonObject &manifest)
     const bool isAccepted = md5Check(m_reporter).checkMd5(path, manifest, QStringLiteral("M1"));
     const QStringList lines = m_reporter.logLines();
     if (isAccepted) {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll() == image(), true) << "the sum accepts a wrong file";
+        EXPECT_TRUE(WholeFile::read(path) == image()) << "the sum accepts a wrong file";
         return Exact;
     }
     if (lines.contains(QStringLiteral("Get File Address Failed!")))

@@ -1,27 +1,26 @@
 #pragma once
 
+#include "simulator/time/RunningTime.h"
 #include "tests/faults/FaultRow.h"
 #include "tests/support/RecordingReporter.h"
+#include "tests/update/OwnSession.h"
 
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "simulator/server/FirmwareServer.h"
-#include "update/LiveState.h"
+#include "update/UpdateChoices.h"
 #include "update/UpdatePaths.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <functional>
 
 /// A clock on which a wait without hope passes quickly: from the time that hurry() is called every
-/// sleep takes a few milliseconds and counts in full. Until then its time is the real one, so that a
-/// busy machine cannot make a healthy server look slow.
+/// sleep takes a few milliseconds and counts in full. Until then its time is running time, so that
+/// neither a busy machine nor one that stands still can make a healthy server look slow.
 class HurryingClock : public Clock
 {
 public:
-    HurryingClock() { m_real.start(); }
-
     qint64 nowMs() const override { return m_real.elapsed() + m_skipped; }
     bool sleepMs(int milliseconds) override;
     bool isLeaving() const override { return m_isLeaving; }
@@ -32,7 +31,7 @@ public:
     std::function<void()> onSleep;
 
 private:
-    QElapsedTimer m_real;
+    RunningTimer m_real;
     qint64 m_skipped = 0;
     bool m_isHurried = false;
     bool m_isLeaving = false;
@@ -63,7 +62,8 @@ private:
     FirmwareServer m_server{m_root.path()};
     HurryingClock m_clock;
     RecordingReporter m_reporter;
-    LiveState m_state;
+    UpdateChoices m_choices;
+    OwnSession m_session;
     UpdatePaths m_paths;
     FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
     ThreadFileDownloader m_segmentWorker{nullptr, nullptr, m_clock};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "iap/IAPUpDate.h"
+#include "tests/support/OwnLockFile.h"
 #include "tests/support/RecordingReporter.h"
 #include "widgets/TextWindow.h"
 
@@ -11,11 +12,19 @@
 class FakeIapHost : public IapHost
 {
 public:
-    void log(const QString &line) override { m_events.append(QLatin1String("queued ") + line); }
-    void setStateTitle(const BilingualText &title) override
+    FakeIapHost()
     {
-        m_events.append(QLatin1String("title ") + QString::fromUtf8(title.chinese));
-        titleKeys.append(QString::fromUtf8(title.english));
+        m_session.watchStages([this](UpdateStage stage) {
+            if (stage == UpdateStage::Idle)
+                m_events.append(QStringLiteral("ended"));
+        });
+    }
+
+    void log(const QString &line) override { m_events.append(QLatin1String("queued ") + line); }
+    void setStateTitle(const TranslatableText &title) override
+    {
+        m_events.append(QLatin1String("title ") + QString::fromUtf8(title.fallback));
+        titleKeys.append(QString::fromUtf8(title.key));
     }
     void setProgress(int percent) override { m_events.append(QStringLiteral("progress %1").arg(percent)); }
     void enableStartButton(bool enable) override { m_events.append(QStringLiteral("button %1").arg(enable)); }
@@ -40,8 +49,7 @@ public:
     void StartCheckConnectTimer() override { m_events.append(QStringLiteral("monitor on")); }
     void StopCheckConnectTimer() override { m_events.append(QStringLiteral("monitor off")); }
     void untickIapBox() override { m_events.append(QStringLiteral("untick")); }
-    void iapRunEnded() override { m_events.append(QStringLiteral("ended")); }
-    UpdateLock &updateLock() override { return m_lock; }
+    UpdateSession &session() override { return m_session; }
     /// As another copy of the program would have it.
     UpdateLock::Hold takeElsewhere() { return m_lockElsewhere.take(*this); }
 
@@ -56,10 +64,9 @@ public:
     QList<TextWindow *> logWindows;
 
 private:
-    QString lockFile() const { return m_folder.filePath(QStringLiteral("lock")); }
-
     QStringList m_events;
     QTemporaryDir m_folder;
-    UpdateLock m_lock{lockFile()};
-    UpdateLock m_lockElsewhere{lockFile()};
+    UpdateLock m_lock{ownLockFile(m_folder)};
+    UpdateSession m_session{m_lock};
+    UpdateLock m_lockElsewhere{ownLockFile(m_folder)};
 };

@@ -1,3 +1,4 @@
+#include "simulator/time/RunningTime.h"
 #include "tests/iap/IAPUpDateTest.h"
 
 #include "iap/IapPortType.h"
@@ -10,7 +11,7 @@ namespace {
 
 using IAPUpDateFieldsTest = IAPUpDateTest;
 
-const QByteArray portsAndDevices = Told::print("COM:COM3;COM: COM7;device: one;device: two;\n");
+const ToolSteps portsAndDevices = ToolStep::print("COM:COM3;COM: COM7;device: one;device: two;\n");
 
 TEST_F(IAPUpDateFieldsTest, SignalsAndSlotsStandInTheirOrder)
 {
@@ -62,14 +63,35 @@ TEST_F(IAPUpDateFieldsTest, ItEndsNoProgrammersWhileAnotherCopyOfTheProgramIsUpd
     EXPECT_EQ(kills().size(), 1);
 }
 
+TEST_F(IAPUpDateFieldsTest, WhileAnotherCopyIsUpdatingTheProgrammerIsNotAskedAndALineSaysWhy)
+{
+    const QString why = QStringLiteral("log The IAP programmer is not asked for its ports while another copy "
+                                       "of this program is updating a device.");
+    getData(portsAndDevices);
+    UpdateLock::Hold elsewhere = m_host.takeElsewhere();
+    panel();
+    EXPECT_EQ(m_host.takeEvents(), QStringList{why});
+    EXPECT_EQ(items(portName()), QStringList());
+    EXPECT_EQ(items(baudRate()), IapPortType::rates(QStringLiteral("USART")));
+    panel().resetToUsb();
+    EXPECT_EQ(m_host.takeEvents(), QStringList{why});
+    panel().resetToUsb();
+    EXPECT_EQ(m_host.takeEvents(), QStringList()) << "the monitor resets it each second";
+    EXPECT_EQ(items(portName()), QStringList());
+    EXPECT_EQ(runs(), QStringList());
+    elsewhere.reset();
+    portType().setCurrentText(QStringLiteral("USART"));
+    EXPECT_EQ(items(portName()), (QStringList{QStringLiteral("COM3"), QStringLiteral("COM7")}));
+    EXPECT_EQ(runs().size(), 1);
+}
+
 TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotForLong)
 {
     panel();
     ShutdownFlag::instance().raise();
-    taskkill(Told::hang());
+    taskkill(ToolStep::hang());
     forgetRuns();
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     m_panel.reset();
     EXPECT_LT(timer.elapsed(), 10000);
     EXPECT_EQ(kills().size(), 1);
@@ -77,10 +99,9 @@ TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotFor
 
 TEST_F(IAPUpDateFieldsTest, WithoutATaskkillNothingIsSaidAndNothingWaits)
 {
-    qputenv("PATH", "/nowhere");
+    SystemTool::setFolderForTests(QStringLiteral("/nowhere"));
     const RecordedDebugStream debug;
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     panel();
     m_panel.reset();
     EXPECT_LT(timer.elapsed(), 5000);
@@ -187,14 +208,14 @@ TEST_F(IAPUpDateFieldsTest, AProgrammerThatIsMissingLeavesTheListsEmptyAndSaysNo
 
 TEST_F(IAPUpDateFieldsTest, AProgrammerThatCrashesHasNotAnswered)
 {
-    getData(Told::print("COM:COM3;") + Told::crash());
+    getData(ToolStep::print("COM:COM3;") + ToolStep::crash());
     EXPECT_EQ(portName().count(), 0);
     EXPECT_TRUE(m_host.events().isEmpty());
 }
 
 TEST_F(IAPUpDateFieldsTest, AProgrammerThatFailsHasAnsweredAllTheSame)
 {
-    getData(Told::print("COM:COM3;") + Told::printError("no\n") + Told::exitWith(3));
+    getData(ToolStep::print("COM:COM3;") + ToolStep::printError("no\n") + ToolStep::exitWith(3));
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("COM3")});
     EXPECT_EQ(m_host.takeEvents(), QStringList{QStringLiteral("log IAP RunProcessGetData: COM:COM3;")});
 }
@@ -234,10 +255,10 @@ TEST_F(IAPUpDateFieldsTest, ItStandsAtTheRightTopCornerOfItsParentAndFollowsIt)
     ground.show();
     QPoint before = panel().pos();
     ground.move(120, 30);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return followsFrom(before); }, limitMs));
+    EXPECT_TRUE(processEventsUntil([&] { return followsFrom(before); }));
     before = panel().pos();
     ground.resize(500, 310);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return followsFrom(before); }, limitMs));
+    EXPECT_TRUE(processEventsUntil([&] { return followsFrom(before); }));
     m_panel.reset();
 }
 

@@ -1,4 +1,6 @@
+#include "simulator/files/WholeFile.h"
 #include "tests/iap/IAPUpDateTest.h"
+#include "tests/support/AnotherAttempt.h"
 #include "tests/support/ProcessGone.h"
 #include "tests/support/TextList.h"
 
@@ -23,7 +25,7 @@ protected:
             box->button(QMessageBox::Ok)->click();
         });
     }
-    void run(const QByteArray &body)
+    void run(const ToolSteps &body)
     {
         startBody(body);
         makePanel();
@@ -36,8 +38,8 @@ protected:
 
 TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
 {
-    getData(Told::print("device: one;\n"));
-    startBody(Told::print("SetProgress: 42\n") + m_tools.pause() + Told::exitWith(0));
+    getData(ToolStep::print("device: one;\n"));
+    startBody(ToolStep::print("SetProgress: 42\n") + m_tools.pause() + ToolStep::exitWith(0));
     m_host.device = {true, 0xA05A, 0xF113};
     makePanel();
     portType().setCurrentText(QStringLiteral("USB"));
@@ -46,7 +48,7 @@ TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
     const RecordedDebugStream debug;
     QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
     download().click();
-    EXPECT_TRUE(panel().isProgramming());
+    EXPECT_TRUE(m_host.session().isWritingDevice());
     EXPECT_FALSE(download().isEnabled());
     ASSERT_TRUE(waitFor("picture 42"));
     m_tools.letGoOn();
@@ -57,8 +59,8 @@ TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
                     "log try to Start IAP Process...", "monitor off", "log disable IAPbtnStart_",
                     "title Current Status: Attempting to Upgrade...", "log SetProgress: 42",
                     "title Current Status: IAP Progress", "progress 42", "picture 42",
-                    "log IAP finished, exitCode=0", "monitor on", "log enable IAPbtnStart_", "ended"}));
-    EXPECT_FALSE(panel().isProgramming());
+                    "log IAP finished, exitCode=0", "ended", "monitor on", "log enable IAPbtnStart_"}));
+    EXPECT_FALSE(m_host.session().isWritingDevice());
     EXPECT_TRUE(download().isEnabled());
     EXPECT_EQ(finished, QList<QVariantList>{{true}});
     EXPECT_EQ(starts(), list({"Start|1||f113|a05a|0|0||08004000|true|/srv/dev.bin"}));
@@ -68,7 +70,7 @@ TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
 
 TEST_F(IAPUpDateRunTest, ItsTitlesHaveTheChineseTextsAsKeysAndSoAreEnglish)
 {
-    run(Told::print("SetProgress: 100\n"));
+    run(ToolStep::print("SetProgress: 100\n"));
     EXPECT_EQ(m_host.titleKeys,
               list({"当前状态: 尝试升级...", "当前状态: 正在进行IAP升级", "当前状态: 升级成功"}));
     EXPECT_TRUE(m_host.has("title Current Status: Attempting to Upgrade..."));
@@ -78,7 +80,7 @@ TEST_F(IAPUpDateRunTest, ItsTitlesHaveTheChineseTextsAsKeysAndSoAreEnglish)
 
 TEST_F(IAPUpDateRunTest, BeforeAnyIapDeviceHasBeenChosenTheIdsAreSentAsMinusOne)
 {
-    run("");
+    run({});
     EXPECT_TRUE(m_host.has("log Current PVID is Not IAP Dev.!"));
     EXPECT_EQ(runs(), list({"GetData|-1|-1", "Start|0||-1|-1|-1|-1|110|08004000|false|/srv/dev.bin"}));
 }
@@ -94,7 +96,7 @@ TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapLeavesTheIdsAsTheyWere)
 
 TEST_F(IAPUpDateRunTest, TheCommandLineTakesTheWholeFieldsAndNotWhatIsSelected)
 {
-    getData(Told::print("COM:A;COM:B;\n"));
+    getData(ToolStep::print("COM:A;COM:B;\n"));
     makePanel();
     portType().setCurrentText(QStringLiteral("I2C"));
     portName().setCurrentIndex(1);
@@ -109,7 +111,7 @@ TEST_F(IAPUpDateRunTest, TheCommandLineTakesTheWholeFieldsAndNotWhatIsSelected)
 TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgrammer)
 {
     QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
-    run(Told::print("SetProgress:100\n") + Told::hang());
+    run(ToolStep::print("SetProgress:100\n") + ToolStep::hang());
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
     EXPECT_TRUE(m_host.has("progress 100"));
     EXPECT_EQ(finished, QList<QVariantList>{{false}}) << "it was ended, it did not end";
@@ -117,7 +119,7 @@ TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgramm
 
 TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
 {
-    run(Told::print("SetProgress: 7\nSetProgress: 9\n"));
+    run(ToolStep::print("SetProgress: 7\nSetProgress: 9\n"));
     EXPECT_TRUE(m_host.has("progress 7"));
     EXPECT_FALSE(m_host.has("progress 9"));
     EXPECT_TRUE(m_host.has("log SetProgress: 7\nSetProgress: 9")) << "the chunk is logged whole";
@@ -125,7 +127,7 @@ TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
 
 TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsTheProgrammer)
 {
-    run(Told::print("no usb iap device!\n") + Told::hang());
+    run(ToolStep::print("no usb iap device!\n") + ToolStep::hang());
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Failed!"));
     EXPECT_EQ(m_host.titleKeys.last(), QStringLiteral("当前状态: 升级失败!"));
     EXPECT_FALSE(m_host.has("title Current Status: Upgrade Successful"));
@@ -133,7 +135,7 @@ TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsThePr
 
 TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
 {
-    startBody(Told::print("SetProgress: 4") + m_tools.pause() + Told::print("2\n"));
+    startBody(ToolStep::print("SetProgress: 4") + m_tools.pause() + ToolStep::print("2\n"));
     makePanel();
     download().click();
     ASSERT_TRUE(waitFor("progress 4"));
@@ -145,13 +147,13 @@ TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
 
 TEST_F(IAPUpDateRunTest, StandardErrorIsReadLikeTheOutput)
 {
-    run(Told::printError("SetProgress: 5\n"));
+    run(ToolStep::printError("SetProgress: 5\n"));
     EXPECT_TRUE(m_host.has("progress 5"));
 }
 
 TEST_F(IAPUpDateRunTest, OtherOutputIsOnlyLogged)
 {
-    run(Told::print(" erasing 固件 \n"));
+    run(ToolStep::print(" erasing 固件 \n"));
     EXPECT_TRUE(m_host.has("log erasing 固件"));
     EXPECT_EQ(m_host.titleKeys.size(), 1);
 }
@@ -159,44 +161,48 @@ TEST_F(IAPUpDateRunTest, OtherOutputIsOnlyLogged)
 TEST_F(IAPUpDateRunTest, AFailureCodeAndACrashAreNoSuccess)
 {
     QSignalSpy finished(&panel(), &IAPUpDate::iapFinished);
-    run(Told::exitWith(3));
+    run(ToolStep::exitWith(3));
     EXPECT_TRUE(m_host.has("log IAP finished, exitCode=3"));
-    run(Told::crash());
+    run(ToolStep::crash());
     EXPECT_EQ(finished, (QList<QVariantList>{{false}, {false}}));
     EXPECT_TRUE(download().isEnabled());
 }
 
 TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASecondAfterTheFailure)
 {
-    startBody(Told::deaf() + Told::print("No USB IAP device!\n") + Told::hang());
+    dependsOnRealTime("the second that the programmer gets");
+    startBody(ToolStep::deaf() + ToolStep::print("No USB IAP device!\n") + ToolStep::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
     ASSERT_TRUE(waitFor("title Current Status: Upgrade Failed!"));
+    const RunningTimer running;
     timer.start();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_GE(timer.elapsed(), 800);
-    EXPECT_LT(timer.elapsed(), 8000);
+    EXPECT_LT(running.elapsed(), 8000);
 }
 
 TEST_F(IAPUpDateRunTest, AProgrammerThatVerifiesAfter100HasTenSecondsForIt)
 {
-    startBody(Told::deaf() + Told::print("SetProgress: 100\n") + Told::hang());
+    dependsOnRealTime("the ten seconds that the programmer gets");
+    startBody(ToolStep::deaf() + ToolStep::print("SetProgress: 100\n") + ToolStep::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
     ASSERT_TRUE(waitFor("title Current Status: Upgrade Successful"));
+    const RunningTimer running;
     timer.start();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_GE(timer.elapsed(), 9000);
-    EXPECT_LT(timer.elapsed(), 16000);
+    EXPECT_LT(running.elapsed(), 16000);
     EXPECT_TRUE(download().isEnabled());
 }
 
 TEST_F(IAPUpDateRunTest, AFileNameEndingInCapitalBinPasses)
 {
     m_host.file = QStringLiteral("/srv/DEV.BIN");
-    run("");
+    run({});
     EXPECT_EQ(starts().size(), 1);
 }
 
@@ -210,7 +216,7 @@ TEST_F(IAPUpDateRunTest, AFileThatIsNoBinIsRefusedWithAWarning)
         EXPECT_EQ(m_warning, list({"Warning!", "u are not chose update file.!"})) << file;
         EXPECT_EQ(m_warningIcon, QMessageBox::Warning);
         EXPECT_EQ(m_host.takeEvents().mid(5), list({"log try to Start IAP Process...", "monitor off",
-                                                    "log UpDateFile is not .bin.!", "monitor on", "ended"}));
+                                                    "log UpDateFile is not .bin.!", "ended", "monitor on"}));
         EXPECT_TRUE(starts().isEmpty());
         EXPECT_TRUE(download().isEnabled());
     }
@@ -222,7 +228,7 @@ TEST_F(IAPUpDateRunTest, LeavingEndsTheWarningAboutTheFile)
     m_host.file = QStringLiteral("image.img");
     bool wasAnswered = false;
     QTimer::singleShot(300, &m_logWindow, [] { ShutdownFlag::instance().raise(); });
-    QTimer::singleShot(10000, &m_logWindow, [&wasAnswered] {
+    QTimer::singleShot(eventLimitMs, &m_logWindow, [&wasAnswered] {
         wasAnswered = true;
         if (QWidget *box = QApplication::activeModalWidget())
             box->close();
@@ -232,19 +238,61 @@ TEST_F(IAPUpDateRunTest, LeavingEndsTheWarningAboutTheFile)
     EXPECT_TRUE(m_host.has("log UpDateFile is not .bin.!"));
 }
 
-TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorOff)
+TEST_F(IAPUpDateRunTest, DownloadDuringAnUpdateOfTheFlashersIsRefusedWithALine)
+{
+    makePanel();
+    m_host.file = QStringLiteral("/srv/image.img");
+    ASSERT_TRUE(m_host.session().begin(UpdateStage::Flashing, m_host));
+    download().click();
+    EXPECT_EQ(m_host.takeEvents(), list({"log Download is not possible while an update is running."}));
+    EXPECT_EQ(runs(), QStringList());
+    EXPECT_EQ(m_host.session().stage(), UpdateStage::Flashing);
+}
+
+TEST_F(IAPUpDateRunTest, AFilePickedWhileTheProgrammerIsAskedIsForTheNextRun)
+{
+    makePanel();
+    getData(m_tools.pause());
+    QTimer::singleShot(0, &m_logWindow, [this] {
+        m_host.file = QStringLiteral("/srv/next.bin");
+        m_tools.letGoOn();
+    });
+    ASSERT_TRUE(runToEnd());
+    ASSERT_EQ(starts().size(), 1);
+    EXPECT_TRUE(starts().first().endsWith(QStringLiteral("|/srv/dev.bin")));
+}
+
+TEST_F(IAPUpDateRunTest, TheResultSaysWhatTheProgrammerReported)
+{
+    using Outcome = UpdateResult::Outcome;
+    const auto resultOf = [this](const ToolSteps &body) {
+        startBody(body);
+        EXPECT_TRUE(runToEnd());
+        m_host.takeEvents();
+        return m_host.session().lastResult();
+    };
+    makePanel();
+    EXPECT_EQ(resultOf(ToolStep::print("SetProgress: 100\n")),
+              (UpdateResult{Outcome::Succeeded, UpdateStage::Programming, UpdateReason::None}));
+    EXPECT_EQ(resultOf(ToolStep::print("SetProgress: 1") + ToolStep::sleepMs(200) + ToolStep::print("00\n")),
+              (UpdateResult{Outcome::Succeeded, UpdateStage::Programming, UpdateReason::None}));
+    EXPECT_EQ(resultOf(ToolStep::print("SetProgress: 99\n")),
+              (UpdateResult{Outcome::Failed, UpdateStage::Programming, UpdateReason::WritingFailed}));
+    EXPECT_EQ(resultOf(ToolStep::print("No USB IAP device!\n")),
+              (UpdateResult{Outcome::Failed, UpdateStage::Programming, UpdateReason::DeviceNotReachable}));
+}
+
+TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorAlone)
 {
     startBody(m_tools.pause());
     makePanel();
     download().click();
-    ASSERT_TRUE(panel().isProgramming());
+    ASSERT_TRUE(m_host.session().isWritingDevice());
     m_host.takeEvents();
     const RecordedDebugStream debug;
     emit panel().sigStartClicked();
     EXPECT_EQ(debug.warnings(), list({"IAP already running"}));
-    EXPECT_TRUE(m_host.has("monitor off"));
-    EXPECT_FALSE(m_host.has("monitor on"));
-    EXPECT_FALSE(m_host.has("ended"));
+    EXPECT_EQ(m_host.events(), QStringList());
     m_tools.letGoOn();
     ASSERT_TRUE(waitFor("ended"));
     EXPECT_EQ(starts().size(), 1);
@@ -262,9 +310,22 @@ TEST_F(IAPUpDateRunTest, WhileAnotherCopyOfTheProgramIsUpdatingAStartIsRefusedWi
     EXPECT_TRUE(runToEnd());
 }
 
+TEST_F(IAPUpDateRunTest, AStartAfterAnotherCopysUpdateTakesTheFirstPortOfItsOwnAnswer)
+{
+    getData(ToolStep::print("COM:A;device:one;\n"));
+    UpdateLock::Hold elsewhere = m_host.takeElsewhere();
+    makePanel();
+    panel().resetToUsb();
+    EXPECT_EQ(portName().count(), 0);
+    elsewhere.reset();
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(runs(), list({"GetData|-1|-1", "Start|1||-1|-1|0|0||08004000|true|/srv/dev.bin"}));
+    EXPECT_EQ(items(portName()), list({"one"}));
+}
+
 TEST_F(IAPUpDateRunTest, ARunKeepsOtherCopiesOutFromItsStartToItsEnd)
 {
-    startBody(Told::print("SetProgress: 42\n") + Told::hang());
+    startBody(ToolStep::print("SetProgress: 42\n") + ToolStep::hang());
     makePanel();
     EXPECT_TRUE(m_host.takeElsewhere());
     download().click();
@@ -284,12 +345,12 @@ TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorS
                                          "log Current PVID is Not IAP Dev.!", "log IAPData: ",
                                          "log try to Start IAP Process...", "monitor off", "ended"}));
     EXPECT_TRUE(download().isEnabled());
-    EXPECT_FALSE(panel().isProgramming());
+    EXPECT_FALSE(m_host.session().isWritingDevice());
 }
 
 TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
 {
-    run(Told::print("SetProgress: 100\n"));
+    run(ToolStep::print("SetProgress: 100\n"));
     m_host.takeEvents();
     ASSERT_TRUE(runToEnd());
     EXPECT_EQ(starts().size(), 2);
@@ -299,13 +360,12 @@ TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
 TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
 {
     const QString pidFile = m_tools.file(QStringLiteral("pid"));
-    startBody(Told::deaf() + Told::noteProcessId(pidFile) + Told::print("noted\n") + Told::hang());
+    startBody(ToolStep::deaf() + ToolStep::noteProcessId(pidFile) + ToolStep::print("noted\n") +
+              ToolStep::hang());
     makePanel();
     download().click();
     ASSERT_TRUE(waitFor("log noted"));
-    QFile noted(pidFile);
-    ASSERT_TRUE(noted.open(QIODevice::ReadOnly));
-    const qint64 pid = noted.readAll().trimmed().toLongLong();
+    const qint64 pid = WholeFile::read(pidFile).trimmed().toLongLong();
     ASSERT_GT(pid, 0);
     EXPECT_FALSE(processIsGone(pid));
     m_host.takeEvents();
@@ -316,12 +376,12 @@ TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
 
 TEST_F(IAPUpDateRunTest, LeavingTheProgramKillsTheProgrammerAtOnce)
 {
-    startBody(Told::hang());
+    startBody(ToolStep::hang());
     makePanel();
     download().click();
-    ASSERT_TRUE(panel().isProgramming());
+    ASSERT_TRUE(m_host.session().isWritingDevice());
     ShutdownFlag::instance().raise();
-    EXPECT_FALSE(panel().isProgramming());
+    EXPECT_FALSE(m_host.session().isWritingDevice());
     EXPECT_FALSE(m_host.has("monitor on"));
 }
 

@@ -2,13 +2,13 @@
 
 #include "support/ShutdownFlag.h"
 #include "tests/iap/FakeIapHost.h"
+#include "tests/iap/ScriptedProgrammer.h"
+#include "tests/support/AnotherAttempt.h"
+#include "tests/support/EventWait.h"
 #include "tests/support/RecordedDebugStream.h"
-#include "tests/support/ToldTools.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -18,52 +18,27 @@
 
 #include <memory>
 
-/// The panel with programmers that do what they are told, and with a "taskkill" that does nothing.
+/// The panel with programmers that play scripts, and with a "taskkill" that does nothing.
 class IAPUpDateTest : public testing::Test
 {
 protected:
-    static constexpr int limitMs = 20000;
-
-    void SetUp() override
-    {
-        m_path = qgetenv("PATH");
-        m_currentFolder = QDir::currentPath();
-        qputenv("PATH", m_tools.folder().toLocal8Bit() + QDir::listSeparator().toLatin1() + m_path);
-        taskkill("");
-        getData("");
-        startBody("");
-        // Windows looks there first, and in its own folder, which has a taskkill, before the path. Last,
-        // since the tools are copied from a path of the drive that was the current one.
-        QDir::setCurrent(m_tools.folder());
-    }
+    void SetUp() override { dependsOnRealTime("the second that a taskkill gets"); }
     void TearDown() override
     {
         m_panel.reset();
         ShutdownFlag::instance().lower();
-        // Windows does not remove a folder that is the current one.
-        QDir::setCurrent(m_currentFolder);
-        qputenv("PATH", m_path);
     }
 
-    void taskkill(const QByteArray &steps) { m_tools.writeBareName(QStringLiteral("taskkill"), steps); }
-    /// What the programmer does when it is asked what there is, and when it is to program.
-    void getData(const QByteArray &steps)
-    {
-        m_getData = steps;
-        writeProgrammer();
-    }
-    void startBody(const QByteArray &steps)
-    {
-        m_start = steps;
-        writeProgrammer();
-    }
-    void removeProgrammer() const { QFile::remove(programmer()); }
+    void taskkill(const ToolSteps &steps) { m_programmer.taskkill(steps); }
+    void getData(const ToolSteps &steps) { m_programmer.getData(steps); }
+    void startBody(const ToolSteps &steps) { m_programmer.startBody(steps); }
+    void removeProgrammer() const { m_programmer.removeProgrammer(); }
 
     IAPUpDate &panel(QWidget *parent = nullptr)
     {
         if (!m_panel)
-            m_panel = std::make_unique<IAPUpDate>(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer(),
-                                                  parent, &m_host, &m_logWindow);
+            m_panel = std::make_unique<IAPUpDate>(IAPUpDate::noDevice, IAPUpDate::noDevice,
+                                                  m_programmer.program(), parent, &m_host, &m_logWindow);
         return *m_panel;
     }
     template <typename Widget>
@@ -93,7 +68,7 @@ protected:
     }
     bool waitFor(const char *event)
     {
-        return QTest::qWaitFor([&] { return m_host.has(event); }, limitMs);
+        return processEventsUntil([&] { return m_host.has(event); });
     }
     /// One run from the click to its end.
     bool runToEnd()
@@ -102,35 +77,14 @@ protected:
         return waitFor("ended");
     }
     /// The arguments of the programmer's runs, joined with "|".
-    QStringList runs() const { return runsOf(QStringLiteral("IAP_Programmer|")); }
-    QStringList starts() const { return runs().filter(QStringLiteral("Start|")); }
-    QStringList kills() const { return runsOf(QStringLiteral("taskkill|")); }
-    void forgetRuns() const { QFile::remove(m_tools.file(QStringLiteral("runs"))); }
+    QStringList runs() const { return m_programmer.runs(); }
+    QStringList starts() const { return m_programmer.starts(); }
+    QStringList kills() const { return m_programmer.kills(); }
+    void forgetRuns() const { m_tools.forgetRuns(); }
 
-    ToldTools m_tools;
+    ScriptedProgrammer m_programmer;
+    const ScriptedTools &m_tools = m_programmer.tools();
     FakeIapHost m_host;
     TextWindow m_logWindow;
     std::unique_ptr<IAPUpDate> m_panel;
-
-private:
-    QString programmer() const { return m_tools.program(QStringLiteral("IAP_Programmer")); }
-    void writeProgrammer()
-    {
-        m_tools.write(QStringLiteral("IAP_Programmer"),
-                      Told::whenAskedTo("GetData", m_getData) + Told::whenAskedTo("Start", m_start));
-    }
-    QStringList runsOf(const QString &beginning) const
-    {
-        QStringList arguments;
-        for (const QString &run : m_tools.runs()) {
-            if (run.startsWith(beginning))
-                arguments.append(run.mid(beginning.size()));
-        }
-        return arguments;
-    }
-
-    QByteArray m_path;
-    QString m_currentFolder;
-    QByteArray m_getData;
-    QByteArray m_start;
 };

@@ -1,7 +1,11 @@
+#include "harness/process/Polling.h"
+#include "simulator/time/RunningTime.h"
 #include "tests/iap/IAPUpDateTest.h"
+#include "tests/support/TextList.h"
 
 #include <QTimer>
 
+#include <atomic>
 #include <thread>
 
 namespace {
@@ -22,21 +26,53 @@ protected:
     void makeSlowPanel()
     {
         makePanel();
-        getData(m_tools.pause() + Told::print("device:one;COM:A;\n"));
+        getData(m_tools.pause() + ToolStep::print("device:one;COM:A;\n"));
     }
 
     bool m_wasWaiting = false;
 };
 
-TEST_F(IAPUpDateWaitTest, AClickOnDownloadDoesNothing)
+TEST_F(IAPUpDateWaitTest, ClicksOnDownloadAreActedOnOnceWhenThePortTypeHasBeenTaken)
 {
     makeSlowPanel();
-    whileAsked([this] { download().click(); });
+    whileAsked([this] {
+        download().click();
+        portType().setCurrentText(QStringLiteral("I2C"));
+        download().click();
+    });
     portType().setCurrentText(QStringLiteral("USB"));
     EXPECT_TRUE(m_wasWaiting);
-    QTest::qWait(200);
     EXPECT_TRUE(starts().isEmpty());
-    EXPECT_EQ(runs().size(), 1);
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_EQ(starts(), list({"Start|4||-1|-1|0|0|1M|08004000|false|/srv/dev.bin"}));
+    QTest::qWait(100);
+    EXPECT_EQ(starts().size(), 1);
+}
+
+TEST_F(IAPUpDateWaitTest, AClickOnDownloadWhileTheStartAsksMeetsADisabledButton)
+{
+    startBody(ToolStep::hang());
+    makeSlowPanel();
+    whileAsked([this] { download().click(); });
+    const RecordedDebugStream debug;
+    download().click();
+    EXPECT_TRUE(m_wasWaiting);
+    EXPECT_TRUE(m_host.session().isWritingDevice());
+    EXPECT_TRUE(processEventsUntil([this] { return starts().size() == 1; }));
+    QTest::qWait(100);
+    EXPECT_EQ(starts().size(), 1);
+    EXPECT_EQ(debug.warnings(), QStringList());
+}
+
+TEST_F(IAPUpDateWaitTest, ThePortTypeCannotBeChangedWhileTheStartAsks)
+{
+    makeSlowPanel();
+    bool wasEnabled = true;
+    whileAsked([&] { wasEnabled = portType().isEnabled(); });
+    download().click();
+    EXPECT_TRUE(m_wasWaiting);
+    EXPECT_FALSE(wasEnabled);
+    EXPECT_TRUE(portType().isEnabled());
 }
 
 TEST_F(IAPUpDateWaitTest, AStartThatTheUpdateAsksForIsDeferredAndNotLost)
@@ -62,32 +98,30 @@ TEST_F(IAPUpDateWaitTest, APortTypeChosenMeanwhileTakesEffectAfterwards)
     EXPECT_TRUE(m_wasWaiting);
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("one")});
     EXPECT_FALSE(find<QLineEdit>("iapAddress").isEnabled());
-    EXPECT_TRUE(
-        QTest::qWaitFor([this] { return items(portName()) == QStringList{QStringLiteral("A")}; }, limitMs));
+    EXPECT_TRUE(processEventsUntil([this] { return items(portName()) == QStringList{QStringLiteral("A")}; }));
     EXPECT_TRUE(find<QLineEdit>("iapAddress").isEnabled());
     EXPECT_EQ(baudRate().currentText(), QStringLiteral("1M"));
 }
 
 TEST_F(IAPUpDateWaitTest, ASecondStartWhileTheFirstAsksComesAfterIt)
 {
-    startBody(Told::hang());
+    startBody(ToolStep::hang());
     makeSlowPanel();
     whileAsked([this] { emit panel().sigStartClicked(); });
     const RecordedDebugStream debug;
     emit panel().sigStartClicked();
-    EXPECT_TRUE(panel().isProgramming());
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return debug.warnings().contains(QStringLiteral("IAP already running")); }, limitMs));
-    EXPECT_EQ(starts().size(), 1);
+    EXPECT_TRUE(m_host.session().isWritingDevice());
+    EXPECT_TRUE(
+        processEventsUntil([&] { return debug.warnings().contains(QStringLiteral("IAP already running")); }));
+    EXPECT_TRUE(processEventsUntil([this] { return starts().size() == 1; }));
 }
 
 TEST_F(IAPUpDateWaitTest, AQuestionWithoutAnEndIsEndedByLeavingAndNothingStarts)
 {
     makePanel();
-    getData(Told::hang());
+    getData(ToolStep::hang());
     QTimer::singleShot(200, [] { ShutdownFlag::instance().raise(); });
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     emit panel().sigStartClicked();
     EXPECT_LT(timer.elapsed(), 10000);
     EXPECT_TRUE(starts().isEmpty());
@@ -97,12 +131,17 @@ TEST_F(IAPUpDateWaitTest, AQuestionWithoutAnEndIsEndedByLeavingAndNothingStarts)
 TEST_F(IAPUpDateWaitTest, AnAnswerMayTakeAnyTimeAndTheWindowLivesMeanwhile)
 {
     makeSlowPanel();
-    int ticks = 0;
+    std::atomic<int> ticks{0};
     QTimer timer;
     timer.callOnTimeout([&ticks] { ++ticks; });
     timer.start(10);
-    QTimer::singleShot(1500, &m_logWindow, [this] { m_tools.letGoOn(); });
+    // From another thread, since in a window that hangs nothing would end the question.
+    std::thread answer([&] {
+        pollUntil([&] { return ticks > 20; });
+        m_tools.letGoOn();
+    });
     portType().setCurrentText(QStringLiteral("USB"));
+    answer.join();
     EXPECT_GT(ticks, 20);
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("one")});
 }

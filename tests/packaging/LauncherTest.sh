@@ -138,12 +138,30 @@ TheMakersToolsAreFoundInTheirFoldersTheUsersFirst() {
     [ ! -L "$beside/IAP_Programmer.exe" ] || fail "the link to a tool that went away is left"
 }
 
-TemporaryFilesGoToTheUsersFolderUnlessOneIsSet() {
+TemporaryFilesGoToTheUsersFolderWhateverTMPDIRSays() {
     "$launcher"
     equal TMPDIR "$(told 3)" "$beside/tmp"
     [ -d "$beside/tmp" ] || fail "$beside/tmp is missing"
     TMPDIR=$stage "$launcher"
-    equal TMPDIR "$(told 3)" "$stage"
+    equal TMPDIR "$(told 3)" "$beside/tmp"
+}
+
+OnlyTheUserMayEnterTheFolderForTemporaryFiles() {
+    (umask 0 && "$launcher")
+    equal mode "$(stat -c %a "$beside/tmp")" 700
+    chmod 777 "$beside/tmp"
+    "$launcher"
+    equal mode "$(stat -c %a "$beside/tmp")" 700
+}
+
+AFolderForTemporaryFilesThatIsALinkIsNotUsed() {
+    mkdir -p "$beside"
+    ln -s "$stage" "$beside/tmp"
+    code=0
+    "$launcher" 2>"$stage/errors" || code=$?
+    equal "exit code" "$code" 1
+    grep -qF "quillmarsh: $beside/tmp is a link" "$stage/errors" || fail "$(cat "$stage/errors")"
+    [ ! -e "$stage/told" ] || fail "the program was started"
 }
 
 TheBaseFoldersOfTheEnvironmentAreUsedWhenTheyAreAbsolute() {

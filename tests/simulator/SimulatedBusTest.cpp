@@ -1,6 +1,7 @@
-#include "simulator/bench/BusController.h"
-#include "simulator/bench/BusSession.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/BusControllerCommand.h"
+#include "harness/session/BusSession.h"
+#include "simulator/files/WholeFile.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -45,10 +46,10 @@ class SimulatedBusTest : public testing::Test
 protected:
     QString describe(const QJsonArray &devices) const
     {
-        QFile file(path("bus.json"));
+        const QString file = path("bus.json");
         const QJsonObject description{{QStringLiteral("devices"), devices}};
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(description).toJson()) > 0);
-        return file.fileName();
+        EXPECT_TRUE(WholeFile::write(file, QJsonDocument(description).toJson()));
+        return file;
     }
     void startBus(const QJsonArray &devices)
     {
@@ -76,12 +77,12 @@ protected:
     }
     QVector<QJsonObject> listerOutput()
     {
-        EXPECT_EQ(m_bus.waitForExit(20000), 0);
+        EXPECT_EQ(m_bus.waitForExit(), 0);
         return lines();
     }
     void waitForLines(int count) const
     {
-        EXPECT_TRUE(pollUntil([&] { return lines().size() >= count; }, 20000));
+        EXPECT_TRUE(pollUntil([&] { return lines().size() >= count; }));
     }
     QVector<QJsonObject> runLister(const QStringList &arguments)
     {
@@ -114,11 +115,7 @@ protected:
         EXPECT_TRUE(output.value(0).value(QLatin1String("opened")).toBool());
         return output.value(1).value(QLatin1String("written")).toInt(-99);
     }
-    void touch(const char *name)
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    void touch(const char *name) { ASSERT_TRUE(WholeFile::write(path(name))); }
 
     const QByteArray m_right = QByteArray::fromHex("0443525400004150504e4557") + QByteArray(501, '\0');
     QTemporaryDir m_folder;
@@ -150,16 +147,14 @@ TEST_F(SimulatedBusTest, AnUnpluggedDeviceIsGoneAndAPluggedOneIsThere)
 TEST_F(SimulatedBusTest, ARunningProgramSeesADeviceComeAndGo)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
-    startLister({QStringLiteral("list"), QStringLiteral("wait-file"), path("go"), QStringLiteral("list"),
-                 QStringLiteral("wait-file"), path("go2"), QStringLiteral("list")});
+    // The devices with the root hub, which is always there, and the interfaces.
+    startLister({QStringLiteral("list"), QStringLiteral("wait-bus"), QStringLiteral("1"), QStringLiteral("0"),
+                 QStringLiteral("list"), QStringLiteral("wait-bus"), QStringLiteral("2"), QStringLiteral("1"),
+                 QStringLiteral("list")});
     waitForLines(1);
     ASSERT_TRUE(bus().unplug(QStringLiteral("a")));
-    QThread::msleep(100); // the event needs its time through libusb's own thread
-    touch("go");
     waitForLines(2);
     ASSERT_TRUE(bus().plug(QStringLiteral("a")));
-    QThread::msleep(100);
-    touch("go2");
     const auto output = listerOutput();
     ASSERT_EQ(output.size(), 3);
     EXPECT_EQ(usb(output.at(0)), QStringList({idsOf(1)}));
@@ -173,13 +168,13 @@ TEST_F(SimulatedBusTest, TheRightReportBringsTheBootloaderOntoTheBus)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
     EXPECT_EQ(write("hidraw0", m_right), 513);
-    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("bootloader"), 5000));
+    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("bootloader")));
     const QJsonObject listing = list();
     EXPECT_EQ(usb(listing), QStringList({bootloaderIds}));
     EXPECT_EQ(paths(listing), QStringList());
     ASSERT_TRUE(bus().burn("image"));
     ASSERT_TRUE(bus().reset());
-    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application"), 5000));
+    ASSERT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application")));
     EXPECT_EQ(usb(list()), QStringList({idsOf(1)}));
     EXPECT_EQ(bus().device(QStringLiteral("a")).value(QLatin1String("receivedBytes")).toInt(), 5);
 }
@@ -213,7 +208,7 @@ TEST_F(SimulatedBusTest, AMarkerStandsInThePathAsItWasWritten)
     EXPECT_EQ(found, QStringList({QStringLiteral("/dev/hidraw_Col01"), QStringLiteral("/dev/hidraw_Col04"),
                                   QStringLiteral("/dev/hidraw_mi_00_x")}));
     EXPECT_EQ(write("hidraw_Col04", m_right), 513);
-    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("col"), QStringLiteral("bootloader"), 5000));
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("col"), QStringLiteral("bootloader")));
 }
 
 TEST_F(SimulatedBusTest, CollectionsOfOneInterfaceShareItsPathAndKeepTheirOrder)
@@ -317,7 +312,7 @@ TEST_F(SimulatedBusTest, TheControllerEndsWhenItsInputEnds)
 {
     ChildProcess controller;
     ASSERT_TRUE(controller.start(busControllerCommand(describe({}))));
-    ASSERT_FALSE(controller.waitForReadyLine(15000).isEmpty()) << controller.errorText().toStdString();
+    ASSERT_FALSE(controller.waitForReadyLine().isEmpty()) << controller.errorText().toStdString();
     EXPECT_TRUE(controller.end(10000));
 }
 
@@ -325,12 +320,12 @@ TEST_F(SimulatedBusTest, AControllerThatIsAskedToTerminateTakesItsTestbedWithIt)
 {
     ChildProcess controller;
     ASSERT_TRUE(controller.start(busControllerCommand(describe({deviceOf(QStringLiteral("a"), 1)}))));
-    const QJsonObject ready = controller.waitForReadyLine(15000);
+    const QJsonObject ready = controller.waitForReadyLine();
     const QString testbed =
         ready.value(QLatin1String("environment")).toObject().value(QLatin1String("UMOCKDEV_DIR")).toString();
     ASSERT_TRUE(QFile::exists(testbed)) << controller.errorText().toStdString();
     ASSERT_EQ(::kill(static_cast<pid_t>(controller.processId()), SIGTERM), 0);
-    EXPECT_TRUE(pollUntil([&] { return !controller.isRunning(); }, 10000));
+    EXPECT_TRUE(pollUntil([&] { return !controller.isRunning(); }));
     EXPECT_FALSE(QFile::exists(testbed));
 }
 

@@ -1,5 +1,6 @@
-#include "simulator/bench/BusSession.h"
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
+#include "harness/session/BusSession.h"
+#include "simulator/files/WholeFile.h"
 #include "simulator/standin/StandinRuns.h"
 
 #include <QFile>
@@ -16,24 +17,19 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(QFile::copy(QStringLiteral(STANDIN), m_tool));
-        QFile image(m_image);
-        ASSERT_TRUE(image.open(QIODevice::WriteOnly));
-        image.write("the image");
+        ASSERT_TRUE(WholeFile::write(m_image, "the image"));
     }
     void script(const QByteArray &json)
     {
-        QFile file(m_tool + QStringLiteral(".script.json"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(json);
+        ASSERT_TRUE(WholeFile::write(m_tool + QStringLiteral(".script.json"), json));
     }
     void startBus(const QByteArray &start, const QByteArray &more = QByteArray())
     {
-        QFile description(m_folder.filePath(QStringLiteral("bus.json")));
-        ASSERT_TRUE(description.open(QIODevice::WriteOnly));
-        description.write(R"({"devices":[{"key":"a","start":")" + start +
-                          R"(","application":{"vendorId":"0xF101","productId":"0xA001"})" + more + "}]}");
-        description.close();
-        ASSERT_TRUE(m_bus.start(description.fileName())) << m_bus.errorText().toStdString();
+        const QString description = m_folder.filePath(QStringLiteral("bus.json"));
+        ASSERT_TRUE(WholeFile::write(
+            description, R"({"devices":[{"key":"a","start":")" + start +
+                             R"(","application":{"vendorId":"0xF101","productId":"0xA001"})" + more + "}]}"));
+        ASSERT_TRUE(m_bus.start(description)) << m_bus.errorText().toStdString();
         m_host = &m_bus;
     }
     void startTool(const QStringList &arguments)
@@ -42,18 +38,13 @@ protected:
                                  m_stdout, m_stderr}))
             << m_host->errorText().toStdString();
     }
-    static QByteArray contentsOf(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     /// The exit code; -1 when the tool was ended by a signal.
     int run(const QStringList &arguments)
     {
         startTool(arguments);
-        const std::optional<int> exitCode = m_host->waitForExit(20000);
+        const std::optional<int> exitCode = m_host->waitForExit();
         EXPECT_TRUE(exitCode || m_host->programState().signalled);
-        m_output = contentsOf(m_stdout);
+        m_output = WholeFile::read(m_stdout);
         return exitCode.value_or(-1);
     }
     int start(const char *vendorId, const char *productId)
@@ -89,7 +80,7 @@ TEST_F(StandinTest, AnHonestFlasherBurnsTheImageIntoTheBootloader)
     EXPECT_TRUE(m_output.contains("Burn") && m_output.contains("successfully!"));
     const QString saved = m_folder.filePath(QStringLiteral("saved"));
     ASSERT_TRUE(m_bus.saveImage(QStringLiteral("a"), saved));
-    EXPECT_EQ(contentsOf(saved), "the image");
+    EXPECT_EQ(WholeFile::read(saved), "the image");
 }
 
 TEST_F(StandinTest, AnHonestFlasherCannotOpenADeviceThatIsNotInItsBootloader)
@@ -109,7 +100,7 @@ TEST_F(StandinTest, TheResetCommandBringsTheDeviceBack)
 {
     startBus("bootloader");
     EXPECT_EQ(run({QStringLiteral("shcmd"), QStringLiteral("reset")}), 0);
-    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application"), 5000));
+    EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application")));
 }
 
 TEST_F(StandinTest, AnHonestProgrammerFindsAndProgramsTheMicrocontrollerWithTheIdsThatItIsGiven)
@@ -126,7 +117,7 @@ TEST_F(StandinTest, AnHonestProgrammerFindsAndProgramsTheMicrocontrollerWithTheI
     EXPECT_TRUE(m_output.endsWith("SetProgress: 90\nSetProgress: 100\n"));
     const QString saved = m_folder.filePath(QStringLiteral("saved"));
     ASSERT_TRUE(m_bus.saveImage(QStringLiteral("a"), saved));
-    EXPECT_EQ(contentsOf(saved), "the image");
+    EXPECT_EQ(WholeFile::read(saved), "the image");
 }
 
 TEST_F(StandinTest, AnHonestProgrammerDoesNotFindADeviceThatIsNoMicrocontroller)
@@ -145,7 +136,7 @@ TEST_F(StandinTest, EachRunPlaysItsOwnEntryAndTheLastOneIsRepeated)
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(burn(), 0);
         EXPECT_EQ(m_output, "two");
-        EXPECT_EQ(contentsOf(m_stderr), "oops");
+        EXPECT_EQ(WholeFile::read(m_stderr), "oops");
     }
 }
 
@@ -169,11 +160,37 @@ TEST_F(StandinTest, OutputIsWholeHoweverItIsSplit)
     EXPECT_TRUE(m_output.startsWith(QByteArray("abcdef\0\xff\n", 9)));
 }
 
+TEST_F(StandinTest, FilesAreLeftAndAwaitedAndTellItsProcess)
+{
+    script(R"({"runs":[[{"leave":"empty"},{"leave":"full","contents":"text"},{"processId":"id"},
+              {"awaitFile":"go on"},{"print":"on"}]]})");
+    startTool({});
+    const QString idFile = m_folder.filePath(QStringLiteral("id"));
+    ASSERT_TRUE(pollUntil([&] { return QFile::exists(idFile); }, 20000));
+    EXPECT_GT(WholeFile::read(idFile).trimmed().toInt(), 0);
+    EXPECT_EQ(QFileInfo(m_folder.filePath(QStringLiteral("empty"))).size(), 0);
+    EXPECT_EQ(WholeFile::read(m_folder.filePath(QStringLiteral("full"))), "text");
+    EXPECT_EQ(WholeFile::read(m_stdout), "");
+    ASSERT_TRUE(WholeFile::write(m_folder.filePath(QStringLiteral("go on"))));
+    EXPECT_EQ(m_host->waitForExit(20000), 0);
+    EXPECT_EQ(WholeFile::read(m_stdout), "on");
+}
+
+TEST_F(StandinTest, OneThatVanishesCannotBeStartedAgain)
+{
+    script(R"({"runs":[[{"vanish":true},{"exit":2}]]})");
+    EXPECT_EQ(burn(), 2);
+    EXPECT_FALSE(QFile::exists(m_tool));
+    EXPECT_EQ(StandinRuns::read(m_tool).value(0).exitCode, 2);
+}
+
 TEST_F(StandinTest, AScriptThatCannotBeReadDoesNotPassForAnHonestFlasher)
 {
     startBus("bootloader");
-    script("{");
-    EXPECT_EQ(burn(), 98);
+    for (const char *unusable : {"{", "[]", "", R"({"runs":[]})", R"({"runs":[[{"exit":"one"}]]})"}) {
+        script(unusable);
+        EXPECT_EQ(burn(), 98) << unusable;
+    }
     script(R"({"runs":[[{"sing":true}]]})");
     EXPECT_EQ(burn(), 99);
     EXPECT_EQ(m_bus.device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(-1), 0);
@@ -190,7 +207,7 @@ TEST_F(StandinTest, RunsAreRecordedAlsoWhenTheyWereKilled)
     script(R"({"runs":[[{"sleepMs":50},{"exit":4}],[{"print":"up"},{"hang":true}]]})");
     EXPECT_EQ(burn(), 4);
     startTool({QStringLiteral("image"), QStringLiteral("x y")});
-    ASSERT_TRUE(pollUntil([&] { return contentsOf(m_stdout) == "up"; }, 20000));
+    ASSERT_TRUE(pollUntil([&] { return WholeFile::read(m_stdout) == "up"; }));
     m_host->killProgram();
     const QVector<StandinRun> runs = StandinRuns::read(m_tool);
     ASSERT_EQ(runs.size(), 2);

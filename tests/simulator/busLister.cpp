@@ -112,6 +112,12 @@ void perform(Session &session, QStringList &arguments)
         const QString file = next();
         while (!QFile::exists(file))
             QThread::msleep(2);
+    } else if (command == QLatin1String("wait-bus")) {
+        // Events take their time through libusb's own thread, and interfaces come after their device.
+        const int devices = next().toInt();
+        const int interfaces = next().toInt();
+        while (usbDevices().size() != devices || hidInterfaces().size() != interfaces)
+            QThread::msleep(2);
     } else if (command == QLatin1String("watch")) {
         const QString file = next();
         int times = 0;

@@ -1,9 +1,9 @@
 #include "support/BoundedWriter.h"
+#include "simulator/files/WholeFile.h"
+#include "simulator/time/RunningTime.h"
 #include "support/BrokenPipes.h"
 #include "tests/support/OpenPipe.h"
 
-#include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
@@ -25,18 +25,15 @@ TEST_F(BoundedWriterTest, WhatIsWrittenArrivesInOrder)
     BoundedWriter writer(file.handle(), 1000);
     writer.write("one ");
     writer.write("two");
-    EXPECT_TRUE(writer.flush(5000));
-    QFile copy(file.fileName());
-    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
-    EXPECT_EQ(copy.readAll(), "one two");
+    EXPECT_TRUE(writer.flush(eventLimitMs));
+    EXPECT_EQ(WholeFile::read(file.fileName()), "one two");
 }
 
 TEST_F(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
 {
     int ends[2];
     ASSERT_TRUE(openPipe(ends));
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     {
         BoundedWriter writer(ends[1], 1024 * 1024);
         for (int i = 0; i < 10000; ++i)
@@ -54,7 +51,7 @@ TEST_F(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
     BoundedWriter writer(ends[1], 1000);
     writer.write(QByteArray(1001, 'x'));
     writer.write("after\n");
-    ASSERT_TRUE(writer.flush(5000));
+    ASSERT_TRUE(writer.flush(eventLimitMs));
     char text[200];
     const auto count = read(ends[0], text, sizeof text);
     EXPECT_EQ(QByteArray(text, static_cast<int>(count)), "... 1001 bytes of diagnostics dropped\nafter\n");
@@ -69,7 +66,7 @@ TEST_F(BoundedWriterTest, APipeWhoseReaderWentAwayDoesNotEndTheProgram)
     close(ends[0]);
     BoundedWriter writer(ends[1], 1000);
     writer.write("into the void");
-    EXPECT_TRUE(writer.flush(5000));
+    EXPECT_TRUE(writer.flush(eventLimitMs));
     close(ends[1]);
 }
 

@@ -28,7 +28,7 @@ public:
     }
     void unplugAll() { m_listing = Listing(); }
     /// From now on, listing gives this error and no device.
-    void failWith(qint64 error) { m_listing = Listing{error, {}}; }
+    void failWith(qint64 error) { m_listing = Listing{error, {}, {}}; }
 
     /// How often the bus was listed.
     int listings() const { return m_listings; }

@@ -1,5 +1,8 @@
 #include "support/LanguageUtilities.h"
+#include "simulator/files/WholeFile.h"
+#include "tests/support/RecordedDebugStream.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -12,9 +15,7 @@ class LanguageUtilitiesTest : public testing::Test
 protected:
     void write(const QString &code, const QByteArray &json)
     {
-        QFile file(m_folder.filePath(code + QStringLiteral(".json")));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(json);
+        ASSERT_TRUE(WholeFile::write(m_folder.filePath(code + QStringLiteral(".json")), json));
     }
 
     const QString m_key = QStringLiteral("Log");
@@ -37,6 +38,24 @@ TEST_F(LanguageUtilitiesTest, ALanguageWithoutAFileYieldsTheFallback)
     write(QStringLiteral("en"), R"({"Log":"Log!"})");
     const LanguageUtilities tables(m_folder.path());
     EXPECT_EQ(tables.lookup(m_key, m_fallback, QStringLiteral("fr")), m_fallback);
+}
+
+TEST_F(LanguageUtilitiesTest, EachTableThatCannotBeOpenedIsNamedWithTheReasonInTheDebugStream)
+{
+    write(QStringLiteral("en"), R"({"Log":"Log!"})");
+    // There is something of this name, but it is no file.
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("ko.json")));
+    QStringList expected;
+    for (const char *code : {"ar", "de", "es", "fr", "it", "ja", "ko", "pl", "pt", "ru", "zh_CN", "zh_HK"}) {
+        QFile file(m_folder.path() + QLatin1Char('/') + QLatin1String(code) + QStringLiteral(".json"));
+        ASSERT_FALSE(file.open(QIODevice::ReadOnly));
+        expected.append(QStringLiteral("Unable to open file ") + file.fileName() +
+                        QStringLiteral(", error info: ") + file.errorString());
+    }
+    const RecordedDebugStream debug;
+    const LanguageUtilities tables(m_folder.path());
+    EXPECT_EQ(debug.lines(), expected);
+    EXPECT_EQ(debug.lines(QtDebugMsg), expected);
 }
 
 TEST_F(LanguageUtilitiesTest, AnEmptyTextCountsAsMissing)

@@ -1,7 +1,7 @@
 #include "support/LogFile.h"
+#include "simulator/files/WholeFile.h"
 #include "tests/support/TextOnDisk.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -13,11 +13,7 @@ class LogFileTest : public testing::Test
 {
 protected:
     QString path() const { return m_folder.filePath(QStringLiteral("UPDLog.txt")); }
-    QByteArray contents() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    QByteArray contents() const { return WholeFile::read(path(), "(no file)"); }
 
     QTemporaryDir m_folder;
 };

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <mutex>
 
 /// A reporter that keeps what it is told, in order. Safe to use, and to read, from several threads.
@@ -12,19 +13,24 @@ class RecordingReporter : public Reporter
 {
 public:
     void log(const QString &line) override { add(m_log, line, QStringLiteral("log ") + line); }
-    void setStateTitle(const BilingualText &title) override
+    void setStateTitle(const TranslatableText &title) override
     {
-        const QString key = QString::fromUtf8(title.english);
+        const QString key = QString::fromUtf8(title.key);
         add(m_titles, key, QStringLiteral("title ") + key);
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_fallbacks.append(QString::fromUtf8(title.chinese));
+        m_fallbacks.append(QString::fromUtf8(title.fallback));
     }
     void setProgress(int percent) override
     {
         const QString text = QString::number(percent);
         add(m_progress, text, QStringLiteral("progress ") + text);
     }
-    void enableStartButton(bool enable) override { note(QStringLiteral("button %1").arg(enable)); }
+    void enableStartButton(bool enable) override
+    {
+        note(QStringLiteral("button %1").arg(enable));
+        if (enable && onControlsBack)
+            onControlsBack();
+    }
     void runDeviceCheck(bool run) override { note(QStringLiteral("check %1").arg(run)); }
 
     QStringList logLines() const { return copyOf(m_log); }
@@ -35,6 +41,9 @@ public:
     QStringList progress() const { return copyOf(m_progress); }
     /// All of it in the order of the calls: "log …", "title …", "progress …", "button 0|1", "check 0|1".
     QStringList events() const { return copyOf(m_events); }
+
+    /// Called when the start button is enabled.
+    std::function<void()> onControlsBack;
 
 private:
     /// A copy of its own: a shared one would be read while the next entry is added to it.

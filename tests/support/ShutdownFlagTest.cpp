@@ -1,4 +1,5 @@
 #include "support/ShutdownFlag.h"
+#include "simulator/time/RunningTime.h"
 #include "support/Clock.h"
 
 #include <QElapsedTimer>
@@ -26,8 +27,7 @@ TEST_F(ShutdownFlagTest, ASleepThatNothingCutsIsSleptThrough)
 
 TEST_F(ShutdownFlagTest, RaisingTheFlagCutsASleepOnAnotherThread)
 {
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     bool sleptThrough = true;
     std::thread sleeper([&] { sleptThrough = Clock::real().sleepMs(30000); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -41,8 +41,7 @@ TEST_F(ShutdownFlagTest, ASleepAfterTheFlagWasRaisedEndsAtOnce)
 {
     ShutdownFlag::instance().raise();
     EXPECT_TRUE(Clock::real().isLeaving());
-    QElapsedTimer timer;
-    timer.start();
+    const RunningTimer timer;
     EXPECT_FALSE(Clock::real().sleepMs(30000));
     EXPECT_LT(timer.elapsed(), 5000);
 }

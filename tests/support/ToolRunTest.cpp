@@ -1,8 +1,10 @@
 #include "support/ToolRun.h"
+#include "simulator/time/RunningTime.h"
 #include "support/ShutdownFlag.h"
-#include "tests/support/ToldTools.h"
+#include "tests/support/AnotherAttempt.h"
+#include "tests/support/LeapingClock.h"
+#include "tests/support/ScriptedTools.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -12,23 +14,23 @@ namespace {
 class ToolRunTest : public testing::Test
 {
 protected:
-    void SetUp() override { m_timer.start(); }
     void TearDown() override { ShutdownFlag::instance().lower(); }
 
-    ToolRun runTool(const QByteArray &steps, int limitMs, WhenLeaving whenLeaving = WhenLeaving::CutShort,
+    ToolRun runTool(const ToolSteps &steps, int limitMs, WhenLeaving whenLeaving = WhenLeaving::CutShort,
                     const ToolListener &listener = {})
     {
         m_tools.write(QStringLiteral("tool"), steps);
         return runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, limitMs, whenLeaving, listener);
     }
 
-    ToldTools m_tools;
-    QElapsedTimer m_timer;
+    ScriptedTools m_tools;
+    const RunningTimer m_timer;
 };
 
 TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
 {
-    const ToolRun run = runTool(Told::print("out\n") + Told::printError("err\n") + Told::exitWith(3), 10000);
+    const ToolRun run =
+        runTool(ToolStep::print("out\n") + ToolStep::printError("err\n") + ToolStep::exitWith(3), 10000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_EQ(run.standardOutput, "out\n");
@@ -37,7 +39,7 @@ TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
 
 TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
 {
-    const ToolRun run = runTool(Told::print("first\n") + Told::flood(30000000), 60000);
+    const ToolRun run = runTool(ToolStep::print("first\n") + ToolStep::flood(30000000), 60000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.standardOutput.size(), 1024 * 1024);
@@ -57,9 +59,9 @@ TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
         heard.append(piece);
         m_tools.letGoOn();
     };
-    const ToolRun run =
-        runTool(Told::print("one\n") + m_tools.pause() + Told::print("two\n") + Told::printError("err\n"),
-                30000, WhenLeaving::CutShort, listener);
+    const ToolRun run = runTool(ToolStep::print("one\n") + m_tools.pause() + ToolStep::print("two\n") +
+                                    ToolStep::printError("err\n"),
+                                30000, WhenLeaving::CutShort, listener);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(heard, (QList<QByteArray>{"one\n", "two\n"}));
     EXPECT_EQ(errors, "err\n");
@@ -73,17 +75,17 @@ TEST_F(ToolRunTest, AListenerHearsMoreThanIsKept)
     listener.standardOutput = [&heard](const QByteArray &piece) {
         heard += piece.size();
     };
-    runTool(Told::flood(3000000), 30000, WhenLeaving::CutShort, listener);
+    runTool(ToolStep::flood(3000000), 30000, WhenLeaving::CutShort, listener);
     EXPECT_EQ(heard, 3000000);
 }
 
 TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
 {
-    const ToolRun run = runTool(Told::crash(), 10000);
+    const ToolRun run = runTool(ToolStep::crash(), 10000);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_TRUE(run.crashed);
     EXPECT_EQ(run.exitCode, -1);
-    EXPECT_FALSE(runTool(Told::exitWith(1), 10000).crashed);
+    EXPECT_FALSE(runTool(ToolStep::exitWith(1), 10000).crashed);
 }
 
 TEST_F(ToolRunTest, AMissingToolSaysWhy)
@@ -93,36 +95,55 @@ TEST_F(ToolRunTest, AMissingToolSaysWhy)
     EXPECT_FALSE(run.errorString.isEmpty());
 }
 
-TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimit)
+TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimitAndNotBefore)
 {
-    const ToolRun run = runTool(Told::hang(), 100);
-    EXPECT_EQ(run.end, ToolRun::CutShort);
+    m_tools.write(QStringLiteral("tool"), ToolStep::hang());
+    for (const WhenLeaving whenLeaving : {WhenLeaving::CutShort, WhenLeaving::WaitOn}) {
+        const LeapingClock clock(1000);
+        const ToolRun run =
+            runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, 30000, whenLeaving, {}, clock);
+        EXPECT_EQ(run.end, ToolRun::CutShort);
+        // Looks while it starts, if there are any, do not count towards its limit.
+        EXPECT_GE(clock.lastMs(), 32000);
+        EXPECT_LE(clock.lastMs(), 63000);
+    }
+}
+
+TEST_F(ToolRunTest, ALimitOnTheRealClockEndsATool)
+{
+    dependsOnRealTime("a limit of 100 ms for a tool, which also holds for its start");
+    EXPECT_EQ(runTool(ToolStep::hang(), 100).end, ToolRun::CutShort);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
 
 TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
 {
     QTimer::singleShot(50, [] { ShutdownFlag::instance().raise(); });
-    const ToolRun run = runTool(Told::hang(), 60000);
+    const ToolRun run = runTool(ToolStep::hang(), 60000);
     EXPECT_EQ(run.end, ToolRun::CutShort);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
 
 TEST_F(ToolRunTest, AToolThatMayTakeAnyTimeHasNoLimit)
 {
-    const ToolRun run = runTool(Told::sleepMs(300) + Told::print("late\n"), -1);
+    const RacingClock days;
+    m_tools.write(QStringLiteral("tool"), ToolStep::sleepMs(300) + ToolStep::print("late\n"));
+    const ToolRun run =
+        runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, -1, WhenLeaving::CutShort, {}, days);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.standardOutput, "late\n");
 }
 
 TEST_F(ToolRunTest, WhatBelongsToTheLeavingRunsAlthoughTheProgramLeaves)
 {
+    dependsOnRealTime("a limit of 100 ms for a tool, which also holds for its start");
     ShutdownFlag::instance().raise();
-    EXPECT_EQ(runTool(Told::sleepMs(200), 10000).end, ToolRun::CutShort);
-    const ToolRun run = runTool(Told::sleepMs(200) + Told::print("done\n"), 10000, WhenLeaving::WaitOn);
+    EXPECT_EQ(runTool(ToolStep::hang(), 10000).end, ToolRun::CutShort);
+    const ToolRun run =
+        runTool(ToolStep::sleepMs(200) + ToolStep::print("done\n"), 10000, WhenLeaving::WaitOn);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.standardOutput, "done\n");
-    EXPECT_EQ(runTool(Told::hang(), 100, WhenLeaving::WaitOn).end, ToolRun::CutShort);
+    EXPECT_EQ(runTool(ToolStep::hang(), 100, WhenLeaving::WaitOn).end, ToolRun::CutShort);
 }
 
 TEST_F(ToolRunTest, WhatIsWokenMeanwhileCanTellThatAToolIsWaitedFor)
@@ -135,8 +156,9 @@ TEST_F(ToolRunTest, WhatIsWokenMeanwhileCanTellThatAToolIsWaitedFor)
         during = isWaitingForTool();
         runToolToEnd(m_tools.program(QStringLiteral("quick")), {}, 10000);
         afterAnInnerOne = isWaitingForTool();
+        m_tools.letGoOn();
     });
-    runTool(Told::sleepMs(200), 10000);
+    runTool(m_tools.pause(), 60000);
     EXPECT_TRUE(during);
     EXPECT_TRUE(afterAnInnerOne);
     EXPECT_FALSE(isWaitingForTool());

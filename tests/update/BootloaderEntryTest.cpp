@@ -126,6 +126,17 @@ TEST_F(BootloaderEntryTest, AMissingDuoHandleIsAFailedWriteWithTheTextForNoDevic
     EXPECT_TRUE(m_port.writes().isEmpty());
 }
 
+TEST_F(BootloaderEntryTest, AMissingDuoHandleHasATextAlsoWhenNoOpenHasFailed)
+{
+    plugIn();
+    m_port.setOpenErrorText(QString());
+    m_device.hidPathFlag = 1;
+    EXPECT_FALSE(send());
+    EXPECT_EQ(m_reporter.logLines().last(),
+              QStringLiteral("write res:-1The device's HID interface is not open."
+                             "CommandKind:1IsDuoDev:1"));
+}
+
 TEST_F(BootloaderEntryTest, AnOrdinaryDeviceThatCannotBeOpenedIsAFailedWrite)
 {
     EXPECT_FALSE(send());

@@ -1,4 +1,7 @@
+#include "simulator/server/AnswerServer.h"
+#include "simulator/time/RunningTime.h"
 #include "tests/support/RecordedDebugStream.h"
+#include "tests/support/RecordingReporter.h"
 #include "tests/update/ManifestServer.h"
 #include "tests/update/OnWorkerThread.h"
 
@@ -126,12 +129,13 @@ TEST_F(ChosefirmwareWidgetTest, LeavingReleasesTheWaitingThreadWithNothing)
 TEST_F(ChosefirmwareWidgetTest, AServerThatNeverAnswersIsLetGoAtLeaving)
 {
     m_rig.setFault(QStringLiteral("stall"));
-    QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });
+    const RunningTimer running;
     QElapsedTimer timer;
     timer.start();
+    QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });
     const ChosefirmwareWidget chooser(m_rig.manifestUrl());
     EXPECT_GE(timer.elapsed(), 90);
-    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_LT(running.elapsed(), 2000);
     EXPECT_TRUE(names(chooser).isEmpty());
 }
 
@@ -156,12 +160,50 @@ TEST_F(ChosefirmwareWidgetTest, ABodyThatIsNoObjectLeavesTheWindowEmpty)
     }
 }
 
+TEST_F(ChosefirmwareWidgetTest, AManifestAbove16MebibytesIsNotReadToItsEndAndLeavesTheWindowEmpty)
+{
+    const QByteArray models = R"({"CurrentVersion":{"a1":{"downloadURL":"http://x/a1"}}})";
+    m_rig.setManifest(models + QByteArray(16 * 1024 * 1024 - models.size(), ' '));
+    RecordingReporter reporter;
+    EXPECT_EQ(names(ChosefirmwareWidget(m_rig.manifestUrl(), nullptr, &reporter)).size(), 1);
+    EXPECT_TRUE(reporter.events().isEmpty());
+
+    m_rig.setManifest(models + QByteArray(16 * 1024 * 1024 + 1 - models.size(), ' '));
+    const RecordedDebugStream debug;
+    EXPECT_TRUE(names(ChosefirmwareWidget(m_rig.manifestUrl(), nullptr, &reporter)).isEmpty());
+    EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("请求错误: the file is larger than 16 MiB")});
+    EXPECT_EQ(reporter.logLines(), QStringList{QStringLiteral(
+                                       "The list of models cannot be used: the file is larger than 16 MiB")});
+}
+
+TEST_F(ChosefirmwareWidgetTest, AnAnswerThatIsNotTheWholeManifestLeavesTheWindowEmpty)
+{
+    const QByteArray models = R"({"CurrentVersion":{"a1":{"downloadURL":"http://x/a1"}}})";
+    const struct
+    {
+        QByteArray head, problem;
+    } cases[] = {
+        {"HTTP/1.1 300 Multiple Choices\r\n\r\n", "the server answered with status 300"},
+        {"HTTP/1.1 399 Nonsense\r\n\r\n", "the server answered with status 399"},
+        {"HTTP/1.1 206 Partial Content\r\n\r\n", "the server sent a part of the file only"},
+        {"HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n", "the server compressed what it sent"},
+    };
+    for (const auto &each : cases) {
+        const AnswerServer server({{each.head + models}});
+        const RecordedDebugStream debug;
+        const ChosefirmwareWidget chooser(server.url().toString());
+        EXPECT_TRUE(names(chooser).isEmpty()) << each.head.constData();
+        EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("请求错误: ") + QString::fromUtf8(each.problem)});
+    }
+}
+
 TEST_F(ChosefirmwareWidgetTest, AManifestIsFetchedOnceWithAGet)
 {
     const ChosefirmwareWidget chooser(m_rig.manifestUrl());
     ASSERT_EQ(m_rig.server.requests().size(), 1);
     EXPECT_EQ(m_rig.server.requests().first().method, "GET");
     EXPECT_EQ(m_rig.server.requests().first().path, "/manifest.json");
+    EXPECT_EQ(m_rig.server.requests().first().header("Accept-Encoding"), "identity");
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "simulator/files/WholeFile.h"
 #include "tests/update/FirmwareFetchTest.h"
 
 #include <QPushButton>
@@ -10,9 +11,7 @@ class FirmwareFetchImageTest : public FirmwareFetchTest
 
 TEST_F(FirmwareFetchImageTest, ASuccessReportsEachStepInOrderAndStoresTheImage)
 {
-    QFile stale(m_paths.temporaryFolder + QStringLiteral("/tmp/stale"));
-    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
-    stale.close(); // An open one cannot be removed everywhere.
+    ASSERT_TRUE(WholeFile::write(m_paths.temporaryFolder + QStringLiteral("/tmp/stale")));
     const QString url = m_rig.server.url(QStringLiteral("/m1.img")).toString();
 
     EXPECT_EQ(fetch(), m_paths.downloadedImage());
@@ -40,7 +39,6 @@ TEST_F(FirmwareFetchImageTest, ASuccessReportsEachStepInOrderAndStoresTheImage)
     EXPECT_EQ(contentOf(m_paths.downloadedImage()), m_image);
     EXPECT_EQ(QDir(m_paths.temporaryFolder + QStringLiteral("/tmp")).entryList(QDir::Files),
               QStringList{QStringLiteral("dev.img")});
-    EXPECT_EQ(m_state.imagePath(), m_paths.downloadedImage());
     EXPECT_EQ(m_key, QStringLiteral("M1"));
     EXPECT_TRUE(m_manifest.contains(QStringLiteral("CurrentVersion")));
 }
@@ -72,29 +70,29 @@ TEST_F(FirmwareFetchImageTest, AnIapDevicesImageIsStoredAsDevBin)
     EXPECT_FALSE(QFile::exists(m_paths.downloadedImage()));
 }
 
-TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedGivesTheControlsBack)
+TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedIsReportedWithItsReason)
 {
     m_rig.setFault(QStringLiteral("stall:path=/m1.img"));
     PumpingClock clock;
     ThreadFileDownloader impatient(nullptr, nullptr, clock);
-    m_state.setImagePath(QStringLiteral("/srv/before.img"));
+    m_choices.chooseImage({QStringLiteral("/srv/before.img"), FirmwareImage::Origin::User, false, {}});
     const QString path = onWorkerThread([&] {
-        FirmwareFetch run(m_reporter, m_state, Clock::real(), m_paths, m_downloader, impatient, nullptr);
-        return run.fetchFirmware(&m_manifest);
+        FirmwareFetch run(m_reporter, *m_session, m_choices, Clock::real(), m_paths, m_downloader, impatient,
+                          nullptr);
+        return run.fetchFirmware(m_choices.request(), &m_manifest);
     });
     EXPECT_EQ(path, QString());
-    EXPECT_EQ(m_reporter.events().mid(m_reporter.events().size() - 4),
+    EXPECT_EQ(m_reporter.events().mid(m_reporter.events().size() - 2),
               (QStringList{QStringLiteral("title Current Status: Error Occurred While Downloading File!"),
-                           QStringLiteral("log Download ERROR!"), QStringLiteral("check 1"),
-                           QStringLiteral("button 1")}));
+                           QStringLiteral("log Download ERROR!")}));
     EXPECT_EQ(m_reporter.fallbacks().last(), QStringLiteral("当前状态: 下载文件发生错误!"));
-    EXPECT_EQ(m_state.imagePath(), QStringLiteral("/srv/before.img"));
+    EXPECT_EQ(m_choices.image().path, QStringLiteral("/srv/before.img"));
 }
 
 TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpUnderTheNameThatIsPicked)
 {
     setDevice(QStringLiteral("Other"), 0);
-    m_state.setBootloaderPresent(true);
+    m_choices.setFound(m_choices.device(), true);
     ChosefirmwareWidget chooser(m_paths.manifestUrl);
     QTimer whenShown;
     QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] {
@@ -108,7 +106,7 @@ TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpUnderTheNameThatI
                            QStringLiteral("log ChoseDev: M1")}) +
                   m_parsing);
     EXPECT_EQ(m_key, QStringLiteral("M1"));
-    EXPECT_EQ(m_state.device().name, QStringLiteral("Other"));
+    EXPECT_EQ(m_choices.device().name, QStringLiteral("Other"));
 }
 
 TEST_F(FirmwareFetchImageTest, WithoutABootloaderTheChooserStaysHidden)
@@ -123,16 +121,16 @@ TEST_F(FirmwareFetchImageTest, WithoutABootloaderTheChooserStaysHidden)
 
 TEST_F(FirmwareFetchImageTest, AChooserClosedWithoutAPickEndsTheFetch)
 {
-    m_state.setBootloaderPresent(true);
+    m_choices.setFound(m_choices.device(), true);
     ChosefirmwareWidget chooser(m_paths.manifestUrl);
     QTimer whenShown;
     QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] { chooser.close(); });
     whenShown.start(50);
     EXPECT_EQ(fetch(&chooser), QString());
-    EXPECT_EQ(m_reporter.events(),
-              (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
-                           QStringLiteral("log ChoseDev: "), QStringLiteral("log ChoseDev is null，return"),
-                           QStringLiteral("check 1"), QStringLiteral("button 1")}));
+    EXPECT_EQ(
+        m_reporter.events(),
+        (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
+                     QStringLiteral("log ChoseDev: "), QStringLiteral("log ChoseDev is null，return")}));
     EXPECT_EQ(m_key, QString());
 }
 

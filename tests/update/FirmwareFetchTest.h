@@ -4,9 +4,11 @@
 #include "tests/support/RecordingReporter.h"
 #include "tests/update/ManifestServer.h"
 #include "tests/update/OnWorkerThread.h"
+#include "tests/update/OwnSession.h"
 
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
+#include "simulator/files/WholeFile.h"
 #include "support/ShutdownFlag.h"
 #include "update/ChosefirmwareWidget.h"
 #include "update/FirmwareFetch.h"
@@ -35,6 +37,7 @@ protected:
     FirmwareFetchTest()
     {
         m_paths.applicationDir = m_folder.filePath(QStringLiteral("app"));
+        m_paths.savedManifest = m_paths.applicationDir + QStringLiteral("/qmake/dev.jn");
         m_paths.temporaryFolder = m_folder.filePath(QStringLiteral("temporary"));
         m_paths.manifestUrl = m_rig.manifestUrl();
         QDir().mkpath(m_paths.temporaryFolder + QStringLiteral("/tmp"));
@@ -49,7 +52,7 @@ protected:
         ChosenDevice device;
         device.name = name;
         device.iapFlag = iapFlag;
-        m_state.setDevice(device);
+        m_choices.setFound(device, false);
     }
     /// A manifest with one device, and this address for its image.
     void setEntry(const QString &key, const QString &url)
@@ -60,23 +63,19 @@ protected:
     }
     FirmwareFetch makeFetch(Clock &clock, ChosefirmwareWidget *chooser = nullptr)
     {
-        return {m_reporter, m_state, clock, m_paths, m_downloader, m_segmentWorker, chooser};
+        return {m_reporter, *m_session, m_choices, clock, m_paths, m_downloader, m_segmentWorker, chooser};
     }
     /// A fetch as in the program: on a thread of its own, in real time.
     QString fetch(ChosefirmwareWidget *chooser = nullptr)
     {
         return onWorkerThread([this, chooser] {
             FirmwareFetch run = makeFetch(Clock::real(), chooser);
-            const QString path = run.fetchFirmware(&m_manifest);
+            const QString path = run.fetchFirmware(m_choices.request(), &m_manifest);
             m_key = run.deviceKey();
             return path;
         });
     }
-    static QByteArray contentOf(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    static QByteArray contentOf(const QString &path) { return WholeFile::read(path, "(no file)"); }
 
     const QStringList m_parsing{
         QStringLiteral("title Current Status: Trying to Parse Firmware Address from Server..."),
@@ -87,15 +86,15 @@ protected:
                 QStringLiteral("log devjson:") + m_manifestText, QStringLiteral("log Try To parse json...")};
     }
     const QStringList m_noAddress{QStringLiteral("title Current Status: Failed to Parse File Address"),
-                                  QStringLiteral("log Get File Address Failed!"), QStringLiteral("check 1"),
-                                  QStringLiteral("button 1")};
+                                  QStringLiteral("log Get File Address Failed!")};
 
     const QByteArray m_image = QByteArray("0123456789abcdef").repeated(4096) + "end";
     QString m_manifestText;
     ManifestServer m_rig;
     QTemporaryDir m_folder;
     UpdatePaths m_paths;
-    LiveState m_state;
+    UpdateChoices m_choices;
+    OwnSession m_session;
     RecordingReporter m_reporter;
     /// What the plain downloader says, apart, since it says it on another thread.
     RecordingReporter m_downloaderLog;

@@ -35,8 +35,8 @@ TEST_P(ManifestParseTest, SaysWhatItFound)
 {
     const FirmwareManifest::Parsed parsed = FirmwareManifest::parse(GetParam().json);
     EXPECT_EQ(parsed.ok, GetParam().ok);
-    EXPECT_STREQ(parsed.message.english, GetParam().english);
-    EXPECT_STREQ(parsed.message.chinese, GetParam().chinese);
+    EXPECT_STREQ(parsed.message.logText, GetParam().english);
+    EXPECT_STREQ(parsed.message.debugText, GetParam().chinese);
     EXPECT_EQ(parsed.root.isEmpty(), !GetParam().ok);
 }
 

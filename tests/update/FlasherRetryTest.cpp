@@ -1,9 +1,10 @@
+#include "simulator/time/RunningTime.h"
+#include "tests/support/LeapingClock.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/update/FlasherTest.h"
 
 #include "support/ShutdownFlag.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
 
 namespace {
@@ -16,11 +17,11 @@ protected:
     {
         ChosenDevice device;
         device.name = name;
-        m_state.setDevice(device);
+        m_choices.setFound(device, false);
     }
 
-    const QByteArray m_unreachable = Told::print("Open upg device failed\n");
-    const QByteArray m_success = Told::print("Burn image successfully!\n");
+    const ToolSteps m_unreachable = ToolStep::print("Open upg device failed\n");
+    const ToolSteps m_success = ToolStep::print("Burn image successfully!\n");
     const QString m_usbRun = QStringLiteral("usb|image|/srv/an image.img");
 };
 
@@ -35,14 +36,34 @@ TEST_F(FlasherRetryTest, AnUnreachableDeviceTenTimesIsTenRuns1000MillisecondsApa
 
 TEST_F(FlasherRetryTest, NineTimesUnreachableAndThenASuccessIsASuccess)
 {
-    m_tools.write(QStringLiteral("usb"), Told::untilRun(9, m_unreachable) + Told::afterRun(9, m_success));
+    QList<QJsonArray> runs;
+    for (int i = 0; i < 9; ++i)
+        runs.append(m_unreachable.toJson());
+    runs.append(m_success.toJson());
+    m_tools.writeScript(QStringLiteral("usb"), StandinScript::script(runs));
     EXPECT_TRUE(burnUsb(true));
     EXPECT_EQ(m_tools.runs().size(), 10);
 }
 
+TEST_F(FlasherRetryTest, AnUnreachableDeviceThatIsToldInTwoReadsIsRetried)
+{
+    m_clock.whileWatching = [this] {
+        if (!m_reporter.logLines().isEmpty())
+            m_tools.letGoOn();
+    };
+    const ToolSteps toldInTwo =
+        ToolStep::print("Open upg dev") + m_tools.pause() + ToolStep::print("ice failed\n");
+    m_tools.writeScript(QStringLiteral("usb"),
+                        StandinScript::script({toldInTwo.toJson(), m_success.toJson()}));
+    EXPECT_TRUE(burnUsb(true));
+    EXPECT_EQ(m_tools.runs().size(), 2);
+    EXPECT_EQ(m_reporter.logLines().mid(0, 2),
+              (QStringList{QStringLiteral("Open upg dev"), QStringLiteral("ice failed\n")}));
+}
+
 TEST_F(FlasherRetryTest, AnExitWithoutOutputIsNotRetried)
 {
-    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
+    m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(0));
     EXPECT_FALSE(burnUsb(true));
     EXPECT_EQ(m_tools.runs().size(), 1);
     EXPECT_EQ(m_clock.longSleeps, QList<int>{1000});
@@ -57,9 +78,9 @@ TEST_F(FlasherRetryTest, AFlasherThatCannotBeStartedIsNotRetried)
 
 TEST_F(FlasherRetryTest, FailureLeavesTheCallersFlagUnchanged)
 {
-    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
+    m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(0));
     bool ok = true;
-    m_flasher.burnWithRetry(&ok, true);
+    flasher().burnWithRetry(&ok, true);
     EXPECT_TRUE(ok);
 }
 
@@ -86,22 +107,22 @@ TEST_F(FlasherRetryTest, AnotherDeviceIsNotBurnedWhenTheBootloaderEntryFailed)
 TEST_F(FlasherRetryTest, OverHidTheSameTenTriesRunTheHidFlasher)
 {
     m_tools.write(QStringLiteral("hid"), m_unreachable);
-    EXPECT_FALSE(m_flasher.burnOverHid());
+    EXPECT_FALSE(flasher().burnOverHid());
     EXPECT_EQ(m_tools.runs().count(QStringLiteral("hid|image|/srv/an image.img")), 10);
     EXPECT_EQ(m_clock.longSleeps.count(1000), 10);
     m_tools.write(QStringLiteral("hid"), m_success);
-    EXPECT_TRUE(m_flasher.burnOverHid());
+    EXPECT_TRUE(flasher().burnOverHid());
 }
 
-TEST_F(FlasherRetryTest, EachTryTakesTheImageThatIsSetThen)
+TEST_F(FlasherRetryTest, BetweenTwoTriesTheDeviceIsNotBeingWritten)
 {
     m_tools.write(QStringLiteral("usb"), m_unreachable);
-    m_clock.whileWatching = [this] {
-        m_state.setImagePath(QStringLiteral("/srv/other.img"));
-    };
+    QList<UpdateStage> stages;
+    m_session->watchStages([&stages](UpdateStage stage) { stages.append(stage); });
     burnUsb(true);
-    EXPECT_EQ(m_tools.runs().value(0), m_usbRun);
-    EXPECT_EQ(m_tools.runs().value(9), QStringLiteral("usb|image|/srv/other.img"));
+    ASSERT_EQ(stages.size(), 20);
+    EXPECT_EQ(stages.mid(0, 2), (QList<UpdateStage>{UpdateStage::Flashing, UpdateStage::EnteringBootloader}));
+    EXPECT_EQ(stages.count(UpdateStage::Flashing), 10);
 }
 
 TEST_F(FlasherRetryTest, LeavingBetweenTwoTriesEndsThem)
@@ -118,8 +139,8 @@ class FlasherResetTest : public FlasherRetryTest
 
 TEST_F(FlasherResetTest, AToolThatEndsIsDone)
 {
-    m_tools.write(QStringLiteral("usb"), Told::exitWith(3));
-    EXPECT_TRUE(m_flasher.RunCmdReset(m_paths.usbFlasher));
+    m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(3));
+    EXPECT_TRUE(flasher().RunCmdReset(m_paths.usbFlasher));
     EXPECT_EQ(m_tools.runs(), QStringList{QStringLiteral("usb|shcmd|reset")});
     EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
                                                 QStringLiteral("log RunCmdReset Done.")}));
@@ -128,7 +149,7 @@ TEST_F(FlasherResetTest, AToolThatEndsIsDone)
 TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
 {
     const RecordedDebugStream debug;
-    EXPECT_FALSE(m_flasher.RunCmdReset(m_paths.usbFlasher));
+    EXPECT_FALSE(flasher().RunCmdReset(m_paths.usbFlasher));
     EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
                                                 QStringLiteral("log Failed to start process!")}));
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Failed to start process!")});
@@ -136,24 +157,23 @@ TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
 
 TEST_F(FlasherResetTest, AToolThatDoesNotEndIsGivenUpAfter30Seconds)
 {
-    m_tools.write(QStringLiteral("usb"), Told::hang());
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_FALSE(m_flasher.RunCmdReset(m_paths.usbFlasher));
-    // The toolkit's coarse timer keeps the limit to within a twentieth.
-    EXPECT_GE(timer.elapsed(), 28500);
-    EXPECT_LT(timer.elapsed(), 50000);
+    m_tools.write(QStringLiteral("usb"), ToolStep::hang());
+    LeapingClock clock(1000);
+    Flasher flasher(m_reporter, m_picture, *m_session, clock, m_paths, {});
+    EXPECT_FALSE(flasher.RunCmdReset(m_paths.usbFlasher));
+    // Looks while it starts, if there are any, do not count towards its 30 seconds.
+    EXPECT_GE(clock.lastMs(), 32000);
+    EXPECT_LE(clock.lastMs(), 63000);
     EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
                                                 QStringLiteral("log Process did not finish!")}));
 }
 
 TEST_F(FlasherResetTest, LeavingCutsItShort)
 {
-    m_tools.write(QStringLiteral("usb"), Told::hang());
+    m_tools.write(QStringLiteral("usb"), ToolStep::hang());
     QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_FALSE(m_flasher.RunCmdReset(m_paths.usbFlasher));
+    const RunningTimer timer;
+    EXPECT_FALSE(flasher().RunCmdReset(m_paths.usbFlasher));
     EXPECT_LT(timer.elapsed(), 5000);
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("Process did not finish!"));
 }

@@ -1,8 +1,10 @@
+#include "simulator/files/WholeFile.h"
+#include "simulator/time/RunningTime.h"
 #include "tests/support/ProcessGone.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "tests/update/FlasherTest.h"
 
-#include <QElapsedTimer>
+#include <optional>
 
 namespace {
 
@@ -16,7 +18,7 @@ protected:
             if (!m_reporter.logLines().isEmpty())
                 m_tools.letGoOn();
         };
-        return runUsb(Told::print(first) + m_tools.pause() + Told::print(second));
+        return runUsb(ToolStep::print(first) + m_tools.pause() + ToolStep::print(second));
     }
 };
 
@@ -30,20 +32,21 @@ TEST_F(FlasherRunTest, TheOsMarkerAndThenASuccessLineShow48And100)
 
 TEST_F(FlasherRunTest, ASuccessLineAndAMarkerInOneChunkEndWithTheMarkersValue)
 {
-    EXPECT_EQ(runUsb(Told::print("Upgrade fwc: image.target.os\nBurn image successfully!\n")), BurnSucceeded);
+    EXPECT_EQ(runUsb(ToolStep::print("Upgrade fwc: image.target.os\nBurn image successfully!\n")),
+              BurnSucceeded);
     EXPECT_EQ(m_reporter.progress(), (QStringList{QStringLiteral("100"), QStringLiteral("48")}));
     EXPECT_EQ(m_picture.levels, (QList<double>{0.0, 100.0, 48.0, 100.0}));
 }
 
 TEST_F(FlasherRunTest, TheImagePathIsOneArgumentWhateverItHolds)
 {
-    runUsb(Told::exitWith(0));
+    runUsb(ToolStep::exitWith(0));
     EXPECT_EQ(m_tools.runs(), QStringList{QStringLiteral("usb|image|/srv/an image.img")});
 }
 
 TEST_F(FlasherRunTest, AnExitWithoutOutputIsResult1)
 {
-    EXPECT_EQ(runUsb(Told::exitWith(0)), BurnWithoutSuccessLine);
+    EXPECT_EQ(runUsb(ToolStep::exitWith(0)), BurnWithoutSuccessLine);
     EXPECT_TRUE(m_reporter.events().isEmpty());
     EXPECT_EQ(m_picture.levels, QList<double>{0.0});
 }
@@ -51,26 +54,26 @@ TEST_F(FlasherRunTest, AnExitWithoutOutputIsResult1)
 TEST_F(FlasherRunTest, AChunkWithBurnButWithoutSuccessfullyChangesNothingButTheLog)
 {
     const RecordedDebugStream debug;
-    EXPECT_EQ(runUsb(Told::print("Burn image 12 %\n")), BurnWithoutSuccessLine);
+    EXPECT_EQ(runUsb(ToolStep::print("Burn image 12 %\n")), BurnWithoutSuccessLine);
     EXPECT_EQ(m_reporter.events(), QStringList{QStringLiteral("log Burn image 12 %\n")});
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Standard Output: Burn image 12 %\n")});
 }
 
 TEST_F(FlasherRunTest, TheExitCodeDoesNotMatter)
 {
-    EXPECT_EQ(runUsb(Told::print("Burn image successfully!\n") + Told::exitWith(9)), BurnSucceeded);
+    EXPECT_EQ(runUsb(ToolStep::print("Burn image successfully!\n") + ToolStep::exitWith(9)), BurnSucceeded);
 }
 
 TEST_F(FlasherRunTest, AnUnreachableDeviceIsResultMinus3WithoutProgress)
 {
-    EXPECT_EQ(runUsb(Told::print("Open upg device failed\n")), BurnDeviceNotReachable);
+    EXPECT_EQ(runUsb(ToolStep::print("Open upg device failed\n")), BurnDeviceNotReachable);
     EXPECT_TRUE(m_reporter.progress().isEmpty());
 }
 
 TEST_F(FlasherRunTest, StandardErrorIsLoggedWithItsPrefixAndDecidesNothing)
 {
     const RecordedDebugStream debug;
-    EXPECT_EQ(runUsb(Told::printError("Burn image successfully!\n")), BurnWithoutSuccessLine);
+    EXPECT_EQ(runUsb(ToolStep::printError("Burn image successfully!\n")), BurnWithoutSuccessLine);
     EXPECT_EQ(m_reporter.events(),
               QStringList{QStringLiteral("log !!!ERRORMESSAGE!!!: Burn image successfully!\n")});
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Standard Error: Burn image successfully!\n")});
@@ -78,7 +81,7 @@ TEST_F(FlasherRunTest, StandardErrorIsLoggedWithItsPrefixAndDecidesNothing)
 
 TEST_F(FlasherRunTest, GarbageAndZeroBytesBeforeAMarkerHideNothing)
 {
-    EXPECT_EQ(runUsb(Told::print(QByteArrayLiteral("a\0\xff Upgrade fwc: image.target.env\n"))),
+    EXPECT_EQ(runUsb(ToolStep::print(QByteArrayLiteral("a\0\xff Upgrade fwc: image.target.env\n"))),
               BurnWithoutSuccessLine);
     EXPECT_EQ(m_reporter.progress(), QStringList{QStringLiteral("32")});
     EXPECT_TRUE(m_reporter.logLines().value(0).endsWith(QStringLiteral("image.target.env\n")));
@@ -91,26 +94,44 @@ TEST_F(FlasherRunTest, ASuccessLineSplitOverTwoReadsIsASuccessWithThe100)
     EXPECT_EQ(m_picture.levels, (QList<double>{0.0, 100.0}));
 }
 
+TEST_F(FlasherRunTest, AnUnreachableDeviceSplitOverTwoReadsIsStillResultMinus3)
+{
+    EXPECT_EQ(runInTwoReads("Open upg dev", "ice failed\n"), BurnDeviceNotReachable);
+    EXPECT_TRUE(m_reporter.progress().isEmpty());
+    EXPECT_EQ(m_picture.levels, QList<double>{0.0});
+}
+
+TEST_F(FlasherRunTest, TwoLinesInTwoReadsAreNoSuccess)
+{
+    EXPECT_EQ(runInTwoReads("Burn image\n", "Erased successfully!\n"), BurnWithoutSuccessLine);
+    EXPECT_TRUE(m_reporter.progress().isEmpty());
+}
+
+TEST_F(FlasherRunTest, AReadThatDecidedIsNotOverruledByTheLines)
+{
+    // The second read begins in the middle of a line.
+    EXPECT_EQ(runInTwoReads("Burn image successfully!\nOpen upg device ", "failed\n"), BurnSucceeded);
+}
+
 TEST_F(FlasherRunTest, AFlasherThatCannotBeStartedIsMinus1WithOneLogLine)
 {
     const RecordedDebugStream debug;
-    EXPECT_EQ(m_flasher.runFlasher(m_paths.usbFlasher, m_image), BurnNotStarted);
+    EXPECT_EQ(flasher().runFlasher(m_paths.usbFlasher, m_image), BurnNotStarted);
     ASSERT_EQ(m_reporter.events().size(), 1);
     EXPECT_TRUE(m_reporter.logLines().first().contains(m_paths.usbFlasher));
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Failed to start process!")});
-    EXPECT_FALSE(m_state.isFlashing());
 }
 
-TEST_F(FlasherRunTest, TheStateSaysFlashingOnlyWhileTheChildRuns)
+TEST_F(FlasherRunTest, TheDeviceIsBeingWrittenWhileTheChildRuns)
 {
-    bool wasFlashing = false;
+    bool wasWriting = false;
     m_clock.whileWatching = [&] {
-        wasFlashing = m_state.isFlashing();
+        wasWriting = m_session->isWritingDevice();
+        m_tools.letGoOn();
     };
-    EXPECT_FALSE(m_state.isFlashing());
-    runUsb(Told::sleepMs(100));
-    EXPECT_TRUE(wasFlashing);
-    EXPECT_FALSE(m_state.isFlashing());
+    EXPECT_FALSE(m_session->isWritingDevice());
+    runUsb(m_tools.pause());
+    EXPECT_TRUE(wasWriting);
 }
 
 TEST_F(FlasherRunTest, OutputIsReadNoFasterThanTheLogIsWritten)
@@ -129,9 +150,9 @@ TEST_F(FlasherRunTest, OutputIsReadNoFasterThanTheLogIsWritten)
         else
             reporter.behind = false;
     };
-    m_tools.write(QStringLiteral("usb"),
-                  Told::print("Upgrade fwc: image.target.os\n") + Told::print("Burn image successfully!\n"));
-    Flasher flasher(reporter, m_picture, m_state, m_clock, m_paths);
+    m_tools.write(QStringLiteral("usb"), ToolStep::print("Upgrade fwc: image.target.os\n") +
+                                             ToolStep::print("Burn image successfully!\n"));
+    Flasher flasher(reporter, m_picture, *m_session, m_clock, m_paths, {});
     EXPECT_EQ(flasher.runFlasher(m_paths.usbFlasher, m_image), BurnSucceeded);
     EXPECT_GE(watched, 200);
     EXPECT_EQ(reporter.progress(), (QStringList{QStringLiteral("100"), QStringLiteral("48")}));
@@ -141,21 +162,20 @@ TEST_F(FlasherRunTest, LeavingKillsTheChildWithinASecond)
 {
     const QString pidFile = m_tools.file(QStringLiteral("pid"));
     qint64 child = 0;
-    QElapsedTimer sinceLeaving;
+    std::optional<RunningTimer> sinceLeaving;
     m_clock.whileWatching = [&] {
-        QFile file(pidFile);
-        if (child == 0 && file.open(QIODevice::ReadOnly))
-            child = file.readAll().trimmed().toLongLong();
-        if (child != 0 && !sinceLeaving.isValid()) {
+        if (child == 0)
+            child = WholeFile::read(pidFile).trimmed().toLongLong();
+        if (child != 0 && !sinceLeaving) {
             m_clock.leave();
-            sinceLeaving.start();
+            sinceLeaving.emplace();
         }
     };
-    EXPECT_EQ(runUsb(Told::noteProcessId(pidFile) + Told::hang()), BurnWithoutSuccessLine);
-    EXPECT_LT(sinceLeaving.elapsed(), 1000);
+    EXPECT_EQ(runUsb(ToolStep::noteProcessId(pidFile) + ToolStep::hang()), BurnWithoutSuccessLine);
+    ASSERT_TRUE(sinceLeaving);
+    EXPECT_LT(sinceLeaving->elapsed(), 1000);
     ASSERT_GT(child, 1);
     EXPECT_TRUE(processIsGone(child));
-    EXPECT_FALSE(m_state.isFlashing());
 }
 
 } // namespace

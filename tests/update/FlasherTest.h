@@ -2,9 +2,11 @@
 
 #include "tests/support/ManualClock.h"
 #include "tests/support/RecordingReporter.h"
-#include "tests/support/ToldTools.h"
+#include "tests/support/ScriptedTools.h"
+#include "tests/update/OwnSession.h"
 #include "update/Flasher.h"
 #include "update/FlasherOutput.h"
+#include "update/UpdateChoices.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +43,7 @@ public:
     std::function<void()> whileWatching;
 };
 
-/// A flasher whose children are told what to do.
+/// A flasher whose children play scripts.
 class FlasherTest : public testing::Test
 {
 protected:
@@ -49,27 +51,32 @@ protected:
     {
         m_paths.usbFlasher = m_tools.program(QStringLiteral("usb"));
         m_paths.hidFlasher = m_tools.program(QStringLiteral("hid"));
-        m_state.setImagePath(m_image);
+        m_choices.chooseImage({m_image, FirmwareImage::Origin::User, false, {}});
+        m_session.begin();
     }
 
-    int runUsb(const QByteArray &body)
+    int runUsb(const ToolSteps &body)
     {
         m_tools.write(QStringLiteral("usb"), body);
-        return m_flasher.runFlasher(m_paths.usbFlasher, m_image);
+        return flasher().runFlasher(m_paths.usbFlasher, m_image);
+    }
+    Flasher flasher()
+    {
+        return {m_reporter, m_picture, *m_session, m_clock, m_paths, {m_choices.device().name, m_image}};
     }
     bool burnUsb(bool bootloaderOk)
     {
         bool ok = false;
-        m_flasher.burnWithRetry(&ok, bootloaderOk);
+        flasher().burnWithRetry(&ok, bootloaderOk);
         return ok;
     }
 
     const QString m_image = QStringLiteral("/srv/an image.img");
-    ToldTools m_tools;
+    ScriptedTools m_tools;
     UpdatePaths m_paths;
     RecordingReporter m_reporter;
     RecordingPicture m_picture;
-    LiveState m_state;
+    UpdateChoices m_choices;
+    OwnSession m_session;
     WatchingClock m_clock;
-    Flasher m_flasher{m_reporter, m_picture, m_state, m_clock, m_paths};
 };

@@ -1,5 +1,6 @@
 #include "update/LocalFiles.h"
 
+#include "simulator/files/WholeFile.h"
 #include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
@@ -14,11 +15,7 @@ class LocalFilesTest : public testing::Test
 {
 protected:
     QString path(const QString &name) const { return m_folder.filePath(name); }
-    void touch(const QString &name) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    void touch(const QString &name) const { ASSERT_TRUE(WholeFile::write(path(name))); }
     QStringList left() const
     {
         return QDir(m_folder.path())

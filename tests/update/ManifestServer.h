@@ -1,8 +1,8 @@
 #pragma once
 
+#include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareServer.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -15,9 +15,7 @@ public:
 
     void write(const QString &name, const QByteArray &content)
     {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        EXPECT_TRUE(WholeFile::write(folder.filePath(name), content));
     }
     void setManifest(const QByteArray &json) { write(QStringLiteral("manifest.json"), json); }
     void setFault(const QString &text)

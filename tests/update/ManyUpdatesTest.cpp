@@ -2,9 +2,9 @@
 
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
-#include "simulator/bench/BenchPaths.h"
-#include "simulator/bench/FirmwareRoot.h"
-#include "simulator/bench/ServerSession.h"
+#include "harness/BuildPaths.h"
+#include "harness/session/FirmwareRoot.h"
+#include "harness/session/ServerSession.h"
 #include "tests/support/ProcessUse.h"
 #include "update/FirmwareFetch.h"
 
@@ -40,19 +40,19 @@ protected:
         ASSERT_TRUE(m_server.start(m_firmware->folder(), port)) << m_server.errorText().toStdString();
 
         m_paths.applicationDir = m_tools.file(QStringLiteral("app"));
+        m_paths.savedManifest = m_paths.applicationDir + QStringLiteral("/qmake/dev.jn");
         m_paths.temporaryFolder = m_tools.file(QStringLiteral("Tmp"));
         m_paths.manifestUrl =
             QStringLiteral("http://127.0.0.1:%1/Tessilonix/firmware/firmware-version-check-test.json")
                 .arg(port);
-        ASSERT_TRUE(QFile::copy(BenchPaths::standIn(), m_paths.usbFlasher));
-        QFile script(m_paths.usbFlasher + QStringLiteral(".script.json"));
-        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-        script.write(R"({"runs":[[{"print":"Upgrade fwc: image.target.os\n"},{"success":true}]]})");
-        m_state.setWriteType(QStringLiteral("USB"));
-        m_state.setRestartCheckable(true);
+        ScriptedTools::place(m_paths.usbFlasher,
+                             ScriptedTools::scriptOf(ToolStep::print("Upgrade fwc: image.target.os\n") +
+                                                     ToolStep::step("success")));
+        m_choices.setWriteType(QStringLiteral("USB"));
+        m_choices.setRestartCheckable(true);
         ChosenDevice device;
         device.name = QStringLiteral("M1");
-        m_state.setDevice(device);
+        m_choices.setFound(device, false);
     }
 
     /// One update on a pool thread, as the start button has it; the title that it ends with.
@@ -60,10 +60,14 @@ protected:
     {
         RecordingReporter reporter;
         FakeUpdateHost host(reporter);
+        if (!m_session->isRunning())
+            m_session.begin();
         const QFuture<void> run = QtConcurrent::run([&] {
-            FirmwareFetch fetch(reporter, m_state, m_short, m_paths, *m_downloader, *m_segments, nullptr);
-            UpdateWorkflow workflow(reporter, m_state, host, m_short, m_paths, m_launch, fetch);
-            workflow.finish(workflow.run());
+            FirmwareFetch fetch(reporter, *m_session, m_choices, m_short, m_paths, *m_downloader, *m_segments,
+                                nullptr);
+            const UpdateWorkflow::Dependencies dependencies{reporter, *m_session, m_choices, host,
+                                                            m_short,  m_paths,    m_launch,  fetch};
+            UpdateWorkflow(dependencies, m_choices.request()).run();
         });
         while (!run.isFinished())
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/time/RunningTime.h"
 #include "support/ShutdownFlag.h"
 
 #include <QEventLoop>
@@ -11,18 +12,24 @@
 #include <memory>
 
 /// Runs `work` on a thread of its own, as the workflow runs, while the calling thread's events go
-/// on; returns what it returned. Fails the test when that takes longer than `limitMs`.
+/// on; returns what it returned. Fails the test when that takes longer than `limitMs` of running time.
 template <typename F>
-auto onWorkerThread(F work, int limitMs = 15000)
+auto onWorkerThread(F work, int limitMs = eventLimitMs)
 {
     decltype(work()) result{};
     const std::unique_ptr<QThread> worker(QThread::create([&] { result = work(); }));
     QEventLoop loop;
     QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(limitMs, &loop, [&loop] {
+    const RunningTimer waited;
+    QTimer limit;
+    QObject::connect(&limit, &QTimer::timeout, &loop, [&] {
+        if (!waited.hasExpired(limitMs))
+            return;
+        limit.stop();
         ADD_FAILURE() << "the worker is still at work";
         ShutdownFlag::instance().raise(); // ends whatever it waits for
     });
+    limit.start(100);
     worker->start();
     loop.exec();
     worker->wait();

@@ -4,7 +4,7 @@
 
 namespace {
 
-using Ending = UpdateWorkflow::Ending;
+using Outcome = UpdateResult::Outcome;
 
 class UpdateWorkflowBurnTest : public UpdateWorkflowTest
 {
@@ -14,10 +14,10 @@ TEST_F(UpdateWorkflowBurnTest, AnUpdateOverUsbReportsEachStepInOrder)
 {
     serve();
     const RecordedDebugStream debug;
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
     EXPECT_EQ(events(), folderAndFetch(QStringLiteral("File MD5 verified successfully.")) + m_enter +
                             m_burnUsb + m_burned + m_resetUsb + m_controlsBack);
-    EXPECT_EQ(m_tools.runs(), (QStringList{QStringLiteral("usb|image|/srv/an image.img"),
+    EXPECT_EQ(m_tools.runs(), (QStringList{QLatin1String("usb|image|") + m_paths.downloadedImage(),
                                            QStringLiteral("usb|shcmd|reset")}));
     EXPECT_EQ(m_reporter.fallbacks(),
               (QStringList{QStringLiteral("当前状态: 尝试升级..."), QStringLiteral("当前状态: 升级成功")}));
@@ -27,9 +27,9 @@ TEST_F(UpdateWorkflowBurnTest, AnUpdateOverUsbReportsEachStepInOrder)
 TEST_F(UpdateWorkflowBurnTest, AnUpdateOverHidReportsEachStepInOrder)
 {
     serve();
-    m_state.setWriteType(QStringLiteral("HID"));
+    m_choices.setWriteType(QStringLiteral("HID"));
     const RecordedDebugStream debug;
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
     EXPECT_EQ(
         events(),
         folderAndFetch(QStringLiteral("File MD5 verified successfully.")) + m_enter +
@@ -40,15 +40,15 @@ TEST_F(UpdateWorkflowBurnTest, AnUpdateOverHidReportsEachStepInOrder)
             (QStringList{QStringLiteral("log run hid reset."), QStringLiteral("log try to RunCmdReset..."),
                          QStringLiteral("log RunCmdReset Done.")}) +
             m_controlsBack);
-    EXPECT_EQ(m_tools.runs(), (QStringList{QStringLiteral("hid|image|/srv/an image.img"),
+    EXPECT_EQ(m_tools.runs(), (QStringList{QLatin1String("hid|image|") + m_paths.downloadedImage(),
                                            QStringLiteral("hid|shcmd|reset")}));
-    EXPECT_TRUE(debug.lines().contains(QStringLiteral("当前烧录的固件程序为: /srv/an image.img")));
+    EXPECT_TRUE(debug.lines().contains(QStringLiteral("当前烧录的固件程序为: ") + m_paths.downloadedImage()));
 }
 
 TEST_F(UpdateWorkflowBurnTest, ALocalFileIsBurnedWithoutFoldersServerOrSum)
 {
-    m_state.setLocalFileMode(true);
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    m_choices.setLocalFileMode(true);
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
     EXPECT_EQ(events(), (QStringList{QStringLiteral("log Run LocalFile Update Model!"),
                                      QStringLiteral("title Current Status: Executing Local Flashing")}) +
                             m_enter + m_burnUsb + m_burned + m_resetUsb + m_controlsBack);
@@ -58,8 +58,8 @@ TEST_F(UpdateWorkflowBurnTest, ALocalFileIsBurnedWithoutFoldersServerOrSum)
 
 TEST_F(UpdateWorkflowBurnTest, ADeviceAlreadyInItsBootloaderSkipsTheCommandAndStillBurns)
 {
-    m_state.setLocalFileMode(true);
-    m_state.setBootloaderPresent(true);
+    m_choices.setLocalFileMode(true);
+    m_choices.setFound(m_choices.device(), true);
     run();
     EXPECT_FALSE(events().contains(QStringLiteral("log (send)")));
     const int at = events().indexOf(QStringLiteral("log try to bootloader..."));
@@ -70,8 +70,8 @@ TEST_F(UpdateWorkflowBurnTest, ADeviceAlreadyInItsBootloaderSkipsTheCommandAndSt
 
 TEST_F(UpdateWorkflowBurnTest, HidWithAFailedBootloaderEntryRunsNoFlasherAndFails)
 {
-    m_state.setLocalFileMode(true);
-    m_state.setWriteType(QStringLiteral("HID"));
+    m_choices.setLocalFileMode(true);
+    m_choices.setWriteType(QStringLiteral("HID"));
     m_host.entersBootloader = false;
     const RecordedDebugStream debug;
     run();
@@ -87,7 +87,7 @@ TEST_F(UpdateWorkflowBurnTest, HidWithAFailedBootloaderEntryRunsNoFlasherAndFail
 
 TEST_F(UpdateWorkflowBurnTest, UsbWithAFailedBootloaderEntryIsTriedForTheGenericDeviceOnly)
 {
-    m_state.setLocalFileMode(true);
+    m_choices.setLocalFileMode(true);
     m_host.entersBootloader = false;
     run();
     EXPECT_TRUE(m_tools.runs().isEmpty());
@@ -98,8 +98,8 @@ TEST_F(UpdateWorkflowBurnTest, UsbWithAFailedBootloaderEntryIsTriedForTheGeneric
 
 TEST_F(UpdateWorkflowBurnTest, AnUnknownWriteTypeFails)
 {
-    m_state.setLocalFileMode(true);
-    m_state.setWriteType(QStringLiteral("usb"));
+    m_choices.setLocalFileMode(true);
+    m_choices.setWriteType(QStringLiteral("usb"));
     run();
     EXPECT_EQ(events().mid(6), (QStringList{QStringLiteral("log Current writeType is: usb."),
                                             QStringLiteral("log UnKnow write type.!")}) +
@@ -111,8 +111,8 @@ TEST_F(UpdateWorkflowBurnTest, AnUnknownWriteTypeFails)
 TEST_F(UpdateWorkflowBurnTest, OnlyABoxThatIsNotCheckableKeepsTheResetAway)
 {
     // Whether the box is ticked is not even known here: a checkable one resets, ticked or not.
-    m_state.setLocalFileMode(true);
-    m_state.setRestartCheckable(false);
+    m_choices.setLocalFileMode(true);
+    m_choices.setRestartCheckable(false);
     run();
     EXPECT_EQ(m_tools.runs(), QStringList{QStringLiteral("usb|image|/srv/an image.img")});
     EXPECT_EQ(events().mid(events().size() - 4), m_burned + m_controlsBack);
@@ -120,8 +120,8 @@ TEST_F(UpdateWorkflowBurnTest, OnlyABoxThatIsNotCheckableKeepsTheResetAway)
 
 TEST_F(UpdateWorkflowBurnTest, AFailedBurnIsNotFollowedByAReset)
 {
-    m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
+    m_choices.setLocalFileMode(true);
+    m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(0));
     run();
     EXPECT_EQ(m_tools.runs().size(), 1);
     EXPECT_EQ(events().mid(events().size() - 4), m_failure + m_controlsBack);
@@ -129,9 +129,9 @@ TEST_F(UpdateWorkflowBurnTest, AFailedBurnIsNotFollowedByAReset)
 
 TEST_F(UpdateWorkflowBurnTest, AFailedResetLeavesTheUpdateASuccess)
 {
-    m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), m_success + Told::vanish());
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    m_choices.setLocalFileMode(true);
+    writeFlasher(QStringLiteral("usb"), m_success + ToolStep::vanish());
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("Failed to start process!"));
     EXPECT_EQ(m_reporter.titles().last(), QStringLiteral("Current Status: Upgrade Successful"));
 }

@@ -2,7 +2,7 @@
 
 namespace {
 
-using Ending = UpdateWorkflow::Ending;
+using Outcome = UpdateResult::Outcome;
 
 class UpdateWorkflowEndingTest : public UpdateWorkflowTest
 {
@@ -20,7 +20,13 @@ protected:
                 m_clock.leave();
         };
     }
+    void SetUp() override
+    {
+        m_choices.watchImage([this] { m_shownImages.append(m_choices.image().path); });
+    }
     bool hasTemporaryImage() const { return QFile::exists(m_paths.downloadedImage()); }
+
+    QStringList m_shownImages;
 };
 
 TEST_F(UpdateWorkflowEndingTest, TheFoldersAreMadeBeforeTheFetch)
@@ -39,10 +45,12 @@ TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeMadeEndsTheRunInEveryMode)
                                QStringLiteral("title Current Status: ensurePath Failed!"),
                                QStringLiteral("check 1"),
                                QStringLiteral("button 1")};
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    const UpdateResult failure{Outcome::Failed, UpdateStage::Fetching, UpdateReason::FolderUnusable};
+    EXPECT_EQ(run(), failure);
     EXPECT_EQ(events(), expected);
     startedBy(true);
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run(), failure);
+    EXPECT_TRUE(m_session->isStartAllowed());
     EXPECT_EQ(events(), expected + expected);
     EXPECT_EQ(m_reporter.fallbacks().first(), QStringLiteral("当前状态: ensurePath Failed"));
 }
@@ -50,7 +58,7 @@ TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeMadeEndsTheRunInEveryMode)
 TEST_F(UpdateWorkflowEndingTest, AWrongSumEndsTheRunBeforeAnyDeviceAccessAndKeepsTheImage)
 {
     serve(QStringLiteral("0"));
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run(), (UpdateResult{Outcome::Failed, UpdateStage::Fetching, UpdateReason::ChecksumMismatch}));
     EXPECT_EQ(events(), folderAndFetch(QStringLiteral("File MD5 mismatch.")) +
                             (QStringList{QStringLiteral("title Current Status: md5 failed!")}) +
                             m_controlsBack);
@@ -61,7 +69,7 @@ TEST_F(UpdateWorkflowEndingTest, AWrongSumEndsTheRunBeforeAnyDeviceAccessAndKeep
 
 TEST_F(UpdateWorkflowEndingTest, AFailedFetchEndsWithTheSumsTitleToo)
 {
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run(), (UpdateResult{Outcome::Failed, UpdateStage::Fetching, UpdateReason::DownloadFailed}));
     EXPECT_EQ(events(), folderAndFetch(QStringLiteral("get file md5 failed.!")) +
                             (QStringList{QStringLiteral("title Current Status: md5 failed!")}) +
                             m_controlsBack);
@@ -74,7 +82,9 @@ TEST_F(UpdateWorkflowEndingTest, InALaunchModeAWrongSumEndsInTheBlockingLoop)
         serve(QStringLiteral("0"));
         leaveAfterBlocking();
         const int before = events().size();
-        EXPECT_EQ(run(), Ending::LaunchMode);
+        m_session.reset();
+        EXPECT_EQ(run().reason, UpdateReason::ChecksumMismatch);
+        EXPECT_EQ(m_session->stage(), UpdateStage::Blocked);
         EXPECT_EQ(events().mid(before),
                   folderAndFetch(QStringLiteral("File MD5 mismatch.")) +
                       (QStringList{QStringLiteral("title Current Status: md5 failed!")}) + m_blocked);
@@ -89,8 +99,9 @@ TEST_F(UpdateWorkflowEndingTest, InALaunchModeASuccessEndsInTheBlockingLoopAndKe
     startedBy(false);
     serve();
     leaveAfterBlocking();
-    EXPECT_EQ(run(), Ending::LaunchMode);
-    EXPECT_EQ(events().mid(events().size() - 6), m_resetUsb + m_blocked);
+    EXPECT_EQ(run(), (UpdateResult{Outcome::Succeeded, UpdateStage::Resetting, UpdateReason::None}));
+    EXPECT_EQ(m_session->stage(), UpdateStage::Blocked);
+    EXPECT_EQ(events().mid(events().size() - 4), m_resetUsb + m_blocked);
     EXPECT_TRUE(hasTemporaryImage());
 }
 
@@ -100,7 +111,7 @@ TEST_F(UpdateWorkflowEndingTest, TheTemporaryImageIsDeletedAtTheNormalEndingAlso
     run();
     EXPECT_FALSE(hasTemporaryImage());
     serve();
-    m_tools.write(QStringLiteral("usb"), Told::exitWith(0));
+    m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(0));
     run();
     EXPECT_FALSE(hasTemporaryImage());
 }
@@ -109,7 +120,9 @@ TEST_F(UpdateWorkflowEndingTest, AnIapDeviceIsHandedOverToItsPanel)
 {
     serve();
     setDevice(QStringLiteral("M1"), 1);
-    EXPECT_EQ(run(), Ending::HandedOver);
+    run();
+    EXPECT_EQ(m_session->stage(), UpdateStage::AskingProgrammer);
+    EXPECT_EQ(m_session->image(), m_paths.downloadedImage());
     EXPECT_EQ(events(), folderAndFetch(QStringLiteral("File MD5 verified successfully.")) +
                             (QStringList{QStringLiteral("log IAP Dev - Run IAPUpDate Mode!"),
                                          QStringLiteral("log (panel)")}));
@@ -118,10 +131,10 @@ TEST_F(UpdateWorkflowEndingTest, AnIapDeviceIsHandedOverToItsPanel)
 
 TEST_F(UpdateWorkflowEndingTest, AnIapDeviceWithoutAPanelGivesTheControlsBack)
 {
-    m_state.setLocalFileMode(true);
+    m_choices.setLocalFileMode(true);
     setDevice(QStringLiteral("M1"), 1);
     m_host.hasPanel = false;
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run(), (UpdateResult{Outcome::Failed, UpdateStage::AskingProgrammer, UpdateReason::NoPanel}));
     EXPECT_EQ(events().mid(2), (QStringList{QStringLiteral("log IAP Dev - Run IAPUpDate Mode!"),
                                             QStringLiteral("log (panel)")}) +
                                    m_controlsBack);
@@ -129,34 +142,87 @@ TEST_F(UpdateWorkflowEndingTest, AnIapDeviceWithoutAPanelGivesTheControlsBack)
 
 TEST_F(UpdateWorkflowEndingTest, AnIapFlagWithoutADeviceNameIsNoIapDevice)
 {
-    m_state.setLocalFileMode(true);
+    m_choices.setLocalFileMode(true);
     setDevice(QString(), 1);
-    EXPECT_EQ(run(), Ending::ControlsBack);
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
     EXPECT_EQ(events().mid(2, m_enter.size()), m_enter);
 }
 
 TEST_F(UpdateWorkflowEndingTest, LeavingWhileTheFlasherRunsReportsNoResultButThatTheProgramWasClosed)
 {
-    m_state.setLocalFileMode(true);
-    m_tools.write(QStringLiteral("usb"), Told::hang());
+    m_choices.setLocalFileMode(true);
+    m_tools.write(QStringLiteral("usb"), ToolStep::hang());
     m_clock.whileWatching = [this] {
         if (!m_tools.runs().isEmpty())
             m_clock.leave();
     };
-    EXPECT_EQ(run(), Ending::Leaving);
+    EXPECT_EQ(run(), (UpdateResult{Outcome::Cancelled, UpdateStage::Flashing, UpdateReason::ProgramClosed}));
+    EXPECT_EQ(m_session->stage(), UpdateStage::Leaving);
     EXPECT_EQ(events().mid(events().size() - 2),
               (QStringList{QStringLiteral("log in usb write mode.."),
                            QStringLiteral("log The program was closed before the update had ended.")}));
 }
 
-TEST_F(UpdateWorkflowEndingTest, TheControlsComeBackOnlyWhenTheRunIsFinished)
+TEST_F(UpdateWorkflowEndingTest, TheControlsComeBackOnceAndOnlyWhenTheNextStartIsAllowed)
 {
-    m_state.setLocalFileMode(true);
-    UpdateWorkflow workflow(m_reporter, m_state, m_host, m_clock, m_paths, m_launch, m_source);
-    const Ending ending = workflow.run();
-    EXPECT_FALSE(events().contains(QStringLiteral("button 1")));
-    workflow.finish(ending);
-    EXPECT_EQ(events().mid(events().size() - 2), m_controlsBack);
+    m_choices.setLocalFileMode(true);
+    QList<bool> allowed;
+    m_reporter.onControlsBack = [&] {
+        allowed.append(m_session->isStartAllowed());
+    };
+    run();
+    EXPECT_EQ(allowed, QList<bool>{true});
+    serve(QStringLiteral("0"));
+    m_choices.setLocalFileMode(false);
+    run();
+    EXPECT_EQ(allowed, (QList<bool>{true, true}));
+}
+
+TEST_F(UpdateWorkflowEndingTest, ARejectedImageNeverBecomesTheImageToBurn)
+{
+    serve(QStringLiteral("0"));
+    run();
+    EXPECT_EQ(m_choices.image().path, m_image);
+    EXPECT_EQ(m_shownImages, QStringList());
+}
+
+TEST_F(UpdateWorkflowEndingTest, AfterAGoodRunTheImageIsTheOneOfBeforeAgain)
+{
+    serve();
+    run();
+    EXPECT_EQ(m_shownImages, (QStringList{m_paths.downloadedImage(), m_image}));
+    EXPECT_FALSE(hasTemporaryImage());
+}
+
+TEST_F(UpdateWorkflowEndingTest, AFilePickedDuringTheBurnCountsForTheNextStart)
+{
+    m_choices.setLocalFileMode(true);
+    m_tools.write(QStringLiteral("usb"), ToolStep::print("Open upg device failed\n"));
+    m_clock.whileWatching = [this] {
+        m_choices.chooseImage({QStringLiteral("/srv/next.img"), FirmwareImage::Origin::User, false, {}});
+    };
+    run();
+    EXPECT_EQ(m_tools.runs().count(QStringLiteral("usb|image|/srv/an image.img")), 10);
+    EXPECT_EQ(m_choices.image().path, QStringLiteral("/srv/next.img"));
+}
+
+TEST_F(UpdateWorkflowEndingTest, ACheckedIapImageStaysForTheNextDownload)
+{
+    m_source.serve(m_paths.downloadedIapImage(), QStringLiteral("5d41402abc4b2a76b9719d911017c592"));
+    setDevice(QStringLiteral("M1"), 1);
+    run();
+    EXPECT_EQ(m_choices.image().path, m_paths.downloadedIapImage());
+    EXPECT_TRUE(QFile::exists(m_paths.downloadedIapImage()));
+}
+
+TEST_F(UpdateWorkflowEndingTest, ADeviceInItsBootloaderIsBurnedEvenIfAnIapDeviceWasConnectedBefore)
+{
+    serve();
+    setDevice(QStringLiteral("M2"), 1);
+    m_choices.setFound(m_choices.device(), true);
+    EXPECT_EQ(run().outcome, Outcome::Succeeded);
+    EXPECT_FALSE(m_reporter.logLines().contains(QStringLiteral("(panel)")));
+    EXPECT_EQ(m_tools.runs().value(0), QLatin1String("usb|image|") + m_paths.downloadedImage());
 }
 
 } // namespace

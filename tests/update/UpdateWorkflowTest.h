@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/files/WholeFile.h"
 #include "tests/update/FlasherTest.h"
 #include "update/UpdateWorkflow.h"
 
@@ -13,21 +14,20 @@ class FakeFirmwareSource : public FirmwareSource
 public:
     explicit FakeFirmwareSource(Reporter &reporter) : m_reporter(reporter) {}
 
-    QString fetchFirmware(QJsonObject *manifest) override
+    QString fetchFirmware(const UpdateRequest & /*request*/, QJsonObject *manifest) override
     {
         m_reporter.log(QStringLiteral("(fetch)"));
         *manifest = root;
         return path;
     }
     QString deviceKey() const override { return QStringLiteral("M1"); }
+    UpdateReason failure() const override { return UpdateReason::DownloadFailed; }
 
     /// An image at `imagePath` and a manifest with this sum for it.
     void serve(const QString &imagePath, const QString &sum)
     {
         QDir().mkpath(QFileInfo(imagePath).path());
-        QFile file(imagePath);
-        file.open(QIODevice::WriteOnly);
-        file.write("hello");
+        EXPECT_TRUE(WholeFile::write(imagePath, "hello"));
         path = imagePath;
         const QJsonObject entry{{QStringLiteral("md5"), sum}};
         root = {{QStringLiteral("CurrentVersion"), QJsonObject{{QStringLiteral("M1"), entry}}}};
@@ -65,18 +65,26 @@ private:
     Reporter &m_reporter;
 };
 
-/// A whole update whose server and window are made up and whose flashers are told what to do.
+/// A whole update whose server and window are made up and whose flashers play scripts.
 class UpdateWorkflowTest : public FlasherTest
 {
 protected:
     UpdateWorkflowTest()
     {
         m_paths.temporaryFolder = m_folder.filePath(QStringLiteral("Tmp"));
-        m_state.setWriteType(QStringLiteral("USB"));
-        m_state.setRestartCheckable(true);
+        m_choices.setWriteType(QStringLiteral("USB"));
+        m_choices.setRestartCheckable(true);
         setDevice(QStringLiteral("M1"), 0);
-        m_tools.write(QStringLiteral("usb"), m_success);
-        m_tools.write(QStringLiteral("hid"), m_success);
+        writeFlasher(QStringLiteral("usb"), m_success);
+        writeFlasher(QStringLiteral("hid"), m_success);
+    }
+
+    /// Has a flasher do these steps when it burns, and nothing when it resets.
+    void writeFlasher(const QString &name, const ToolSteps &burn)
+    {
+        m_tools.writeScript(
+            name, QJsonDocument(QJsonObject{{QStringLiteral("image"), StandinScript::runs({burn.toJson()})},
+                                            {QStringLiteral("shcmd"), StandinScript::runs({QJsonArray()})}}));
     }
 
     void setDevice(const QString &name, quint8 iapFlag)
@@ -84,18 +92,21 @@ protected:
         ChosenDevice device;
         device.name = name;
         device.iapFlag = iapFlag;
-        m_state.setDevice(device);
+        m_choices.setFound(device, false);
     }
     void serve(const QString &sum = QStringLiteral("5d41402abc4b2a76b9719d911017c592"))
     {
         m_source.serve(m_paths.downloadedImage(), sum);
     }
-    UpdateWorkflow::Ending run()
+    /// Runs the update that the session began, or a new one. Returns how it ended.
+    UpdateResult run()
     {
-        UpdateWorkflow workflow(m_reporter, m_state, m_host, m_clock, m_paths, m_launch, m_source);
-        const auto ending = workflow.run();
-        workflow.finish(ending);
-        return ending;
+        if (!m_session->isRunning())
+            m_session.begin();
+        const UpdateWorkflow::Dependencies dependencies{m_reporter, *m_session, m_choices, m_host,
+                                                        m_clock,    m_paths,    m_launch,  m_source};
+        UpdateWorkflow(dependencies, m_choices.request()).run();
+        return m_session->lastResult();
     }
     /// What was reported, without the lines that the sum's check adds by itself.
     QStringList events() const
@@ -113,10 +124,9 @@ protected:
                 QStringLiteral("log now check downloadfile md5.."), QStringLiteral("log ") + verdict};
     }
 
-    const QByteArray m_success = Told::unlessAskedTo("shcmd", Told::print("Burn image successfully!\n"));
+    const ToolSteps m_success = ToolStep::print("Burn image successfully!\n");
     const QStringList m_controlsBack{QStringLiteral("check 1"), QStringLiteral("button 1")};
     const QStringList m_blocked{
-        QStringLiteral("check 0"), QStringLiteral("button 0"),
         QStringLiteral("log Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!")};
     const QStringList m_enter{QStringLiteral("title Current Status: Attempting to Upgrade..."),
                               QStringLiteral("log try to bootloader..."), QStringLiteral("log (send)"),

@@ -1,8 +1,8 @@
 #include "update/md5Check.h"
 
+#include "simulator/files/WholeFile.h"
 #include "tests/support/RecordingReporter.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
@@ -15,10 +15,9 @@ class md5CheckTest : public testing::Test
 protected:
     QString image(const QByteArray &content = "hello")
     {
-        QFile file(m_folder.filePath(QStringLiteral("dev.img")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        return file.fileName();
+        const QString path = m_folder.filePath(QStringLiteral("dev.img"));
+        EXPECT_TRUE(WholeFile::write(path, content));
+        return path;
     }
     static QJsonObject manifest(const QString &sum)
     {

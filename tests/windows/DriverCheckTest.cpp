@@ -1,6 +1,7 @@
-#include "tests/endtoend/LocalFiles.h"
+#include "tests/endtoend/PersonsFiles.h"
 
-#include "simulator/bench/WineSystem_linux.h"
+#include "harness/process/Polling.h"
+#include "harness/stage/WineSystem_linux.h"
 
 #include <QRegularExpression>
 
@@ -26,19 +27,34 @@ protected:
                QLatin1String(name);
     }
 
+    /// Makes a file of the system folder a stand-in that does these steps.
+    void addSystemTool(const QString &name, const QJsonArray &steps)
+    {
+        const QString path = inSystem32(name.toLatin1().constData());
+        ASSERT_TRUE(QFile::copy(scenario().program.system().standIn(), path));
+        ASSERT_TRUE(WholeFile::write(path + QStringLiteral(".script.json"), script({steps}).toJson()));
+    }
+    /// The arguments of the runs of a tool in the system folder.
+    QList<QStringList> systemToolRuns(const QString &name)
+    {
+        QList<QStringList> all;
+        for (const StandinRun &run : StandinRuns::read(inSystem32(name.toLatin1().constData())))
+            all.append(run.arguments);
+        return all;
+    }
+
     /// The driver package beside the program, with stand-ins for the tools.
     void addPackage()
     {
         StagedProgram &program = scenario().program;
         ASSERT_TRUE(QDir().mkpath(inApplication("amd64")));
         for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll", "libusbK.sys"})
-            ASSERT_TRUE(writeFile(inApplication("amd64/") + QLatin1String(name), name));
-        ASSERT_TRUE(writeFile(inApplication("Artinchip_SoC.inf"), inf));
+            ASSERT_TRUE(WholeFile::write(inApplication("amd64/") + QLatin1String(name), name));
+        ASSERT_TRUE(WholeFile::write(inApplication("Artinchip_SoC.inf"), inf));
         const QString standIn = program.system().standIn();
         ASSERT_TRUE(program.addTool(catalogTool, standIn,
                                     script({{step("leave", QStringLiteral("Artinchip_SoC.cat"))}})));
-        ASSERT_TRUE(
-            program.addTool(infTool, standIn, script({{step("print", QStringLiteral("inf added\n"))}})));
+        addSystemTool(infTool, {step("print", QStringLiteral("inf added\n"))});
     }
 
     /// The lines of the check, from its first to its last.
@@ -47,7 +63,7 @@ protected:
         UpdateScenario &s = scenario();
         EXPECT_TRUE(s.start()) << s.errorText().toStdString();
         // The window answers once it has been made, and the check is over by then.
-        EXPECT_TRUE(s.probe.waitForText(connection, QStringLiteral("Device Detected"), updateLimitMs));
+        EXPECT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("Device Detected"), updateLimitMs));
         const QStringList lines = s.program.updateLogLines();
         const int first = lines.indexOf(QStringLiteral("Try Create Cat And Inf..."));
         const int last = lines.indexOf(QRegularExpression(QStringLiteral("^Start Dev (Success|Failed!)$")));
@@ -93,14 +109,53 @@ TEST_F(DriverCheckTest, ThePackageIsInstalledInTheOrderOfItsSteps)
     lines.removeAll(QString()); // after the tool's own line feed
     EXPECT_EQ(QStringList(lines.mid(0, before.size())), before);
     for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll"})
-        EXPECT_EQ(contentsOf(inSystem32(name)), QByteArray(name));
-    EXPECT_EQ(contentsOf(inSystem32("drivers/libusbK.dll")), QByteArray("libusbK.dll"));
-    EXPECT_EQ(contentsOf(inSystem32("drivers/libusbK.sys")), QByteArray("libusbK.sys"));
+        EXPECT_EQ(WholeFile::read(inSystem32(name)), QByteArray(name));
+    EXPECT_EQ(WholeFile::read(inSystem32("drivers/libusbK.dll")), QByteArray("libusbK.dll"));
+    EXPECT_EQ(WholeFile::read(inSystem32("drivers/libusbK.sys")), QByteArray("libusbK.sys"));
     const QString folder = s.program.nameOf(s.program.applicationFolder());
     EXPECT_EQ(argumentsOf(s.program, catalogTool), (QList<QStringList>{{QStringLiteral("/PATH"), folder}}));
-    EXPECT_EQ(argumentsOf(s.program, infTool),
-              (QList<QStringList>{{QStringLiteral("-i"), QStringLiteral("-a"),
-                                   folder + QStringLiteral("/Artinchip_SoC.inf")}}));
+    EXPECT_EQ(systemToolRuns(infTool), (QList<QStringList>{{QStringLiteral("-i"), QStringLiteral("-a"),
+                                                            folder + QStringLiteral("/Artinchip_SoC.inf")}}));
+}
+
+TEST_F(DriverCheckTest, APnputilThatSomebodyPutBesideTheProgramOrIntoTheWorkingFolderIsNotRun)
+{
+    addPackage();
+    StagedProgram &program = scenario().program;
+    const QString standIn = program.system().standIn();
+    const QString inWorkingFolder = program.workingFolder() + QLatin1Char('/') + infTool;
+    const QJsonDocument planted = script({{step("print", QStringLiteral("planted\n"))}});
+    ASSERT_TRUE(program.addTool(infTool, standIn, planted));
+    ASSERT_TRUE(QFile::copy(standIn, inWorkingFolder));
+    ASSERT_TRUE(WholeFile::write(inWorkingFolder + QStringLiteral(".script.json"), planted.toJson()));
+    EXPECT_TRUE(checkLines().contains(QStringLiteral("inf added")));
+    EXPECT_EQ(systemToolRuns(infTool).size(), 1);
+    EXPECT_TRUE(argumentsOf(program, infTool).isEmpty());
+    EXPECT_TRUE(StandinRuns::read(inWorkingFolder).isEmpty());
+}
+
+TEST_F(DriverCheckTest, ClosedWhileAToolRunsTheProgramInstallsNothingMore)
+{
+    addPackage();
+    UpdateScenario &s = scenario();
+    ASSERT_TRUE(s.program.setScript(catalogTool, script({{step("sleepMs", 600000)}})));
+    ASSERT_TRUE(s.start()) << s.errorText().toStdString();
+    ASSERT_TRUE(pollUntil([&] { return argumentsOf(s.program, catalogTool).size() == 1; }));
+    EXPECT_EQ(s.closeWindow(), 0);
+    EXPECT_TRUE(systemToolRuns(infTool).isEmpty());
+    EXPECT_FALSE(QFile::exists(inSystem32("drivers/libusbK.sys")));
+    for (const char *line :
+         {"Try Install Inf...", "Begin Copy 1!", "Install DriverINFO...", "Install Dev..."})
+        EXPECT_FALSE(logHas(line)) << line;
+}
+
+TEST_F(DriverCheckTest, WithoutASystemsPnputilNoOtherIsRun)
+{
+    StagedProgram &program = scenario().program;
+    ASSERT_TRUE(program.addTool(infTool, program.system().standIn(),
+                                script({{step("print", QStringLiteral("planted\n"))}})));
+    EXPECT_FALSE(checkLines().contains(QStringLiteral("planted")));
+    EXPECT_TRUE(argumentsOf(program, infTool).isEmpty());
 }
 
 } // namespace

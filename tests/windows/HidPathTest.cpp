@@ -1,6 +1,6 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/Polling.h"
+#include "harness/process/Polling.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ protected:
         UpdateScenario &s = scenario(model);
         const QJsonArray given = s.devices.first().value(QLatin1String("interfaces")).toArray();
         s.devices[0].insert(QStringLiteral("interfaces"), QJsonArray{given.at(1), given.at(0)});
-        EXPECT_EQ(update(), QStringLiteral("CurrentStatus: Upgrade Successful"));
+        EXPECT_EQ(update(), upgradeSuccessful);
         EXPECT_EQ(s.burned(), s.image());
         EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:1"));
         // The scan ends with the one that it wants, here the second.
@@ -55,11 +55,11 @@ TEST_F(HidPathTest, HandlesDoNotPileUpWhileTheDeviceIsWatched)
 {
     UpdateScenario &s = scenario("DevMah");
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
-    ASSERT_TRUE(pollUntil([&] { return ticks() >= 4; }, 30000)) << s.program.updateLog().toStdString();
+    ASSERT_TRUE(pollUntil([&] { return ticks() >= 4; })) << s.program.updateLog().toStdString();
     // A tick opens the new one before it closes the old.
-    EXPECT_TRUE(pollUntil([&] { return openHandles() == 1; }, 5000)) << openHandles();
+    EXPECT_TRUE(pollUntil([&] { return openHandles() == 1; })) << openHandles();
     EXPECT_EQ(s.closeWindow(), 0);
-    EXPECT_TRUE(pollUntil([&] { return openHandles() == 0; }, 5000)) << openHandles();
+    EXPECT_TRUE(pollUntil([&] { return openHandles() == 0; })) << openHandles();
 }
 
 } // namespace

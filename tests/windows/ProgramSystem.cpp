@@ -1,6 +1,6 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/WineSystem_linux.h"
+#include "harness/stage/WineSystem_linux.h"
 
 std::unique_ptr<TargetSystem> EndToEnd::programSystem()
 {

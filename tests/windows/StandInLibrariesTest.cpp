@@ -1,8 +1,9 @@
-#include "simulator/bench/BenchPaths.h"
-#include "simulator/bench/BusSession.h"
-#include "simulator/bench/Polling.h"
-#include "simulator/bench/WinePrefix_linux.h"
+#include "harness/BuildPaths.h"
+#include "harness/process/Polling.h"
+#include "harness/session/BusSession.h"
+#include "harness/stage/WinePrefix_linux.h"
 #include "simulator/bus/UpdateModeReport.h"
+#include "simulator/files/WholeFile.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -39,12 +40,11 @@ class StandInLibrariesTest : public testing::Test
 protected:
     void startBus(const QJsonArray &devices)
     {
-        QFile file(path("bus.json"));
+        const QString file = path("bus.json");
         const QJsonObject description{{QStringLiteral("devices"), devices}};
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(description).toJson()) > 0);
-        file.close();
-        ASSERT_TRUE(m_bus.startController(
-            {BenchPaths::listedBusController(), QStringLiteral("--description"), file.fileName()}))
+        ASSERT_TRUE(WholeFile::write(file, QJsonDocument(description).toJson()));
+        ASSERT_TRUE(
+            m_bus.startController({BuildPaths::listedBusController(), QStringLiteral("--description"), file}))
             << m_bus.errorText().toStdString();
     }
 
@@ -82,11 +82,7 @@ protected:
     }
 
     /// What "wait go" waits for.
-    void letGo() const
-    {
-        QFile file(path("go"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    void letGo() const { ASSERT_TRUE(WholeFile::write(path("go"))); }
 
     static QStringList paths(const QJsonObject &listing)
     {

@@ -1,13 +1,11 @@
 #include "tests/endtoend/EndToEnd.h"
 
-#include "simulator/bench/WineSystem_linux.h"
+#include "harness/stage/WineSystem_linux.h"
 #include "simulator/bus/UpdateModeReport.h"
 
 namespace {
 
 using namespace EndToEnd;
-
-const QString upgradeSuccessful = QStringLiteral("CurrentStatus: Upgrade Successful");
 
 /// The report that switches a device over has another layout up to Windows 7.
 class WindowsVersionTest : public EndToEndTest

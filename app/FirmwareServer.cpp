@@ -1,6 +1,0 @@
-#include "app/FirmwareServer.h"
-
-QString firmwareServer()
-{
-    return QStringLiteral(QUILLMARSH_FIRMWARE_SERVER);
-}

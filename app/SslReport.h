@@ -1,4 +1,0 @@
-#pragma once
-
-/// Writes to the debug stream which TLS library the program has. Nothing depends on the result.
-void writeSslReport();

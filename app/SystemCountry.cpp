@@ -1,8 +1,0 @@
-#include "app/SystemCountry.h"
-
-#include <QLocale>
-
-bool isSystemCountryChina()
-{
-    return QLocale::system().country() == QLocale::China;
-}

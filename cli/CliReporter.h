@@ -1,0 +1,29 @@
+#pragma once
+
+#include "cli/EventSink.h"
+#include "support/Reporter.h"
+
+#include <QString>
+
+#include <mutex>
+
+/// Turns what an update reports into events. May be called from any thread.
+class CliReporter : public Reporter
+{
+public:
+    /// `sink` must outlive the reporter. Log lines are also appended to `logFile` unless it is empty.
+    CliReporter(EventSink &sink, const QString &logFile);
+
+    void log(const QString &line) override;
+    /// The sink shows the stage in its own words.
+    void setStateTitle(const TranslatableText & /*title*/) override {}
+    void setProgress(int percent) override;
+    // There are no controls.
+    void enableStartButton(bool /*enable*/) override {}
+    void runDeviceCheck(bool /*run*/) override {}
+
+private:
+    EventSink &m_sink;
+    const QString m_logFile;
+    std::mutex m_mutex;
+};

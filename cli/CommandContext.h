@@ -1,0 +1,43 @@
+#pragma once
+
+#include "cli/EventSink.h"
+#include "cli/Options.h"
+#include "cli/ToolFiles.h"
+#include "devices/DeviceLibraries.h"
+#include "devices/HidPort.h"
+#include "devices/UsbBus.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+/// What the commands use: the options, the buses, the maker's tools, and a folder for files that is removed
+/// in every ending. Main thread.
+class CommandContext
+{
+public:
+    /// `sink` must outlive the context.
+    CommandContext(Options options, EventSink &sink);
+
+    const Options options;
+    EventSink &sink;
+    const ToolFiles tools;
+
+    /// Returns the buses. The first call initialises the libraries.
+    UsbBus &usb();
+    HidPort &hid();
+
+    /// Returns the private folder; empty if it could not be made.
+    QString folder() const { return m_folder.isValid() ? m_folder.path() : QString(); }
+
+    /// Waits, running the event loop. Returns false if the program was told to end.
+    static bool waitMs(int milliseconds);
+
+private:
+    void initialise();
+
+    QTemporaryDir m_folder;
+    DeviceLibraries m_libraries;
+    std::unique_ptr<UsbBus> m_usb;
+    std::unique_ptr<HidPort> m_hid;
+};

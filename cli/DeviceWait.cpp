@@ -1,0 +1,99 @@
+#include "cli/DeviceWait.h"
+
+#include "cli/CommandContext.h"
+#include "cli/ModelBus.h"
+#include "devices/Bootloader.h"
+#include "devices/RefusedDevice.h"
+#include "support/Clock.h"
+#include "support/QuietReporter.h"
+
+#include <libusb.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int intervalMs = 500;
+/// How long a device takes to restart.
+constexpr qint64 restartLimitMs = 20000;
+
+bool mayOpen(const ChosenDevice &device)
+{
+    return findRefusedDeviceFile([&device](quint32 vendorId, quint32 productId) {
+               return vendorId == device.vendorId && productId == device.productId;
+           })
+        .isEmpty();
+}
+
+} // namespace
+
+DeviceWait::Result DeviceWait::wait(qint64 limitMs)
+{
+    ModelBus bus(m_context.usb(), m_context.options.model);
+    QuietReporter quiet;
+    const QString seenInterfaces = m_context.folder() + QLatin1String("/interfaces.txt");
+    ConnectionMonitor monitor({bus, m_context.hid(), quiet, [](const QByteArray &) {},
+                               m_context.tools.controlList, seenInterfaces, seenInterfaces},
+                              LaunchOptions());
+    const qint64 start = Clock::real().nowMs();
+    ChosenDevice device;
+    bool wasRefused = false;
+    for (;;) {
+        MonitorOutcome found = monitor.tick(device);
+        device = found.device;
+        switch (found.state) {
+        case ConnectionState::OneBootloader:
+            // Which device was connected before says nothing about the one in the bootloader.
+            found.device = ChosenDevice();
+            return {m_context.options.model.isEmpty() ? End::ModelNeeded : End::Found, found};
+        case ConnectionState::SeveralBootloaders:
+            return {End::SeveralBootloaders, found};
+        case ConnectionState::Device:
+        case ConnectionState::IapDevice:
+            if (mayOpen(device))
+                return {End::Found, found};
+            // The system grants access a moment after a device has appeared.
+            if (wasRefused)
+                return {End::NoAccess, found};
+            wasRefused = true;
+            break;
+        case ConnectionState::DeviceStartsItself:
+        case ConnectionState::Nothing:
+            break;
+        }
+        const bool isLate = limitMs >= 0 && Clock::real().nowMs() - start >= limitMs;
+        if (isLate && !wasRefused)
+            return {End::NotInTime, found};
+        if (!CommandContext::waitMs(intervalMs))
+            return {End::Interrupted, found};
+    }
+}
+
+bool DeviceWait::isConnected()
+{
+    ModelBus bus(m_context.usb(), m_context.options.model);
+    const ModelTable table;
+    const UsbBus::Listing listing = bus.list();
+    return std::any_of(listing.descriptors.begin(), listing.descriptors.end(),
+                       [&](const libusb_device_descriptor &seen) {
+                           return Bootloader::hasIds(seen.idVendor, seen.idProduct) ||
+                                  table.find(seen.idVendor, seen.idProduct, LaunchOptions()) != nullptr;
+                       });
+}
+
+bool DeviceWait::waitForDisconnection(bool comesBack)
+{
+    const qint64 start = Clock::real().nowMs();
+    bool wasAway = !comesBack;
+    while (CommandContext::waitMs(intervalMs)) {
+        const bool connected = isConnected();
+        if (!connected && wasAway)
+            return true;
+        // First it leaves to restart; then it is back, or takes too long for that.
+        if (connected)
+            wasAway = true;
+        else if (Clock::real().nowMs() - start > restartLimitMs)
+            return true;
+    }
+    return false;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "session/UpdateResult.h"
+
+/// What the program's exit code means. Companions rely on these numbers.
+enum class ExitCode : int {
+    Done = 0,
+    UpdateFailed = 1, ///< The device may need another update.
+    Usage = 2,
+    NoDevice = 3,         ///< No such device in time.
+    FirmwareUnusable = 4, ///< The firmware did not arrive or is not what was promised. Device untouched.
+    NotPrepared = 5,      ///< A tool, a right or a folder is missing. Device untouched.
+    AnotherCopy = 6,      ///< Another copy of the program is updating a device.
+    Interrupted = 130,    ///< Device untouched.
+};
+
+/// Returns the exit code for the end of an update.
+ExitCode exitCodeOf(const UpdateResult &result);

@@ -1,0 +1,40 @@
+#include "cli/Interruption.h"
+
+#include "cli/EventSink.h"
+#include "cli/Texts.h"
+#include "session/UpdateSession.h"
+#include "support/ShutdownFlag.h"
+
+namespace {
+
+constexpr qint64 secondRequestMs = 5000;
+
+} // namespace
+
+Interruption::Interruption(const UpdateSession &session, EventSink &sink) : m_session(session), m_sink(sink)
+{
+}
+
+void Interruption::request()
+{
+    if (ShutdownFlag::instance().isRaised())
+        return;
+    if (!m_session.isWritingDevice()) {
+        ShutdownFlag::instance().raise();
+        return;
+    }
+    if (!m_sinceFirst.isValid() || m_sinceFirst.elapsed() > secondRequestMs) {
+        m_sinceFirst.start();
+        m_sink.tell(
+            Texts::pick("The device is being written; the update goes on. Interrupt again within five "
+                        "seconds to stop it, which can leave the device unusable.",
+                        "设备正在写入,升级将继续。如在五秒内再次中断则会停止写入,设备可能无法使用。"));
+        return;
+    }
+    m_stoppedWriting = true;
+    m_sink.tell(
+        Texts::pick("The writing was stopped. The device now waits in its bootloader: update it again "
+                    "and name its model with --model.",
+                    "写入已停止。设备现停留在 bootloader:请用 --model 指定型号重新升级。"));
+    ShutdownFlag::instance().raise();
+}

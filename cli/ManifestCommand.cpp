@@ -1,0 +1,117 @@
+#include "cli/ManifestCommand.h"
+
+#include "cli/CliReporter.h"
+#include "cli/CommandContext.h"
+#include "cli/DeviceFindings.h"
+#include "cli/ManifestFindings.h"
+#include "cli/ServerCheck.h"
+#include "cli/WebLook.h"
+#include "download/ThreadFileDownloader.h"
+#include "support/ShutdownFlag.h"
+#include "update/FirmwareManifest.h"
+#include "update/FirmwareServerAddress.h"
+#include "update/md5Check.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QtConcurrent>
+
+namespace {
+
+/// Goes through a manifest and reports what it finds as it goes.
+class Verification
+{
+public:
+    explicit Verification(CommandContext &context)
+        : m_context(context),
+          m_reporter(context.sink, context.options.logFile)
+    {
+    }
+
+    ExitCode run();
+
+private:
+    void verifyEntry(const QString &model, const QJsonObject &root);
+    void verifyImage(const QString &model, const QString &address, const QString &sum);
+    QString fetchSum(const QString &address);
+    bool report(const Finding &finding)
+    {
+        m_context.sink.finding(finding);
+        m_findings.append(finding);
+        return finding.verdict != Finding::Verdict::Problem;
+    }
+
+    CommandContext &m_context;
+    CliReporter m_reporter;
+    QVector<Finding> m_findings;
+};
+
+ExitCode Verification::run()
+{
+    const QString source =
+        m_context.options.manifest.isEmpty() ? firmwareManifestUrl() : m_context.options.manifest;
+    const ServerCheck::Manifest manifest =
+        WebLook::isAddress(source) ? ServerCheck::fetchManifest(source) : ServerCheck::readManifest(source);
+    for (const Finding &finding : manifest.findings)
+        report(finding);
+    const QStringList models = FirmwareManifest::downloadUrls(manifest.root).keys();
+    for (const QString &model : models) {
+        if (ShutdownFlag::instance().isRaised())
+            return ExitCode::Interrupted;
+        verifyEntry(model, manifest.root);
+    }
+    if (ShutdownFlag::instance().isRaised())
+        return ExitCode::Interrupted;
+    return Findings::exitCodeOf(m_findings, ExitCode::FirmwareUnusable);
+}
+
+void Verification::verifyEntry(const QString &model, const QJsonObject &root)
+{
+    const QJsonObject versions = root.value(QLatin1String("CurrentVersion")).toObject();
+    const QVector<Finding> findings =
+        ManifestFindings::entry(model, versions.value(model), DeviceFindings::isKnownModel(model));
+    for (const Finding &finding : findings)
+        report(finding);
+    const QString fileUrl = FirmwareManifest::fileAddress(root, model).url;
+    if (WebLook::isAddress(fileUrl))
+        verifyImage(model, fileUrl, FirmwareManifest::md5(root, model));
+    const QString downloadUrl = FirmwareManifest::downloadUrls(root).value(model);
+    if (WebLook::isAddress(downloadUrl) && downloadUrl != fileUrl)
+        report(ServerCheck::answers(model + QLatin1String("/download"), downloadUrl));
+}
+
+void Verification::verifyImage(const QString &model, const QString &address, const QString &sum)
+{
+    const bool isThere = report(ServerCheck::lookAtImage(model + QLatin1String("/image"), address).finding);
+    if (m_context.options.download && isThere && !ShutdownFlag::instance().isRaised())
+        report(ImageFindings::fetchedSum(model + QLatin1String("/sum"), sum, fetchSum(address)));
+}
+
+/// Downloads the image as an update does. Returns its sum; empty if it did not arrive.
+QString Verification::fetchSum(const QString &address)
+{
+    constexpr int segmentCount = 10;
+    if (m_context.folder().isEmpty())
+        return {};
+    const QString file = m_context.folder() + QLatin1String("/image");
+    ThreadFileDownloader downloader(nullptr, nullptr);
+    downloader.failWhenGivenUp = true;
+    downloader.url = address;
+    downloader.savePath = file;
+    QEventLoop loop;
+    QFutureWatcher<bool> watcher;
+    QObject::connect(&watcher, &QFutureWatcher<bool>::finished, &loop, &QEventLoop::quit);
+    watcher.setFuture(
+        QtConcurrent::run([&] { return downloader.downloadInSegments(segmentCount, &m_reporter); }));
+    loop.exec();
+    QString sum = watcher.result() ? md5Check::fileMd5(file) : QString();
+    QFile::remove(file);
+    return sum;
+}
+
+} // namespace
+
+ExitCode runManifestCommand(CommandContext &context)
+{
+    return Verification(context).run();
+}

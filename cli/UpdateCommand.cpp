@@ -1,0 +1,182 @@
+#include "cli/UpdateCommand.h"
+
+#include "cli/CliReporter.h"
+#include "cli/CommandContext.h"
+#include "cli/DeviceSearch.h"
+#include "cli/DeviceWait.h"
+#include "cli/Interruption.h"
+#include "cli/Output.h"
+#include "cli/SystemSignals.h"
+#include "cli/Terminal.h"
+#include "cli/Texts.h"
+#include "cli/UpdateRun.h"
+#include "devices/ControlledDeviceList.h"
+#include "support/ShutdownFlag.h"
+#include "update/ProgramPaths.h"
+
+namespace {
+
+constexpr int questionIntervalMs = 50;
+
+/// The command's state between its updates.
+class UpdateCommand
+{
+public:
+    explicit UpdateCommand(CommandContext &context)
+        : m_context(context),
+          m_reporter(context.sink, context.options.logFile),
+          m_lock(ProgramPaths::updateLock()),
+          m_session(m_lock),
+          m_interruption(m_session, context.sink)
+    {
+        watchSystemSignals([this] { m_interruption.request(); });
+    }
+
+    ExitCode run()
+    {
+        if (m_context.folder().isEmpty())
+            return finish(UpdateReason::FolderUnusable, m_context.options.model).exitCode;
+        if (m_context.options.repeat)
+            return runRepeatedly();
+        const qint64 limitMs = qint64{1000} * m_context.options.waitSeconds;
+        if (limitMs > 0)
+            m_context.sink.tell(Texts::pick("Waiting for a device.", "正在等待设备。"));
+        return updateNext(limitMs).exitCode;
+    }
+
+private:
+    ExitCode runRepeatedly();
+    UpdateSummary updateNext(qint64 limitMs);
+    UpdateSummary finish(UpdateReason reason, const QString &model);
+    void tellOf(const MonitorOutcome &found);
+    UpdateReason reasonOf(DeviceWait::End end);
+    bool mayWrite(const MonitorOutcome &found) const;
+    QString writeType() const;
+
+    CommandContext &m_context;
+    CliReporter m_reporter;
+    UpdateLock m_lock;
+    UpdateSession m_session;
+    Interruption m_interruption;
+};
+
+UpdateSummary UpdateCommand::updateNext(qint64 limitMs)
+{
+    const DeviceWait::Result waited = DeviceWait(m_context).wait(limitMs);
+    const QString model =
+        waited.found.device.name.isEmpty() ? m_context.options.model : waited.found.device.name;
+    if (waited.end != DeviceWait::End::Found)
+        return finish(reasonOf(waited.end), model);
+    tellOf(waited.found);
+    if (!mayWrite(waited.found))
+        return finish(UpdateReason::ProgramClosed, model);
+    UpdateSummary summary = UpdateRun(m_context, m_session, m_reporter).run({waited.found, writeType()});
+    m_context.sink.result(summary);
+    return summary;
+}
+
+/// Tells of the device that the update takes, as the list would.
+void UpdateCommand::tellOf(const MonitorOutcome &found)
+{
+    DeviceSearch search(m_context.usb(), m_context.tools.controlList);
+    for (const DeviceInfo &device : search.find()) {
+        const bool isBootloader = device.state == DeviceInfo::State::InBootloader;
+        const bool hasIds =
+            device.vendorId == found.device.vendorId && device.productId == found.device.productId;
+        if (found.bootloaderPresent ? isBootloader : hasIds) {
+            m_context.sink.device(device);
+            return;
+        }
+    }
+}
+
+/// Ends an attempt for which no update was begun.
+UpdateSummary UpdateCommand::finish(UpdateReason reason, const QString &model)
+{
+    UpdateSummary summary;
+    summary.result = {outcomeOf(reason), UpdateStage::Idle, reason};
+    summary.exitCode = exitCodeOf(summary.result);
+    summary.model = model;
+    m_context.sink.result(summary);
+    return summary;
+}
+
+UpdateReason UpdateCommand::reasonOf(DeviceWait::End end)
+{
+    switch (end) {
+    case DeviceWait::End::ModelNeeded:
+        m_context.sink.tell(Texts::pick("A device waits in its bootloader: name its model with --model.",
+                                        "设备停留在 bootloader:请用 --model 指定型号。"));
+        return UpdateReason::NoModelChosen;
+    case DeviceWait::End::SeveralBootloaders:
+        m_context.sink.tell(Texts::pick("More than one device waits in its bootloader: leave one connected.",
+                                        "有多个设备停留在 bootloader:请只连接一个。"));
+        return UpdateReason::NoDevice;
+    case DeviceWait::End::NoAccess:
+        return UpdateReason::NoAccess;
+    case DeviceWait::End::Interrupted:
+        return UpdateReason::ProgramClosed;
+    case DeviceWait::End::Found:
+    case DeviceWait::End::NotInTime:
+        break;
+    }
+    return UpdateReason::NoDevice;
+}
+
+bool UpdateCommand::mayWrite(const MonitorOutcome &found) const
+{
+    if (m_context.options.yes || m_context.options.json || !Terminal::canAsk())
+        return true;
+    const QString model = found.bootloaderPresent ? m_context.options.model : found.device.name;
+    const QString question = Texts::pick("Update %1? [y/N] ", "升级 %1?[y/N] ").arg(model);
+    Output::write(question.toUtf8());
+    QByteArray answer;
+    while (!answer.contains('\n')) {
+        const std::optional<QByteArray> typed = Terminal::typed();
+        if (!typed)
+            return false;
+        answer += *typed;
+        if (typed->isEmpty() && !CommandContext::waitMs(questionIntervalMs))
+            return false;
+    }
+    answer = answer.trimmed();
+    return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+QString UpdateCommand::writeType() const
+{
+    if (!m_context.options.writeType.isEmpty())
+        return m_context.options.writeType;
+    WriteType offered;
+    ControlledDeviceList::readWriteType(m_context.tools.controlList, offered);
+    return ControlledDeviceList::writeTypeItems(offered).value(0);
+}
+
+ExitCode UpdateCommand::runRepeatedly()
+{
+    int updated = 0;
+    int failed = 0;
+    const qint64 limitMs =
+        m_context.options.waitSeconds > 0 ? qint64{1000} * m_context.options.waitSeconds : -1;
+    for (;;) {
+        m_context.sink.tell(Texts::pick("Connect the next device.", "请连接下一个设备。"));
+        const UpdateSummary summary = updateNext(limitMs);
+        if (summary.result.reason == UpdateReason::NoDevice || ShutdownFlag::instance().isRaised())
+            break;
+        const bool succeeded = summary.exitCode == ExitCode::Done;
+        (succeeded ? updated : failed) += 1;
+        m_context.sink.tell(Texts::pick("Disconnect the device.", "请断开设备。"));
+        if (!DeviceWait(m_context).waitForDisconnection(succeeded && !m_context.options.noReset))
+            break;
+    }
+    m_context.sink.tell(
+        Texts::pick("%1 updated, %2 failed.", "已升级 %1 台,失败 %2 台。").arg(updated).arg(failed));
+    return failed > 0 ? ExitCode::UpdateFailed : ExitCode::Done;
+}
+
+} // namespace
+
+ExitCode runUpdateCommand(CommandContext &context)
+{
+    return UpdateCommand(context).run();
+}

@@ -1,0 +1,84 @@
+#include "cli/CheckCommand.h"
+#include "cli/ClosedStreams.h"
+#include "cli/CommandContext.h"
+#include "cli/JsonEvents.h"
+#include "cli/ListCommand.h"
+#include "cli/ManifestCommand.h"
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/PersonEvents.h"
+#include "cli/SystemSignals.h"
+#include "cli/Terminal.h"
+#include "cli/UpdateCommand.h"
+#include "support/LibrarySearch.h"
+#include "support/ProgramArguments.h"
+#include "support/ShutdownFlag.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+std::unique_ptr<EventSink> makeSink(const Options &options)
+{
+    if (options.json)
+        return std::make_unique<JsonEvents>(QCoreApplication::applicationVersion(), &Output::write,
+                                            &Output::writeError);
+    const int width = Terminal::width();
+    const bool colour = width > 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
+    return std::make_unique<PersonEvents>(PersonEvents::Look{width, colour}, &Output::write);
+}
+
+ExitCode run(const Options &options)
+{
+    const std::unique_ptr<EventSink> sink = makeSink(options);
+    CommandContext context(options, *sink);
+    if (options.command == Options::Command::Update)
+        return runUpdateCommand(context);
+    watchSystemSignals([] { ShutdownFlag::instance().raise(); });
+    switch (options.command) {
+    case Options::Command::Check:
+        return runCheckCommand(context);
+    case Options::Command::VerifyManifest:
+        return runManifestCommand(context);
+    case Options::Command::List:
+    case Options::Command::Update:
+        break;
+    }
+    return runListCommand(context);
+}
+
+QStringList withoutProgramName(const ProgramArguments &arguments)
+{
+    QStringList texts;
+    const std::vector<const char *> values = arguments.values();
+    for (int i = 1; i < arguments.count(); ++i)
+        texts.append(QString::fromUtf8(values[static_cast<std::size_t>(i)]));
+    return texts;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    fillClosedStreams();
+    LibrarySearch::leaveOutWorkingFolder();
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("quillmarsh-cli"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMARSH_VERSION));
+
+    const ParsedCommandLine parsed =
+        parseOptions(withoutProgramName(ProgramArguments(argc, argv)), Texts::languageOfSystem(),
+                     QCoreApplication::applicationVersion());
+    Output::install(parsed.options && parsed.options->verbose);
+    int exitCode = parsed.exitCode;
+    if (parsed.options) {
+        Texts::setLanguage(parsed.options->language);
+        exitCode = static_cast<int>(run(*parsed.options));
+    } else if (exitCode == 0) {
+        Output::write(parsed.text.toUtf8());
+    } else {
+        Output::writeError(parsed.text.toUtf8());
+    }
+    Output::flush();
+    return exitCode;
+}

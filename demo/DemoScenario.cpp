@@ -1,0 +1,61 @@
+#include "demo/DemoScenario.h"
+
+#include "demo/UnhurriedTools.h"
+#include "harness/session/ModelOnBus.h"
+#include "harness/stage/WineSystem_linux.h"
+#include "harness/window/FileRow.h"
+#include "simulator/files/WholeFile.h"
+
+namespace {
+
+std::unique_ptr<TargetSystem> systemOf(const DemoOptions &options)
+{
+    if (options.windowsBuild.isEmpty())
+        return makeNativeSystem();
+    return makeWineSystem(options.windowsBuild, WindowsVersion::Windows10,
+                          options.automatic ? WindowFrames::Wines : WindowFrames::WindowManagers);
+}
+
+} // namespace
+
+DemoScenario::DemoScenario(const DemoOptions &options)
+    : UpdateScenario(options.model, systemOf(options)),
+      m_options(options),
+      m_rightImage(image())
+{
+    onExistingDisplay = !options.automatic;
+    // The IAP panel stands beside the window.
+    screen = QSize(options.throughIapPanel ? 1120 : 800, 490);
+    arguments = options.programArguments;
+    program.setLocale(options.chinese ? QStringLiteral("zh_CN.UTF-8") : QStringLiteral("en_US.UTF-8"));
+    program.setScript(QStringLiteral("upgcmd.exe"), UnhurriedTools::flasher());
+    program.setScript(QStringLiteral("IAP_Programmer.exe"), UnhurriedTools::programmer());
+    if (options.inBootloader) {
+        devices = {ModelOnBus::bootloader(options.model)};
+        // So that there is a choice to make.
+        for (const char *other : {"DevMab", "DevMac", "DevMbr", "DevMbu", "DevMcb", "ZN58"})
+            firmware.addModel(QLatin1String(other), 4096);
+    }
+    if (!options.localFile.isEmpty())
+        m_rightImage = WholeFile::read(options.localFile);
+}
+
+bool DemoScenario::open()
+{
+    return start() &&
+           (m_options.localFile.isEmpty() ||
+            (FileRow::reveal(probe) && FileRow::choose(probe, program.nameOf(m_options.localFile))));
+}
+
+QString DemoScenario::successTitle() const
+{
+    if (m_options.throughIapPanel)
+        return QStringLiteral("Current Status: Upgrade Successful"); // in every language
+    return m_options.chinese ? QStringLiteral("当前状态: 升级成功")
+                             : QStringLiteral("CurrentStatus: Upgrade Successful");
+}
+
+QString DemoScenario::failure() const
+{
+    return UpdateScenario::errorText() + probe.errorText();
+}

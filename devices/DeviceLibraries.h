@@ -1,0 +1,22 @@
+#pragma once
+
+/// Keeps libusb and hidapi initialised during its lifetime. Main thread.
+class DeviceLibraries
+{
+public:
+    DeviceLibraries() = default;
+    ~DeviceLibraries();
+    DeviceLibraries(const DeviceLibraries &) = delete;
+    DeviceLibraries &operator=(const DeviceLibraries &) = delete;
+
+    /// Call each once. Returns whether the library can be used.
+    bool initialiseUsb();
+    bool initialiseHid();
+
+    bool usbReady() const { return m_usbReady; }
+    bool hidReady() const { return m_hidReady; }
+
+private:
+    bool m_usbReady = false;
+    bool m_hidReady = false;
+};

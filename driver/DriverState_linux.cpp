@@ -1,0 +1,6 @@
+#include "driver/DriverState.h"
+
+std::optional<DriverState> DriverState::ofThisSystem()
+{
+    return std::nullopt;
+}

@@ -1,0 +1,8 @@
+#include "driver/DriverState.h"
+#include "driver/WindowsDriverSystem.h"
+
+std::optional<DriverState> DriverState::ofThisSystem()
+{
+    WindowsDriverSystem system;
+    return of(system);
+}

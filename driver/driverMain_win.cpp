@@ -1,0 +1,32 @@
+#include "driver/DriverCheck.h"
+#include "support/LibrarySearch.h"
+#include "support/SystemCodec.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <cstdio>
+
+// Installs the driver package that lies beside it, as the program does at its start, and ends. The installer
+// runs it with administrator rights, from a folder that only administrators may write.
+
+namespace {
+
+class StandardOutputLog : public DriverLog
+{
+public:
+    void showLine(const QString &line) override { std::puts(systemCodec().fromUnicode(line).constData()); }
+    void logLine(const QString &line) override { showLine(line); }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    LibrarySearch::leaveOutWorkingFolder();
+    const QCoreApplication application(argc, argv);
+    StandardOutputLog log;
+    DriverCheck::run(QCoreApplication::applicationDirPath(), log);
+    std::fflush(stdout);
+    return 0;
+}

@@ -1,0 +1,160 @@
+#include "harness/BuildPaths.h"
+#include "harness/session/BusSession.h"
+#include "harness/session/ModelOnBus.h"
+#include "harness/session/XvfbSession.h"
+#include "harness/window/ProbeClient.h"
+#include "simulator/files/WholeFile.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace {
+
+constexpr int startLimitMs = 60000;
+constexpr int updateLimitMs = 120000;
+constexpr int closeLimitMs = 10000;
+
+struct Options
+{
+    QString model;
+    QString image;
+    /// Holds whatever both sides see under the same name: the bus, the probe, standard streams.
+    QString stage;
+    /// The program's home and user; empty for a Windows program, which Wine's prefix belongs to.
+    QString home;
+    QString user;
+    /// The bus of Windows programs.
+    QString listedController;
+    QStringList command;
+
+    bool isWindows() const { return !listedController.isEmpty(); }
+    QString inStage(const char *name) const { return stage + QLatin1Char('/') + QLatin1String(name); }
+};
+
+Options read(const QStringList &arguments)
+{
+    const auto option = [](const char *name, const char *description) {
+        return QCommandLineOption(QLatin1String(name), QLatin1String(description), QStringLiteral("value"));
+    };
+    const auto model = option("model", "The model of the simulated device.");
+    const auto image = option("image", "What the device has to have received in the end.");
+    const auto stage = option("stage", "A folder that the program sees under the same name.");
+    const auto home = option("home", "The user's home, as the program sees it.");
+    const auto user = option("user", "The number of the user that the program runs as.");
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Updates a simulated device with the program that a command starts."));
+    const auto controller = option("listed-controller", "For a Windows program: the controller of its bus.");
+    parser.addOptions({model, image, stage, home, user, controller});
+    parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("Starts the installed program."));
+    parser.process(arguments);
+
+    return {parser.value(model), parser.value(image),      parser.value(stage),         parser.value(home),
+            parser.value(user),  parser.value(controller), parser.positionalArguments()};
+}
+
+/// As the user that the program runs as, whom the bus's files have to obey.
+QStringList controllerOf(const Options &options, const QString &description)
+{
+    const QStringList about{QStringLiteral("--description"), description};
+    if (options.isWindows())
+        return QStringList{options.listedController} + about;
+    return QStringList{QStringLiteral("setpriv"),
+                       QStringLiteral("--reuid=") + options.user,
+                       QStringLiteral("--regid=") + options.user,
+                       QStringLiteral("--clear-groups"),
+                       QStringLiteral("umockdev-wrapper"),
+                       BuildPaths::busController()} +
+           about;
+}
+
+QProcessEnvironment linuxEnvironment(const Options &options)
+{
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("PATH"),
+                       QStringLiteral("/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"));
+    environment.insert(QStringLiteral("HOME"), options.home);
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("en_US.UTF-8"));
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), options.inStage("plugins"));
+    environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
+    environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), options.inStage("probe-port"));
+    return environment;
+}
+
+QProcessEnvironment wineEnvironment(const Options &options)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    // The toolkit's own variables reach a Windows program only under this name.
+    environment.insert(QStringLiteral("WINEQT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
+    environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"),
+                       QLatin1String("Z:") + options.inStage("probe-port"));
+    return environment;
+}
+
+Launch launchOf(const Options &options, const QString &display)
+{
+    QProcessEnvironment environment =
+        options.isWindows() ? wineEnvironment(options) : linuxEnvironment(options);
+    environment.insert(QStringLiteral("DISPLAY"), display);
+    QStringList command = options.command;
+    const QString program = command.takeFirst();
+    const QString folder = options.isWindows() ? QFileInfo(command.constLast()).path() : options.stage;
+    return {program, command, folder, environment, options.inStage("stdout"), options.inStage("stderr")};
+}
+
+/// What a person does and sees; empty when all went well.
+QString update(const Options &options, BusSession &bus, ProbeClient &probe)
+{
+    const QString start = QStringLiteral("startButton");
+    if (!probe.waitForText(QStringLiteral("deviceModelLabel"), options.model, startLimitMs) ||
+        !probe.waitForEnabled(start, true, startLimitMs) || !probe.click(start) ||
+        !probe.waitForEnabled(start, false, startLimitMs) ||
+        !probe.waitForEnabled(start, true, updateLimitMs))
+        return probe.errorText();
+    const QString title = probe.text(QStringLiteral("stateTitleLabel"));
+    if (title != QLatin1String("CurrentStatus: Upgrade Successful"))
+        return QStringLiteral("the title is ") + title;
+    const QString burned = options.inStage("burned.img");
+    const QByteArray expected = WholeFile::read(options.image);
+    if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
+        return QStringLiteral("the device has not received the server's image");
+    if (!probe.close(QStringLiteral("BackgroundWidget")) || bus.waitForExit(closeLimitMs) != 0)
+        return QStringLiteral("the window's close did not end the program with 0");
+    return {};
+}
+
+QString run(const Options &options)
+{
+    const QString description = options.inStage("bus.json");
+    if (!WholeFile::write(description, ModelOnBus::describe({ModelOnBus::application(options.model)})))
+        return QStringLiteral("cannot write ") + description;
+
+    XvfbSession display;
+    if (!display.start())
+        return display.errorText();
+    BusSession bus;
+    if (!bus.startController(controllerOf(options, description)) ||
+        !bus.run(launchOf(options, display.display())))
+        return bus.errorText();
+    ProbeClient probe;
+    if (!probe.connectThrough(options.inStage("probe-port"), startLimitMs))
+        return probe.errorText() + QString::fromUtf8(WholeFile::read(options.inStage("stderr")));
+    return update(options, bus, probe);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const Options options = read(QCoreApplication::arguments());
+    const QString problem = options.command.isEmpty() ? QStringLiteral("no command") : run(options);
+    QTextStream(stdout) << (problem.isEmpty() ? options.model + QLatin1String(" was updated and the program "
+                                                                              "ended with 0.")
+                                              : QLatin1String("FAILED: ") + problem)
+                        << '\n';
+    return problem.isEmpty() ? 0 : 1;
+}

@@ -1,0 +1,47 @@
+#include "harness/probe/ProbeServer.h"
+
+#include <QApplication>
+#include <QGenericPlugin>
+
+#include <cstdio>
+
+namespace {
+
+/// Owned by the application, which deletes it last of all; by then its sockets have to be closed.
+ProbeServer *runningServer = nullptr;
+
+void stopServer()
+{
+    if (runningServer)
+        runningServer->stop();
+}
+
+} // namespace
+
+/// What the toolkit loads for QT_QPA_GENERIC_PLUGINS=quillprobe, while it builds the application
+/// object. The port goes to the file that QUILLMARSH_PROBE_PORT_FILE names.
+class ProbePlugin : public QGenericPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "quillprobe.json")
+
+public:
+    QObject *create(const QString &key, const QString &) override
+    {
+        if (key.compare(QLatin1String("quillprobe"), Qt::CaseInsensitive) != 0)
+            return nullptr;
+        const QString portFile = qEnvironmentVariable("QUILLMARSH_PROBE_PORT_FILE");
+        if (portFile.isEmpty()) {
+            std::fputs("quillprobe: QUILLMARSH_PROBE_PORT_FILE is not set\n", stderr);
+            return nullptr;
+        }
+        // The program's children inherit the environment and must not take the file over.
+        qunsetenv("QUILLMARSH_PROBE_PORT_FILE");
+        qunsetenv("QT_QPA_GENERIC_PLUGINS");
+        runningServer = new ProbeServer(portFile);
+        qAddPostRoutine(stopServer);
+        return runningServer;
+    }
+};
+
+#include "ProbePlugin.moc"

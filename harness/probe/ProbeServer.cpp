@@ -1,0 +1,16 @@
+#include "harness/probe/ProbeServer.h"
+
+#include <QSaveFile>
+
+#include <cstdio>
+
+ProbeServer::ProbeServer(const QString &portFile)
+    : m_server([this](const QJsonObject &request, const QByteArray &) { return m_dialogue.answer(request); })
+{
+    const quint16 port = m_server.listen();
+    QSaveFile file(portFile);
+    const bool ready = port != 0 && file.open(QIODevice::WriteOnly) &&
+                       file.write(QByteArray::number(port)) > 0 && file.commit();
+    if (!ready) // Not through Qt: the program may have a message handler of its own.
+        std::fputs("quillprobe: no port, or its file cannot be written\n", stderr);
+}

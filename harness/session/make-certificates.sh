@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Makes an authority for tests in a folder (authority.key, authority.crt), and NAME.key and NAME.crt for each
+# certificate wanted.
+# Usage: make-certificates.sh FOLDER [NAME:HOST:DAYS...]
+# DAYS is how long it is valid from now on, negative when it has expired; "self" makes one that nobody has
+# signed. By default these are what nginx-configuration.sh serves with.
+set -euo pipefail
+mkdir -p "$1"
+cd "$1"
+shift
+[ $# -gt 0 ] ||
+    set -- trusted:localhost:2 expired:localhost:-1 wrong-host:other.example:2 self-signed:localhost:self
+
+key() { openssl genpkey -algorithm EC -pkeyopt ec_paramgen_curve:prime256v1 -out "$1.key"; }
+# NAME HOST DAYS
+signed() {
+    openssl req -new -key "$1.key" -subj "/CN=$2" -out "$1.csr"
+    openssl x509 -req -in "$1.csr" -CA authority.crt -CAkey authority.key -set_serial 7 -days "$3" \
+        -extfile <(echo "subjectAltName=DNS:$2") -out "$1.crt"
+    # Wine finds an issuer that is trusted in the client alone only where the server sends it along.
+    cat authority.crt >>"$1.crt"
+}
+make_all() {
+    set -e
+    key authority
+    openssl req -x509 -new -key authority.key -subj '/CN=Test authority' -days 2 -out authority.crt
+    for certificate; do
+        IFS=: read -r name host days <<<"$certificate"
+        key "$name"
+        if [ "$days" = self ]; then
+            openssl req -x509 -new -key "$name.key" -subj "/CN=$host" -addext "subjectAltName=DNS:$host" \
+                -days 2 -out "$name.crt"
+        else
+            signed "$name" "$host" "$days"
+        fi
+    done
+}
+# openssl is verbose: print its messages only when something went wrong.
+set +e
+(make_all "$@") 2>openssl.log
+made=$?
+set -e
+[ "$made" -eq 0 ] || { cat openssl.log >&2; exit 125; }

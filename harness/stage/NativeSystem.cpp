@@ -1,0 +1,61 @@
+#include "harness/stage/TargetSystem.h"
+
+#include "harness/BuildPaths.h"
+#include "harness/session/BusControllerCommand.h"
+
+namespace {
+
+class NativeSystem : public TargetSystem
+{
+public:
+    QString program() const override { return BuildPaths::program(); }
+    QString standIn() const override { return BuildPaths::standIn(); }
+    QStringList busController(const QString &descriptionFile) const override
+    {
+        return busControllerCommand(descriptionFile);
+    }
+
+    QString furnish(const StageFolders &folders, QProcessEnvironment &environment) override
+    {
+        environment.insert(QStringLiteral("HOME"), folders.home);
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folders.home + QLatin1String("/.config"));
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), folders.home + QLatin1String("/.cache"));
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), folders.home + QLatin1String("/.local/share"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folders.run);
+        environment.insert(QStringLiteral("TMPDIR"), folders.temporary);
+        environment.insert(QStringLiteral("QT_PLUGIN_PATH"), BuildPaths::plugins());
+        environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
+        environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), folders.probePortFile);
+        // Nothing is drawn with OpenGL, and the software driver costs time and memory and leaks.
+        environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
+        return QString();
+    }
+
+    void setLocale(QProcessEnvironment &environment, const QString &locale) const override
+    {
+        environment.insert(QStringLiteral("LC_ALL"), locale);
+        environment.insert(QStringLiteral("LANG"), locale);
+    }
+
+    void setDisplay(QProcessEnvironment &environment, const QString &display) const override
+    {
+        const bool onScreen = !display.isEmpty();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"),
+                           onScreen ? QStringLiteral("xcb") : QStringLiteral("offscreen"));
+        if (onScreen)
+            environment.insert(QStringLiteral("DISPLAY"), display);
+        else
+            environment.remove(QStringLiteral("DISPLAY"));
+    }
+
+    QStringList command(const QString &program) const override { return {program}; }
+    QString nameOf(const QString &path) const override { return path; }
+    QString text(const QByteArray &contents) const override { return QString::fromUtf8(contents); }
+};
+
+} // namespace
+
+std::unique_ptr<TargetSystem> makeNativeSystem()
+{
+    return std::make_unique<NativeSystem>();
+}

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Prepares a firmware server for a release check, without starting it: an image, the manifest, the nginx
+# configuration from the makers' guide, and certificates signed by a test authority. The server's address is
+# the one that is built into the program.
+# Usage: scripts/prepare-release-server.sh STAGE MODEL
+# Writes STAGE/image, STAGE/authority.crt, STAGE/host and STAGE/nginx, which is the prefix to start nginx with.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+stage=$1 model=$2
+address=$(scripts/print-server-address.sh)
+[[ $address =~ ^https://([^:/]+)(:([0-9]+))?$ ]] || { echo "$address is not an HTTPS address." >&2; exit 1; }
+host=${BASH_REMATCH[1]} port=${BASH_REMATCH[3]:-443}
+scripts/install-dependencies.sh jq
+
+mkdir -p "$stage/nginx"
+echo "$host" >"$stage/host"
+head -c 1000007 /dev/urandom >"$stage/image"
+docs/firmware-server/add-model.sh "$stage/served" "$address" "$model" "$stage/image"
+
+# The guide's site configuration, with this server's name and files.
+{
+    echo 'user root; pid nginx.pid; events {} http { access_log access.log;'
+    sed -E -e "s|listen 443 |listen $port |" -e "s|firmware\.example\.com;|$host;|" -e "s|/srv/firmware|$stage/served|" \
+        -e "s|/etc/ssl/certs/.*;|server.crt;|" -e "s|/etc/ssl/private/.*;|server.key;|" docs/firmware-server/nginx.conf
+    echo '}'
+} >"$stage/nginx/nginx.conf"
+
+harness/session/make-certificates.sh "$stage/nginx" "server:$host:2"
+cp "$stage/nginx/authority.crt" "$stage/authority.crt"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "session/UpdateStage.h"
+#include "support/KeepAwake.h"
+
+#include <QString>
+
+#include <memory>
+#include <mutex>
+
+/// Keeps the system awake from the first start of a flasher, or of the IAP programmer, to the end of the
+/// update. May be used from any thread.
+class AwakeWhileWriting
+{
+public:
+    /// `reason`, `window` and `log` as KeepAwake takes them.
+    AwakeWhileWriting(const QString &reason, quintptr window, const KeepAwake::Log &log);
+
+    /// Call for each new stage of the session.
+    void note(UpdateStage stage);
+
+private:
+    const QString m_reason;
+    const quintptr m_window;
+    const KeepAwake::Log m_log;
+    std::mutex m_mutex;
+    std::unique_ptr<KeepAwake> m_awake;
+};

@@ -1,0 +1,98 @@
+#include "session/UpdateSession.h"
+
+#include "support/Reporter.h"
+
+UpdateStage UpdateSession::stage() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_stage;
+}
+
+bool UpdateSession::isRunning() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return isRunningLocked();
+}
+
+bool UpdateSession::isRunningLocked() const
+{
+    return m_stage != UpdateStage::Idle && m_stage != UpdateStage::Blocked && m_stage != UpdateStage::Leaving;
+}
+
+bool UpdateSession::isWritingDevice() const
+{
+    const UpdateStage now = stage();
+    return now == UpdateStage::Flashing || now == UpdateStage::Programming;
+}
+
+QString UpdateSession::image() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_image;
+}
+
+UpdateResult UpdateSession::lastResult() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_lastResult;
+}
+
+bool UpdateSession::begin(UpdateStage stage, Reporter &reporter)
+{
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        if (m_stage != UpdateStage::Idle)
+            return false;
+        m_hold = m_lock.take(reporter);
+        if (!m_hold)
+            return false;
+        m_stage = stage;
+        m_image.clear();
+    }
+    tell(stage);
+    return true;
+}
+
+void UpdateSession::enter(UpdateStage stage)
+{
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        if (!isRunningLocked() || m_stage == stage)
+            return;
+        m_stage = stage;
+    }
+    tell(stage);
+}
+
+void UpdateSession::useImage(const QString &path)
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    if (isRunningLocked())
+        m_image = path;
+}
+
+void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
+                        const std::function<void()> &giveControlsBack)
+{
+    UpdateStage next = UpdateStage::Idle;
+    if (afterwards != Afterwards::Idle)
+        next = afterwards == Afterwards::Blocked ? UpdateStage::Blocked : UpdateStage::Leaving;
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        if (!isRunningLocked())
+            return;
+        m_lastResult = {outcomeOf(reason), m_stage, reason};
+        m_hold.reset();
+        m_image.clear();
+        m_stage = next;
+    }
+    tell(next);
+    if (next == UpdateStage::Idle && giveControlsBack)
+        giveControlsBack();
+}
+
+void UpdateSession::tell(UpdateStage stage) const
+{
+    if (m_watcher)
+        m_watcher(stage);
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "session/UpdateResult.h"
+#include "session/UpdateStage.h"
+#include "support/UpdateLock.h"
+
+#include <QString>
+
+#include <functional>
+#include <mutex>
+
+class Reporter;
+
+/// The owner of the state of updates in this copy of the program: whether one is going on, how far it has
+/// got, which image it writes, and who may start the next one. The start button, the IAP panel and the
+/// question when the window is closed ask it, and keep no state of that kind themselves.
+///
+/// May be used from any thread. The callbacks run on the calling thread, outside of the session's mutex.
+class UpdateSession
+{
+public:
+    /// `lock` keeps other copies of the program out during an update; it must outlive the session.
+    explicit UpdateSession(UpdateLock &lock) : m_lock(lock) {}
+    Q_DISABLE_COPY(UpdateSession)
+
+    /// Sets who is told of each new stage. Call it before the first update.
+    void watchStages(std::function<void(UpdateStage)> watcher) { m_watcher = std::move(watcher); }
+
+    UpdateStage stage() const;
+    /// Returns whether an update is going on: from begin() to end().
+    bool isRunning() const;
+    /// Returns whether begin() would succeed if no other copy of the program is updating a device.
+    bool isStartAllowed() const { return stage() == UpdateStage::Idle; }
+    /// Returns whether a device is being written, so that stopping now could leave it unusable.
+    bool isWritingDevice() const;
+    /// Returns the path of the image that the running update writes; empty while none is known.
+    QString image() const;
+    /// Returns how the last update ended.
+    UpdateResult lastResult() const;
+    UpdateLock &lock() { return m_lock; }
+
+    /// Begins an update in `stage` and takes the lock. Returns false if no start is allowed, and, after
+    /// logging a line, if another copy of the program is updating a device.
+    bool begin(UpdateStage stage, Reporter &reporter);
+    /// Enters the next stage of the running update. Does nothing without one.
+    void enter(UpdateStage stage);
+    /// Sets the image that the running update writes.
+    void useImage(const QString &path);
+
+    /// What follows an update: the next one, or nothing in this run of the program.
+    enum class Afterwards { Idle, Blocked, Leaving };
+    /// Ends the running update: keeps the result, releases the lock, changes the stage and, if the program
+    /// goes on, calls `giveControlsBack`, in this order. The result's stage is the last one entered. Does
+    /// nothing without an update, so the controls are given back once.
+    void end(UpdateReason reason, Afterwards afterwards, const std::function<void()> &giveControlsBack);
+
+private:
+    bool isRunningLocked() const;
+    void tell(UpdateStage stage) const;
+
+    UpdateLock &m_lock;
+    std::function<void(UpdateStage)> m_watcher;
+    mutable std::mutex m_mutex;
+    UpdateStage m_stage = UpdateStage::Idle;
+    UpdateLock::Hold m_hold;
+    QString m_image;
+    UpdateResult m_lastResult;
+};

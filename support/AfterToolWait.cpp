@@ -1,0 +1,37 @@
+#include "support/AfterToolWait.h"
+
+#include "support/ShutdownFlag.h"
+#include "support/ToolRun.h"
+
+#include <utility>
+
+AfterToolWait::AfterToolWait(std::function<void()> action) : m_action(std::move(action)) {}
+
+bool AfterToolWait::postpone()
+{
+    if (!isWaitingForTool())
+        return false;
+    if (!std::exchange(m_isPostponed, true))
+        callAfterWait();
+    return true;
+}
+
+void AfterToolWait::runNow()
+{
+    if (std::exchange(m_isPostponed, false) && !ShutdownFlag::instance().isRaised())
+        m_action();
+}
+
+void AfterToolWait::runFromEventLoop()
+{
+    // The event loop may be that of another wait, which has begun since.
+    if (isWaitingForTool())
+        callAfterWait();
+    else
+        runNow();
+}
+
+void AfterToolWait::callAfterWait()
+{
+    callAfterToolWait(this, [this] { runFromEventLoop(); });
+}

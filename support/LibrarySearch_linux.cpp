@@ -1,0 +1,3 @@
+#include "support/LibrarySearch.h"
+
+void LibrarySearch::leaveOutWorkingFolder() {}

@@ -1,0 +1,45 @@
+#include "support/SystemTool.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <windows.h>
+
+#include <array>
+
+namespace {
+
+QString systemFolder()
+{
+    if (!SystemTool::folderForTests().isEmpty())
+        return SystemTool::folderForTests();
+    std::array<wchar_t, MAX_PATH> folder{};
+    const UINT length = GetSystemDirectoryW(folder.data(), static_cast<UINT>(folder.size()));
+    return length < folder.size() ? QString::fromWCharArray(folder.data(), static_cast<int>(length))
+                                  : QString();
+}
+
+/// In one spelling of each, whatever links and short names led there.
+QStringList untrustedFolders()
+{
+    QStringList folders;
+    for (const QString &folder : {QCoreApplication::applicationDirPath(), QDir::currentPath()})
+        folders += {QDir::cleanPath(folder), QFileInfo(folder).canonicalFilePath()};
+    return folders;
+}
+
+} // namespace
+
+QString SystemTool::path(const QString &name)
+{
+    const QStringList searchPath =
+        qEnvironmentVariable("PATH").split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    const QStringList folders = foldersToSearch(systemFolder(), searchPath, untrustedFolders());
+    for (const QString &folder : folders) {
+        const QString file = folder + QLatin1Char('/') + name + QLatin1String(".exe");
+        if (QFileInfo(file).isFile())
+            return file;
+    }
+    return {};
+}

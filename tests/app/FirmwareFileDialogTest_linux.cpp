@@ -1,0 +1,25 @@
+#include "app/window/FirmwareFileDialog.h"
+
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+// Opening a pipe whose other end nobody holds would hold up the window for ever.
+TEST(FirmwareFileDialogPipeTest, ANamedPipeInThePlaceOfTheRememberedFolderIsLeftAlone)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("last_dir.txt"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EXPECT_EQ(FirmwareFileDialog::startFolder(path),
+              QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    FirmwareFileDialog::rememberFolder(path, folder.path());
+    EXPECT_FALSE(QFileInfo(path).isFile());
+}
+
+} // namespace

@@ -1,7 +1,0 @@
-#include "app/FirmwareServer.h"
-
-// Nobody listens on the discard port of this machine: a test that fetched would notice.
-QString firmwareServer()
-{
-    return QStringLiteral("http://127.0.0.1:9");
-}

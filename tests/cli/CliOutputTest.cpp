@@ -1,0 +1,152 @@
+#include "tests/cli/CliTest.h"
+
+#include <QDir>
+
+namespace {
+
+using namespace CliCases;
+
+/// Where the output goes, and that it never stops an update.
+class CliOutputTest : public CliTest
+{
+protected:
+    /// Starts the program through bash with these redirections of its standard streams.
+    void redirect(const char *redirections)
+    {
+        scenario().program.startThrough(
+            {QStringLiteral("bash"), QStringLiteral("-c"),
+             QStringLiteral("exec \"$0\" \"$@\" ") + QLatin1String(redirections)});
+        m_readsOutput = false;
+    }
+    /// More than a pipe holds.
+    void haveTheFlasherWriteALot()
+    {
+        scenario().program.setScript(
+            usbFlasher,
+            scriptFor(QStringLiteral("image"), {{step("flood", 1000000), step("burn"), step("success")}}));
+    }
+    void expectUpdate()
+    {
+        haveTheFlasherWriteALot();
+        EXPECT_EQ(run({update}), 0);
+        EXPECT_EQ(scenario().burned(), scenario().image());
+        EXPECT_EQ(scenario().bus.device(scenario().model()).value(QLatin1String("resets")).toInt(), 1);
+    }
+};
+
+TEST_F(CliOutputTest, ManyLinesAllArrive)
+{
+    haveTheFlasherWriteALot();
+    EXPECT_EQ(run({update}), 0);
+    qint64 characters = 0;
+    for (const QJsonObject &event : scenario().events(QStringLiteral("log")))
+        characters += event.value(QLatin1String("line")).toString().count(QLatin1Char('x'));
+    EXPECT_GT(characters, 900000);
+}
+
+TEST_F(CliOutputTest, AClosedStandardOutputStopsNothing)
+{
+    redirect(">&-");
+    expectUpdate();
+}
+
+TEST_F(CliOutputTest, AllStreamsClosedStopNothing)
+{
+    redirect("<&- >&- 2>&-");
+    expectUpdate();
+}
+
+TEST_F(CliOutputTest, NothingElseTakesThePlaceOfAClosedStream)
+{
+    CliScenario &s = scenario();
+    redirect("<&- >&- 2>&-");
+    s.program.setScript(usbFlasher, script({{step("hang")}}));
+    start({update});
+    ASSERT_TRUE(pollUntil([&] { return s.program.runs(usbFlasher).size() == 1; }));
+    const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(s.bus.programId()));
+    QStringList targets;
+    for (const QString &name : descriptors.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot))
+        targets.append(QFile::symLinkTarget(descriptors.filePath(name)));
+    for (const char *name : {"0", "1", "2"}) {
+        // A pipe whose other end is closed.
+        const QString target = QFile::symLinkTarget(descriptors.filePath(QLatin1String(name)));
+        EXPECT_TRUE(target.contains(QLatin1String("pipe:"))) << name << ": " << target.toStdString();
+        EXPECT_EQ(targets.count(target), 1) << name << ": " << targets.join(QLatin1Char(' ')).toStdString();
+    }
+    m_expectsNoFiles = false;
+}
+
+TEST_F(CliOutputTest, AReaderThatIsGoneStopsNothing)
+{
+    redirect("> >(:) 2> >(:)");
+    expectUpdate();
+}
+
+TEST_F(CliOutputTest, APipeThatNobodyReadsStopsNothing)
+{
+    // It is open for reading, too, so that it fills up.
+    const QString pipe = scenario().program.workingFolder() + QLatin1String("/../pipe");
+    scenario().program.startThrough({QStringLiteral("bash"), QStringLiteral("-c"),
+                                     QStringLiteral("mkfifo \"$0\"; exec \"$@\" 3<>\"$0\" >&3 2>&3"), pipe});
+    m_readsOutput = false;
+    expectUpdate();
+}
+
+TEST_F(CliOutputTest, AFullDiskBehindTheOutputStopsNothing)
+{
+    redirect(">/dev/full 2>/dev/full");
+    expectUpdate();
+}
+
+TEST_F(CliOutputTest, TheLogIsAppendedToTheFileOfTheUser)
+{
+    CliScenario &s = scenario();
+    m_expectsNoFiles = false;
+    const QString log = s.program.workingFolder() + QLatin1String("/my log.txt");
+    ASSERT_TRUE(WholeFile::write(log, "from before\n"));
+    EXPECT_EQ(run({update, QStringLiteral("--log"), log}), 0);
+    const QByteArray text = WholeFile::read(log);
+    EXPECT_TRUE(text.startsWith("from before\n["));
+    EXPECT_TRUE(text.contains("] Burn Image Success\n"));
+    EXPECT_EQ(s.filesLeft(), QStringList{log});
+}
+
+TEST_F(CliOutputTest, ALogThatCannotBeWrittenStopsNothing)
+{
+    EXPECT_EQ(run({update, QStringLiteral("--log"), QStringLiteral("/dev/full/log.txt")}), 0);
+    EXPECT_EQ(scenario().burned(), scenario().image());
+}
+
+TEST_F(CliOutputTest, APersonWhoIsNoTerminalGetsPlainLinesAndIsNotAsked)
+{
+    CliScenario &s = scenario();
+    EXPECT_EQ(runForPerson({update}), 0);
+    const QString text = s.program.standardOutput();
+    EXPECT_TRUE(text.contains(QLatin1String("\nFetching the firmware\n")));
+    EXPECT_TRUE(text.contains(QLatin1String("\n  100 %\n")));
+    EXPECT_TRUE(text.endsWith(QLatin1String("\nDevMaa was updated.\n")));
+    EXPECT_FALSE(text.contains(QLatin1Char('\r')));
+    EXPECT_FALSE(text.contains(QChar(0x1b)));
+    EXPECT_FALSE(text.contains(QLatin1String("[y/N]")));
+    EXPECT_EQ(s.program.standardError(), QString());
+}
+
+TEST_F(CliOutputTest, VerboseWritesDiagnosticsToStandardErrorAlone)
+{
+    EXPECT_EQ(run({update, QStringLiteral("--verbose")}), 0);
+    EXPECT_NE(scenario().program.standardError(), QString());
+}
+
+TEST_F(CliOutputTest, HelpAndVersionEndWithZero)
+{
+    CliScenario &s = scenario();
+    for (const char *argument : {"--help", "--version"}) {
+        EXPECT_EQ(runForPerson({QLatin1String(argument)}), 0);
+        EXPECT_TRUE(s.program.standardOutput().contains(QLatin1String("quillmarsh-cli")));
+    }
+    EXPECT_EQ(runForPerson({update, QStringLiteral("--help")}), 0);
+    EXPECT_TRUE(s.program.standardOutput().contains(QLatin1String("--write-type")));
+    expectUntouchedDevice();
+}
+
+} // namespace

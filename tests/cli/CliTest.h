@@ -1,0 +1,162 @@
+#pragma once
+
+#include "harness/CliScenario.h"
+#include "harness/process/Polling.h"
+#include "harness/session/ModelOnBus.h"
+#include "simulator/files/WholeFile.h"
+#include "simulator/standin/StandinScript.h"
+#include "tests/cli/EventValidation.h"
+#include "tests/support/AnotherAttempt.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QJsonArray>
+
+#include <gtest/gtest.h>
+
+namespace CliCases {
+
+using StandinScript::script;
+using StandinScript::scriptFor;
+using StandinScript::step;
+
+const QString usbFlasher = QStringLiteral("upgcmd.exe");
+const QString hidFlasher = QStringLiteral("upgcmdHid.exe");
+const QString iapProgrammer = QStringLiteral("IAP_Programmer.exe");
+const QString update = QStringLiteral("update");
+const QString application = QStringLiteral("application");
+
+/// The fields of an event that tells of this stage.
+inline QJsonObject inStage(const char *stage)
+{
+    return {{QStringLiteral("event"), QStringLiteral("stage")},
+            {QStringLiteral("stage"), QLatin1String(stage)}};
+}
+
+inline QString sumOf(const QByteArray &bytes)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
+}
+
+} // namespace CliCases
+
+/// The real quillmarsh-cli on a simulated bus. After each run with --json every line is validated against the
+/// schema, and at the end no file may be left.
+class CliTest : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        if (!m_scenario)
+            return;
+        m_scenario->bus.killProgram();
+        if (m_isJson && m_readsOutput)
+            expectValidEvents();
+        if (m_expectsNoFiles) {
+            EXPECT_EQ(m_scenario->filesLeft(), QStringList());
+        }
+        if (HasFailure())
+            ADD_FAILURE() << "standard output:\n"
+                          << m_scenario->program.standardOutput().right(6000).toStdString()
+                          << "\nstandard error:\n"
+                          << m_scenario->program.standardError().right(3000).toStdString()
+                          << "\nerror: " << m_scenario->errorText().toStdString();
+    }
+
+    CliScenario &scenario(const char *model = "DevMaa")
+    {
+        if (!m_scenario)
+            m_scenario = std::make_unique<CliScenario>(QString::fromLatin1(model));
+        return *m_scenario;
+    }
+
+    /// Starts the program with --json.
+    void start(const QStringList &arguments)
+    {
+        if (m_isJson && m_readsOutput)
+            expectValidEvents();
+        m_isJson = true;
+        ASSERT_TRUE(scenario().start(arguments + QStringList{QStringLiteral("--json")}))
+            << scenario().errorText().toStdString();
+    }
+    /// Runs it with --json to its end; -1 if it did not end by itself.
+    int run(const QStringList &arguments)
+    {
+        start(arguments);
+        return HasFatalFailure() ? -1 : waitForExit();
+    }
+    /// The same as a person would see it.
+    int runForPerson(const QStringList &arguments)
+    {
+        m_isJson = false;
+        return scenario().run(arguments).value_or(-1);
+    }
+    int waitForExit() { return scenario().bus.waitForExit(2 * eventLimitMs).value_or(-1); }
+
+    /// Returns the fields of the last event without "time" and, of a result, without "seconds".
+    QJsonObject lastEvent()
+    {
+        const QList<QJsonObject> events = scenario().events();
+        QJsonObject last = events.isEmpty() ? QJsonObject() : events.last();
+        last.remove(QStringLiteral("time"));
+        last.remove(QStringLiteral("seconds"));
+        return last;
+    }
+    /// Returns the stages that were entered, in order.
+    QStringList stages()
+    {
+        QStringList names;
+        for (const QJsonObject &event : scenario().events(QStringLiteral("stage")))
+            names.append(event.value(QLatin1String("stage")).toString());
+        return names;
+    }
+    /// Expects these fields of the last event, which is a result with this exit code.
+    void expectResult(const char *outcome, const char *stage, const char *reason, int exitCode)
+    {
+        const QJsonObject last = lastEvent();
+        EXPECT_EQ(last.value(QLatin1String("event")).toString(), QStringLiteral("result"));
+        EXPECT_EQ(last.value(QLatin1String("outcome")).toString(), QLatin1String(outcome));
+        EXPECT_EQ(last.value(QLatin1String("stage")).toString(), QLatin1String(stage));
+        EXPECT_EQ(last.value(QLatin1String("reason")).toString(), QLatin1String(reason));
+        EXPECT_EQ(last.value(QLatin1String("exitCode")).toInt(-1), exitCode);
+        EXPECT_EQ(scenario().events(QStringLiteral("result")).size(), 1);
+    }
+    void expectSucceeded(const char *stage)
+    {
+        expectResult("succeeded", stage, "none", 0);
+        EXPECT_EQ(lastEvent().value(QLatin1String("model")).toString(), scenario().model());
+    }
+    void expectUntouchedDevice()
+    {
+        CliScenario &s = scenario();
+        const QJsonObject device = s.bus.device(s.model());
+        EXPECT_TRUE(device.value(QLatin1String("reports")).toArray().isEmpty());
+        EXPECT_EQ(device.value(QLatin1String("burns")).toInt(), 0);
+        for (const QString &flasher : {CliCases::usbFlasher, CliCases::hidFlasher})
+            EXPECT_TRUE(s.program.runs(flasher).isEmpty());
+    }
+    QList<QStringList> argumentsOf(const QString &tool)
+    {
+        QList<QStringList> all;
+        for (const StandinRun &run : scenario().program.runs(tool))
+            all.append(run.arguments);
+        return all;
+    }
+
+    /// Cleared by cases whose output goes elsewhere, or that leave files behind intentionally.
+    bool m_readsOutput = true;
+    bool m_expectsNoFiles = true;
+    std::unique_ptr<CliScenario> m_scenario;
+
+private:
+    void expectValidEvents()
+    {
+        const QString output = m_scenario->program.standardOutput();
+        EXPECT_EQ(EventValidation::complaint(output.toUtf8()), QString());
+        const QList<QJsonObject> events = m_scenario->events();
+        ASSERT_FALSE(events.isEmpty());
+        EXPECT_EQ(events.first().value(QLatin1String("event")).toString(), QStringLiteral("hello"));
+    }
+
+    bool m_isJson = false;
+};

@@ -1,0 +1,38 @@
+#include "cli/CheckCommand.h"
+#include "cli/CommandContext.h"
+#include "support/SystemLock.h"
+#include "tests/cli/findings/RecordedFindings.h"
+#include "tests/cli/findings/TestServerAddress.h"
+#include "update/ProgramPaths.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+Finding findingAboutTheLock()
+{
+    RecordedFindings recorded;
+    Options options;
+    options.command = Options::Command::Check;
+    CommandContext context(options, recorded);
+    runCheckCommand(context);
+    return recorded.about("update-lock");
+}
+
+// Elsewhere the lock is the whole machine's, and tests would refuse each other.
+TEST(CheckLockTest, TheLockOfAnotherCopyIsAProblemWhileItIsHeld)
+{
+    const QTemporaryDir ownRuntimeFolder;
+    qputenv("XDG_RUNTIME_DIR", ownRuntimeFolder.path().toLocal8Bit());
+    // Nothing listens there.
+    testServerAddress() = QStringLiteral("http://127.0.0.1:1");
+    EXPECT_EQ(findingAboutTheLock().verdict, Finding::Verdict::Ok);
+    {
+        const SystemLockAttempt held = trySystemLock(ProgramPaths::updateLock());
+        ASSERT_TRUE(held.lock);
+        EXPECT_EQ(findingAboutTheLock().verdict, Finding::Verdict::Problem);
+    }
+    EXPECT_EQ(findingAboutTheLock().verdict, Finding::Verdict::Ok);
+}
+
+} // namespace

@@ -1,0 +1,131 @@
+#include "cli/ManifestCommand.h"
+
+#include "cli/CommandContext.h"
+#include "tests/cli/findings/RecordedFindings.h"
+#include "tests/cli/findings/TestServerAddress.h"
+#include "tests/support/AnotherAttempt.h"
+#include "tests/update/ManifestServer.h"
+
+#include <QCryptographicHash>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// A server with an image for DevMaa and a manifest that tells the truth.
+class ManifestCommandTest : public testing::Test
+{
+protected:
+    ManifestCommandTest()
+    {
+        dependsOnRealTime("the ten seconds of a request");
+        server.write(QStringLiteral("a.img"), image);
+        setManifest(QString::fromLatin1(QCryptographicHash::hash(image, QCryptographicHash::Md5).toHex()));
+    }
+
+    void setManifest(const QString &sum, const QString &model = QStringLiteral("DevMaa"))
+    {
+        const QString url = server.server.url(QStringLiteral("/a.img")).toString();
+        server.setManifest(
+            QStringLiteral(R"({"CurrentVersion":{"%1":{"fileURL":"%2","downloadURL":"%2","md5":"%3"}}})")
+                .arg(model, url, sum)
+                .toUtf8());
+    }
+
+    ExitCode verify(const QString &source, bool download = false)
+    {
+        recorded.findings.clear();
+        Options options;
+        options.command = Options::Command::VerifyManifest;
+        options.manifest = source;
+        options.download = download;
+        CommandContext context(options, recorded);
+        return runManifestCommand(context);
+    }
+
+    const QByteArray image = QByteArray(50000, 'q') + QByteArray(50000, 'r');
+    ManifestServer server;
+    RecordedFindings recorded;
+};
+
+TEST_F(ManifestCommandTest, ARightManifestPassesFromAnAddressAndFromAFile)
+{
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::Done);
+    EXPECT_EQ(recorded.remarks(), QStringList());
+    EXPECT_EQ(recorded.about("DevMaa/sum").verdict, Finding::Verdict::Ok)
+        << qPrintable(recorded.about("DevMaa/sum").text);
+    EXPECT_EQ(verify(server.folder.filePath(QStringLiteral("manifest.json"))), ExitCode::Done);
+    EXPECT_EQ(recorded.remarks(), QStringList());
+    EXPECT_EQ(recorded.about("DevMaa/image").verdict, Finding::Verdict::Ok);
+}
+
+TEST_F(ManifestCommandTest, WithoutASourceItIsTheProgramsOwnServer)
+{
+    testServerAddress() = server.server.url(QString()).toString();
+    EXPECT_EQ(verify(QString()), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("manifest problem")});
+    EXPECT_EQ(server.server.requests().size(), 1);
+}
+
+TEST_F(ManifestCommandTest, AWrongSumShowsOnlyWhenTheImageIsFetched)
+{
+    setManifest(QStringLiteral("0123456789abcdef0123456789abcdef"));
+    EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/sum problem")});
+}
+
+TEST_F(ManifestCommandTest, AnUnknownModelIsOnlyWarnedOf)
+{
+    setManifest(QStringLiteral("0123456789abcdef0123456789abcdef"), QStringLiteral("DevXyz"));
+    EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevXyz warning")});
+}
+
+TEST_F(ManifestCommandTest, EachFaultOfTheServerIsFound)
+{
+    const struct
+    {
+        const char *fault;
+        const char *remark;
+    } cases[] = {
+        {"404:path=/manifest.json", "manifest problem"},
+        {"close-after:bytes=10,path=/manifest.json", "manifest problem"},
+        {"refuse", "server problem"},
+        {"404:path=/a.img", "DevMaa/image problem"},
+        {"503:path=/a.img", "DevMaa/image problem"},
+        {"no-length:path=/a.img", "DevMaa/image problem"},
+        {"416:path=/a.img,nth=2", "DevMaa/image problem"},
+        {"ignore-range:path=/a.img", "DevMaa/image warning"},
+        {"short-206:path=/a.img,bytes=4", "DevMaa/image problem"},
+        {"header:path=/a.img,nth=2,name=Content-Range,value=bytes 1-9/99999", "DevMaa/image problem"},
+    };
+    for (const auto &c : cases) {
+        server.server.clearFaults();
+        server.setFault(QLatin1String(c.fault));
+        const QString remark = QLatin1String(c.remark);
+        EXPECT_EQ(verify(server.manifestUrl()),
+                  remark.endsWith(QLatin1String("warning")) ? ExitCode::Done : ExitCode::FirmwareUnusable)
+            << c.fault;
+        EXPECT_EQ(recorded.remarks(), QStringList{remark}) << c.fault;
+    }
+}
+
+TEST_F(ManifestCommandTest, AnAddressOfItsOwnInDownloadUrlHasToAnswer)
+{
+    const QString url = server.server.url(QStringLiteral("/a.img")).toString();
+    server.setManifest(QStringLiteral(R"({"CurrentVersion":{"DevMaa":{"fileURL":"%1","downloadURL":"%1x",)"
+                                      R"("md5":"0123456789abcdef0123456789abcdef"}}})")
+                           .arg(url)
+                           .toUtf8());
+    EXPECT_EQ(verify(server.manifestUrl()), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/download problem")});
+}
+
+TEST_F(ManifestCommandTest, AFileThatIsNotThereIsAProblem)
+{
+    EXPECT_EQ(verify(server.folder.filePath(QStringLiteral("nothing.json"))), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("manifest problem")});
+}
+
+} // namespace

@@ -1,0 +1,14 @@
+#include "tests/cli/findings/TestServerAddress.h"
+
+#include "update/FirmwareServerAddress.h"
+
+QString &testServerAddress()
+{
+    static QString address;
+    return address;
+}
+
+QString firmwareServerAddress()
+{
+    return testServerAddress();
+}

@@ -1,0 +1,25 @@
+#include "download/DiskNeed.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+TEST(DiskNeedTest, PartsAndFileAreThereAtOnceAndWhatIsOnDiskIsNotNeededAgain)
+{
+    EXPECT_EQ(bytesToReserve(1000, 0), 2000);
+    EXPECT_EQ(bytesToReserve(1000, 300), 1700);
+    EXPECT_EQ(bytesToReserve(1000, 2500), -500);
+}
+
+TEST(DiskNeedTest, ASizeThatCannotBeDoubledNeedsAllThereCouldBe)
+{
+    constexpr qint64 largest = std::numeric_limits<qint64>::max();
+    EXPECT_EQ(bytesToReserve(largest, 0), largest);
+    EXPECT_EQ(bytesToReserve(largest / 2 + 1, 0), largest);
+    EXPECT_EQ(bytesToReserve(largest / 2, 0), largest - 1);
+    EXPECT_EQ(bytesToReserve(largest, 7), largest - 7);
+}
+
+} // namespace

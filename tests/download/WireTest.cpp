@@ -1,0 +1,26 @@
+#include "tests/download/SegmentedTest.h"
+
+#include <QElapsedTimer>
+
+namespace {
+
+/// How much a download takes over the line.
+class WireTest : public SegmentedTest
+{
+};
+
+TEST_F(WireTest, ADownloadTakesTheFileAndWhatTheSizeRequestReadsSlowly)
+{
+    serveImage(someBytes(16 * 1024 * 1024));
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(result() == m_content);
+    // What the buffers of both systems and of Qt take in before they hold the server up, and the heads.
+    constexpr qint64 buffers = qint64(640) * 1024;
+    const qint64 slowly = 16 * 1024 * (timer.elapsed() / 1000 + 1);
+    EXPECT_GE(server().sentBytes(), m_content.size());
+    EXPECT_LE(server().sentBytes(), m_content.size() + buffers + slowly);
+}
+
+} // namespace

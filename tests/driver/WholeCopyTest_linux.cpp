@@ -1,0 +1,54 @@
+#include "driver/WholeCopy.h"
+
+#include "simulator/files/WholeFile.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace {
+
+/// No file of this process may grow above `bytes` while this lives: for one that grows the disk is full.
+class SmallFiles
+{
+public:
+    explicit SmallFiles(rlim_t bytes)
+    {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallFiles()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    Q_DISABLE_COPY(SmallFiles)
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int) = nullptr;
+};
+
+TEST(WholeCopyOnLinuxTest, ADiskThatIsFullMeanwhileLeavesNothing)
+{
+    const QTemporaryDir folder;
+    const QString source = folder.filePath(QStringLiteral("from"));
+    ASSERT_TRUE(WholeFile::write(source, QByteArray(1024 * 1024, 'x')));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("to")));
+    bool copied = true;
+    {
+        const SmallFiles limit(400 * 1024);
+        copied = copyWhole(source, folder.filePath(QStringLiteral("to/file")));
+    }
+    EXPECT_FALSE(copied);
+    EXPECT_TRUE(QDir(folder.filePath(QStringLiteral("to"))).isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+// These tests are themselves started by the launcher, as the end-to-end tests are.
+#include "harness/session/XvfbSession.h"
+#include "simulator/server/FirmwareAddress.h"
+#include "tests/harness/RunningSubject.h"
+
+#include <QTcpServer>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Two tests hold the port for a while; run side by side, each still gets it.
+void holdTheFixedPort()
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, FirmwareAddress::port()))
+        << qPrintable(server.errorString());
+    QThread::msleep(300);
+}
+
+TEST(InsideOwnNetwork, TheFixedPortIsFreeForOne)
+{
+    holdTheFixedPort();
+}
+
+TEST(InsideOwnNetwork, TheFixedPortIsFreeForAnother)
+{
+    holdTheFixedPort();
+}
+
+TEST(InsideOwnNetwork, AProgramOnADisplayStartedInsideIsSeenAndOperated)
+{
+    XvfbSession screen;
+    ASSERT_TRUE(screen.start()) << qPrintable(screen.errorText());
+    RunningSubject subject;
+    subject.stage.setDisplay(screen.display());
+    ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+    ASSERT_TRUE(subject.probe.check(QStringLiteral("tickBox")));
+    EXPECT_TRUE(subject.probe.waitForText(QStringLiteral("statusLabel"), QStringLiteral("tick 2")))
+        << qPrintable(subject.probe.errorText());
+}
+
+} // namespace

@@ -1,0 +1,58 @@
+// Tests that stop their own process, for the tests of how pauses are measured and what follows from them.
+// Whoever starts them lets the process go on.
+#include "simulator/time/RunningTime.h"
+#include "tests/support/AnotherAttempt.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+namespace {
+
+bool isFirstAttempt()
+{
+    return std::getenv("QUILLMARSH_ATTEMPT") == nullptr;
+}
+
+/// Stops the process, when it is asked to, in the first test of the first attempt.
+void stopWhenAsked()
+{
+    static bool wasStopped = false;
+    if (std::getenv("PAUSED_SUBJECT_STOPS") && isFirstAttempt() && !std::exchange(wasStopped, true))
+        std::raise(SIGSTOP);
+}
+
+TEST(Declared, FailsInTheFirstAttempt)
+{
+    dependsOnRealTime("a limit");
+    stopWhenAsked();
+    EXPECT_FALSE(isFirstAttempt());
+}
+
+TEST(Declared, FailsInEveryAttempt)
+{
+    dependsOnRealTime("a limit");
+    stopWhenAsked();
+    FAIL();
+}
+
+TEST(Undeclared, FailsInTheFirstAttempt)
+{
+    stopWhenAsked();
+    EXPECT_FALSE(isFirstAttempt());
+}
+
+TEST(Clock, IsPrinted)
+{
+    QElapsedTimer wall;
+    wall.start();
+    const RunningTimer running;
+    stopWhenAsked();
+    std::cout << "wall " << wall.elapsed() << " running " << running.elapsed() << " stood still "
+              << running.stoodStillMs() << std::endl;
+}
+
+} // namespace

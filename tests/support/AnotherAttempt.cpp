@@ -1,0 +1,91 @@
+#include "tests/support/AnotherAttempt.h"
+
+#include "simulator/time/RunningTime.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace {
+
+/// Holds the number of an attempt after the first.
+const char *const attemptVariable = "QUILLMARSH_ATTEMPT";
+/// A pause may hit the second attempt, too; one that hits all three is no pause now and then.
+constexpr int mostAttempts = 3;
+
+/// Which of the failed tests may run again.
+class Failures : public testing::EmptyTestEventListener
+{
+public:
+    void OnTestStart(const testing::TestInfo &) override
+    {
+        m_limit = nullptr;
+        m_sinceStart.restart();
+    }
+    void OnTestEnd(const testing::TestInfo &test) override
+    {
+        if (!test.result()->Failed())
+            return;
+        const qint64 pausedMs = m_sinceStart.stoodStillMs();
+        if (!m_limit || pausedMs == 0) {
+            m_final = true;
+            return;
+        }
+        const std::string name = std::string(test.test_suite_name()) + '.' + test.name();
+        std::cout << "[ PAUSED   ] The machine stood still for " << pausedMs << " ms during " << name
+                  << ", which depends on " << m_limit << "." << std::endl;
+        m_excused.append(QString::fromStdString(name));
+    }
+
+    void dependsOn(const char *limit) { m_limit = limit; }
+    /// The names of the failed tests, when all of them may run again.
+    QStringList toRunAgain() const { return m_final ? QStringList() : m_excused; }
+
+private:
+    const char *m_limit = nullptr;
+    RunningTimer m_sinceStart;
+    QStringList m_excused;
+    bool m_final = false;
+};
+
+Failures *failures = nullptr;
+
+} // namespace
+
+void dependsOnRealTime(const char *limit)
+{
+    if (failures)
+        failures->dependsOn(limit);
+}
+
+int runTests()
+{
+    // As they were before the tests, which may change both.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString folder = QDir::currentPath();
+    const int attempt = qMax(1, qEnvironmentVariableIntValue(attemptVariable));
+
+    failures = new Failures;
+    testing::UnitTest::GetInstance()->listeners().Append(failures); // which owns it from here on
+    const int result = RUN_ALL_TESTS();
+    const QStringList names = failures->toRunAgain();
+    if (result == 0 || names.isEmpty() || attempt >= mostAttempts)
+        return result;
+
+    std::cout << "[ PAUSED   ] Once more: " << names.join(QLatin1String(", ")).toStdString() << std::endl;
+    environment.insert(QString::fromLatin1(attemptVariable), QString::number(attempt + 1));
+    QProcess again;
+    again.setProcessChannelMode(QProcess::ForwardedChannels);
+    again.setProcessEnvironment(environment);
+    again.setWorkingDirectory(folder);
+    again.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("--gtest_filter=") + names.join(QLatin1Char(':'))});
+    if (!again.waitForFinished(-1) || again.exitStatus() != QProcess::NormalExit)
+        return 1;
+    return again.exitCode();
+}

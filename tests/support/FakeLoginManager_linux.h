@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QObject>
+#include <QStringList>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <vector>
+
+/// The part of a login manager that lends locks against sleep and shutdown. A lock is held until nobody has
+/// its descriptor any more, which shows at the other end of a pipe.
+class FakeLoginManager : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+
+public:
+    explicit FakeLoginManager(const QDBusConnection &bus) : m_bus(bus) {}
+    ~FakeLoginManager() override
+    {
+        for (const int end : m_ends)
+            close(end);
+    }
+    Q_DISABLE_COPY(FakeLoginManager)
+
+    bool start()
+    {
+        return m_bus.registerService(QStringLiteral("org.freedesktop.login1")) &&
+               m_bus.registerObject(QStringLiteral("/org/freedesktop/login1"), this,
+                                    QDBusConnection::ExportAllSlots);
+    }
+
+    /// Refuses, as a login manager does when the user is not the one at the machine.
+    bool refuses = false;
+    /// Keeps questions unanswered until answer().
+    bool isSlow = false;
+
+    /// The questions so far: what, who, why and mode.
+    QList<QStringList> questions() const { return m_questions; }
+    /// Answers what was kept.
+    void answer()
+    {
+        for (const QDBusMessage &question : qAsConst(m_kept))
+            m_bus.send(question.createReply(QVariant::fromValue(lend())));
+        m_kept.clear();
+    }
+    /// Whether everybody who asked has taken the answer and left the bus: until then a lock may be on its
+    /// way.
+    bool isSettled() const
+    {
+        return std::none_of(m_askers.begin(), m_askers.end(), [this](const QString &asker) {
+            return m_bus.interface()->isServiceRegistered(asker).value();
+        });
+    }
+    /// How many locks were lent, and how many of them are held.
+    int lent() const { return static_cast<int>(m_ends.size()); }
+    int held() const
+    {
+        int count = 0;
+        for (const int end : m_ends) {
+            pollfd state{end, 0, 0};
+            count += poll(&state, 1, 0) == 1 && (state.revents & POLLERR) != 0 ? 0 : 1;
+        }
+        return count;
+    }
+
+public Q_SLOTS:
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): a method that is called over the bus
+    QDBusUnixFileDescriptor Inhibit(QString what, QString who, QString why, QString mode)
+    {
+        m_questions.append({what, who, why, mode});
+        m_askers.append(message().service());
+        if (refuses) {
+            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("Permission denied"));
+            return {};
+        }
+        if (isSlow) {
+            setDelayedReply(true);
+            m_kept.append(message());
+            return {};
+        }
+        return lend();
+    }
+
+private:
+    QDBusUnixFileDescriptor lend()
+    {
+        int ends[2] = {-1, -1};
+        if (pipe(ends) != 0)
+            return {};
+        QDBusUnixFileDescriptor lent;
+        lent.giveFileDescriptor(ends[0]);
+        m_ends.push_back(ends[1]);
+        return lent;
+    }
+
+    QDBusConnection m_bus;
+    QList<QStringList> m_questions;
+    /// The names on the bus of those who asked.
+    QStringList m_askers;
+    QList<QDBusMessage> m_kept;
+    /// The ends of the pipes that stay here: an error shows on each when its lock is released.
+    std::vector<int> m_ends;
+};

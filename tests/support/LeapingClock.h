@@ -1,0 +1,34 @@
+#pragma once
+
+#include "support/Clock.h"
+
+/// A clock on which `stepMs` pass with each look at it.
+class LeapingClock : public Clock
+{
+public:
+    explicit LeapingClock(int stepMs) : m_stepMs(stepMs) {}
+
+    qint64 nowMs() const override { return m_now += m_stepMs; }
+    bool sleepMs(int milliseconds) override
+    {
+        m_now += milliseconds;
+        return true;
+    }
+    bool isLeaving() const override { return false; }
+
+    /// The time of the last look.
+    qint64 lastMs() const { return m_now; }
+
+private:
+    const int m_stepMs;
+    mutable qint64 m_now = 0;
+};
+
+/// A clock on which an hour passes within four milliseconds.
+class RacingClock : public Clock
+{
+public:
+    qint64 nowMs() const override { return Clock::real().nowMs() * 1000000; }
+    bool sleepMs(int) override { return true; }
+    bool isLeaving() const override { return false; }
+};

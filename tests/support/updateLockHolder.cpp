@@ -1,0 +1,22 @@
+// Another copy of the program that is updating: takes the update lock of the file that its argument names,
+// prints the line "taken" and keeps the lock until it is killed, or until its standard input ends.
+#include "support/QuietReporter.h"
+#include "support/UpdateLock.h"
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    if (argc != 2)
+        return 2;
+    QuietReporter reporter;
+    UpdateLock lock(QString::fromUtf8(argv[1]));
+    const UpdateLock::Hold hold = lock.take(reporter);
+    if (!hold)
+        return 1;
+    std::puts("taken");
+    std::fflush(stdout);
+    while (std::getchar() != EOF) {
+    }
+    return 0;
+}

@@ -1,0 +1,6 @@
+#include "update/FirmwareServerAddress.h"
+
+QString firmwareServerAddress()
+{
+    return QStringLiteral(QUILLMARSH_FIRMWARE_SERVER);
+}

@@ -1,0 +1,53 @@
+#include "update/TemporaryFolder.h"
+
+#include <QTemporaryFile>
+
+namespace {
+
+constexpr quint32 writableByOthers = 0022;
+constexpr quint32 sticky = 01000;
+constexpr quint32 administrator = 0;
+
+/// Whether somebody else may put another folder into the place of those that lie in `around`.
+bool letsOthersReplace(const TemporaryFolder::Entry &around, quint32 user)
+{
+    if (around.owner != user && around.owner != administrator)
+        return true;
+    return (around.mode & writableByOthers) != 0 && (around.mode & sticky) == 0;
+}
+
+} // namespace
+
+QString TemporaryFolder::reasonNotToTrust(const QString &path, const Entry &folder, const Entry &around,
+                                          quint32 user)
+{
+    if (folder.kind == Entry::Link)
+        return path +
+               QStringLiteral(" is a link to another place and is not used. Remove it and start again.");
+    if (folder.kind != Entry::Folder)
+        return path + QStringLiteral(" is not a folder.");
+    if (folder.owner != user)
+        return path +
+               QStringLiteral(" belongs to another user and is not used. Have it removed, or set TMPDIR "
+                              "to a folder of your own.");
+    if ((folder.mode & writableByOthers) != 0)
+        return path +
+               QStringLiteral(" can be changed by other users and is not used. Remove it and start again.");
+    if (letsOthersReplace(around, user))
+        return path +
+               QStringLiteral(" can be replaced by other users and is not used. Set TMPDIR to a folder "
+                              "of your own.");
+    return {};
+}
+
+QString TemporaryFolder::reasonNotToWriteIn(const QString &path)
+{
+    QString reason = reasonNotToUse(path);
+    if (!reason.isEmpty())
+        return reason;
+    // Tried, since what permissions and attributes say of a folder differs between systems.
+    QTemporaryFile trial(path + QStringLiteral("/trial-XXXXXX"));
+    if (!trial.open())
+        return path + QStringLiteral(" cannot be written: ") + trial.errorString();
+    return {};
+}

@@ -1,0 +1,58 @@
+#include "update/TemporaryFolder.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+TemporaryFolder::Entry entryFrom(const struct stat &status)
+{
+    TemporaryFolder::Entry entry;
+    entry.kind = S_ISDIR(status.st_mode)   ? TemporaryFolder::Entry::Folder
+                 : S_ISLNK(status.st_mode) ? TemporaryFolder::Entry::Link
+                                           : TemporaryFolder::Entry::Other;
+    entry.owner = status.st_uid;
+    entry.mode = status.st_mode & 07777;
+    return entry;
+}
+
+/// The folder around `path`. The way to it may lead through links: those in the name of the system's folder
+/// for temporary files are the administrator's.
+TemporaryFolder::Entry folderAround(const QString &path)
+{
+    const QString around = QFileInfo(path).absolutePath();
+    struct stat status = {};
+    if (stat(QFile::encodeName(around).constData(), &status) != 0)
+        return {};
+    return entryFrom(status);
+}
+
+} // namespace
+
+TemporaryFolder::Entry TemporaryFolder::entryOf(const QString &path)
+{
+    struct stat status = {};
+    if (lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return {};
+    return entryFrom(status);
+}
+
+bool TemporaryFolder::create(const QString &path)
+{
+    if (QDir(path).exists())
+        return true;
+    const bool created = QDir().mkpath(QFileInfo(path).absolutePath()) &&
+                         mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0;
+    qDebug().noquote() << (created ? "Created:" : "Create failed:") << path;
+    return created;
+}
+
+QString TemporaryFolder::reasonNotToUse(const QString &path)
+{
+    return reasonNotToTrust(path, entryOf(path), folderAround(path), geteuid());
+}
