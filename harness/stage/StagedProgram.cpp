@@ -9,6 +9,8 @@
 #include <QJsonArray>
 #include <QRegularExpression>
 
+#include <cstdio>
+
 namespace {
 
 QJsonArray switchedOn(const QStringList &ids)
@@ -77,6 +79,8 @@ StagedProgram::~StagedProgram()
     const QVector<qint64> left = runningProcesses();
     for (const qint64 processId : left)
         killProcessRunningFrom(applicationFolder(), processId);
+    if (!m_folder.autoRemove())
+        std::fprintf(stderr, "The stage is kept in %s\n", qPrintable(m_folder.path()));
 }
 
 QVector<qint64> StagedProgram::runningProcesses() const

@@ -9,9 +9,9 @@
 #include <QTemporaryDir>
 
 /// A copy of the program in a folder of its own, with a temporary, a working and a home folder of
-/// its own, so that tests neither see each other nor the user's files. The folders go with the
-/// object, unless the environment variable QUILLMARSH_KEEP_STAGE is set, and so does whatever still
-/// runs from them.
+/// its own, so that tests see neither each other nor the user's files. Destroying the object ends whatever
+/// still runs from the folders and removes them. If the environment variable QUILLMARSH_KEEP_STAGE is set, it
+/// keeps the folders and prints where they are.
 class StagedProgram
 {
 public:

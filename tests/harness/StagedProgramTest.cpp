@@ -46,6 +46,22 @@ TEST(StagedProgram, TheFoldersGoWithIt)
     EXPECT_FALSE(QDir(folder).exists());
 }
 
+TEST(StagedProgram, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
+{
+    qputenv("QUILLMARSH_KEEP_STAGE", "1");
+    QString folder;
+    testing::internal::CaptureStderr();
+    {
+        StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+        folder = QFileInfo(stage.applicationFolder()).path();
+        EXPECT_TRUE(WholeFile::write(stage.workingFolder() + QStringLiteral("/UPDLog.txt"), "a line\n"));
+    }
+    qunsetenv("QUILLMARSH_KEEP_STAGE");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "The stage is kept in " + folder.toStdString() + '\n');
+    EXPECT_EQ(WholeFile::read(folder + QStringLiteral("/work/UPDLog.txt")), QByteArray("a line\n"));
+    EXPECT_TRUE(QDir(folder).removeRecursively());
+}
+
 TEST(StagedProgram, AChineseLocaleIsChinaToTheProgramWithoutBeingInstalled)
 {
     RunningSubject subject;
