@@ -1,10 +1,16 @@
 #!/usr/bin/env bash
-# Holds the guides against the sources: what they quote as said by the program stands in it, and
-# docs/support.md explains every line and title that it can say. It looks at the first column of the
-# tables that are headed Line, Title or Text; … stands for what differs from case to case. No table of any guide
-# may have a "|" in quoted text that is not escaped: the row would break there.
+# Checks the guides: their Markdown, with a linter; that links, anchors and named files exist; that lists are
+# complete; and the texts that they quote. What a guide quotes as said by the program must be in the sources,
+# and docs/support.md must explain every line and title that the program can say. The quoted texts are the first
+# column of the tables that are headed Line, Title or Text; … stands for what differs from case to case.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+failed=0
+mapfile -t pages < <(git ls-files --cached --others --exclude-standard -- '*.md')
+mdl --style scripts/guides/markdown-style.rb "${pages[@]}" >&2 || failed=1
+scripts/guides/check-links.py "${pages[@]}" || failed=1
+scripts/guides/check-lists.py || failed=1
+
 guides=(docs/support.md docs/companions.md)
 mapfile -t sources < <(cmake -P cmake/print-modules.cmake | sed -nE 's/ product:.*//p' |
     sed -E 's/.*/&\/*.cpp\n&\/*.h/' | xargs git ls-files --cached --others --exclude-standard --)
@@ -27,12 +33,6 @@ perl -CSD -Mutf8 -e '
     my %table = slurp("resources/JsonLanguage/en.json") =~ /"((?:[^"\\]|\\.)*)": "((?:[^"\\]|\\.)*)"/g;
     my $said = join "\n", $code, values %table;
     $said =~ s/\x{1}/"/g;
-
-    for my $guide (glob "README.md docs/*.md") {
-        for my $row (grep { /^\|/ } split /\n/, slurp($guide)) {
-            complain("$guide: an unescaped \"|\" breaks the row of \"$1\"") if $row =~ /(`[^`|]*(?<!\\)\|[^`|]*[^ `|]`)/;
-        }
-    }
 
     my %quoted;
     for my $guide (@guides) {
@@ -75,4 +75,5 @@ perl -CSD -Mutf8 -e '
     complain("no calls were found in the sources") unless $lines > 40;
     print "The guides quote ", scalar(keys %quoted), " texts; the sources log $lines.\n" unless $failed;
     exit $failed;
-' "${#guides[@]}" "${guides[@]}" "${sources[@]}"
+' "${#guides[@]}" "${guides[@]}" "${sources[@]}" || failed=1
+exit "$failed"
