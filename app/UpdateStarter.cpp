@@ -73,7 +73,7 @@ bool UpdateStarter::makeChooser()
     m_chooser = std::make_unique<ChosefirmwareWidget>(m_dependencies.paths.manifestUrl, nullptr,
                                                       &m_dependencies.reporter);
     m_chooser->hide();
-    return !Clock::real().isLeaving();
+    return !Clock::real().isShuttingDown();
 }
 
 void UpdateStarter::runWorkflow(const UpdateRequest &request)

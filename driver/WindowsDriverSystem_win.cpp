@@ -96,7 +96,7 @@ ToolRun WindowsDriverSystem::runTool(const QString &program, const QStringList &
 {
     const bool isSystemTool = QFileInfo(program).fileName() == program;
     return runToolToEnd(isSystemTool ? SystemTool::path(program) : program, arguments, toolLimitMs,
-                        WhenLeaving::CutShort, listener);
+                        OnShutdown::Kill, listener);
 }
 
 DriverSystem::InfCopy WindowsDriverSystem::copyOemInf(const QString &infPath)

@@ -23,7 +23,7 @@ public:
 
 int main(int argc, char *argv[])
 {
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     const QCoreApplication application(argc, argv);
     StandardOutputLog log;
     DriverCheck::run(QCoreApplication::applicationDirPath(), log);

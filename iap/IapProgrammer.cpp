@@ -34,23 +34,23 @@ IapProgrammer::IapProgrammer(const Dependencies &dependencies, QObject *parent)
         if (m_process)
             m_process->kill();
     });
-    killStale(toolLimitMs, WhenLeaving::CutShort);
+    killStale(toolLimitMs, OnShutdown::Kill);
 }
 
 IapProgrammer::~IapProgrammer()
 {
     abandon();
-    killStale(leavingLimitMs, WhenLeaving::WaitOn);
+    killStale(leavingLimitMs, OnShutdown::KeepWaiting);
 }
 
-void IapProgrammer::killStale(int limitMs, WhenLeaving whenLeaving)
+void IapProgrammer::killStale(int limitMs, OnShutdown onShutdown)
 {
     if (m_dependencies.lock.isTakenElsewhere())
         return;
     // The tool exists on Windows only; on other systems it cannot be started, which does no harm.
     runToolToEnd(SystemTool::path(QStringLiteral("taskkill")),
                  {QStringLiteral("/F"), QStringLiteral("/IM"), QStringLiteral("IAP_Programmer.exe")}, limitMs,
-                 whenLeaving);
+                 onShutdown);
 }
 
 void IapProgrammer::setDeviceIds(quint32 productId, quint32 vendorId)
@@ -70,7 +70,7 @@ IapProgrammer::Ports IapProgrammer::askForPorts()
     Ports ports;
     ports.wereAskedFor = true;
     const ToolRun asked = runToolToEnd(m_dependencies.program, IapArguments::getData(m_vendorId, m_productId),
-                                       noLimit, WhenLeaving::CutShort, {}, m_dependencies.clock);
+                                       noLimit, OnShutdown::Kill, {}, m_dependencies.clock);
     if (asked.end != ToolRun::Finished || asked.crashed)
         return ports;
     ports.rawAnswer = trimmedText(asked.standardOutput);

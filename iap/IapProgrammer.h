@@ -95,7 +95,7 @@ signals:
 
 private:
     void log(const QString &line) { m_dependencies.log(line); }
-    void killStale(int limitMs, WhenLeaving whenLeaving);
+    void killStale(int limitMs, OnShutdown onShutdown);
     void takeIdsOf(const IapDevice &device);
     bool launch(const QStringList &arguments);
     void endWithin(int milliseconds);

@@ -45,7 +45,7 @@ QString FirmwareFetch::fetchFirmware(const UpdateRequest &request, QJsonObject *
     m_reporter.setStateTitle(UpdateTitles::parsingAddress);
     m_reporter.log(QStringLiteral("Try To Get File Address..."));
     const QString address = downloadManifest() ? addressFromManifest(manifest) : QString();
-    if (m_clock.isLeaving())
+    if (m_clock.isShuttingDown())
         return {};
     if (address.isEmpty()) {
         m_reporter.setStateTitle(UpdateTitles::addressFailed);
@@ -139,7 +139,7 @@ QString FirmwareFetch::downloadImage(const QString &address, bool isIap)
     m_segmentWorker.url = address;
     m_segmentWorker.savePath = path;
     if (!m_segmentWorker.downloadInSegments(segmentCount, &m_reporter)) {
-        if (m_clock.isLeaving())
+        if (m_clock.isShuttingDown())
             return {};
         m_reporter.setStateTitle(UpdateTitles::downloadFailed);
         m_reporter.log(QStringLiteral("Download ERROR!"));

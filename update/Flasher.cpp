@@ -161,7 +161,7 @@ bool Flasher::RunCmdReset(const QString &program)
 {
     m_reporter.log(QStringLiteral("try to RunCmdReset..."));
     const ToolRun run = runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs,
-                                     WhenLeaving::CutShort, {}, m_clock);
+                                     OnShutdown::Kill, {}, m_clock);
     switch (run.end) {
     case ToolRun::NotStarted:
         qDebug() << "Failed to start process!";
@@ -170,7 +170,7 @@ bool Flasher::RunCmdReset(const QString &program)
     case ToolRun::Finished:
         m_reporter.log(QStringLiteral("RunCmdReset Done."));
         return true;
-    case ToolRun::CutShort:
+    case ToolRun::Killed:
         m_reporter.log(QStringLiteral("Process did not finish!"));
         return false;
     }

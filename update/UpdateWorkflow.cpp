@@ -59,7 +59,7 @@ UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
     }
     QJsonObject manifest;
     const QString path = m_d.source.fetchFirmware(m_request, &manifest);
-    if (m_d.clock.isLeaving())
+    if (m_d.clock.isShuttingDown())
         return UpdateReason::ProgramClosed;
     // Check after a failed fetch as well: the empty path fails, and every failed run ends in the same way.
     if (!md5Check(m_d.reporter).checkMd5(path, manifest, m_d.source.deviceKey())) {
@@ -106,7 +106,7 @@ UpdateReason UpdateWorkflow::writeDevice()
     const QString writeType = m_d.choices.writeType();
     m_d.reporter.log(QLatin1String("Current writeType is: ") + writeType + QLatin1Char('.'));
     const UpdateReason reason = burn(writeType, bootloaderOk);
-    if (m_d.clock.isLeaving())
+    if (m_d.clock.isShuttingDown())
         return UpdateReason::ProgramClosed;
     reportResult(reason == UpdateReason::None, writeType);
     if (!m_d.launch.isAutomatic()) {
