@@ -37,8 +37,8 @@ public:
     }
 
 private:
-    /// Whether the user has closed the window, which is possible while a tool runs. Nothing may be changed in
-    /// the system from then on.
+    /// Returns whether the user has closed the window, which is possible while a tool runs. From then on
+    /// nothing in the system may be changed.
     static bool isShuttingDown() { return ShutdownFlag::instance().isRaised(); }
 
     void log(const char *line) { m_log.logLine(QString::fromLatin1(line)); }

@@ -11,7 +11,7 @@
 #include <QTextCodec>
 
 #include <windows.h>
-// After windows.h, on which they depend.
+// These headers need windows.h, so they come after it.
 #include <psapi.h>
 #include <setupapi.h>
 
