@@ -25,7 +25,7 @@ UpdateStarter::UpdateStarter(const Dependencies &dependencies)
       m_awake(reasonToStayAwake(), dependencies.window,
               [this](const QString &line) { m_dependencies.reporter.log(line); })
 {
-    m_dependencies.session.watchStages([this](UpdateStage stage) { m_awake.note(stage); });
+    m_dependencies.session.watchStages([this](UpdateStage stage) { m_awake.onStageChanged(stage); });
 }
 
 UpdateStarter::~UpdateStarter()
@@ -53,7 +53,7 @@ void UpdateStarter::start()
     if (makeChooser())
         QtConcurrent::run([this, request] { runWorkflow(request); });
     else
-        session.end(UpdateReason::ProgramClosed, UpdateSession::Afterwards::Leaving, {});
+        session.end(UpdateReason::ProgramClosed, UpdateSession::Afterwards::ProgramClosed, {});
 }
 
 bool UpdateStarter::hasDevice() const

@@ -249,8 +249,8 @@ void IAPUpDate::onFinished(int exitCode, QProcess::ExitStatus st)
 
 void IAPUpDate::endRun(UpdateReason reason, const std::function<void()> &giveControlsBack)
 {
-    const bool isLeaving = reason == UpdateReason::ProgramClosed;
-    m_host->session().end(reason,
-                          isLeaving ? UpdateSession::Afterwards::Leaving : UpdateSession::Afterwards::Idle,
-                          giveControlsBack);
+    const bool isClosed = reason == UpdateReason::ProgramClosed;
+    m_host->session().end(
+        reason, isClosed ? UpdateSession::Afterwards::ProgramClosed : UpdateSession::Afterwards::Idle,
+        giveControlsBack);
 }
