@@ -18,7 +18,7 @@ namespace {
 
 constexpr int cliImageBytes = 1024 * 1024 + 7;
 
-/// Returns whether this lay beside the program from the start, or is a record of the stand-in tools.
+/// Returns whether the file was beside the program from the start or is a record of the stand-in tools.
 bool belongsToStage(const QString &name)
 {
     return name == QFileInfo(BuildPaths::commandLineProgram()).fileName() ||
@@ -40,7 +40,7 @@ CliScenario::CliScenario(const QString &model)
         program.unsetVariable(QLatin1String(name));
 }
 
-bool CliScenario::startSurroundings()
+bool CliScenario::startServerAndBus()
 {
     if (m_started)
         return true;
@@ -59,7 +59,7 @@ bool CliScenario::startSurroundings()
 
 bool CliScenario::start(const QStringList &arguments)
 {
-    if (!startSurroundings())
+    if (!startServerAndBus())
         return false;
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
@@ -74,7 +74,7 @@ std::optional<int> CliScenario::run(const QStringList &arguments, int limitMs)
 QList<QJsonObject> CliScenario::events() const
 {
     QStringList lines = program.standardOutput().split(QLatin1Char('\n'));
-    // What comes after the last line feed is not a whole line yet.
+    // The text after the last line feed is not a complete line yet.
     lines.removeLast();
     QList<QJsonObject> objects;
     for (const QString &line : qAsConst(lines))
