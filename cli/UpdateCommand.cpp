@@ -5,6 +5,7 @@
 #include "cli/DeviceSearch.h"
 #include "cli/DeviceWait.h"
 #include "cli/Interruption.h"
+#include "cli/LastResort.h"
 #include "cli/Output.h"
 #include "cli/SystemSignals.h"
 #include "cli/Terminal.h"
@@ -27,9 +28,9 @@ public:
           m_reporter(context.sink, context.options.logFile),
           m_lock(ProgramPaths::updateLock()),
           m_session(m_lock),
-          m_interruption(m_session, context.sink)
+          m_interruption(m_session, context.sink),
+          m_signals([this] { m_interruption.request(); })
     {
-        watchSystemSignals([this] { m_interruption.request(); });
     }
 
     ExitCode run()
@@ -47,6 +48,8 @@ public:
 private:
     ExitCode runRepeatedly();
     UpdateSummary updateNext(qint64 limitMs);
+    void expectInterruption();
+    void tell(const UpdateSummary &summary);
     UpdateSummary finish(UpdateReason reason, const QString &model);
     void tellOf(const MonitorOutcome &found);
     UpdateReason reasonOf(DeviceWait::End end);
@@ -58,10 +61,12 @@ private:
     UpdateLock m_lock;
     UpdateSession m_session;
     Interruption m_interruption;
+    SystemSignals m_signals;
 };
 
 UpdateSummary UpdateCommand::updateNext(qint64 limitMs)
 {
+    expectInterruption();
     const DeviceWait::Result waited = DeviceWait(m_context).wait(limitMs);
     const QString model =
         waited.found.device.name.isEmpty() ? m_context.options.model : waited.found.device.name;
@@ -71,8 +76,28 @@ UpdateSummary UpdateCommand::updateNext(qint64 limitMs)
     if (!mayWrite(waited.found))
         return finish(UpdateReason::ProgramClosed, model);
     UpdateSummary summary = UpdateRun(m_context, m_session, m_reporter).run({waited.found, writeType()});
-    m_context.sink.result(summary);
+    tell(summary);
     return summary;
+}
+
+/// Has the last resort tell the result of an update that was interrupted and does not end.
+void UpdateCommand::expectInterruption()
+{
+    LastResort::setLastWords([this] {
+        UpdateSummary summary;
+        const UpdateStage stage = m_session.isRunning() ? m_session.stage() : m_session.lastResult().stage;
+        summary.result = {UpdateResult::Outcome::Cancelled, stage, UpdateReason::ProgramClosed};
+        summary.exitCode = exitCodeOf(summary.result);
+        summary.model = m_context.options.model;
+        m_context.sink.result(summary);
+        return m_context.lastWords(summary.exitCode)();
+    });
+}
+
+void UpdateCommand::tell(const UpdateSummary &summary)
+{
+    LastResort::setLastWords(m_context.lastWords(summary.exitCode));
+    m_context.sink.result(summary);
 }
 
 /// Tells of the device that the update takes, as the list would.
@@ -97,7 +122,7 @@ UpdateSummary UpdateCommand::finish(UpdateReason reason, const QString &model)
     summary.result = {outcomeOf(reason), UpdateStage::Idle, reason};
     summary.exitCode = exitCodeOf(summary.result);
     summary.model = model;
-    m_context.sink.result(summary);
+    tell(summary);
     return summary;
 }
 
