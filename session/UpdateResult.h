@@ -15,6 +15,7 @@ enum class UpdateReason {
     AddressNotFound,      ///< The manifest did not arrive or has no address for the model.
     DownloadFailed,       ///< The image did not arrive completely.
     ChecksumMismatch,     ///< The image has another checksum than the manifest says, or there is none.
+    SignatureRefused,     ///< The image has no valid signature of its maker's, where one is needed.
     BootloaderNotEntered, ///< The device did not take the update-mode report.
     UnknownWriteType,     ///< The write type is neither "USB" nor "HID".
     ToolNotStarted,       ///< The flasher or the IAP programmer could not be started.

@@ -25,7 +25,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
                       "a signature of the comment");
         Fuzz::require(!signature.trustedComment.contains('\n'), "a comment is one line");
     }
-    const ImageVerifier verifier({QString::fromLatin1(keyText)});
+    const ImageVerifier verifier({QString::fromLatin1(keyText.constData(), keyText.size())});
     const ImageVerifier::Result result = verifier.verifySignature(text, QString());
     if (result.verdict == SignatureVerdict::Valid)
         Fuzz::require(key && key->id == result.signature.keyId && form == SignatureVerdict::Valid,
