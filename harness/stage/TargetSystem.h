@@ -44,5 +44,6 @@ public:
     virtual QString text(const QByteArray &contents) const = 0;
 };
 
-/// The system that this process itself runs on, and the build that it belongs to.
-std::unique_ptr<TargetSystem> makeNativeSystem();
+/// The system that this process itself runs on. The program under test is `program`, or that of the build
+/// that this process belongs to.
+std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program = QString());
