@@ -85,7 +85,7 @@ ARequestOfTheBusThatIsNotListedIsFound() {
     finds 'the table "Request" lacks `status`' 2
 }
 AnOperationOfTheProbeThatIsNotListedIsFound() {
-    changed harness/probe/ProbeDialogue.cpp 's/operation == QLatin1String\("tree"\)/operation == QLatin1String("wood")/'
+    changed harness/probe/ProbeRequestHandler.cpp 's/operation == QLatin1String\("tree"\)/operation == QLatin1String("wood")/'
     finds 'the table "Operation" lacks `wood`' 2
 }
 AModuleThatMayIncludeMoreIsFoundAndItsGraphDrawnAnew() {

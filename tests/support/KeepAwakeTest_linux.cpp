@@ -205,21 +205,21 @@ TEST_F(KeepAwakeTest, AnUpdateHoldsItFromTheFirstFlasherToEveryEnding)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     int lent = 0;
-    for (const UpdateStage ending : {UpdateStage::Idle, UpdateStage::Blocked, UpdateStage::Leaving}) {
+    for (const UpdateStage ending : {UpdateStage::Idle, UpdateStage::Blocked, UpdateStage::ProgramClosed}) {
         for (const UpdateStage writing : {UpdateStage::Flashing, UpdateStage::Programming}) {
             AwakeWhileWriting update(why, 0, m_lines.log());
             for (const UpdateStage stage : {UpdateStage::Fetching, UpdateStage::AskingForModel,
                                             UpdateStage::EnteringBootloader, UpdateStage::AskingProgrammer})
-                update.note(stage);
+                update.onStageChanged(stage);
             EXPECT_EQ(m_manager->questions().size(), lent);
-            update.note(writing);
+            update.onStageChanged(writing);
             EXPECT_TRUE(waitUntilHeld(1));
             for (const UpdateStage stage :
                  {UpdateStage::EnteringBootloader, writing, UpdateStage::Resetting}) {
-                update.note(stage);
+                update.onStageChanged(stage);
                 EXPECT_EQ(m_manager->held(), 1);
             }
-            update.note(ending);
+            update.onStageChanged(ending);
             EXPECT_TRUE(waitUntilHeld(0));
             EXPECT_EQ(m_manager->lent(), ++lent);
         }
