@@ -160,6 +160,29 @@ def check_functions():
                 complaints.append(f"{page}: no source has {name})")
 
 
+def check_variables():
+    """Looks for each variable that a guide names in what is no guide."""
+    named = run("git", "grep", "-oE", "--untracked", r"QUILLMARSH_[A-Z_]*[A-Z]", "--", "*.md")
+    known = set(run("git", "grep", "-hoE", "--untracked", r"QUILLMARSH_[A-Z_]*[A-Z]", "--", ".", ":!*.md").split())
+    for line in sorted(set(named.split())):
+        page, name = line.split(":")
+        if name not in known:
+            complaints.append(f"{page}: nothing uses {name}")
+
+
+def check_threads():
+    """Looks for each product file that starts a thread in the section on threads."""
+    page = "docs/architecture.md"
+    section = read(page).partition("## Threads\n")[2].partition("\n## ")[0]
+    product = [line.split()[0] for line in run("cmake", "-P", "cmake/print-modules.cmake").splitlines()
+               if " product:" in line]
+    files = run("git", "grep", "-lI", "--untracked", "-E", r"std::thread( m_\w+;|\()|QtConcurrent::run\(|new QThread", "--",
+                *[f"{module}/*.{suffix}" for module in product for suffix in ("cpp", "h")]).split()
+    for name in sorted({re.sub(r"_(win|linux)$", "", os.path.splitext(os.path.basename(file))[0]) for file in files}):
+        if f"`{name}`" not in section:
+            complaints.append(f"{page}: the section on threads lacks `{name}`")
+
+
 def check_version():
     version = re.search(r"^project\(.* VERSION ([\d.]+)", read("CMakeLists.txt"), re.MULTILINE).group(1)
     newest = {
@@ -178,7 +201,7 @@ def check_version():
 
 
 for check in (check_scripts, check_presets, check_simulator, check_harness, check_modules, check_functions,
-              check_version):
+              check_variables, check_threads, check_version):
     try:
         check()
     except FileNotFoundError as error:

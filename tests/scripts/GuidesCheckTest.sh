@@ -97,6 +97,16 @@ AModuleThatMayIncludeMoreIsFoundAndItsGraphDrawnAnew() {
     grep -qF 'driver --> session' docs/architecture.md || fail 'the graph lacks the new arrow'
     WithoutAChangeItPasses
 }
+AVariableThatIsGoneIsFound() {
+    local gone=QUILLMARSH_
+    gone+=GONE # in two parts, or this script would use it
+    changed harness/README.md "s/QUILLMARSH_NO_NAMESPACE/$gone/"
+    finds "harness/README.md: nothing uses $gone"
+}
+AThreadThatIsNotListedIsFound() {
+    echo 'void f() { std::thread([] {}).detach(); }' >support/Wanderer_win.cpp
+    finds 'the section on threads lacks `Wanderer`'
+}
 AFunctionThatIsGoneIsFound() {
     changed docs/architecture.md 's/readFlasherChunk\(\)`/readFlasherPiece()`/'
     finds 'docs/architecture.md: no source has readFlasherPiece()'
