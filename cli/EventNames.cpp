@@ -21,7 +21,7 @@ QLatin1String EventNames::of(UpdateStage stage)
         return QLatin1String("programming");
     case UpdateStage::Blocked:
         return QLatin1String("blocked");
-    case UpdateStage::Leaving:
+    case UpdateStage::ProgramClosed:
         return QLatin1String("leaving");
     }
     return {};

@@ -122,7 +122,7 @@ QString LiveLine::nameOf(UpdateStage stage)
     case UpdateStage::Idle:
     case UpdateStage::AskingForModel:
     case UpdateStage::Blocked:
-    case UpdateStage::Leaving:
+    case UpdateStage::ProgramClosed:
         break;
     }
     return {};

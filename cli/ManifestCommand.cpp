@@ -102,7 +102,7 @@ void Verification::fetchImage(const QString &model, const QString &address, cons
     constexpr int segmentCount = 10;
     const QString file = m_context.folder() + QLatin1String("/image");
     const QByteArray signature = FirmwareManifest::signature(root, model).toUtf8();
-    ThreadFileDownloader downloader(nullptr, nullptr);
+    ThreadFileDownloader downloader;
     downloader.failWhenGivenUp = true;
     downloader.url = address;
     downloader.savePath = file;

@@ -156,7 +156,7 @@ void UpdateRun::runWorkflow(const UpdateRequest &request)
     const UpdatePaths updatePaths = paths();
     const LaunchOptions normalMode;
     FileDownloaderHTTP downloader(nullptr, &m_reporter);
-    ThreadFileDownloader segments(nullptr, nullptr);
+    ThreadFileDownloader segments;
     segments.failWhenGivenUp = true;
     segments.progressWatcher = [this](qint64 bytes, qint64 total) {
         const int percent =
@@ -196,11 +196,11 @@ bool UpdateRun::startIapPanel()
 
 void UpdateRun::noteStage(UpdateStage stage)
 {
-    m_awake.note(stage);
+    m_awake.onStageChanged(stage);
     if (m_inStage.isValid())
         m_summary.seconds[m_stage] += static_cast<double>(m_inStage.elapsed()) / 1000.0;
     m_inStage.invalidate();
-    if (stage == UpdateStage::Idle || stage == UpdateStage::Leaving)
+    if (stage == UpdateStage::Idle || stage == UpdateStage::ProgramClosed)
         return;
     m_stage = stage;
     m_inStage.start();

@@ -34,7 +34,7 @@ CliScenario::CliScenario(const QString &model, const QString &executable)
         program.unsetVariable(QLatin1String(name));
 }
 
-bool CliScenario::startSurroundings()
+bool CliScenario::startServerAndBus()
 {
     if (m_started)
         return true;
@@ -53,7 +53,7 @@ bool CliScenario::startSurroundings()
 
 bool CliScenario::start(const QStringList &arguments)
 {
-    if (!startSurroundings())
+    if (!startServerAndBus())
         return false;
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
@@ -68,7 +68,7 @@ std::optional<int> CliScenario::run(const QStringList &arguments, int limitMs)
 QList<QJsonObject> CliScenario::events() const
 {
     QStringList lines = program.standardOutput().split(QLatin1Char('\n'));
-    // What comes after the last line feed is not a whole line yet.
+    // The text after the last line feed is not a complete line yet.
     lines.removeLast();
     QList<QJsonObject> objects;
     for (const QString &line : qAsConst(lines))

@@ -40,7 +40,7 @@ struct Address
 /// Looks up the address of the device's image.
 Address fileAddress(const QJsonObject &root, const QString &deviceKey);
 
-/// Returns the image's MD5 sum as the manifest gives it, or an empty text.
+/// Returns the MD5 of the image according to the manifest, or an empty string.
 QString md5(const QJsonObject &root, const QString &deviceKey);
 
 /// Returns the image's signature as the manifest gives it, or an empty text.

@@ -30,7 +30,7 @@ UpdatePaths ProgramPaths::update()
 
 QString ProgramPaths::updateLock()
 {
-    // Not in the temporary folder, which the launcher moves: every program of the user finds this one.
+    // Not in the temporary folder, which differs between programs if the launcher has changed it.
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
            QLatin1String("/QuillmarshV3TmpPath.lock");
 }

@@ -20,7 +20,7 @@ public:
         return busControllerCommand(descriptionFile);
     }
 
-    QString furnish(const StageFolders &folders, QProcessEnvironment &environment) override
+    QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) override
     {
         environment.insert(QStringLiteral("HOME"), folders.home);
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folders.home + QLatin1String("/.config"));
@@ -31,7 +31,7 @@ public:
         environment.insert(QStringLiteral("QT_PLUGIN_PATH"), BuildPaths::plugins());
         environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
         environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), folders.probePortFile);
-        // Nothing is drawn with OpenGL, and the software driver costs time and memory and leaks.
+        // The program does not use OpenGL, and the software driver costs time and memory and leaks.
         environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
         return QString();
     }
@@ -54,7 +54,7 @@ public:
     }
 
     QStringList command(const QString &program) const override { return {program}; }
-    QString nameOf(const QString &path) const override { return path; }
+    QString toProgramPath(const QString &path) const override { return path; }
     QString text(const QByteArray &contents) const override { return QString::fromUtf8(contents); }
 
 private:

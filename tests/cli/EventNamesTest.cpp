@@ -19,7 +19,7 @@ QStringList names(Enumeration last, const NameOf &nameOf)
 
 TEST(EventNamesTest, EachStageHasTheNameThatCompanionsKnow)
 {
-    EXPECT_EQ(names(UpdateStage::Leaving, [](UpdateStage stage) { return EventNames::of(stage); }),
+    EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); }),
               list({"idle", "fetching", "asking-for-model", "entering-bootloader", "flashing", "resetting",
                     "asking-programmer", "programming", "blocked", "leaving"}));
 }
@@ -61,7 +61,7 @@ TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
 
 TEST(EventNamesTest, NoTwoHaveTheSameName)
 {
-    EXPECT_EQ(names(UpdateStage::Leaving, [](UpdateStage stage) { return EventNames::of(stage); })
+    EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); })
                   .removeDuplicates(),
               0);
     EXPECT_EQ(names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); })
