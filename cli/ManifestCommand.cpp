@@ -94,7 +94,7 @@ QString Verification::fetchSum(const QString &address)
     if (m_context.folder().isEmpty())
         return {};
     const QString file = m_context.folder() + QLatin1String("/image");
-    ThreadFileDownloader downloader(nullptr, nullptr);
+    ThreadFileDownloader downloader;
     downloader.failWhenGivenUp = true;
     downloader.url = address;
     downloader.savePath = file;

@@ -132,7 +132,7 @@ void UpdateRun::runWorkflow(const UpdateRequest &request)
     const UpdatePaths updatePaths = paths();
     const LaunchOptions normalMode;
     FileDownloaderHTTP downloader(nullptr, &m_reporter);
-    ThreadFileDownloader segments(nullptr, nullptr);
+    ThreadFileDownloader segments;
     segments.failWhenGivenUp = true;
     segments.progressWatcher = [this](qint64 bytes, qint64 total) {
         const int percent =

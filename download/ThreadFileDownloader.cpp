@@ -14,7 +14,6 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
-#include <QLabel>
 #include <QStorageInfo>
 #include <QThread>
 #include <QUrl>
@@ -42,14 +41,7 @@ struct ThreadFileDownloader::Run
     bool fileProblemReported = false;
 };
 
-ThreadFileDownloader::ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock)
-    : parentArg(parentObject),
-      stateLabel(label),
-      m_clock(clock)
-{
-    if (label)
-        connect(this, &ThreadFileDownloader::setStateLabel, label, &QLabel::setText);
-}
+ThreadFileDownloader::ThreadFileDownloader(Clock &clock) : m_clock(clock) {}
 
 ThreadFileDownloader::~ThreadFileDownloader()
 {

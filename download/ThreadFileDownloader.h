@@ -24,8 +24,10 @@ class ThreadFileDownloader : public QObject
     Q_OBJECT
 
 public:
+    /// Shows the status lines nowhere; they are still emitted.
+    explicit ThreadFileDownloader(Clock &clock = Clock::real());
     /// `label` shows the status lines and may be null. `parentObject` is stored but not used as the QObject
-    /// parent: the caller owns this object.
+    /// parent: the caller owns this object. Programs that use this constructor link download_label.
     ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock = Clock::real());
     ~ThreadFileDownloader() override;
 
@@ -52,8 +54,8 @@ public:
     bool failWhenGivenUp = false;
     /// Called with the progress in bytes, on the thread of the download; may be empty.
     std::function<void(qint64 bytes, qint64 total)> progressWatcher;
-    QObject *parentArg;
-    QLabel *stateLabel;
+    QObject *parentArg = nullptr;
+    QLabel *stateLabel = nullptr;
 
 signals:
     void setProgressBarValue(int value);

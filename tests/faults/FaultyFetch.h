@@ -66,7 +66,7 @@ private:
     OwnSession m_session;
     UpdatePaths m_paths;
     FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
-    ThreadFileDownloader m_segmentWorker{nullptr, nullptr, m_clock};
+    ThreadFileDownloader m_segmentWorker{m_clock};
     int m_roundsWithSegments = 0;
     int m_lines = 0;
     qint64 m_lastStep = 0;

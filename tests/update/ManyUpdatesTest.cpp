@@ -95,8 +95,7 @@ protected:
     RecordingReporter m_downloadReporter;
     std::unique_ptr<FileDownloaderHTTP> m_downloader =
         std::make_unique<FileDownloaderHTTP>(nullptr, &m_downloadReporter);
-    std::unique_ptr<ThreadFileDownloader> m_segments =
-        std::make_unique<ThreadFileDownloader>(nullptr, nullptr, m_short);
+    std::unique_ptr<ThreadFileDownloader> m_segments = std::make_unique<ThreadFileDownloader>(m_short);
     QStringList m_log;
 };
 
