@@ -36,7 +36,7 @@ public:
         QThread::msleep(static_cast<unsigned long>(milliseconds));
         return true;
     }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 };
 
 /// Keeps the last lines, which say why a fetch failed.
@@ -110,7 +110,7 @@ private:
     UpdateChoices m_choices;
     UpdateRequest m_request;
     FileDownloaderHTTP m_downloader{nullptr, &m_manifestReporter};
-    ThreadFileDownloader m_worker{nullptr, nullptr};
+    ThreadFileDownloader m_worker;
     QString m_result;
 };
 
