@@ -2,12 +2,15 @@
 # Usage: cmake -P cmake/print-modules.cmake
 cmake_minimum_required(VERSION 3.24)
 include("${CMAKE_CURRENT_LIST_DIR}/ModuleList.cmake")
+set(lines "")
 foreach(module IN LISTS QUILLMARSH_MODULES)
     set(kind "")
     if(module IN_LIST QUILLMARSH_PRODUCT_MODULES)
         set(kind " product")
     endif()
     list(JOIN QUILLMARSH_MAY_INCLUDE_${module} " " allowed)
-    # message() writes to the standard error.
-    execute_process(COMMAND "${CMAKE_COMMAND}" -E echo "${module}${kind}: ${allowed}")
+    list(APPEND lines "${module}${kind}: ${allowed}")
 endforeach()
+list(JOIN lines "\n" text)
+# message() writes to the standard error.
+execute_process(COMMAND "${CMAKE_COMMAND}" -E echo "${text}")

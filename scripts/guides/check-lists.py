@@ -43,6 +43,9 @@ def codes(cell):
     return re.findall(r"`([^`]+)`", cell)
 
 
+MODULES = run("cmake", "-P", "cmake/print-modules.cmake").splitlines()
+
+
 def compare(page, head, actual, source):
     """Compares the names in the first column with those that `source` has."""
     global checked
@@ -100,7 +103,7 @@ def check_harness():
 def modules():
     """Returns the modules, each with those that it may include beside itself, from the ground up."""
     allowed = {}
-    for line in run("cmake", "-P", "cmake/print-modules.cmake").splitlines():
+    for line in MODULES:
         name, _, others = line.partition(":")
         name = name.split()[0]
         allowed[name] = [other for other in dict.fromkeys(others.split()) if other != name]
@@ -174,8 +177,7 @@ def check_threads():
     """Looks for each product file that starts a thread in the section on threads."""
     page = "docs/architecture.md"
     section = read(page).partition("## Threads\n")[2].partition("\n## ")[0]
-    product = [line.split()[0] for line in run("cmake", "-P", "cmake/print-modules.cmake").splitlines()
-               if " product:" in line]
+    product = [line.split()[0] for line in MODULES if " product:" in line]
     files = run("git", "grep", "-lI", "--untracked", "-E", r"std::thread( m_\w+;|\()|QtConcurrent::run\(|new QThread", "--",
                 *[f"{module}/*.{suffix}" for module in product for suffix in ("cpp", "h")]).split()
     for name in sorted({re.sub(r"_(win|linux)$", "", os.path.splitext(os.path.basename(file))[0]) for file in files}):
