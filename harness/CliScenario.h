@@ -16,8 +16,10 @@
 class CliScenario
 {
 public:
-    /// Prepares a server with an image for `model`, a bus with that device, and a control list with it.
-    explicit CliScenario(const QString &model);
+    /// Prepares a server with an image for `model`, a bus with that device, and a control list with it. The
+    /// program runs on `system`, in a folder whose name begins with `folderName`.
+    explicit CliScenario(const QString &model, std::unique_ptr<TargetSystem> system = makeNativeSystem(),
+                         const QString &folderName = QString());
     CliScenario(const CliScenario &) = delete;
     CliScenario &operator=(const CliScenario &) = delete;
 
@@ -60,10 +62,14 @@ public:
 
 private:
     bool startSurroundings();
+    /// Returns the files in the program's temporary, working and home folder, and beside itself.
+    QStringList files() const;
     bool fail(const QString &what, const QString &why);
 
     QString m_model;
     QByteArray m_image;
     QString m_error;
     bool m_started = false;
+    /// What lay there before the first start.
+    QStringList m_before;
 };

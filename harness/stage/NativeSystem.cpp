@@ -9,6 +9,7 @@ class NativeSystem : public TargetSystem
 {
 public:
     QString program() const override { return BuildPaths::program(); }
+    QString commandLineProgram() const override { return BuildPaths::commandLineProgram(); }
     QString standIn() const override { return BuildPaths::standIn(); }
     QStringList busController(const QString &descriptionFile) const override
     {

@@ -44,6 +44,12 @@ StagedProgram::StagedProgram(const QString &executable)
 {
 }
 
+StagedProgram StagedProgram::commandLine(std::unique_ptr<TargetSystem> system, const QString &folderName)
+{
+    const QString executable = system->commandLineProgram();
+    return StagedProgram(std::move(system), folderName, executable);
+}
+
 StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName,
                              const QString &given)
     : m_system(std::move(system)),

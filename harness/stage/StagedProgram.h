@@ -20,6 +20,9 @@ public:
     explicit StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName = QString());
     /// Copies `executable`, a program of the system that this process runs on.
     explicit StagedProgram(const QString &executable);
+    /// Copies the system's program that updates without a window.
+    static StagedProgram commandLine(std::unique_ptr<TargetSystem> system,
+                                     const QString &folderName = QString());
     ~StagedProgram();
     StagedProgram(const StagedProgram &) = delete;
     StagedProgram &operator=(const StagedProgram &) = delete;

@@ -23,8 +23,10 @@ class TargetSystem
 public:
     virtual ~TargetSystem() = default;
 
-    /// The program under test, and the executable that plays every tool that it starts.
+    /// The program under test, the one that updates without a window, and the executable that plays every
+    /// tool that they start.
     virtual QString program() const = 0;
+    virtual QString commandLineProgram() const = 0;
     virtual QString standIn() const = 0;
     /// The command that starts a controller whose bus programs of this system see.
     virtual QStringList busController(const QString &descriptionFile) const = 0;

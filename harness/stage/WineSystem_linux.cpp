@@ -23,6 +23,7 @@ public:
     QString systemDrive() const { return m_prefix.systemDrive(); }
 
     QString program() const override { return m_build + QLatin1String("/bin/quillmarsh.exe"); }
+    QString commandLineProgram() const override { return m_build + QLatin1String("/bin/quillmarsh-cli.exe"); }
     QString standIn() const override { return m_build + QLatin1String("/bin/quillmarsh-standin.exe"); }
     QStringList busController(const QString &descriptionFile) const override
     {

@@ -99,7 +99,7 @@ std::string nameOfSignal(const testing::TestParamInfo<int> &info)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, CliInterruptionTest, testing::Values(SIGINT, SIGTERM, SIGHUP), nameOfSignal);
+INSTANTIATE_TEST_SUITE_P(Each, CliInterruptionTest, testing::ValuesIn(endingSignals()), nameOfSignal);
 
 TEST_F(CliInterruptionTest, WhileItWaitsForADeviceItEndsAtOnce)
 {

@@ -16,6 +16,11 @@
 
 namespace CliCases {
 
+/// The system of the program under test; each test program has its own.
+std::unique_ptr<TargetSystem> programSystem();
+/// The signals that ask that program to end.
+QVector<int> endingSignals();
+
 using StandinScript::script;
 using StandinScript::scriptFor;
 using StandinScript::step;
@@ -63,10 +68,11 @@ protected:
                           << "\nerror: " << m_scenario->errorText().toStdString();
     }
 
-    CliScenario &scenario(const char *model = "DevMaa")
+    CliScenario &scenario(const char *model = "DevMaa", const QString &folderName = QString())
     {
         if (!m_scenario)
-            m_scenario = std::make_unique<CliScenario>(QString::fromLatin1(model));
+            m_scenario = std::make_unique<CliScenario>(QString::fromLatin1(model), CliCases::programSystem(),
+                                                       folderName);
         return *m_scenario;
     }
 

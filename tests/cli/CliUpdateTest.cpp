@@ -12,7 +12,7 @@ protected:
     {
         const QString path = scenario().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
         EXPECT_TRUE(WholeFile::write(path, bytes));
-        return path;
+        return scenario().program.nameOf(path);
     }
 
     const QByteArray m_bytes = QByteArray("an image of one's own \0 with a zero", 35).repeated(300);

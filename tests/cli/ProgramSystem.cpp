@@ -1,0 +1,13 @@
+#include "tests/cli/CliTest.h"
+
+#include <csignal>
+
+std::unique_ptr<TargetSystem> CliCases::programSystem()
+{
+    return makeNativeSystem();
+}
+
+QVector<int> CliCases::endingSignals()
+{
+    return {SIGINT, SIGTERM, SIGHUP};
+}

@@ -1,0 +1,16 @@
+#include "tests/cli/CliTest.h"
+
+#include "harness/stage/WineSystem_linux.h"
+
+#include <csignal>
+
+std::unique_ptr<TargetSystem> CliCases::programSystem()
+{
+    return makeWineSystem(QStringLiteral(WINDOWS_BUILD), WindowsVersion::Windows10);
+}
+
+QVector<int> CliCases::endingSignals()
+{
+    // Wine turns this one into the console's event of Ctrl+C, and has nothing for the others.
+    return {SIGINT};
+}
