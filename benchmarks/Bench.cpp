@@ -29,6 +29,8 @@ const QVector<Subject> &subjects()
         {"memory", Subjects::downloadMemory},
         {"log", Subjects::logFlood},
         {"idle", Subjects::idle},
+        {"cli-start", Subjects::cliStart},
+        {"cli-update", Subjects::cliUpdate},
     };
     return all;
 }

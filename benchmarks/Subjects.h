@@ -26,5 +26,7 @@ QString downloadMemory(BenchContext &context);
 QString md5(BenchContext &context);
 QString logFlood(BenchContext &context);
 QString idle(BenchContext &context);
+QString cliStart(BenchContext &context);
+QString cliUpdate(BenchContext &context);
 
 } // namespace Subjects
