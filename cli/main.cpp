@@ -73,7 +73,7 @@ QStringList withoutProgramName(const ProgramArguments &arguments)
 int main(int argc, char *argv[])
 {
     fillClosedStreams();
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quillmarsh-cli"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMARSH_VERSION));

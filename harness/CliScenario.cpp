@@ -29,7 +29,7 @@ CliScenario::CliScenario(const QString &model, std::unique_ptr<TargetSystem> sys
                          const QString &folderName)
     : devices{ModelOnBus::application(model)},
       firmware(FirmwareAddress::server()),
-      program(StagedProgram::commandLine(std::move(system), folderName)),
+      program(system ? std::move(system) : makeNativeSystem(BuildPaths::commandLineProgram()), folderName),
       m_model(model),
       m_image(firmware.addModel(model, cliImageBytes))
 {
@@ -40,7 +40,7 @@ CliScenario::CliScenario(const QString &model, std::unique_ptr<TargetSystem> sys
         program.unsetVariable(QLatin1String(name));
 }
 
-bool CliScenario::startSurroundings()
+bool CliScenario::startServerAndBus()
 {
     if (m_started)
         return true;
@@ -60,7 +60,7 @@ bool CliScenario::startSurroundings()
 
 bool CliScenario::start(const QStringList &arguments)
 {
-    if (!startSurroundings())
+    if (!startServerAndBus())
         return false;
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
@@ -75,7 +75,7 @@ std::optional<int> CliScenario::run(const QStringList &arguments, int limitMs)
 QList<QJsonObject> CliScenario::events() const
 {
     QStringList lines = program.standardOutput().split(QLatin1Char('\n'));
-    // What comes after the last line feed is not a whole line yet.
+    // The text after the last line feed is not a complete line yet.
     lines.removeLast();
     QList<QJsonObject> objects;
     for (const QString &line : qAsConst(lines))

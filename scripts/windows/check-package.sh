@@ -80,7 +80,7 @@ update_with() {
     left_since "$left" | grep -v '/upgcmd\.exe\.' >"$work/left" || true
     [ ! -s "$work/left" ] || { cat "$work/left"; fail 'quillmarsh-cli has left something'; }
     run_update "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
-    grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+    grep -c '^206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
     cp "$work"/real/* "$1/"
     rm -r "$1/generic" "$1"/upgcmd.exe*
 }

@@ -12,7 +12,7 @@ protected:
     {
         const QString path = scenario().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
         EXPECT_TRUE(WholeFile::write(path, bytes));
-        return scenario().program.nameOf(path);
+        return scenario().program.toProgramPath(path);
     }
 
     const QByteArray m_bytes = QByteArray("an image of one's own \0 with a zero", 35).repeated(300);

@@ -1,10 +1,11 @@
+#include "harness/BuildPaths.h"
 #include "tests/cli/CliTest.h"
 
 #include <csignal>
 
 std::unique_ptr<TargetSystem> CliCases::programSystem()
 {
-    return makeNativeSystem();
+    return makeNativeSystem(BuildPaths::commandLineProgram());
 }
 
 QVector<int> CliCases::endingSignals()

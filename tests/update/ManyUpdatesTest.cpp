@@ -21,7 +21,7 @@ class ShortClock : public Clock
 public:
     qint64 nowMs() const override { return Clock::real().nowMs(); }
     bool sleepMs(int milliseconds) override { return Clock::real().sleepMs(qMin(milliseconds, 3)); }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 };
 
 /// Whole updates in one process, with a real server and real flashers.

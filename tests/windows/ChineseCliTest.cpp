@@ -32,7 +32,7 @@ TEST_F(ChineseCliTest, AChineseFileIsWrittenAndAChineseLogFileIsKept)
     ASSERT_TRUE(WholeFile::write(inWork("固件 1.img"), bytes));
     m_expectsNoFiles = false;
     EXPECT_EQ(run({update, QStringLiteral("--file"), QStringLiteral("固件 1.img"), QStringLiteral("--md5"),
-                   sumOf(bytes), QStringLiteral("--log"), s.program.nameOf(inWork("日志.txt"))}),
+                   sumOf(bytes), QStringLiteral("--log"), s.program.toProgramPath(inWork("日志.txt"))}),
               0);
     EXPECT_EQ(s.burned(), bytes);
     EXPECT_TRUE(WholeFile::read(inWork("日志.txt")).contains("Burn Image Success"));

@@ -6,7 +6,7 @@
 
 std::unique_ptr<TargetSystem> CliCases::programSystem()
 {
-    return makeWineSystem(QStringLiteral(WINDOWS_BUILD), WindowsVersion::Windows10);
+    return makeWineCommandLineSystem(QStringLiteral(WINDOWS_BUILD));
 }
 
 QVector<int> CliCases::endingSignals()
