@@ -102,6 +102,7 @@ left_since "$work/before" >"$work/left"
 step 'Installed and removed'
 install
 [ -f "$installed/quillmarsh.exe" ] || fail 'the program is not there'
+ls "$installed"/libsodium-*.dll >/dev/null || fail 'the library that verifies signatures is not there'
 cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
 wine reg query "$uninstall_key" /v DisplayVersion
 find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'
