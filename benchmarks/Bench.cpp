@@ -29,6 +29,7 @@ const QVector<Subject> &subjects()
         {"memory", Subjects::downloadMemory},
         {"log", Subjects::logFlood},
         {"idle", Subjects::idle},
+        {"serve", Subjects::serve},
     };
     return all;
 }

@@ -26,5 +26,6 @@ QString downloadMemory(BenchContext &context);
 QString md5(BenchContext &context);
 QString logFlood(BenchContext &context);
 QString idle(BenchContext &context);
+QString serve(BenchContext &context);
 
 } // namespace Subjects
