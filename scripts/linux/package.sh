@@ -11,6 +11,8 @@ sources=packaging/linux
 desktop-file-validate "$sources/quillmarsh.desktop"
 appstreamcli validate --no-net --pedantic "$sources"/*.metainfo.xml
 
+SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
+export SOURCE_DATE_EPOCH
 # Hardened as the distribution hardens what it builds itself.
 flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get "$1"; }
 mkdir -p "$packages"

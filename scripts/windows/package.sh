@@ -21,6 +21,10 @@ name=quillmarsh-$version-windows-x64
 work=build/packages/windows
 folder=$work/quillmarsh-$version
 rm -rf "$work"
+# Modes, times and the order of names are in the archive and the installer.
+umask 022
+SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
+export SOURCE_DATE_EPOCH TZ=UTC
 mkdir -p "$folder/licences"
 cp -r "$program/." "$folder/"
 cp "$folder/qmake/ControlDevList.json" "$folder/qmake/ControlDevList.default.json"
@@ -43,7 +47,10 @@ for text in LGPL-2.1 LGPL-3 GPL-2 GPL-3; do
 done
 windows_text packaging/windows/LICENCES.txt "$folder/licences/README.txt"
 
-(cd "$work" && zip -q -9 -X -r "../$name.zip.new" "quillmarsh-$version")
+find "$folder" -type f -exec chmod 644 {} + -o -type d -exec chmod 755 {} +
+find "$folder" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+rm -f "build/packages/$name.zip.new"
+(cd "$work" && find "quillmarsh-$version" | LC_ALL=C sort | zip -q -9 -X -@ "../$name.zip.new")
 mv "build/packages/$name.zip.new" "build/packages/$name.zip"
 
 # What is installed and removed, file by file. The list is written by the installer itself: the
