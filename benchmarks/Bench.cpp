@@ -32,6 +32,7 @@ const QVector<Subject> &subjects()
         {"idle", Subjects::idle},
         {"cli-start", Subjects::cliStart},
         {"cli-update", Subjects::cliUpdate},
+        {"serve", Subjects::serve},
     };
     return all;
 }

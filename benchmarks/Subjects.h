@@ -29,5 +29,6 @@ QString logFlood(BenchContext &context);
 QString idle(BenchContext &context);
 QString cliStart(BenchContext &context);
 QString cliUpdate(BenchContext &context);
+QString serve(BenchContext &context);
 
 } // namespace Subjects

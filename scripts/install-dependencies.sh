@@ -11,10 +11,10 @@ packages=(
     libgtest-dev libgmock-dev
     clang libclang-rt-14-dev clang-format clang-tidy
     nlohmann-json3-dev
-    nginx-core openssl dbus-daemon python3 python3-jsonschema jq
+    nginx-core jq osslsigncode openssl dbus-daemon python3 python3-jsonschema
     xvfb xauth xdotool openbox wmctrl
     fonts-dejavu-core fonts-noto-cjk
-    iproute2 util-linux
+    iproute2 util-linux unzip
     "$@"
 )
 

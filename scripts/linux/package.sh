@@ -5,12 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 packages=$PWD/build/packages
 log=$PWD/build/package.log
-scripts/install-dependencies.sh lintian appstream desktop-file-utils dpkg-dev
+scripts/install-dependencies.sh lintian appstream desktop-file-utils dpkg-dev jq python3
 
 sources=packaging/linux
 desktop-file-validate "$sources/quillmarsh.desktop"
 appstreamcli validate --no-net --pedantic "$sources"/*.metainfo.xml
 
+SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
+export SOURCE_DATE_EPOCH
 # Hardened as the distribution hardens what it builds itself.
 flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get "$1"; }
 mkdir -p "$packages"
@@ -30,4 +32,14 @@ lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error,warning "$pa
 for program in quillmarsh quillmarsh-cli; do
     scripts/check-server-address.sh "build/package/bin/$program" build/package
 done
+
+# What the package holds and needs, beside it.
+contents=$(mktemp -d)
+trap 'rm -rf "$contents"' EXIT
+dpkg-deb -x "$package" "$contents"
+list=${package%.deb}.spdx.json
+scripts/make-spdx.py linux "$contents" "$(basename "$package" .deb)" "$version" \
+    --depends "$(dpkg-deb -f "$package" Depends)" >"$list.new"
+mv "$list.new" "$list"
+scripts/check-spdx.sh "$list" "$package"
 echo "$package"

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Cross-builds the program for Windows x64, and every test of it, with warnings as errors. What is to be
 # shipped is left in build/windows/quillmarsh, a folder that starts as it is on Windows.
-# The first time on a machine takes half an hour, for the libraries (libraries.sh).
+# The first time on a machine takes half an hour, for the libraries (libraries.sh). With --product only what is
+# shipped is built.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -22,9 +23,11 @@ for build in build/mingw build/mingw-release; do
     fi
 done
 
-step 'Program and tests'
-cmake --preset mingw
-cmake --build --preset mingw
+if [ "${1-}" != --product ]; then
+    step 'Program and tests'
+    cmake --preset mingw
+    cmake --build --preset mingw
+fi
 
 step 'Program, as it is shipped'
 cmake --preset mingw-release

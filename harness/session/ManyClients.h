@@ -5,6 +5,7 @@
 #include <QMap>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -18,12 +19,17 @@ struct ClientResults
     QStringList failures;
     /// Repeated requests of the clients that ended with an image.
     int retries = 0;
+    /// Milliseconds that each of these took.
+    QVector<double> tookMs;
 };
 
 /// Clients that fetch an image at the same time, in processes of at most 25. The destructor ends them.
 class ManyClients
 {
 public:
+    /// `program` is quillmarsh-fetch-clients.
+    explicit ManyClients(const QString &program) : m_program(program) {}
+
     /// Starts so many clients. Returns false if that fails: see errorText().
     bool start(int clients, const QString &manifestUrl, const QString &model, const QString &authority);
     /// Returns whether bytes of an image have arrived at each client.
@@ -36,6 +42,7 @@ public:
     QString errorText() const;
 
 private:
+    QString m_program;
     QTemporaryDir m_folder;
     /// One for each client.
     QStringList m_folders;
