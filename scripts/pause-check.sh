@@ -4,7 +4,7 @@
 #
 # scripts/pause-check.sh [RUNS] [-- CTEST ARGUMENTS]
 #
-# For example: scripts/pause-check.sh 3 -- -R 'Leaving|LogLoad'
+# For example: scripts/pause-check.sh 3 -- -R 'Close|LogLoad'
 # The tests have to be built. Needs process namespaces: run it as root, or where users may have namespaces.
 set -euo pipefail
 cd "$(dirname "$0")/.."
