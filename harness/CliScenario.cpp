@@ -18,19 +18,13 @@ namespace {
 
 constexpr int cliImageBytes = 1024 * 1024 + 7;
 
-/// Returns whether the file was beside the program from the start or is a record of the stand-in tools.
-bool belongsToStage(const QString &name)
-{
-    return name == QFileInfo(BuildPaths::commandLineProgram()).fileName() ||
-           name == QLatin1String("ControlDevList.json") || name.contains(QLatin1String(".exe"));
-}
-
 } // namespace
 
-CliScenario::CliScenario(const QString &model)
+CliScenario::CliScenario(const QString &model, const QString &executable)
     : devices{ModelOnBus::application(model)},
       firmware(FirmwareAddress::server()),
-      program(BuildPaths::commandLineProgram()),
+      program(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
+      m_executable(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
       m_model(model),
       m_image(firmware.addModel(model, cliImageBytes))
 {
@@ -116,6 +110,12 @@ QByteArray CliScenario::burned(const QString &key)
     if (!bus.saveImage(key.isEmpty() ? m_model : key, path))
         return {};
     return WholeFile::read(path);
+}
+
+bool CliScenario::belongsToStage(const QString &name) const
+{
+    return name == QFileInfo(m_executable).fileName() || name == QLatin1String("ControlDevList.json") ||
+           name.contains(QLatin1String(".exe"));
 }
 
 QStringList CliScenario::filesLeft() const

@@ -17,7 +17,8 @@ class CliScenario
 {
 public:
     /// Prepares a server with an image for `model`, a bus with that device, and a control list with it.
-    explicit CliScenario(const QString &model);
+    /// The program is `executable`, or that of the build.
+    explicit CliScenario(const QString &model, const QString &executable = QString());
     CliScenario(const CliScenario &) = delete;
     CliScenario &operator=(const CliScenario &) = delete;
 
@@ -62,6 +63,11 @@ private:
     bool startServerAndBus();
     bool fail(const QString &what, const QString &why);
 
+    /// Returns whether a file of this name lay beside the program from the start, or is a record of the
+    /// stand-in tools.
+    bool belongsToStage(const QString &name) const;
+
+    QString m_executable;
     QString m_model;
     QByteArray m_image;
     QString m_error;

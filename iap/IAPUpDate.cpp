@@ -175,7 +175,18 @@ bool IAPUpDate::beginRun()
     if (!session.begin(UpdateStage::AskingProgrammer, *m_host))
         return false;
     session.useImage(image);
-    return true;
+    return checkImage();
+}
+
+/// Has the file checked that the user wants programmed, and ends the run if it is refused.
+bool IAPUpDate::checkImage()
+{
+    m_form.portType->setEnabled(false);
+    const UpdateReason reason = m_host->checkUpdateFile();
+    m_form.portType->setEnabled(true);
+    if (reason != UpdateReason::None)
+        endRun(reason, {});
+    return reason == UpdateReason::None;
 }
 
 std::optional<IapRun> IAPUpDate::prepareRun()

@@ -73,6 +73,7 @@ private:
     std::optional<IapRun> prepareRun();
     void readForm(IapRun &run) const;
     bool beginRun();
+    bool checkImage();
     void start(const IapRun &run);
     void endRun(UpdateReason reason, const std::function<void()> &giveControlsBack);
     void warnAboutFile();

@@ -1,5 +1,6 @@
 #include "update/ProgramPaths.h"
 
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 
 #include <QCoreApplication>
@@ -23,7 +24,8 @@ UpdatePaths ProgramPaths::update()
             application + QLatin1String("/upgcmd.exe"),
             application + QLatin1String("/upgcmdHid.exe"),
             firmwareManifestUrl(),
-            application + QLatin1String("/qmake/dev.jn")};
+            application + QLatin1String("/qmake/dev.jn"),
+            firmwareKeys()};
 }
 
 QString ProgramPaths::updateLock()

@@ -47,7 +47,7 @@ void UpdateChoices::dropServerImage()
 UpdateRequest UpdateChoices::request() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return {m_device, m_bootloaderPresent, m_localFileMode, m_image};
+    return {m_device, m_bootloaderPresent, m_localFileMode, m_image, {}, false};
 }
 
 void UpdateChoices::notifyImageWatcher() const

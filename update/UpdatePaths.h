@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// The paths of an update's tools and files. They do not change after start-up.
 struct UpdatePaths
@@ -15,6 +16,8 @@ struct UpdatePaths
     QString manifestUrl;
     /// The file in which the manifest is stored.
     QString savedManifest;
+    /// The keys of which one must have signed an image; see firmwareKeys().
+    QStringList firmwareKeys;
 
     QString downloadedImage() const { return temporaryFolder + QLatin1String("/tmp/dev.img"); }
     QString downloadedIapImage() const { return temporaryFolder + QLatin1String("/tmp/dev.bin"); }

@@ -3,6 +3,8 @@
 #include "devices/ChosenDevice.h"
 #include "update/FirmwareImage.h"
 
+#include <QString>
+
 /// The device and the image of an update, at the time when the user started it.
 struct UpdateRequest
 {
@@ -13,6 +15,13 @@ struct UpdateRequest
     bool localFileMode = false;
     /// The image to burn in local-file mode.
     FirmwareImage image;
+    /// The model of the device in its bootloader as somebody has named it beforehand; empty if nobody has.
+    QString namedModel;
+    /// Whether a local image without a signature is refused.
+    bool requireSignature = false;
+
+    /// Returns the model that is updated as far as it is known before the user is asked.
+    QString model() const { return inBootloader ? namedModel : device.name; }
 
     /// Returns whether the IAP programmer writes the image. A device in its bootloader is always written by a
     /// flasher, whatever was connected before.

@@ -1,5 +1,6 @@
 #include "update/UpdateWorkflow.h"
 
+#include "update/SignatureCheck.h"
 #include "update/TemporaryFolder.h"
 #include "update/UpdateTitles.h"
 #include "update/md5Check.h"
@@ -48,8 +49,7 @@ UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
         qDebug() << "Run LocalFile Update Model!";
         m_d.reporter.log(QStringLiteral("Run LocalFile Update Model!"));
         m_d.reporter.setStateTitle(UpdateTitles::localFile);
-        m_d.session.useImage(m_request.image.path);
-        return {};
+        return checkLocalImage();
     }
 
     if (!prepareFolders()) {
@@ -67,9 +67,38 @@ UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
         m_d.reporter.setStateTitle(UpdateTitles::md5Mismatch);
         return path.isEmpty() ? m_d.source.failure() : UpdateReason::ChecksumMismatch;
     }
+    if (const Ending refused = checkServerSignature(path, manifest))
+        return refused;
     m_d.choices.useServerImage(path, m_d.source.deviceKey());
     m_d.session.useImage(path);
     return {};
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::checkLocalImage()
+{
+    const QString &image = m_request.image.path;
+    const UpdateReason reason = SignatureCheck(m_d.reporter, m_d.clock, m_d.paths.firmwareKeys)
+                                    .checkLocalImage(image, m_request.model(), m_request.requireSignature);
+    if (reason == UpdateReason::None)
+        m_d.session.useImage(image);
+    return endingOf(reason);
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::checkServerSignature(const QString &image, const QJsonObject &manifest)
+{
+    return endingOf(SignatureCheck(m_d.reporter, m_d.clock, m_d.paths.firmwareKeys)
+                        .checkServerImage(image, manifest, m_d.source.deviceKey()));
+}
+
+/// Returns how the run ends after a check of its image's signature. A refused image ends it as a wrong sum
+/// does.
+UpdateWorkflow::Ending UpdateWorkflow::endingOf(UpdateReason reason)
+{
+    if (reason == UpdateReason::None)
+        return {};
+    if (reason == UpdateReason::SignatureRefused)
+        m_d.reporter.setStateTitle(UpdateTitles::md5Mismatch);
+    return reason;
 }
 
 bool UpdateWorkflow::prepareFolders()

@@ -41,6 +41,9 @@ private:
     using Ending = std::optional<UpdateReason>;
 
     Ending obtainImage();
+    Ending checkLocalImage();
+    Ending checkServerSignature(const QString &image, const QJsonObject &manifest);
+    Ending endingOf(UpdateReason reason);
     bool prepareFolders();
     bool prepareFolder(const QString &path);
     Ending handOverToIapPanel();

@@ -81,6 +81,14 @@ bool ChildProcess::end(int graceMs)
     return endedByItself;
 }
 
+void ChildProcess::kill()
+{
+    if (!isRunning())
+        return;
+    m_process.killAll();
+    waitForEnd(m_process, terminateLimitMs);
+}
+
 QString ChildProcess::errorText() const
 {
     return m_error + QLatin1Char('\n') + QString::fromUtf8(contents("stderr").right(errorTail));

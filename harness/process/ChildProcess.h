@@ -35,6 +35,8 @@ public:
     /// Closes standard input and gives the process `graceMs` to end; then terminates it, then kills it and
     /// its process group. Returns whether it ended by itself.
     bool end(int graceMs);
+    /// Kills the process and its process group at once.
+    void kill();
 
     /// Returns the last error, with the end of the process's standard error.
     QString errorText() const;

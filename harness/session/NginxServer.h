@@ -1,6 +1,6 @@
 #pragma once
 
-#include "harness/process/ChildProcess.h"
+#include "harness/session/NginxProcess.h"
 
 #include <QTemporaryDir>
 
@@ -39,6 +39,6 @@ private:
     QString file(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
     QTemporaryDir m_folder;
-    ChildProcess m_server;
+    NginxProcess m_server;
     QString m_error;
 };

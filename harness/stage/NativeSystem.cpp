@@ -8,7 +8,12 @@ namespace {
 class NativeSystem : public TargetSystem
 {
 public:
-    QString program() const override { return BuildPaths::program(); }
+    explicit NativeSystem(const QString &program)
+        : m_program(program.isEmpty() ? BuildPaths::program() : program)
+    {
+    }
+
+    QString program() const override { return m_program; }
     QString standIn() const override { return BuildPaths::standIn(); }
     QStringList busController(const QString &descriptionFile) const override
     {
@@ -51,11 +56,14 @@ public:
     QStringList command(const QString &program) const override { return {program}; }
     QString toProgramPath(const QString &path) const override { return path; }
     QString text(const QByteArray &contents) const override { return QString::fromUtf8(contents); }
+
+private:
+    const QString m_program;
 };
 
 } // namespace
 
-std::unique_ptr<TargetSystem> makeNativeSystem()
+std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program)
 {
-    return std::make_unique<NativeSystem>();
+    return std::make_unique<NativeSystem>(program);
 }

@@ -44,5 +44,6 @@ public:
     virtual QString text(const QByteArray &contents) const = 0;
 };
 
-/// Returns the system on which this process runs, with the programs of its own build.
-std::unique_ptr<TargetSystem> makeNativeSystem();
+/// Returns the system on which this process runs. The program under test is `program`, or that of this
+/// process's own build where it is empty.
+std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program = QString());

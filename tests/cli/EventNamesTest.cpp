@@ -26,12 +26,27 @@ TEST(EventNamesTest, EachStageHasTheNameThatCompanionsKnow)
 
 TEST(EventNamesTest, EachReasonHasTheNameThatCompanionsKnow)
 {
-    EXPECT_EQ(
-        names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); }),
-        list({"none", "no-device", "another-copy", "tool-missing", "no-access", "folder-unusable",
-              "no-model-chosen", "image-unreadable", "address-not-found", "download-failed",
-              "checksum-mismatch", "bootloader-not-entered", "unknown-write-type", "tool-not-started",
-              "device-not-reachable", "writing-failed", "image-refused", "not-prepared", "interrupted"}));
+    EXPECT_EQ(names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); }),
+              list({"none",
+                    "no-device",
+                    "another-copy",
+                    "tool-missing",
+                    "no-access",
+                    "folder-unusable",
+                    "no-model-chosen",
+                    "image-unreadable",
+                    "address-not-found",
+                    "download-failed",
+                    "checksum-mismatch",
+                    "signature-refused",
+                    "bootloader-not-entered",
+                    "unknown-write-type",
+                    "tool-not-started",
+                    "device-not-reachable",
+                    "writing-failed",
+                    "image-refused",
+                    "not-prepared",
+                    "interrupted"}));
 }
 
 TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
