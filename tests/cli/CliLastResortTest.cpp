@@ -16,7 +16,7 @@ protected:
     void interpose(const char *variable, const QString &value)
     {
         StagedProgram &program = scenario().program;
-        program.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAVING_INTERPOSER));
+        program.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(CLOSE_INTERPOSER));
         program.setVariable(QStringLiteral("INTERPOSE_MARK"), mark());
         program.setVariable(QLatin1String(variable), value);
     }

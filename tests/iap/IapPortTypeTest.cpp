@@ -52,7 +52,7 @@ TEST(IapPortTypeTest, UsbNamesDevicesAndCanCheck)
     EXPECT_EQ(look.crcEnabled, true);
 }
 
-TEST(IapPortTypeTest, CanAndSpiLeaveLabelAndCheckAsTheyWere)
+TEST(IapPortTypeTest, CanAndSpiDoNotChangeLabelAndCheck)
 {
     for (const QString &type : {can, spi}) {
         const IapPortType::Look look = IapPortType::look(type);
