@@ -1,4 +1,5 @@
 #include "harness/CliScenario.h"
+#include "harness/stage/TargetSystem.h"
 #include "simulator/files/WholeFile.h"
 
 #include <QCommandLineParser>
@@ -13,7 +14,7 @@ constexpr int noExitCode = 125;
 /// Runs the program and writes what the device received; returns its exit code.
 int run(const QString &program, const QString &model, const QString &burned, const QStringList &arguments)
 {
-    CliScenario scenario(model, program);
+    CliScenario scenario(model, makeNativeSystem(program));
     // The firmware server is the script's.
     scenario.withServer = false;
     const std::optional<int> exitCode = scenario.run(arguments);
