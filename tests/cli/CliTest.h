@@ -50,6 +50,8 @@ inline QString sumOf(const QByteArray &bytes)
 class CliTest : public testing::Test
 {
 protected:
+    CliTest() { dependsOnRealTime("the time limits of the program itself"); }
+
     void TearDown() override
     {
         if (!m_scenario)
