@@ -20,6 +20,8 @@ namespace CliCases {
 std::unique_ptr<TargetSystem> programSystem();
 /// The signals that ask that program to end.
 QVector<int> endingSignals();
+/// The milliseconds in which it has to end after one of them, unless a device is being written.
+int leaveLimitMs();
 
 using StandinScript::script;
 using StandinScript::scriptFor;
