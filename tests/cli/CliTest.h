@@ -20,6 +20,8 @@ namespace CliCases {
 std::unique_ptr<TargetSystem> programSystem();
 /// The signals that ask that program to end.
 QVector<int> endingSignals();
+/// The milliseconds in which it has to end after one of them, unless a device is being written.
+int leaveLimitMs();
 
 using StandinScript::script;
 using StandinScript::scriptFor;
@@ -50,6 +52,8 @@ inline QString sumOf(const QByteArray &bytes)
 class CliTest : public testing::Test
 {
 protected:
+    CliTest() { dependsOnRealTime("the time limits of the program itself"); }
+
     void TearDown() override
     {
         if (!m_scenario)

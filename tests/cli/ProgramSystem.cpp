@@ -12,3 +12,13 @@ QVector<int> CliCases::endingSignals()
 {
     return {SIGINT, SIGTERM, SIGHUP};
 }
+
+int CliCases::leaveLimitMs()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    // The sanitizer looks for leaks after the program has ended its own work.
+    return 15000;
+#else
+    return 2000;
+#endif
+}

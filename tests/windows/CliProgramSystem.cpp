@@ -14,3 +14,9 @@ QVector<int> CliCases::endingSignals()
     // Wine turns this one into the console's event of Ctrl+C, and has nothing for the others.
     return {SIGINT};
 }
+
+int CliCases::leaveLimitMs()
+{
+    // The program's two seconds, and those that Wine takes to end a process on a busy machine.
+    return 6000;
+}
