@@ -19,9 +19,13 @@ case $package in
     ;;
 *.exe)
     7zz x -y -o"$work/files" "$package" >"$work/7zz.log" 2>&1 || { tail -n 5 "$work/7zz.log" >&2; fail 'it cannot be unpacked'; }
-    # What the installer itself is made of, and what it makes of its files: its plugins, the uninstaller, the
-    # driver step's copies.
-    rm -rf "$work/files/\$PLUGINSDIR" "$work/files/"*[uU]ninst*.exe "$work/files/\$PROGRAMFILES64" "$work/files/\$0"
+    # What the installer itself is made of: its plugins, and the uninstaller.
+    rm -rf "$work/files/\$PLUGINSDIR" "$work/files/"*[uU]ninst*.exe
+    # The driver step's copies: none of them may be anything else than a listed file.
+    mkdir "$work/copies"
+    find "$work/files" -maxdepth 1 -name '$PROGRAMFILES*' -exec mv {} "$work/copies/" \;
+    # The control list is a copy that the installer makes, so that it can tell a user's own from it.
+    cp "$work/files/qmake/ControlDevList.default.json" "$work/files/qmake/ControlDevList.json" || fail 'it has no control list'
     ;;
 *) cp -r "$package/." "$work/files/" ;;
 esac
@@ -31,6 +35,11 @@ jq -r '.files[] | (.checksums[] | select(.algorithm == "SHA256") | .checksumValu
     LC_ALL=C sort -k 2 >"$work/listed"
 [ -s "$work/listed" ] || fail 'the list has no files'
 diff "$work/listed" "$work/has" >&2 || fail 'the lines marked "<" are listed, those marked ">" are there'
+if [ -d "$work/copies" ]; then
+    (cd "$work/copies" && find . -type f -exec sha256sum {} +) | while read -r sum copy; do
+        grep -q "^$sum " "$work/listed" || { echo "$copy is no listed file" >&2; exit 1; }
+    done || fail 'a copy for the driver step is another file'
+fi
 
 orphans=$(jq -r '[.relationships[] | select(.relationshipType == "CONTAINS") | .relatedSpdxElement] as $owned
     | .files[] | select(.SPDXID as $id | $owned | index($id) | not) | .fileName' "$list")
