@@ -17,7 +17,7 @@ class CliScenario
 {
 public:
     /// Prepares a server with an image for `model`, a bus with that device, and a control list with it.
-    /// The program is `executable`, or that of the build.
+    /// The program is `executable`, or the one of the build if that is empty.
     explicit CliScenario(const QString &model, const QString &executable = QString());
     CliScenario(const CliScenario &) = delete;
     CliScenario &operator=(const CliScenario &) = delete;
@@ -63,7 +63,7 @@ private:
     bool startServerAndBus();
     bool fail(const QString &what, const QString &why);
 
-    /// Returns whether a file of this name lay beside the program from the start, or is a record of the
+    /// Returns whether the file with this name was beside the program from the start or is a record of the
     /// stand-in tools.
     bool belongsToStage(const QString &name) const;
 
