@@ -66,7 +66,7 @@ public:
 
     IapDevice device;
     QString file = QStringLiteral("/srv/dev.bin");
-    /// What checkUpdateFile() returns, and what happens meanwhile.
+    /// The result of checkUpdateFile(), and a function that it calls.
     UpdateReason verdictOnFile = UpdateReason::None;
     std::function<void()> onCheck;
     QStringList titleKeys;

@@ -48,7 +48,7 @@ public:
 
     QList<int> longSleeps;
     std::function<void()> whileWatching;
-    /// How often it is still answered that the program is not leaving; always while there is no number.
+    /// How many more queries report that the program is not shutting down; unlimited if this is not set.
     mutable std::optional<int> questionsLeft;
 };
 
