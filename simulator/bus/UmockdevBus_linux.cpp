@@ -28,6 +28,11 @@ QByteArray hexDump(const QByteArray &bytes)
     return bytes.toHex().toUpper();
 }
 
+QByteArray usbNumber(int address)
+{
+    return QByteArray::number(usbMajor) + ':' + QByteArray::number(address - 1);
+}
+
 QByteArray hex4(int value)
 {
     return QByteArray::number(value, 16).rightJustified(4, '0');
@@ -179,11 +184,16 @@ struct UmockdevBus::Private
         return QString();
     }
 
-    void removeDevice(const QByteArray &path) const
+    /// `number` is the major and minor number, empty for a device without one.
+    void removeDevice(const QByteArray &path, const QByteArray &number = QByteArray()) const
     {
         // The event first: afterwards nobody could tell what it was that went.
         umockdev_testbed_uevent(testbed, ("/sys" + path).constData(), "remove");
         umockdev_testbed_remove_device(testbed, ("/sys" + path).constData());
+        // The testbed leaves this link, and would fail to make it for the next device of the number:
+        // addresses come again after 127 devices.
+        if (!number.isEmpty())
+            unlink((root + "/sys/dev/char/" + number).constData());
     }
 };
 
@@ -283,5 +293,5 @@ void UmockdevBus::remove(int id)
         d->removeDevice(path);
     for (const QByteArray &path : shown.interfaces)
         d->removeDevice(path);
-    d->removeDevice(shown.usb);
+    d->removeDevice(shown.usb, usbNumber(shown.address));
 }

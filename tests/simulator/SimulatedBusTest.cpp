@@ -122,6 +122,16 @@ protected:
     BusSession m_bus;
 };
 
+TEST_F(SimulatedBusTest, ABusOutlivesTheAddressesThatItHasForDevices)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1)});
+    for (int times = 0; times < 130; ++times) {
+        ASSERT_TRUE(bus().unplug(QStringLiteral("a"))) << times;
+        ASSERT_TRUE(bus().plug(QStringLiteral("a"))) << times << m_bus.errorText().toStdString();
+    }
+    EXPECT_EQ(usb(list()), QStringList{idsOf(1)});
+}
+
 TEST_F(SimulatedBusTest, DevicesAreListedInTheOrderOfTheirPositions)
 {
     startBus({deviceOf(QStringLiteral("b"), 2, {{QStringLiteral("position"), 30}}),
