@@ -34,7 +34,7 @@ public:
     QStringList arguments;
     /// Draw on the display that this process has, for people to look at, instead of one of its own.
     bool onExistingDisplay = false;
-    /// The size of that display of its own.
+    /// The size of that display of its own. A case may have started it already.
     QSize screen{1280, 900};
 
     FirmwareRoot firmware;
