@@ -13,6 +13,8 @@ QString commandLineProgram();
 QString busController();
 /// The one whose bus is seen only by libraries in place of libusb and hidapi.
 QString listedBusController();
+/// The one whose devices are gadgets on the kernel's own bus.
+QString gadgetBusController();
 QString firmwareServer();
 /// The executable that plays every tool that the program starts.
 QString standIn();
