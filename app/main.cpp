@@ -39,7 +39,7 @@ int run(const ProgramArguments &arguments)
 
 int main(int argc, char *argv[])
 {
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     Diagnostics::install();
     MainWindowLook::prepareQt();
     const QApplication application(argc, argv);

@@ -5,6 +5,7 @@
 #include "cli/DeviceSearch.h"
 #include "cli/ManifestFindings.h"
 #include "cli/ServerCheck.h"
+#include "cli/SignatureFindings.h"
 #include "cli/SystemFindings.h"
 #include "cli/Texts.h"
 #include "devices/Bootloader.h"
@@ -13,6 +14,7 @@
 #include "support/LaunchOptions.h"
 #include "support/ShutdownFlag.h"
 #include "support/UpdateLock.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareManifest.h"
 #include "update/FirmwareServerAddress.h"
 #include "update/ProgramPaths.h"
@@ -115,6 +117,10 @@ qint64 Check::lookAtServer()
     const Finding entry = ManifestFindings::entryFor(manifest.root, m_model);
     report(entry);
     report(ImageFindings::sum(QStringLiteral("image-sum"), FirmwareManifest::md5(manifest.root, m_model)));
+    if (!firmwareKeys().isEmpty())
+        report(SignatureFindings::signature(QStringLiteral("image-signature"),
+                                            FirmwareManifest::signature(manifest.root, m_model), m_model,
+                                            firmwareKeys()));
     if (entry.verdict != Finding::Verdict::Ok)
         return 0;
     const ImageFindings::Image image = ServerCheck::lookAtImage(

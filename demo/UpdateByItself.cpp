@@ -18,7 +18,8 @@ const QString chooser = QStringLiteral("firmwareChooser");
 
 void takePicture(DemoScenario &s, const char *name)
 {
-    const QString path = s.program.nameOf(QDir(s.options().pictures).absoluteFilePath(QLatin1String(name)));
+    const QString path =
+        s.program.toProgramPath(QDir(s.options().pictures).absoluteFilePath(QLatin1String(name)));
     // Wine draws frames around its windows, and with the wrong letters.
     if (s.options().windowsBuild.isEmpty())
         s.probe.grabScreen(path);

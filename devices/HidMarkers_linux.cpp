@@ -11,14 +11,14 @@ int countInSystem(const QByteArray &path)
     QFile file(QLatin1String("/sys/class/hidraw/") + node + QLatin1String("/device/report_descriptor"));
     if (!file.open(QIODevice::ReadOnly))
         return 0;
-    // What the kernel accepts at most.
+    // The kernel's limit.
     constexpr qint64 maximumBytes = 4096;
     return HidMarkers::topLevelCollections(file.read(maximumBytes));
 }
 
 } // namespace
 
-// "/dev/hidraw3" says nothing of interface and collection.
+// A path such as "/dev/hidraw3" contains neither the interface nor the collection.
 void HidMarkers::fill(QVector<HidInterface> &interfaces)
 {
     fillFromPositions(interfaces, &countInSystem);

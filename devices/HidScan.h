@@ -8,19 +8,19 @@
 
 #include <memory>
 
-/// Finds the interface of a composite device that takes the update-mode report, by a marker in its
-/// path. GUI thread.
+/// Finds the interface of a composite device that accepts the update-mode report, by a marker in its path.
+/// GUI thread only.
 namespace HidScan {
 
-/// Looks through all HID interfaces for the one that the model `name` needs and opens it: the
-/// first one that bears the marker and can be opened. Null when there is none. Each interface
-/// looked at adds a line to the file `interfaceLogPath`.
+/// Opens the HID interface that the model `name` needs: the first one that has the marker and can be opened.
+/// Returns null if there is none. Appends a line to the file `interfaceLogPath` for each interface that is
+/// examined.
 std::unique_ptr<HidDevice> findInterface(HidPort &port, const QString &name, quint32 vendorId,
                                          quint32 productId, Reporter &reporter,
                                          const QString &interfaceLogPath);
 
-/// The same for `device`, which keeps its earlier handle when nothing is found. A handle that is
-/// replaced is closed as soon as nobody writes to it any more.
+/// Like findInterface(), but stores the handle in `device`, which keeps its earlier handle if nothing is
+/// found. A replaced handle is closed once nobody writes to it any more.
 void run(HidPort &port, ChosenDevice &device, Reporter &reporter, const QString &interfaceLogPath);
 
 } // namespace HidScan

@@ -11,7 +11,7 @@ struct ListDeleter
 
 QString positionOf(libusb_device *device)
 {
-    // USB allows no more than seven hubs and devices in a row.
+    // USB allows at most seven levels of hubs and devices.
     quint8 ports[7];
     const int count = libusb_get_port_numbers(device, ports, sizeof ports);
     QString position = QString::number(libusb_get_bus_number(device));

@@ -16,7 +16,8 @@ bool UpdateSession::isRunning() const
 
 bool UpdateSession::isRunningLocked() const
 {
-    return m_stage != UpdateStage::Idle && m_stage != UpdateStage::Blocked && m_stage != UpdateStage::Leaving;
+    return m_stage != UpdateStage::Idle && m_stage != UpdateStage::Blocked &&
+           m_stage != UpdateStage::ProgramClosed;
 }
 
 bool UpdateSession::isWritingDevice() const
@@ -49,7 +50,7 @@ bool UpdateSession::begin(UpdateStage stage, Reporter &reporter)
         m_stage = stage;
         m_image.clear();
     }
-    tell(stage);
+    notifyWatcher(stage);
     return true;
 }
 
@@ -61,7 +62,7 @@ void UpdateSession::enter(UpdateStage stage)
             return;
         m_stage = stage;
     }
-    tell(stage);
+    notifyWatcher(stage);
 }
 
 void UpdateSession::useImage(const QString &path)
@@ -76,7 +77,7 @@ void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
 {
     UpdateStage next = UpdateStage::Idle;
     if (afterwards != Afterwards::Idle)
-        next = afterwards == Afterwards::Blocked ? UpdateStage::Blocked : UpdateStage::Leaving;
+        next = afterwards == Afterwards::Blocked ? UpdateStage::Blocked : UpdateStage::ProgramClosed;
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
         if (!isRunningLocked())
@@ -86,12 +87,12 @@ void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
         m_image.clear();
         m_stage = next;
     }
-    tell(next);
+    notifyWatcher(next);
     if (next == UpdateStage::Idle && giveControlsBack)
         giveControlsBack();
 }
 
-void UpdateSession::tell(UpdateStage stage) const
+void UpdateSession::notifyWatcher(UpdateStage stage) const
 {
     if (m_watcher)
         m_watcher(stage);

@@ -20,12 +20,13 @@ struct Options
 {
     QString model;
     QString image;
-    /// Holds whatever both sides see under the same name: the bus, the probe, standard streams.
+    /// A folder with the files that both sides access under the same path: the bus, the probe, standard
+    /// streams.
     QString stage;
-    /// The program's home and user; empty for a Windows program, which Wine's prefix belongs to.
+    /// The program's home and user; empty for a Windows program, whose Wine prefix determines them.
     QString home;
     QString user;
-    /// The bus of Windows programs.
+    /// The controller of the bus for Windows programs.
     QString listedController;
     QStringList command;
 
@@ -39,10 +40,10 @@ Options read(const QStringList &arguments)
         return QCommandLineOption(QLatin1String(name), QLatin1String(description), QStringLiteral("value"));
     };
     const auto model = option("model", "The model of the simulated device.");
-    const auto image = option("image", "What the device has to have received in the end.");
-    const auto stage = option("stage", "A folder that the program sees under the same name.");
-    const auto home = option("home", "The user's home, as the program sees it.");
-    const auto user = option("user", "The number of the user that the program runs as.");
+    const auto image = option("image", "The image that the device must have received in the end.");
+    const auto stage = option("stage", "A folder that the program sees under the same path.");
+    const auto home = option("home", "The home folder of the user, as the program sees it.");
+    const auto user = option("user", "The id of the user as whom the program runs.");
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Updates a simulated device with the program that a command starts."));
@@ -55,7 +56,8 @@ Options read(const QStringList &arguments)
             parser.value(user),  parser.value(controller), parser.positionalArguments()};
 }
 
-/// As the user that the program runs as, whom the bus's files have to obey.
+/// Runs the controller as the same user as the program, because the program must be able to use the bus's
+/// files.
 QStringList controllerOf(const Options &options, const QString &description)
 {
     const QStringList about{QStringLiteral("--description"), description};
@@ -87,7 +89,7 @@ QProcessEnvironment wineEnvironment(const Options &options)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    // The toolkit's own variables reach a Windows program only under this name.
+    // Wine passes variables that begin with "QT_" to a Windows program only if they have this prefix.
     environment.insert(QStringLiteral("WINEQT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
     environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"),
                        QLatin1String("Z:") + options.inStage("probe-port"));
@@ -105,7 +107,7 @@ Launch launchOf(const Options &options, const QString &display)
     return {program, command, folder, environment, options.inStage("stdout"), options.inStage("stderr")};
 }
 
-/// What a person does and sees; empty when all went well.
+/// Updates the device as a user would. Returns the problem, or an empty string.
 QString update(const Options &options, BusSession &bus, ProbeClient &probe)
 {
     const QString start = QStringLiteral("startButton");
@@ -122,7 +124,7 @@ QString update(const Options &options, BusSession &bus, ProbeClient &probe)
     if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
         return QStringLiteral("the device has not received the server's image");
     if (!probe.close(QStringLiteral("BackgroundWidget")) || bus.waitForExit(closeLimitMs) != 0)
-        return QStringLiteral("the window's close did not end the program with 0");
+        return QStringLiteral("the program did not end with 0 when its window was closed");
     return {};
 }
 

@@ -2,5 +2,5 @@
 
 #include <QStringList>
 
-/// The command that starts the controller of the simulated bus on this platform.
+/// Returns the command that starts the controller of the simulated bus on this platform.
 QStringList busControllerCommand(const QString &descriptionFile);

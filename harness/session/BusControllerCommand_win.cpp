@@ -4,6 +4,6 @@
 
 QStringList busControllerCommand(const QString &descriptionFile)
 {
-    // Without a wrapper: there is no preloading here that it could arrange.
+    // Without a wrapper script, because nothing has to be preloaded on Windows.
     return {BuildPaths::listedBusController(), QStringLiteral("--description"), descriptionFile};
 }

@@ -75,7 +75,7 @@ in_root dpkg -i /tmp/quillmarsh.deb
 step 'Update'
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -c 'ip link set lo up && exec "$@"' sh \
     "$0" --inside "$root" "$stage" "$harness"
-grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+grep -c '^206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
 step 'Removal'
 in_root dpkg --purge quillmarsh
 listing >"$work/after"

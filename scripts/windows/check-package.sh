@@ -78,7 +78,7 @@ update_with() {
     QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
         --stage "$stage" --listed-controller "$harness/bin/quillmarsh-sim-bus-listed" -- \
         wine "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
-    grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+    grep -c '^206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
     cp "$work"/real/* "$1/"
     rm -r "$1/generic" "$1"/upgcmd.exe*
 }

@@ -13,7 +13,7 @@ fi
 program=${1:-build/windows/quillmarsh}
 [ -f "$program/quillmarsh.exe" ] || { echo "There is no $program/quillmarsh.exe: run scripts/windows/build.sh." >&2; exit 1; }
 scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
-    libusb-1.0-0 libhidapi-hidraw0
+    libusb-1.0-0 libhidapi-hidraw0 libsodium23
 scripts/check-server-address.sh "$program/quillmarsh.exe"
 
 version=$(sed -nE 's/^project\(.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
@@ -36,6 +36,7 @@ licence quillmarsh LICENSE
 licence qt /usr/share/doc/libqt5core5a/copyright
 licence libusb /usr/share/doc/libusb-1.0-0/copyright
 licence hidapi /usr/share/doc/libhidapi-hidraw0/copyright
+licence libsodium /usr/share/doc/libsodium23/copyright
 licence gcc-runtime /usr/share/doc/gcc-mingw-w64-base/copyright
 licence mingw-w64-runtime /usr/share/doc/mingw-w64-common/copyright
 for text in LGPL-2.1 LGPL-3 GPL-2 GPL-3; do

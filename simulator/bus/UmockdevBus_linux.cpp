@@ -33,6 +33,15 @@ QByteArray usbNumber(int address)
     return QByteArray::number(usbMajor) + ':' + QByteArray::number(address - 1);
 }
 
+/// Has the testbed made in /tmp where its usual place would make the names of its sockets too long: those lie
+/// deep in its folder, and have at most 107 bytes.
+void keepSocketNamesShort()
+{
+    constexpr int longestPlace = 48;
+    if (qgetenv("TMPDIR").size() > longestPlace)
+        qputenv("TMPDIR", "/tmp");
+}
+
 QByteArray hex4(int value)
 {
     return QByteArray::number(value, 16).rightJustified(4, '0');
@@ -199,6 +208,7 @@ struct UmockdevBus::Private
 
 UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
 {
+    keepSocketNamesShort();
     d->testbed = umockdev_testbed_new();
     // Asked only now: the answer "no" from before the first testbed would be remembered.
     if (!umockdev_in_mock_environment()) {
