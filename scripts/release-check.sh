@@ -2,9 +2,16 @@
 # Builds the packages from a fresh clone of the current commit, installs each into an empty system, updates
 # a simulated device there and removes the package. Prints the files and registry entries that remain: only
 # logs and settings are expected. Needs root and takes a long time.
-# Usage: scripts/release-check.sh [linux] [windows], both by default
+# On Linux it also tries the package on the distribution's kernel in QEMU, and lets 330 devices (or those of
+# --soak NUMBER) come and go in one process.
+# Usage: scripts/release-check.sh [--soak NUMBER] [linux] [windows], both systems by default
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
+soak_devices=330
+if [ "${1-}" = --soak ]; then
+    soak_devices=$2
+    shift 2
+fi
 [ $# -gt 0 ] || set -- linux windows
 work=$(mktemp -d --tmpdir quillmarsh-release.XXXXXX)
 trap 'rm -rf --one-file-system "$work"' EXIT
@@ -22,6 +29,8 @@ cmake --build --preset demo
 check_linux() {
     scripts/linux/package.sh
     scripts/linux/check-package.sh build/packages/quillmarsh_*.deb build/demo
+    scripts/kernel-check.sh build/packages/quillmarsh_*.deb build/demo
+    scripts/soak.sh --devices "$soak_devices"
 }
 
 check_windows() {

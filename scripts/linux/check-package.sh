@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user,
-# removes it, and prints what is left: nothing but the user's own files. Needs root.
+# Installs the package into an empty system of the release of the distribution that this runs on, updates a
+# simulated device there as an ordinary user, removes it, and prints what is left: nothing but the user's own
+# files. Needs root.
 # Usage: scripts/linux/check-package.sh PACKAGE HARNESS_BUILD [BASE]
 # HARNESS_BUILD is a build folder with the test harness; BASE a minimal system to copy instead of fetching one.
 set -euo pipefail
@@ -49,7 +50,7 @@ step 'An empty system'
 if [ -n "$base" ]; then
     cp -a "$base" "$root"
 else
-    debootstrap --variant=minbase bookworm "$root" >"$work/log"
+    debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" >"$work/log"
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp "$package" "$root/tmp/quillmarsh.deb"

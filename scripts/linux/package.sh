@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the package for Debian 12, build/packages/quillmarsh_VERSION_amd64.deb, and checks it.
+# Builds the package for this release of the distribution, build/packages/quillmarsh_VERSION_amd64.deb, and checks it.
 # Arguments go to CMake, such as -DQUILLMARSH_FIRMWARE_SERVER=https://firmware.example.com.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Lets one process of the window and one of "quillmarsh-cli update --repeat" live through a service desk's
+# month: 2,000 devices are plugged in, updated and unplugged, every 33rd with a fault of server, bus or flasher,
+# while the programs' clock runs eight times as fast. Prints their handles, threads, memory, log pane and
+# temporary files, and fails when they grow or when a result is wrong. Takes about an hour and a half.
+# Usage: scripts/soak.sh [--devices NUMBER] [--lapse TIMES] [--window | --terminal]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-dependencies.sh
+mkdir -p build
+cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
+cmake --build --preset demo
+exec harness/process/in-own-network.sh build/demo/bin/quillmarsh-soak "$@"
