@@ -3,6 +3,7 @@
 # configuration from the makers' guide, and certificates signed by a test authority. The server's address is
 # the one that is built into the program.
 # Usage: scripts/prepare-release-server.sh STAGE MODEL
+# QUILLMARSH_RELEASE_KEY names the secret key to sign with, for a program that was built with keys.
 # Writes STAGE/image, STAGE/authority.crt, STAGE/host and STAGE/nginx, which is the prefix to start nginx with.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -15,7 +16,9 @@ scripts/install-dependencies.sh jq
 mkdir -p "$stage/nginx"
 echo "$host" >"$stage/host"
 head -c 1000007 /dev/urandom >"$stage/image"
-docs/firmware-server/add-model.sh "$stage/served" "$address" "$model" "$stage/image"
+key=()
+[ -z "${QUILLMARSH_RELEASE_KEY-}" ] || key=(--key "$QUILLMARSH_RELEASE_KEY")
+docs/firmware-server/add-model.sh "${key[@]}" "$stage/served" "$address" "$model" "$stage/image"
 
 # The guide's site, with this server's name and files.
 HOST=$host PORT=$port SERVED=$stage/served DAEMON=on \

@@ -31,7 +31,7 @@ SignatureVerdict sumOf(const QString &fileName, const Clock &clock, QByteArray *
     crypto_generichash_init(&state, nullptr, 0, crypto_generichash_BYTES_MAX);
     QByteArray block(static_cast<int>(blockBytes), Qt::Uninitialized);
     for (;;) {
-        if (clock.isLeaving())
+        if (clock.isShuttingDown())
             return SignatureVerdict::Interrupted;
         const qint64 count = file.read(block.data(), blockBytes);
         if (count < 0)

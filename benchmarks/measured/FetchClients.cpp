@@ -36,7 +36,7 @@ public:
         QThread::msleep(static_cast<unsigned long>(milliseconds));
         return true;
     }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 };
 
 /// Keeps the last lines, which say why a fetch failed.

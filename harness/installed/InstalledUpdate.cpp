@@ -8,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTextStream>
 
 namespace {
@@ -29,6 +31,8 @@ struct Options
     /// The controller of the bus for Windows programs.
     QString listedController;
     QStringList command;
+    /// The command starts quillmarsh-cli, not the window.
+    bool withoutWindow = false;
 
     bool isWindows() const { return !listedController.isEmpty(); }
     QString inStage(const char *name) const { return stage + QLatin1Char('/') + QLatin1String(name); }
@@ -48,12 +52,13 @@ Options read(const QStringList &arguments)
     parser.setApplicationDescription(
         QStringLiteral("Updates a simulated device with the program that a command starts."));
     const auto controller = option("listed-controller", "For a Windows program: the controller of its bus.");
-    parser.addOptions({model, image, stage, home, user, controller});
+    const QCommandLineOption cli(QStringLiteral("cli"), QStringLiteral("The command starts quillmarsh-cli."));
+    parser.addOptions({model, image, stage, home, user, controller, cli});
     parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("Starts the installed program."));
     parser.process(arguments);
 
-    return {parser.value(model), parser.value(image),      parser.value(stage),         parser.value(home),
-            parser.value(user),  parser.value(controller), parser.positionalArguments()};
+    return {parser.value(model), parser.value(image),      parser.value(stage),          parser.value(home),
+            parser.value(user),  parser.value(controller), parser.positionalArguments(), parser.isSet(cli)};
 }
 
 /// Runs the controller as the same user as the program, because the program must be able to use the bus's
@@ -100,11 +105,49 @@ Launch launchOf(const Options &options, const QString &display)
 {
     QProcessEnvironment environment =
         options.isWindows() ? wineEnvironment(options) : linuxEnvironment(options);
-    environment.insert(QStringLiteral("DISPLAY"), display);
+    if (!display.isEmpty())
+        environment.insert(QStringLiteral("DISPLAY"), display);
     QStringList command = options.command;
     const QString program = command.takeFirst();
     const QString folder = options.isWindows() ? QFileInfo(command.constLast()).path() : options.stage;
     return {program, command, folder, environment, options.inStage("stdout"), options.inStage("stderr")};
+}
+
+QString burnProblem(const Options &options, BusSession &bus)
+{
+    const QString burned = options.inStage("burned.img");
+    const QByteArray expected = WholeFile::read(options.image);
+    if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
+        return QStringLiteral("the device has not received the server's image");
+    return {};
+}
+
+/// Runs quillmarsh-cli, which must end with 0. Returns its last event; empty if it failed.
+QJsonObject lastEventOf(const QString &command, const Options &options, BusSession &bus)
+{
+    Launch launch = launchOf(options, QString());
+    launch.arguments += QStringList{command, QStringLiteral("--json")};
+    if (!bus.run(launch) || bus.waitForExit(updateLimitMs) != 0)
+        return {};
+    const QByteArray output = WholeFile::read(options.inStage("stdout")).trimmed();
+    return QJsonDocument::fromJson(output.mid(output.lastIndexOf('\n') + 1)).object();
+}
+
+/// Updates the device as another program does with quillmarsh-cli. Returns the problem, or an empty string.
+QString updateWithoutWindow(const Options &options, BusSession &bus)
+{
+    const auto said = [&options] {
+        return QString::fromUtf8(WholeFile::read(options.inStage("stdout")).right(1000) +
+                                 WholeFile::read(options.inStage("stderr")).right(1000));
+    };
+    const QJsonObject device = lastEventOf(QStringLiteral("list"), options, bus);
+    if (device.value(QLatin1String("model")) != options.model ||
+        device.value(QLatin1String("state")) != QLatin1String("ready"))
+        return QStringLiteral("the device is not listed: ") + said();
+    const QJsonObject result = lastEventOf(QStringLiteral("update"), options, bus);
+    if (result.value(QLatin1String("outcome")) != QLatin1String("succeeded"))
+        return QStringLiteral("the update did not succeed: ") + said();
+    return burnProblem(options, bus);
 }
 
 /// Updates the device as a user would. Returns the problem, or an empty string.
@@ -119,10 +162,9 @@ QString update(const Options &options, BusSession &bus, ProbeClient &probe)
     const QString title = probe.text(QStringLiteral("stateTitleLabel"));
     if (title != QLatin1String("CurrentStatus: Upgrade Successful"))
         return QStringLiteral("the title is ") + title;
-    const QString burned = options.inStage("burned.img");
-    const QByteArray expected = WholeFile::read(options.image);
-    if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
-        return QStringLiteral("the device has not received the server's image");
+    const QString problem = burnProblem(options, bus);
+    if (!problem.isEmpty())
+        return problem;
     if (!probe.close(QStringLiteral("BackgroundWidget")) || bus.waitForExit(closeLimitMs) != 0)
         return QStringLiteral("the program did not end with 0 when its window was closed");
     return {};
@@ -134,12 +176,15 @@ QString run(const Options &options)
     if (!WholeFile::write(description, ModelOnBus::describe({ModelOnBus::application(options.model)})))
         return QStringLiteral("cannot write ") + description;
 
+    BusSession bus;
+    if (!bus.startController(controllerOf(options, description)))
+        return bus.errorText();
+    if (options.withoutWindow)
+        return updateWithoutWindow(options, bus);
     XvfbSession display;
     if (!display.start())
         return display.errorText();
-    BusSession bus;
-    if (!bus.startController(controllerOf(options, description)) ||
-        !bus.run(launchOf(options, display.display())))
+    if (!bus.run(launchOf(options, display.display())))
         return bus.errorText();
     ProbeClient probe;
     if (!probe.connectThrough(options.inStage("probe-port"), startLimitMs))

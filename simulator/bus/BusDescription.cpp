@@ -23,7 +23,7 @@ ReportAnswer reportAnswer(JsonReader reader, ReportAnswer answer)
     answer.layout = reader.choice("layout", answer.layout, {{"A", Layout::A}, {"B", Layout::B}});
     answer.leaveAfterMs = reader.number("leaveAfterMs", answer.leaveAfterMs, 0, longestDelayMs);
     answer.afterMs = reader.number("afterMs", answer.afterMs, 0, longestDelayMs);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return answer;
 }
 
@@ -35,7 +35,7 @@ ResetAnswer resetAnswer(JsonReader reader, ResetAnswer answer)
                       {{"return", Action::Return}, {"stay", Action::Stay}, {"vanish", Action::Vanish}});
     answer.leaveAfterMs = reader.number("leaveAfterMs", answer.leaveAfterMs, 0, longestDelayMs);
     answer.afterMs = reader.number("afterMs", answer.afterMs, 0, longestDelayMs);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return answer;
 }
 
@@ -48,7 +48,7 @@ WriteBehaviour writeBehaviour(JsonReader reader, WriteBehaviour writes)
                                    {"refused", Answer::Refused},
                                    {"error", Answer::Error}});
     writes.count = reader.number("count", writes.count, 0, 512);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return writes;
 }
 
@@ -63,7 +63,7 @@ UsbIds usbIds(JsonReader reader, UsbIds ids)
 {
     ids.vendorId = static_cast<quint16>(reader.number("vendorId", ids.vendorId, 1, 0xFFFF));
     ids.productId = static_cast<quint16>(reader.number("productId", ids.productId, 0, 0xFFFF));
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return ids;
 }
 
@@ -77,11 +77,11 @@ HidNodeDescription hidNode(JsonReader reader)
     node.acceptsReport = reader.flag("acceptsReport", node.acceptsReport);
     node.openable = reader.flag("openable", node.openable);
     node.pathless = reader.flag("pathless", node.pathless);
-    // The node becomes a file, and part of a file's name elsewhere.
+    // The node becomes a file, and its name is part of other file names.
     static const QRegularExpression fileName(QStringLiteral("^[A-Za-z0-9_.&-]*$"));
     if (!fileName.match(node.node).hasMatch())
         reader.fail(QStringLiteral("node \"%1\" is no plain file name").arg(node.node));
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return node;
 }
 
@@ -114,7 +114,7 @@ DeviceDescription device(JsonReader reader, int index)
         device.nodes.append(only);
     }
     readBehaviour(reader, device);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return device;
 }
 
@@ -141,7 +141,7 @@ QString clash(const QVector<DeviceDescription> &devices)
     return QString();
 }
 
-void nameTheNamelessNodes(QVector<DeviceDescription> &devices)
+void assignNodeNames(QVector<DeviceDescription> &devices)
 {
     QSet<QString> taken;
     for (const DeviceDescription &device : devices) {
@@ -168,7 +168,7 @@ QString DeviceDescription::applyBehaviour(const QJsonObject &changes)
     JsonReader reader(changes, key, &error);
     DeviceDescription changed = *this;
     readBehaviour(reader, changed);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     if (error.isEmpty())
         *this = changed;
     return error;
@@ -189,7 +189,7 @@ std::optional<BusDescription> BusDescription::parse(const QByteArray &json, QStr
         bus.rootHub = reader.flag("rootHub", bus.rootHub);
         for (const JsonReader &entry : reader.objects("devices"))
             bus.devices.append(device(entry, bus.devices.size()));
-        reader.refuseTheRest();
+        reader.rejectUnknownKeys();
     }
     if (problem.isEmpty())
         problem = clash(bus.devices);
@@ -199,6 +199,6 @@ std::optional<BusDescription> BusDescription::parse(const QByteArray &json, QStr
         return std::nullopt;
     std::sort(bus.devices.begin(), bus.devices.end(),
               [](const auto &left, const auto &right) { return left.position < right.position; });
-    nameTheNamelessNodes(bus.devices);
+    assignNodeNames(bus.devices);
     return bus;
 }

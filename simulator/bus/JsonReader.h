@@ -9,8 +9,8 @@
 #include <initializer_list>
 #include <utility>
 
-/// Reads one JSON object key by key and notes the first thing that is wrong with it in `*error`
-/// (not owned, must outlive the reader). Absent keys yield the fallback; wrong ones do, too.
+/// Reads a JSON object key by key and stores the first error in `*error` (not owned, must outlive the
+/// reader). Missing and invalid values result in the fallback.
 class JsonReader
 {
 public:
@@ -19,7 +19,7 @@ public:
     bool has(const char *key) const;
     QString text(const char *key, const QString &fallback);
     bool flag(const char *key, bool fallback);
-    /// A JSON number or a text such as "0x33C3".
+    /// Reads a JSON number or a string such as "0x33C3".
     int number(const char *key, int fallback, int least, int most);
     template <typename Value>
     Value choice(const char *key, Value fallback,
@@ -34,12 +34,12 @@ public:
             fail(QStringLiteral("\"%1\" cannot be \"%2\"").arg(QLatin1String(key), given));
         return fallback;
     }
-    /// An empty object when the key is absent.
+    /// Reads an object; it is empty if the key is missing.
     JsonReader object(const char *key);
     QVector<JsonReader> objects(const char *key);
 
-    /// Call it last: a key that nothing has asked for is an error.
-    void refuseTheRest();
+    /// Reports an error if there are keys that have not been read. Call it last.
+    void rejectUnknownKeys();
     void fail(const QString &what);
 
 private:

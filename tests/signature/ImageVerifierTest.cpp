@@ -228,7 +228,7 @@ class LeavingClock : public ManualClock
 {
 public:
     explicit LeavingClock(int questions) : m_left(questions) {}
-    bool isLeaving() const override { return m_left-- <= 0; }
+    bool isShuttingDown() const override { return m_left-- <= 0; }
     int left() const { return m_left; }
 
 private:

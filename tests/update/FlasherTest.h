@@ -40,9 +40,9 @@ public:
         return ManualClock::sleepMs(milliseconds);
     }
 
-    bool isLeaving() const override
+    bool isShuttingDown() const override
     {
-        return ManualClock::isLeaving() || (questionsLeft && --*questionsLeft < 0);
+        return ManualClock::isShuttingDown() || (questionsLeft && --*questionsLeft < 0);
     }
 
     QList<int> longSleeps;
