@@ -143,8 +143,12 @@ int look(const QStringList &arguments)
         return 1;
     printWrite("of 1 byte", device, QByteArray(1, '\4'));
     printWrite("of 512 bytes", device, command(512));
-    printWrite("of 514 bytes", device, command(514));
+    printWrite("of 16385 bytes", device, command(16385));
+    printWrite("of 0 bytes", device, QByteArray());
     printWrite("with report id 9", device, QByteArray(1, '\11') + QByteArray(512, '\0'));
+    // The kernel hands a report on before the device has looked at it.
+    pollUntil([&] { return bus.device(model).value(QLatin1String("reports")).toArray().size() >= 2; }, 5000,
+              10);
     out() << "reports so far " << bus.device(model).value(QLatin1String("reports")).toArray().size() << '\n';
     QElapsedTimer clock;
     clock.start();

@@ -220,6 +220,7 @@ UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
     if (rootHub) {
         Device hub;
         hub.ids = {0x1D6B, 0x0002};
+        hub.deviceClass = 9;
         hub.product = QStringLiteral("Simulated host controller");
         Private::Shown shown;
         shown.usb = d->controller;

@@ -123,6 +123,16 @@ protected:
     BusSession m_bus;
 };
 
+TEST_F(SimulatedBusTest, AReportThatIsTooShortOrTooLongForTheKernelIsRefused)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1,
+                       {{QStringLiteral("interfaces"), QJsonArray{node(0, "hidraw_a", true)}}})});
+    EXPECT_EQ(write("hidraw_a", QByteArray(1, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16385, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(2, '\4')), 2);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16384, '\4')), 16384);
+}
+
 TEST_F(SimulatedBusTest, ABusOutlivesTheAddressesThatItHasForDevices)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
