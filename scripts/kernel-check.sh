@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 package=$(realpath "$1") harness=$(realpath "$2") base=${3-}
 # shellcheck source=/dev/null
 release=$(. /etc/os-release && echo "$VERSION_CODENAME")
-booted_limit=1800
+booted_limit=5400
 user=tester
 home=/home/$user
 
