@@ -2,6 +2,7 @@
 #include "harness/soak/SoakStage.h"
 
 #include <QJsonDocument>
+#include <QThread>
 
 #include <csignal>
 
@@ -14,6 +15,7 @@ public:
 
     QString start(int lapse) override
     {
+        m_lapse = lapse;
         m_stage.prepare(m_scenario, lapse);
         if (!m_scenario.start({QStringLiteral("update"), QStringLiteral("--repeat"), QStringLiteral("--yes"),
                                QStringLiteral("--json")}))
@@ -38,7 +40,13 @@ public:
             problem = QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact));
         if (problem.isEmpty())
             problem = m_stage.checkDevice(s.bus, turn, burns);
+        // As a person does: the device has restarted before it is taken off, and the next one comes after a
+        // moment. The program looks twice a second whether it is there.
+        if (succeeds && !s.bus.waitForDevice(turn.model, QStringLiteral("application"), SoakStage::limitMs))
+            return s.bus.errorText();
+        pauseMs(4000);
         s.bus.unplug(turn.model);
+        pauseMs(4000);
         return problem;
     }
 
@@ -74,9 +82,16 @@ private:
         return result;
     }
 
+    /// Waits so long by the program's clock.
+    void pauseMs(int milliseconds) const
+    {
+        QThread::msleep(static_cast<unsigned long>(milliseconds / m_lapse));
+    }
+
     SoakStage m_stage;
     CliScenario m_scenario;
     QFile m_output;
+    int m_lapse = 1;
 };
 
 } // namespace

@@ -79,6 +79,7 @@ int soak(const char *name, SoakRun &run, const SoakPlan &plan, int devices, int 
           << faults << " with a fault, " << wrong << " results wrong, "
           << static_cast<qint64>(devices) * 3600000 / qMax<qint64>(clock.elapsed(), 1)
           << " updates an hour.\n";
+    out().flush();
     QString problem = run.end();
     if (problem.isEmpty() && seen.size() >= 2)
         problem = compare(seen.at(seen.size() / 2 - 1), seen.last());
