@@ -110,7 +110,7 @@ private:
     UpdateChoices m_choices;
     UpdateRequest m_request;
     FileDownloaderHTTP m_downloader{nullptr, &m_manifestReporter};
-    ThreadFileDownloader m_worker{nullptr, nullptr};
+    ThreadFileDownloader m_worker;
     QString m_result;
 };
 

@@ -157,7 +157,7 @@ TEST_F(UpdateWorkflowSignatureTest, LeavingDuringTheCheckLeavesTheDeviceAlone)
     };
     EXPECT_EQ(run(), (UpdateResult{Outcome::Cancelled, UpdateStage::Fetching, UpdateReason::ProgramClosed}));
     EXPECT_TRUE(m_tools.runs().isEmpty());
-    EXPECT_EQ(m_session->stage(), UpdateStage::Leaving);
+    EXPECT_EQ(m_session->stage(), UpdateStage::ProgramClosed);
 }
 
 } // namespace

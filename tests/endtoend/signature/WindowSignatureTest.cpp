@@ -44,7 +44,8 @@ protected:
         s.withServer = false;
         ASSERT_TRUE(s.start()) << s.errorText().toStdString();
         ASSERT_TRUE(FileRow::reveal(s.probe));
-        ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(file))) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(file)))
+            << s.probe.errorText().toStdString();
     }
     QString updateWhatIsChosen()
     {
