@@ -15,7 +15,7 @@ booted_limit=5400
 user=tester
 home=/home/$user
 
-scripts/install-dependencies.sh qemu-system-x86 debootstrap busybox-static cpio kmod e2fsprogs
+scripts/install-dependencies.sh qemu-system-x86 debootstrap busybox-static cpio kmod e2fsprogs xz-utils
 work=$(mktemp -d --tmpdir quillmarsh-kernel.XXXXXX)
 trap '[ $? -eq 0 ] || tail -n 20 "$work/log" || true; rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
@@ -107,8 +107,13 @@ cp "$(command -v busybox)" "$work/initial/bin/"
 for module in virtio_pci virtio_blk ext4; do
     modprobe -d "$work" -S "$version" --show-depends "$module" | sed -nE 's/^insmod ([^ ]+).*/\1/p'
 done | awk '!seen[$0]++' | while read -r file; do
-    cp "$file" "$work/initial/modules/"
-    basename "$file" >>"$work/initial/order"
+    # Newer kernels' modules are compressed.
+    name=$(basename "${file%.xz}")
+    case $file in
+    *.xz) xz -dc "$file" >"$work/initial/modules/$name" ;;
+    *) cp "$file" "$work/initial/modules/" ;;
+    esac
+    echo "$name" >>"$work/initial/order"
 done
 cat >"$work/initial/init" <<'INIT'
 #!/bin/busybox sh
@@ -140,7 +145,7 @@ fi
 
 step "The programs on the kernel's bus ($accelerator)"
 boot "$booted_limit" "$accelerator" "$processor" '' >"$work/console" || true
-tr -d '\r' <"$work/console" | sed -n '/^CHECK BEGINS/,/^CHECK ENDS/p' | sed '1d;$d'
+tr -d '\r' <"$work/console" | sed -n '/CHECK BEGINS/,/^CHECK ENDS/p' | sed '1d;$d'
 if ! tr -d '\r' <"$work/console" | grep -aqx 'CHECK ENDS with 0'; then
     [ -z "${QUILLMARSH_KEEP_CONSOLE-}" ] || cp "$work/console" "$QUILLMARSH_KEEP_CONSOLE"
     tail -n 40 "$work/console"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Lets one process of the window and one of "quillmarsh-cli update --repeat" live through a service desk's
 # month: 2,000 devices are plugged in, updated and unplugged, every 33rd with a fault of server, bus or flasher,
-# while the programs' clock runs eight times as fast. Prints their handles, threads, memory, log pane and
-# temporary files, and fails when they grow or when a result is wrong. Takes about an hour and a half.
+# while the programs' clock runs four times as fast. Prints their handles, threads, memory, log pane and
+# temporary files, and fails when they grow or when a result is wrong. Takes about three hours.
 # Usage: scripts/soak.sh [--devices NUMBER] [--lapse TIMES] [--window | --terminal]
 set -euo pipefail
 cd "$(dirname "$0")/.."

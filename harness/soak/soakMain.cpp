@@ -97,7 +97,7 @@ int main(int argc, char *argv[])
                                      QStringLiteral("number"), QStringLiteral("2000"));
     const QCommandLineOption lapse(QStringLiteral("lapse"),
                                    QStringLiteral("How fast the program's clock runs."),
-                                   QStringLiteral("times"), QStringLiteral("8"));
+                                   QStringLiteral("times"), QStringLiteral("4"));
     const QCommandLineOption window(QStringLiteral("window"), QStringLiteral("The window alone."));
     const QCommandLineOption terminal(QStringLiteral("terminal"), QStringLiteral("quillmarsh-cli alone."));
     QCommandLineParser parser;
