@@ -10,5 +10,5 @@ cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh
 mkdir -p build
 cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
-cmake --build --preset demo
+cmake --build --preset demo --target quillmarsh-soak
 exec harness/process/in-own-network.sh build/demo/bin/quillmarsh-soak "$@"
