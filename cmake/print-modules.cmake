@@ -1,4 +1,4 @@
-# Prints the list of modules for scripts, a line each: "support product: support", "demo: demo harness".
+# Prints the list of modules for scripts, one on each line: "support product: support", "demo: demo harness".
 # Usage: cmake -P cmake/print-modules.cmake
 cmake_minimum_required(VERSION 3.24)
 include("${CMAKE_CURRENT_LIST_DIR}/ModuleList.cmake")
@@ -12,5 +12,5 @@ foreach(module IN LISTS QUILLMARSH_MODULES)
     list(APPEND lines "${module}${kind}: ${allowed}")
 endforeach()
 list(JOIN lines "\n" text)
-# message() writes to the standard error.
+# Not message(), which writes to standard error.
 execute_process(COMMAND "${CMAKE_COMMAND}" -E echo "${text}")

@@ -22,7 +22,7 @@ perl -CSD -Mutf8 -e '
     sub complain { print STDERR "@_\n"; $failed = 1; }
     sub slurp { local $/; open my $in, "<", shift or die $!; return <$in>; }
 
-    # Adjacent literals are one text.
+    # Join adjacent string literals.
     my $code = "";
     for my $file (@files) {
         my $text = slurp($file);
@@ -54,7 +54,7 @@ perl -CSD -Mutf8 -e '
         complain("$guide has no table of quoted texts") unless $rows;
     }
 
-    # A run without an address ends before the download that would say these.
+    # Never shown: a run without an address ends before the download.
     my %unreachable = map { $_ => 1 } "ERR: Json url is null", "CurrentStatus: Error 1";
     my $explained = join "\n", keys %quoted;
     my $lines = 0;

@@ -5,3 +5,5 @@ exclude_rule 'MD013'
 # "Added" and "Changed" stand below each version of the changelog.
 rule 'MD024', :allow_different_nesting => true
 rule 'MD029', :style => :ordered
+# Fenced or indented, but one of them in a page.
+rule 'MD046', :style => :consistent
