@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int clientsPerProcess = 25;
-/// Time in which 200 clients end on a busy machine, of which those that give up take half a minute.
+/// A limit for 200 clients on a busy machine. Clients that give up take half a minute.
 constexpr int limitMs = 10 * 60 * 1000;
 
 } // namespace

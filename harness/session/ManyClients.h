@@ -10,34 +10,34 @@
 #include <memory>
 #include <vector>
 
-/// How the clients ended.
+/// The results of the clients.
 struct ClientResults
 {
-    /// How many ended with an image of this MD5 sum, which was the manifest's.
+    /// The number of clients that have downloaded an image with each MD5; it was the one in the manifest.
     QMap<QString, int> sums;
-    /// The last log lines of each of the others.
+    /// The last log lines of each of the other clients.
     QStringList failures;
-    /// Repeated requests of the clients that ended with an image.
+    /// The number of repeated requests of the clients that have downloaded an image.
     int retries = 0;
     /// Milliseconds that each of these took.
     QVector<double> tookMs;
 };
 
-/// Clients that fetch an image at the same time, in processes of at most 25. The destructor ends them.
+/// Clients that download an image at the same time, at most 25 in each process. The destructor ends them.
 class ManyClients
 {
 public:
     /// `program` is quillmarsh-fetch-clients.
     explicit ManyClients(const QString &program) : m_program(program) {}
 
-    /// Starts so many clients. Returns false if that fails: see errorText().
+    /// Starts the given number of clients. Returns false on failure; see errorText().
     bool start(int clients, const QString &manifestUrl, const QString &model, const QString &authority);
-    /// Returns whether bytes of an image have arrived at each client.
+    /// Returns whether all clients have received bytes of an image.
     bool hasArrivedEverywhere() const;
     /// Returns whether all clients have ended.
     bool haveEnded();
-    /// Waits until all have ended, and returns their results; those of a process that did not write any are
-    /// missing.
+    /// Waits until all clients have ended and returns their results. Those of a process that has not written
+    /// any are missing.
     ClientResults results();
     QString errorText() const;
 

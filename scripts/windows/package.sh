@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Makes build/packages/quillmarsh-VERSION-windows-x64.zip and -setup.exe of the folder that
-# scripts/windows/build.sh leaves. With --tools, everything in that folder (the maker's flashers, IAP
-# programmer and driver package) is packed with it.
-# With --sign, the program, the tools of ours, the installer and the uninstaller are signed (scripts/windows/sign.sh).
-# Beside them, -windows-x64.spdx.json says what they hold.
+# Creates build/packages/quillmarsh-VERSION-windows-x64.zip and -setup.exe from the folder that
+# scripts/windows/build.sh creates, and -windows-x64.spdx.json, which lists what they contain. With --tools, all
+# files in FOLDER (the maker's flashers, IAP programmer and driver package) are included. With --sign, our own
+# programs, the installer and the uninstaller are signed (scripts/windows/sign.sh).
 # Usage: scripts/windows/package.sh [--sign CERTIFICATE] [--tools FOLDER] [PROGRAM_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -40,7 +39,7 @@ cp -r "$program/." "$folder/"
 cp "$folder/qmake/ControlDevList.json" "$folder/qmake/ControlDevList.default.json"
 [ -z "$tools" ] || cp -r "$tools/." "$folder/"
 
-# Windows' own line ends: a plain editor shows them.
+# With the line endings of Windows, for simple editors.
 windows_text() { sed 's/\r*$/\r/' "$1" >"$2"; }
 windows_text packaging/windows/README.txt "$folder/README.txt"
 licence() { # NAME FILE
@@ -74,8 +73,8 @@ rm -f "build/packages/$name.zip.new"
 (cd "$work" && find "quillmarsh-$version" | LC_ALL=C sort | zip -q -9 -X -@ "../$name.zip.new")
 mv "build/packages/$name.zip.new" "build/packages/$name.zip"
 
-# What is installed and removed, file by file. The list is written by the installer itself: the
-# user's may be another.
+# The files that are installed and removed. The control list is not among them: the installer itself writes it,
+# and the user may have changed it.
 files=$(cd "$folder" && find . -type f ! -path ./qmake/ControlDevList.json -printf '%P\n' | LC_ALL=C sort)
 folders=$(cd "$folder" && find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort)
 windows_path() { printf '%s\n' "${1//\//\\}"; }
@@ -96,8 +95,8 @@ windows_path() { printf '%s\n' "${1//\//\\}"; }
         echo "RMDir \"\$INSTDIR\\$(windows_path "$inner")\""
     done < <(LC_ALL=C sort -r <<<"$folders")
 } >"$work/uninstall.nsh"
-# What the driver step unpacks: what installs the driver, the libraries that it names, and the driver package
-# where that is packed.
+# The files that the driver step unpacks: the program that installs the driver, its libraries, and the driver
+# package if it is included.
 driver_files=$(cd "$folder" && {
     pending=(quillmarsh-driver.exe)
     while [ "${#pending[@]}" -gt 0 ]; do
