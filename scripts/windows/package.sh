@@ -59,7 +59,7 @@ windows_text packaging/windows/LICENCES.txt "$folder/licences/README.txt"
 
 sign=()
 if [ -n "$certificate" ]; then
-    sign=(scripts/windows/sign.sh "$certificate")
+    sign=("$PWD/scripts/windows/sign.sh" "$certificate") # makensis runs it in another folder
     "${sign[@]}" "$folder"/quillmarsh*.exe
 fi
 
