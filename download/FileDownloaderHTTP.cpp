@@ -104,6 +104,9 @@ void FileDownloaderHTTP::failRequest(const QString &problem)
 
 void FileDownloaderHTTP::onDownloadProgress(qint64 bytesReceived, qint64 bytesTotal)
 {
+    // Qt reports progress once more when a reply was aborted while it delivered data.
+    if (!m_reply)
+        return;
     if (bytesTotal < 1)
         qDebug() << "Received:" << bytesReceived << "bytes";
     else
