@@ -91,7 +91,7 @@ void TextWindow::warnOnceAboutLogFile()
     m_fileProblemReported = true;
     const QString file = QDir::current().absoluteFilePath(LogFile::updateLogPath());
     insertParagraph(QDir::toNativeSeparators(file) +
-                    QStringLiteral(" cannot be written: the log is shown here and kept nowhere."));
+                    QStringLiteral(" cannot be written: the log is only shown here."));
 }
 
 void TextWindow::insertParagraph(const QString &text)

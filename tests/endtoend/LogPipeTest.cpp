@@ -40,7 +40,7 @@ TEST_F(LogPipeTest, WithNamedPipesInTheirPlaceOnlyTheLogFilesAreMissing)
     EXPECT_EQ(s.burned(), s.image());
     const QStringList pane = s.probe.text(QStringLiteral("logTextView")).split(QLatin1Char('\n'));
     EXPECT_TRUE(pane.contains(inWorkingFolder(QStringLiteral("UPDLog.txt")) +
-                              QStringLiteral(" cannot be written: the log is shown here and kept nowhere.")));
+                              QStringLiteral(" cannot be written: the log is only shown here.")));
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("Failed to open log.txt for appending.")));
     EXPECT_EQ(s.closeWindow(), 0);
 }

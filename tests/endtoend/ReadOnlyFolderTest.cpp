@@ -31,7 +31,7 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsReportedInTheWindowAndOnlyThe
     QString said = s.probe.text(QStringLiteral("logTextView")).split(QLatin1Char('\n')).value(1);
     EXPECT_EQ(said.replace(QLatin1Char('\\'), QLatin1Char('/')),
               toProgramPath(s.program.workingFolder()) +
-                  QStringLiteral("/UPDLog.txt cannot be written: the log is shown here and kept nowhere."));
+                  QStringLiteral("/UPDLog.txt cannot be written: the log is only shown here."));
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
 }
 

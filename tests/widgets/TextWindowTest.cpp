@@ -108,9 +108,8 @@ TEST_F(TextWindowTest, IfTheFileCannotBeWrittenThePaneStillWorksAndSaysSoOnce)
     m_window.appendLog(QStringLiteral("again"));
     const QString file =
         QDir::toNativeSeparators(QDir::current().absoluteFilePath(QStringLiteral("UPDLog.txt")));
-    EXPECT_EQ(pane(),
-              QStringLiteral("hello\n") + file +
-                  QStringLiteral(" cannot be written: the log is shown here and kept nowhere.\nagain"));
+    EXPECT_EQ(pane(), QStringLiteral("hello\n") + file +
+                          QStringLiteral(" cannot be written: the log is only shown here.\nagain"));
     EXPECT_EQ(debug.count(QStringLiteral("无法打开文件进行写入")), 2);
 }
 
