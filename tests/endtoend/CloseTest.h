@@ -5,20 +5,20 @@
 
 #include <QRegularExpression>
 
-/// Closes the window in some state of the program, and checks that this ends all of it in time.
-class LeavingTest : public EndToEndTest
+/// Closes the window in some state of the program and checks that the program ends in time.
+class CloseTest : public EndToEndTest
 {
 protected:
     const QString background = QStringLiteral("backgroundWidget");
     const QString question = QStringLiteral("leaveQuestion");
-    /// The worker's parting line: that it is there shows that what it said last was delivered.
+    /// The worker's last line. It shows that all messages of the worker were delivered.
     const char *const closedEarly = "The program was closed before the update had ended.";
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    // The sanitizer looks for leaks after the program has ended its own work.
-    static constexpr int leaveLimitMs = 15000;
+    // The sanitizer searches for leaks after the program itself has finished.
+    static constexpr int closeLimitMs = 15000;
 #else
-    static constexpr int leaveLimitMs = 2000;
+    static constexpr int closeLimitMs = 2000;
 #endif
 
     void start()
@@ -37,11 +37,11 @@ protected:
         return pollUntil([&] { return logHas(line); }, limitMs, 20);
     }
 
-    /// What interposed calls do wrong; to be called before start().
+    /// Makes interposed calls fail; call it before start().
     void interpose(const char *variable, const QString &value)
     {
         StagedProgram &program = scenario().program;
-        program.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAVING_INTERPOSER));
+        program.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(CLOSE_INTERPOSER));
         program.setVariable(QStringLiteral("INTERPOSE_MARK"), mark());
         program.setVariable(QLatin1String(variable), value);
     }
@@ -50,15 +50,15 @@ protected:
         return pollUntil([&] { return QFile::exists(mark()); }, EndToEnd::updateLimitMs, 20);
     }
 
-    /// Whether the program may leave by its last resort when the machine stands still meanwhile.
-    enum class WhenPaused { Fails, MayLeaveAtOnce };
+    /// Whether the watchdog may end the program if the machine was paused meanwhile.
+    enum class WhenPaused { Fails, MayEndByWatchdog };
 
-    /// The close of the window manager, and the program's end, without a question.
-    void closeAndExpectGone(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
+    /// Closes the window as a window manager does, and expects that the program ends without a question.
+    void closeAndExpectExit(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
     {
         m_sinceClose.restart();
         ASSERT_TRUE(scenario().probe.close(background)) << scenario().probe.errorText().toStdString();
-        expectGone(lastResort, whenPaused);
+        expectExit(lastResort, whenPaused);
     }
 
     void closeAndExpectQuestion()
@@ -67,31 +67,31 @@ protected:
         ASSERT_TRUE(scenario().probe.waitForWindow(question)) << scenario().probe.errorText().toStdString();
     }
 
-    void answerAndExpectGone()
+    void answerAndExpectExit()
     {
         m_sinceClose.restart();
         ASSERT_TRUE(scenario().probe.pressDialogButton(QStringLiteral("Close")));
-        expectGone();
+        expectExit();
     }
 
-    /// `lastResort` is the reason that the program gives when it had to leave without cleaning up.
-    void expectGone(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
+    /// `lastResort` is the reason that the program prints if its watchdog had to end it without cleaning up.
+    void expectExit(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
     {
         UpdateScenario &s = scenario();
         const std::optional<int> exitCode = s.bus.waitForExit();
         const qint64 tookMs = m_sinceClose.elapsed();
-        std::cout << "[ LEAVING  ] " << tookMs << " ms" << std::endl;
+        std::cout << "[ CLOSING  ] " << tookMs << " ms" << std::endl;
         ASSERT_TRUE(exitCode.has_value()) << (s.bus.programState().running ? "still running" : "crashed");
         EXPECT_EQ(*exitCode, 0);
-        EXPECT_LE(tookMs, leaveLimitMs);
+        EXPECT_LE(tookMs, closeLimitMs);
         EXPECT_TRUE(s.program.runningProcesses().isEmpty());
         const QStringList reasons =
             s.program.standardError().split(QLatin1Char('\n')).filter(QStringLiteral("Leaving at once"));
-        m_leftAtOnceAfterPause =
-            whenPaused == WhenPaused::MayLeaveAtOnce && !reasons.isEmpty() && m_sinceClose.pausedMs() > 0;
-        if (m_leftAtOnceAfterPause) {
-            std::cout << "[ PAUSED   ] The machine stood still for " << m_sinceClose.pausedMs()
-                      << " ms, and the program left by its last resort." << std::endl;
+        m_endedByWatchdog =
+            whenPaused == WhenPaused::MayEndByWatchdog && !reasons.isEmpty() && m_sinceClose.pausedMs() > 0;
+        if (m_endedByWatchdog) {
+            std::cout << "[ PAUSED   ] The machine was paused for " << m_sinceClose.pausedMs()
+                      << " ms, and the watchdog ended the program." << std::endl;
             return;
         }
         EXPECT_EQ(reasons.join(QLatin1Char('\n')),
@@ -99,12 +99,12 @@ protected:
         expectNoComplaint();
     }
 
-    bool leftAtOnceAfterPause() const
+    bool endedByWatchdogAfterPause() const
     {
-        return m_leftAtOnceAfterPause;
+        return m_endedByWatchdog;
     }
 
-    /// What Qt and sanitizers say of a wrong order of destruction.
+    /// Expects that Qt and the sanitizers did not report a wrong order of destruction.
     void expectNoComplaint()
     {
         static const QRegularExpression complaint(
@@ -121,5 +121,5 @@ private:
     }
 
     RunningTimer m_sinceClose;
-    bool m_leftAtOnceAfterPause = false;
+    bool m_endedByWatchdog = false;
 };

@@ -1,4 +1,4 @@
-#include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/CloseTest.h"
 
 namespace {
 
@@ -8,8 +8,8 @@ const QString warning = QStringLiteral("警告");
 const QString usbText = QStringLiteral("libusb初始化失败");
 const QString hidText = QStringLiteral("HIDAPI初始化失败");
 
-/// Leaving, and being refused it, before the event loop of the program runs.
-class LeavingStartTest : public LeavingTest
+/// Closing the window before the event loop of the program runs, and starting with failed libraries.
+class CloseDuringStartTest : public CloseTest
 {
 protected:
     void failToInitialise(const char *calls) { interpose("INTERPOSE_FAIL", QString::fromLatin1(calls)); }
@@ -32,7 +32,7 @@ protected:
         ASSERT_TRUE(probe.waitForNoWindow(text)) << probe.errorText().toStdString();
     }
 
-    /// The window is there, looks for devices, and can be closed.
+    /// Expects that the window is open, searches for devices and can be closed.
     void expectUsableWindow(const QString &shownConnection)
     {
         ProbeClient &probe = scenario().probe;
@@ -40,13 +40,13 @@ protected:
         EXPECT_TRUE(waitForLog("create IAPUpDate Mode done."));
         ASSERT_TRUE(pollUntil([&] { return ticks() >= 3; }, eventLimitMs, 50));
         EXPECT_EQ(probe.text(connection), shownConnection);
-        closeAndExpectGone();
+        closeAndExpectExit();
     }
 
     int ticks() { return scenario().program.standardError().count(QStringLiteral("当前检查到链接设备有:")); }
 };
 
-TEST_F(LeavingStartTest, AfterTheWarningThatLibusbFailedTheWindowOpensAndFindsNothing)
+TEST_F(CloseDuringStartTest, AfterTheWarningThatLibusbFailedTheWindowOpensAndFindsNothing)
 {
     failToInitialise("libusb_init");
     start();
@@ -56,7 +56,7 @@ TEST_F(LeavingStartTest, AfterTheWarningThatLibusbFailedTheWindowOpensAndFindsNo
     EXPECT_TRUE(scenario().program.standardError().contains(QStringLiteral("libusb_initRET: -99")));
 }
 
-TEST_F(LeavingStartTest, AfterTheWarningThatHidapiFailedTheWindowOpensAllTheSame)
+TEST_F(CloseDuringStartTest, AfterTheWarningThatHidapiFailedTheWindowStillOpens)
 {
     failToInitialise("hid_init");
     start();
@@ -68,7 +68,7 @@ TEST_F(LeavingStartTest, AfterTheWarningThatHidapiFailedTheWindowOpensAllTheSame
         scenario().program.standardError().contains(QStringLiteral("Failed to initialize HID library.")));
 }
 
-TEST_F(LeavingStartTest, WhenBothFailBothWarningsComeAndThenTheWindow)
+TEST_F(CloseDuringStartTest, WhenBothFailBothWarningsComeAndThenTheWindow)
 {
     failToInitialise("libusb_init hid_init");
     start();
@@ -79,7 +79,7 @@ TEST_F(LeavingStartTest, WhenBothFailBothWarningsComeAndThenTheWindow)
     expectUsableWindow(QStringLiteral("Device not detected"));
 }
 
-TEST_F(LeavingStartTest, AWarningIsAnsweredFirstAndThenTheWindowCloses)
+TEST_F(CloseDuringStartTest, AWarningIsAnsweredFirstAndThenTheWindowCloses)
 {
     failToInitialise("libusb_init");
     start();
@@ -88,29 +88,29 @@ TEST_F(LeavingStartTest, AWarningIsAnsweredFirstAndThenTheWindowCloses)
         {{QLatin1String("op"), QLatin1String("close")}, {QLatin1String("object"), background}});
     EXPECT_TRUE(refused.value(QLatin1String("blocked")).toBool());
     EXPECT_FALSE(scenario().probe.window(usbText).isEmpty());
-    // The box's own close is its Ok.
+    // Closing the box is the same as Ok.
     ASSERT_TRUE(scenario().probe.close(QStringLiteral("QMessageBox")));
     ASSERT_TRUE(scenario().probe.waitForVisible(startButton, true));
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingStartTest, AWindowCloseBeforeTheLoopStartsIsRemembered)
+TEST_F(CloseDuringStartTest, AWindowCloseBeforeTheLoopStartsIsRemembered)
 {
     interpose("INTERPOSE_LOOP_MS", QStringLiteral("1000"));
     start();
     ASSERT_TRUE(waitForMark());
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingStartTest, AWindowCloseDuringAStepThatNeverReturnsEndsTheProgramToo)
+TEST_F(CloseDuringStartTest, AWindowCloseDuringAStepThatNeverReturnsEndsTheProgramToo)
 {
     interpose("INTERPOSE_LOOP_MS", QStringLiteral("600000"));
     start();
     ASSERT_TRUE(waitForMark());
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingStartTest, WithoutAModelNameThereIsOnlyABoxAndExitCodeZero)
+TEST_F(CloseDuringStartTest, WithoutAModelNameThereIsOnlyABoxAndExitCodeZero)
 {
     UpdateScenario &s = scenario();
     s.arguments = QStringList{QStringLiteral("TessilonixUpDate")};
@@ -126,7 +126,7 @@ TEST_F(LeavingStartTest, WithoutAModelNameThereIsOnlyABoxAndExitCodeZero)
     expectNoComplaint();
 }
 
-TEST_F(LeavingStartTest, AnEmptyModelNameEndsTheSameWayWhenTheBoxIsClosed)
+TEST_F(CloseDuringStartTest, AnEmptyModelNameEndsTheSameWayWhenTheBoxIsClosed)
 {
     UpdateScenario &s = scenario();
     s.arguments = QStringList{QStringLiteral("TessilonixUpDate"), QString()};
@@ -138,18 +138,18 @@ TEST_F(LeavingStartTest, AnEmptyModelNameEndsTheSameWayWhenTheBoxIsClosed)
     expectNoComplaint();
 }
 
-TEST_F(LeavingStartTest, TwentyTimesStartedAndClosedAtOnceItEndsWell)
+TEST_F(CloseDuringStartTest, TheProgramCanBeStartedAndClosedAtOnceTwentyTimes)
 {
     start();
-    closeAndExpectGone();
+    closeAndExpectExit();
     UpdateScenario &s = scenario();
     int timesStarted = 1;
     for (int timesEnded = 1; timesEnded < 20 && !HasFailure(); ++timesStarted) {
         ASSERT_TRUE(s.bus.run(s.program.launch())) << s.bus.errorText().toStdString();
         ASSERT_TRUE(s.probe.connectThrough(s.program.probePortFile())) << s.probe.errorText().toStdString();
-        closeAndExpectGone(nullptr, WhenPaused::MayLeaveAtOnce);
-        // With so many, a pause is likely to meet one: only that one is repeated.
-        timesEnded += leftAtOnceAfterPause() ? 0 : 1;
+        closeAndExpectExit(nullptr, WhenPaused::MayEndByWatchdog);
+        // With so many starts a pause is likely during one of them: only that one is repeated.
+        timesEnded += endedByWatchdogAfterPause() ? 0 : 1;
     }
     EXPECT_EQ(s.program.updateLogLines().count(QStringLiteral("create IAPUpDate Mode done.")), timesStarted);
 }

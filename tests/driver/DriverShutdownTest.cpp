@@ -6,13 +6,13 @@
 
 namespace {
 
-class DriverLeavingTest : public testing::Test
+class DriverShutdownTest : public testing::Test
 {
 protected:
-    ~DriverLeavingTest() override { ShutdownFlag::instance().lower(); }
+    ~DriverShutdownTest() override { ShutdownFlag::instance().lower(); }
 
-    /// What happens when the window is closed in the middle of the event of this index.
-    static QStringList eventsWhenLeftAt(int index)
+    /// Returns the events if the window is closed during the event with this index.
+    static QStringList eventsIfClosedDuring(int index)
     {
         ShutdownFlag::instance().lower();
         FakeDriverSystem system;
@@ -25,34 +25,34 @@ protected:
         runDriverSequence(QStringLiteral("C:/App"), system, system);
         return system.events;
     }
-    static QStringList allEvents() { return eventsWhenLeftAt(-1); }
-    /// Whether it is more than a message.
+    static QStringList allEvents() { return eventsIfClosedDuring(-1); }
+    /// Returns whether the event is a step and not only a message.
     static bool isStep(const QString &event)
     {
         return !event.startsWith(QLatin1String("shown ")) && !event.startsWith(QLatin1String("logged "));
     }
 };
 
-TEST_F(DriverLeavingTest, NoFurtherStepBeginsOnceTheWindowWasClosed)
+TEST_F(DriverShutdownTest, NoFurtherStepBeginsOnceTheWindowWasClosed)
 {
     const QStringList all = allEvents();
     ASSERT_GT(all.size(), 30);
     for (int left = 0; left < all.size(); ++left) {
-        // The window is closed while a step takes its time.
+        // The window can only be closed during a step.
         if (!isStep(all.at(left)))
             continue;
-        const QStringList events = eventsWhenLeftAt(left);
+        const QStringList events = eventsIfClosedDuring(left);
         EXPECT_EQ(events.mid(0, left + 1), all.mid(0, left + 1));
         for (const QString &later : events.mid(left + 1))
             EXPECT_FALSE(isStep(later)) << later.toStdString() << " after " << all.at(left).toStdString();
     }
 }
 
-TEST_F(DriverLeavingTest, TheResultOfTheLastStepIsStillLogged)
+TEST_F(DriverShutdownTest, TheResultOfTheLastStepIsStillLogged)
 {
     const QString copied = QStringLiteral("copy C:/App/amd64/libusb0.dll > C:/Windows/System32/libusb0.dll");
     const int copy = allEvents().indexOf(copied);
-    EXPECT_EQ(eventsWhenLeftAt(copy).mid(copy),
+    EXPECT_EQ(eventsIfClosedDuring(copy).mid(copy),
               (QStringList{copied, QStringLiteral("logged Copy Success 1")}));
 }
 

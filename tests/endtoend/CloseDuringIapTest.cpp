@@ -4,10 +4,10 @@ namespace {
 
 using namespace EndToEnd;
 
-/// Leaving while the IAP programmer is asked or at work.
-using LeavingIapTest = IapTest;
+/// Closing the window while the IAP programmer is asked for its ports or programs a device.
+using CloseDuringIapTest = IapTest;
 
-TEST_F(LeavingIapTest, WhileItProgramsTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
+TEST_F(CloseDuringIapTest, WhileItProgramsTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
 {
     UpdateScenario &s =
         iapScenario({{step("print", QStringLiteral("SetProgress: 42\n")), step("sleepMs", 3000),
@@ -19,10 +19,10 @@ TEST_F(LeavingIapTest, WhileItProgramsTheDefaultAnswerIsToStayAndTheUpdateSuccee
     ASSERT_TRUE(s.probe.waitForNoWindow(question));
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingIapTest, WhileItProgramsAConfirmedCloseKillsItAndTheLogSaysSo)
+TEST_F(CloseDuringIapTest, WhileItProgramsAConfirmedCloseKillsItAndIsLogged)
 {
     UpdateScenario &s = iapScenario(
         {{step("deaf", true), step("print", QStringLiteral("SetProgress: 42\n")), step("hang", true)}});
@@ -30,12 +30,12 @@ TEST_F(LeavingIapTest, WhileItProgramsAConfirmedCloseKillsItAndTheLogSaysSo)
     ASSERT_TRUE(waitForProgress(42));
     ASSERT_EQ(s.program.runningProcesses().size(), 2);
     closeAndExpectQuestion();
-    answerAndExpectGone();
+    answerAndExpectExit();
     EXPECT_TRUE(logHas("The program was closed before the IAP programmer had ended."));
     EXPECT_FALSE(logHas("StartCheckConnectTimer."));
 }
 
-TEST_F(LeavingIapTest, WhileItVerifiesAfter100AConfirmedCloseKillsItToo)
+TEST_F(CloseDuringIapTest, WhileItVerifiesAfter100AConfirmedCloseKillsItToo)
 {
     UpdateScenario &s =
         iapScenario({{step("deaf", true), step("program", true),
@@ -43,12 +43,12 @@ TEST_F(LeavingIapTest, WhileItVerifiesAfter100AConfirmedCloseKillsItToo)
     startAndPressStart();
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
     closeAndExpectQuestion();
-    answerAndExpectGone();
+    answerAndExpectExit();
     EXPECT_TRUE(logHas("SetProgress: 100"));
     EXPECT_EQ(s.burned(), s.image());
 }
 
-TEST_F(LeavingIapTest, WhenAnAnswerHasNoEndTheWindowStillOpensAndCloses)
+TEST_F(CloseDuringIapTest, IfThePortsNeverArriveTheWindowStillOpensAndCloses)
 {
     UpdateScenario &s = scenario("DevMdq");
     s.program.setScript(programmer, scriptFor(QStringLiteral("GetData"), {{step("hang", true)}}));
@@ -56,15 +56,15 @@ TEST_F(LeavingIapTest, WhenAnAnswerHasNoEndTheWindowStillOpensAndCloses)
     EXPECT_TRUE(s.probe.waitForVisible(startButton, true)) << s.probe.errorText().toStdString();
     ASSERT_TRUE(waitForLog("IAP Process exists"));
     ASSERT_TRUE(pollUntil([&] { return s.program.runningProcesses().size() == 2; }, eventLimitMs, 20));
-    // Nothing is begun meanwhile, by a person or by the clock.
+    // Neither the user nor a timer can start anything meanwhile.
     EXPECT_TRUE(s.probe.click(startButton));
     EXPECT_FALSE(s.probe.waitForWholeText(connection, QStringLiteral("IAP Device Detected"), 2500));
     EXPECT_FALSE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_EQ(runsOf("GetData").size(), 1);
 }
 
-TEST_F(LeavingIapTest, WhenTheAnswerBeforeAStartHasNoEndNothingIsAskedAndNothingStarts)
+TEST_F(CloseDuringIapTest, IfThePortsNeverArriveBeforeAStartNothingIsAskedAndNothingStarts)
 {
     UpdateScenario &s = scenario("DevMdq");
     const QJsonArray answer{step("print", QStringLiteral("device: one;"))};
@@ -73,11 +73,11 @@ TEST_F(LeavingIapTest, WhenTheAnswerBeforeAStartHasNoEndNothingIsAskedAndNothing
     startAndPressStart();
     ASSERT_TRUE(waitForLog("check IAP Process exists..."));
     ASSERT_TRUE(pollUntil([&] { return runsOf("GetData").size() == 3; }, updateLimitMs, 20));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(runsOf("Start").isEmpty());
 }
 
-TEST_F(LeavingIapTest, TheWarningAboutTheFileIsAnsweredFirstAndThenTheWindowCloses)
+TEST_F(CloseDuringIapTest, TheWarningAboutTheFileIsAnsweredFirstAndThenTheWindowCloses)
 {
     UpdateScenario &s = scenario("DevMdq");
     startAndDetect();
@@ -90,7 +90,7 @@ TEST_F(LeavingIapTest, TheWarningAboutTheFileIsAnsweredFirstAndThenTheWindowClos
     ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("Ok")));
     ASSERT_TRUE(s.probe.waitForNoWindow(QStringLiteral("Warning!")));
     EXPECT_TRUE(s.probe.waitForEnabled(startButton, true));
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/CloseTest.h"
 
 #include "harness/session/ModelOnBus.h"
 
@@ -9,9 +9,9 @@ using namespace EndToEnd;
 const QString manifestFault = QStringLiteral("%1:path=*firmware-version*");
 const QString imageFault = QStringLiteral("%1:path=*.img");
 
-/// Leaving while the program waits for the server. The worker's parting line shows that what it
-/// still had to say was delivered.
-class LeavingFetchTest : public LeavingTest
+/// Closing the window while the program waits for the server. The worker's last line shows that all its
+/// messages were delivered.
+class CloseDuringFetchTest : public CloseTest
 {
 protected:
     void startWithFault(const QString &fault)
@@ -21,15 +21,15 @@ protected:
     }
 };
 
-TEST_F(LeavingFetchTest, WhileTheChooserFetchesFromAServerThatNeverAnswersNoUpdateIsBegun)
+TEST_F(CloseDuringFetchTest, WhileTheChooserFetchesFromAServerThatNeverAnswersNoUpdateIsBegun)
 {
     startWithFault(manifestFault.arg(QStringLiteral("stall")));
     ASSERT_TRUE(scenario().probe.waitForEnabled(startButton, false));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(scenario().program.updateLogLines().filter(QStringLiteral("usb tmpPath: ")).isEmpty());
 }
 
-TEST_F(LeavingFetchTest, WhileTheChooserIsOpenAndWaits)
+TEST_F(CloseDuringFetchTest, WhileTheChooserIsOpen)
 {
     UpdateScenario &s = scenario();
     s.devices = {ModelOnBus::bootloader(s.model())};
@@ -37,56 +37,56 @@ TEST_F(LeavingFetchTest, WhileTheChooserIsOpenAndWaits)
     ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas("ChoseDev is null，return"));
 }
 
-TEST_F(LeavingFetchTest, WhileTheManifestIsWaitedFor)
+TEST_F(CloseDuringFetchTest, WhileTheManifestIsAwaited)
 {
     startWithFault(manifestFault.arg(QStringLiteral("stall")) + QStringLiteral(",nth=2"));
     ASSERT_TRUE(waitForLog("try to download dev json..."));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFetchTest, WhileTheSizeOfTheImageIsWaitedFor)
+TEST_F(CloseDuringFetchTest, WhileTheSizeOfTheImageIsAwaited)
 {
     startWithFault(imageFault.arg(QStringLiteral("stall")));
     ASSERT_TRUE(waitForLog("Wait Servier Return File Size..."));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFetchTest, WhileTheImageComesDropByDrop)
+TEST_F(CloseDuringFetchTest, WhileTheImageArrivesSlowly)
 {
     startWithFault(imageFault.arg(QStringLiteral("slow-drip")) + QStringLiteral(",nth=2,bytes=100,ms=20"));
     ASSERT_TRUE(waitForLog("Begin Download now..."));
     ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading")));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFetchTest, WhileASegmentWaitsForItsNextTry)
+TEST_F(CloseDuringFetchTest, WhileASegmentWaitsForItsNextTry)
 {
     startWithFault(imageFault.arg(QStringLiteral("503")) + QStringLiteral(",range=3"));
     ASSERT_TRUE(waitForLog("Begin Download now..."));
     ASSERT_TRUE(scenario().probe.waitForText(title, QStringLiteral("Downloading")));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFetchTest, WhenOneSegmentHasGivenUpForGood)
+TEST_F(CloseDuringFetchTest, WhenOneSegmentHasGivenUpForGood)
 {
     startWithFault(imageFault.arg(QStringLiteral("503")) + QStringLiteral(",range=3"));
     const auto hasGivenUp = [&] {
         return scenario().program.updateLog().contains(QStringLiteral(" gave up after "));
     };
     ASSERT_TRUE(pollUntil(hasGivenUp, updateLimitMs, 50));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFetchTest, WhileANameLookupHangsInsideTheToolkit)
+TEST_F(CloseDuringFetchTest, WhileANameLookupHangsInsideQt)
 {
     UpdateScenario &s = scenario();
     const QString host = QStringLiteral("never-found.invalid");
@@ -95,7 +95,7 @@ TEST_F(LeavingFetchTest, WhileANameLookupHangsInsideTheToolkit)
     interpose("INTERPOSE_HOST", host);
     startAndPress();
     ASSERT_TRUE(waitForMark());
-    closeAndExpectGone("something cannot be interrupted.");
+    closeAndExpectExit("something cannot be interrupted.");
     EXPECT_TRUE(logHas(closedEarly));
 }
 

@@ -1,4 +1,4 @@
-#include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/CloseTest.h"
 
 namespace {
 
@@ -7,8 +7,8 @@ using namespace EndToEnd;
 const QString upgradeSuccessful = QStringLiteral("Upgrade Successful");
 const QJsonObject firstMarker = step("print", QStringLiteral("Upgrade fwc: image.target.spl\n"));
 
-/// Leaving while the flasher is, or was, at work: asked first only while it writes.
-class LeavingFlasherTest : public LeavingTest
+/// Closing the window while a flasher runs or after one has run. The user is asked only while it writes.
+class CloseDuringFlashingTest : public CloseTest
 {
 protected:
     void startWithScript(const QJsonDocument &flasherScript)
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(LeavingFlasherTest, WhileItWritesTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
+TEST_F(CloseDuringFlashingTest, WhileItWritesTheDefaultAnswerIsToStayAndTheUpdateSucceeds)
 {
     UpdateScenario &s = scenario();
     startWithScript(
@@ -45,10 +45,10 @@ TEST_F(LeavingFlasherTest, WhileItWritesTheDefaultAnswerIsToStayAndTheUpdateSucc
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
     EXPECT_EQ(s.burned(), s.image());
     ASSERT_TRUE(s.probe.waitForEnabled(startButton, true, updateLimitMs));
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingFlasherTest, WhileItWritesTheCloseOfTheQuestionMeansStay)
+TEST_F(CloseDuringFlashingTest, WhileItWritesClosingTheQuestionMeansStay)
 {
     startWithScript(script({{firstMarker, step("hang", true)}}));
     waitUntilItWrites();
@@ -56,60 +56,60 @@ TEST_F(LeavingFlasherTest, WhileItWritesTheCloseOfTheQuestionMeansStay)
     ASSERT_TRUE(scenario().probe.close(question));
     ASSERT_TRUE(scenario().probe.waitForNoWindow(question));
     closeAndExpectQuestion();
-    answerAndExpectGone();
+    answerAndExpectExit();
 }
 
-TEST_F(LeavingFlasherTest, WhileItWritesAConfirmedCloseKillsIt)
+TEST_F(CloseDuringFlashingTest, WhileItWritesAConfirmedCloseKillsIt)
 {
     startWithScript(script({{firstMarker, step("hang", true)}}));
     waitUntilItWrites();
     closeAndExpectQuestion();
     ASSERT_EQ(scenario().program.runningProcesses().size(), 2);
-    answerAndExpectGone();
+    answerAndExpectExit();
     EXPECT_EQ(ended(), 0);
     EXPECT_TRUE(logHas("Upgrade fwc: image.target.spl"));
     EXPECT_TRUE(logHas(closedEarly));
 }
 
-TEST_F(LeavingFlasherTest, WhileItWritesAFloodOfLinesAConfirmedCloseKillsIt)
+TEST_F(CloseDuringFlashingTest, WhileItWritesAFloodOfLinesAConfirmedCloseKillsIt)
 {
     startWithScript(
         script({{firstMarker, step("sleepMs", 500), step("flood", 1024 * 1024), step("hang", true)}}));
     waitUntilItWrites();
     closeAndExpectQuestion();
-    answerAndExpectGone();
+    answerAndExpectExit();
 }
 
-TEST_F(LeavingFlasherTest, BetweenTwoTriesNothingIsAsked)
+TEST_F(CloseDuringFlashingTest, BetweenTwoAttemptsNothingIsAsked)
 {
     startWithScript(script({unreachable()}));
-    // The pause is a second long; on a busy machine the close can come too late for it.
+    // The time between two attempts is one second; on a busy machine the close may come too late.
     for (int tries = 1; tries < 10; ++tries) {
         ASSERT_TRUE(pollUntil([&] { return ended() >= tries; }, updateLimitMs));
         QThread::msleep(150);
         if (ended() == tries && scenario().program.runs(usbFlasher).size() == tries)
             break;
     }
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingFlasherTest, AResetThatHangsIsKilledAndNothingIsAsked)
+TEST_F(CloseDuringFlashingTest, AResetThatHangsIsKilledAndNothingIsAsked)
 {
     startWithScript(scriptFor(QStringLiteral("shcmd"), {{step("hang", true)}}));
     ASSERT_TRUE(waitForLog("try to RunCmdReset..."));
     ASSERT_TRUE(
         pollUntil([&] { return scenario().program.runs(usbFlasher).size() == 2; }, updateLimitMs, 20));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas("Process did not finish!"));
 }
 
-TEST_F(LeavingFlasherTest, InTheEndingLoopOfALaunchModeNothingIsAsked)
+TEST_F(CloseDuringFlashingTest, InTheEndingLoopOfALaunchModeNothingIsAsked)
 {
     UpdateScenario &s = scenario();
     s.arguments = QStringList{QStringLiteral("TessilonixUpDate"), s.model()};
     start();
     ASSERT_TRUE(waitForLog("Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!"));
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_EQ(s.burned(), s.image());
 }
 

@@ -1,11 +1,11 @@
-// Loaded ahead of the libraries of the program under test: makes single calls of it go wrong in ways
-// that the simulated bus and the firmware server cannot. Without its variables it changes nothing.
+// Preloaded into the program under test: makes single calls fail in ways that the simulated bus and the
+// firmware server cannot. Without its variables it has no effect.
 //
-//   INTERPOSE_FAIL     names, separated by blanks, of libusb_init and hid_init: they return an error
-//   INTERPOSE_LOOP_MS  libusb_init runs an event loop for so long, as a tool that is waited for does
+//   INTERPOSE_FAIL     libusb_init or hid_init or both, separated by spaces: they return an error
+//   INTERPOSE_LOOP_MS  libusb_init runs an event loop for this time, as a wait for a tool does
 //   INTERPOSE_HOST     looking up this host name never returns
-//   INTERPOSE_BUS      a look at the USB bus never returns
-//   INTERPOSE_MARK     a file that is made as soon as the loop, the look-up or the look has begun
+//   INTERPOSE_BUS      listing the USB bus never returns
+//   INTERPOSE_MARK     a file that is created as soon as the loop, the look-up or the listing has begun
 
 #include <QEventLoop>
 #include <QTimer>
@@ -26,7 +26,7 @@ bool isToFail(const char *call)
     return names && std::strstr(names, call);
 }
 
-void leaveMark()
+void createMark()
 {
     if (const char *path = std::getenv("INTERPOSE_MARK"))
         close(open(path, O_CREAT | O_WRONLY, 0600));
@@ -34,7 +34,7 @@ void leaveMark()
 
 [[noreturn]] void hang()
 {
-    leaveMark();
+    createMark();
     for (;;)
         pause();
 }
@@ -56,7 +56,7 @@ int libusb_init(void **context)
     if (const char *milliseconds = std::getenv("INTERPOSE_LOOP_MS")) {
         QEventLoop loop;
         QTimer::singleShot(std::atoi(milliseconds), &loop, &QEventLoop::quit);
-        QTimer::singleShot(0, &loop, &leaveMark);
+        QTimer::singleShot(0, &loop, &createMark);
         loop.exec();
     }
     return next<int(void **)>("libusb_init")(context);

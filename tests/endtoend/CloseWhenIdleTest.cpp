@@ -1,4 +1,4 @@
-#include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/CloseTest.h"
 
 #include <QFileInfo>
 
@@ -12,7 +12,7 @@ namespace {
 
 using namespace EndToEnd;
 
-class LeavingIdleTest : public LeavingTest
+class CloseWhenIdleTest : public CloseTest
 {
 protected:
     void startAndDetect()
@@ -23,14 +23,14 @@ protected:
     }
 };
 
-TEST_F(LeavingIdleTest, AnIdleProgramEndsAtOnce)
+TEST_F(CloseWhenIdleTest, AnIdleProgramEndsAtOnce)
 {
     startAndDetect();
-    closeAndExpectGone();
+    closeAndExpectExit();
     EXPECT_TRUE(logHas("Find deviceName: DevMaa"));
 }
 
-TEST_F(LeavingIdleTest, TheLogWindowIsOnlyHiddenByItsCloseAndGoesWithTheMainWindow)
+TEST_F(CloseWhenIdleTest, TheLogWindowIsOnlyHiddenByItsCloseAndClosedWithTheMainWindow)
 {
     startAndDetect();
     ProbeClient &probe = scenario().probe;
@@ -44,10 +44,10 @@ TEST_F(LeavingIdleTest, TheLogWindowIsOnlyHiddenByItsCloseAndGoesWithTheMainWind
 
     ASSERT_TRUE(probe.check(QStringLiteral("logBox")));
     ASSERT_TRUE(probe.waitForWindow(log)) << probe.errorText().toStdString();
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingIdleTest, AFileDialogIsAnsweredFirstAndThenTheWindowCloses)
+TEST_F(CloseWhenIdleTest, AFileDialogIsAnsweredFirstAndThenTheWindowCloses)
 {
     startAndDetect();
     ProbeClient &probe = scenario().probe;
@@ -65,10 +65,10 @@ TEST_F(LeavingIdleTest, AFileDialogIsAnsweredFirstAndThenTheWindowCloses)
     EXPECT_FALSE(probe.window(dialog).isEmpty());
     ASSERT_TRUE(probe.close(dialog));
     ASSERT_TRUE(probe.waitForNoWindow(dialog)) << probe.errorText().toStdString();
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
-TEST_F(LeavingIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorKeepItFromLeaving)
+TEST_F(CloseWhenIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorPreventTheShutdown)
 {
     UpdateScenario &s = scenario();
     const QByteArray stage = QFileInfo(s.program.workingFolder()).path().toUtf8();
@@ -76,14 +76,14 @@ TEST_F(LeavingIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorKeepI
     QVector<int> pipes;
     for (const QByteArray &path : paths) {
         ASSERT_EQ(mkfifo(path.constData(), 0600), 0);
-        // Held open and never read, and full from the start.
+        // Held open but never read, and full from the start.
         pipes.append(open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
         ASSERT_GE(pipes.last(), 0);
         const QByteArray filler(4096, '\n');
         while (write(pipes.last(), filler.constData(), size_t(filler.size())) > 0) {
         }
     }
-    // Out of the folder as soon as the program has them: who reads them there would wait for ever.
+    // // Removed as soon as the program has opened them: reading them from the folder would block forever.
     std::thread remover([&] {
         pollUntil([&] { return !s.program.runningProcesses().isEmpty(); });
         for (const QByteArray &path : paths)
@@ -104,12 +104,12 @@ TEST_F(LeavingIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorKeepI
     }
     EXPECT_LT(late, 1500);
     EXPECT_GE(s.program.updateLogLines().count(QStringLiteral("Find deviceName: DevMaa")), ticksBefore + 5);
-    closeAndExpectGone();
+    closeAndExpectExit();
     for (const int pipe : pipes)
         close(pipe);
 }
 
-TEST_F(LeavingIdleTest, TenQuickClicksOnStartMakeOneUpdateThatACloseEnds)
+TEST_F(CloseWhenIdleTest, TenQuickClicksOnStartBeginOneUpdateThatACloseEnds)
 {
     UpdateScenario &s = scenario();
     s.serverFaults = QStringList{QStringLiteral("stall:path=*firmware-version*,nth=2")};
@@ -119,7 +119,7 @@ TEST_F(LeavingIdleTest, TenQuickClicksOnStartMakeOneUpdateThatACloseEnds)
     ASSERT_TRUE(waitForLog("try to download dev json..."));
     EXPECT_EQ(s.program.updateLogLines().count(QStringLiteral("try to download dev json...")), 1);
     EXPECT_TRUE(s.program.updateLogLines().filter(QStringLiteral("Another copy")).isEmpty());
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
 } // namespace
