@@ -26,6 +26,11 @@ struct SpokenNames
     const char *chooser;
 };
 
+void PrintTo(const SpokenNames &names, std::ostream *out)
+{
+    *out << names.locale;
+}
+
 const SpokenNames english{"en_US.UTF-8",
                           "Quillmarsh",
                           "ConnType:",
