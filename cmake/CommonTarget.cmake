@@ -25,8 +25,11 @@ if(QUILLMARSH_MOLD AND NOT WIN32)
     add_link_options(-fuse-ld=mold)
 endif()
 
-# What is shipped names its sources from the project's folder on, wherever that lies.
-add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>")
+# What is shipped names its sources from the project's folder on, wherever that lies, and also where the compiler
+# cache turns their paths into relative ones.
+file(RELATIVE_PATH QUILLMARSH_SOURCES_FROM_BUILD "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>"
+    "$<$<CONFIG:Release>:-ffile-prefix-map=${QUILLMARSH_SOURCES_FROM_BUILD}=>")
 
 add_library(quillmarsh_common INTERFACE)
 add_library(quillmarsh::common ALIAS quillmarsh_common)

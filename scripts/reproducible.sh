@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Shows that packages can be built again: builds those of the current commit in two fresh clones, in folders of
-# other names and lengths, one after the other, without the compiler cache, and compares them byte by byte. The
-# second build has another time zone, language and umask. What is compared are packages without signatures. The
+# other names and lengths, one after the other, and compares them byte by byte. The second build has another time
+# zone, language and umask, and no compiler cache. What is compared are packages without signatures. The
 # libraries for Windows are taken as scripts/windows/libraries.sh has built them. Takes a long time.
 # Usage: scripts/reproducible.sh [linux] [windows], both by default
 set -euo pipefail
@@ -11,7 +11,6 @@ work=$(mktemp -d --tmpdir quillmarsh-reproducible.XXXXXX)
 trap 'rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
 first=$work/one second=$work/another/folder/of-a-longer-name
-export CCACHE_DISABLE=1
 unset SOURCE_DATE_EPOCH
 
 build_linux() { scripts/linux/package.sh; }
@@ -37,7 +36,7 @@ echo "Building $(git -C "$project" log -1 --format='%h %s') twice."
 (build_in "$first" "$@")
 echo "The first build has ended after $SECONDS s."
 (
-    export TZ=Asia/Kathmandu LC_ALL=C.UTF-8
+    export TZ=Asia/Kathmandu LC_ALL=C.UTF-8 CCACHE_DISABLE=1
     umask 027
     build_in "$second" "$@"
 )
