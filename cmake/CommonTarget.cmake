@@ -25,6 +25,9 @@ if(QUILLMARSH_MOLD AND NOT WIN32)
     add_link_options(-fuse-ld=mold)
 endif()
 
+# What is shipped names its sources from the project's folder on, wherever that lies.
+add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>")
+
 add_library(quillmarsh_common INTERFACE)
 add_library(quillmarsh::common ALIAS quillmarsh_common)
 
@@ -49,7 +52,8 @@ target_compile_options(quillmarsh_common INTERFACE
 
 if(WIN32)
     # With MinGW-w64 the checks are in a library of the compiler, which must be linked explicitly.
-    set(QUILLMARSH_LINK_OPTIONS -fstack-protector-strong)
+    # The linker would write the time of the build into the program.
+    set(QUILLMARSH_LINK_OPTIONS -fstack-protector-strong LINKER:--no-insert-timestamp)
 endif()
 target_link_options(quillmarsh_common INTERFACE ${QUILLMARSH_LINK_OPTIONS})
 

@@ -9,12 +9,12 @@ packages=(
     libsodium-dev minisign
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
-    clang libclang-rt-14-dev clang-format clang-tidy
+    clang libclang-rt-dev clang-format clang-tidy
     nlohmann-json3-dev
-    nginx-core openssl dbus-daemon python3 python3-jsonschema jq
-    xvfb xauth xdotool openbox wmctrl
+    nginx-core jq osslsigncode openssl dbus-daemon python3 python3-jsonschema
+    xvfb xauth xdotool openbox wmctrl at-spi2-core gir1.2-atspi-2.0 python3-gi
     fonts-dejavu-core fonts-noto-cjk
-    iproute2 util-linux
+    iproute2 util-linux unzip
     "$@"
 )
 

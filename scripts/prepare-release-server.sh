@@ -11,7 +11,6 @@ stage=$1 model=$2
 address=$(scripts/print-server-address.sh)
 [[ $address =~ ^https://([^:/]+)(:([0-9]+))?$ ]] || { echo "$address is not an HTTPS address." >&2; exit 1; }
 host=${BASH_REMATCH[1]} port=${BASH_REMATCH[3]:-443}
-scripts/install-dependencies.sh jq
 
 mkdir -p "$stage/nginx"
 echo "$host" >"$stage/host"

@@ -1,4 +1,5 @@
 #include "harness/CliScenario.h"
+#include "harness/stage/TargetSystem.h"
 #include "simulator/files/WholeFile.h"
 
 #include <QCommandLineParser>
@@ -14,7 +15,7 @@ constexpr int noExitCode = 125;
 /// program.
 int run(const QString &program, const QString &model, const QString &burned, const QStringList &arguments)
 {
-    CliScenario scenario(model, program);
+    CliScenario scenario(model, makeNativeSystem(program));
     // The script provides the firmware server.
     scenario.withServer = false;
     const std::optional<int> exitCode = scenario.run(arguments);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs the package into a minimal Debian 12, updates a simulated device there as an ordinary user, with the
-# window and with quillmarsh-cli, removes the package, and prints the remaining files: only the user's own files
-# may remain. Needs root.
+# Installs the package into a minimal system of the Debian release that this runs on, updates a simulated device
+# there as an ordinary user, with the window and with quillmarsh-cli, removes the package, and prints the remaining
+# files: only the user's own files may remain. Needs root.
 # Usage: scripts/linux/check-package.sh PACKAGE HARNESS_BUILD [BASE]
 # HARNESS_BUILD is a build folder with the test harness; BASE is a minimal system to copy instead of downloading
 # one.
@@ -59,7 +59,7 @@ step 'An empty system'
 if [ -n "$base" ]; then
     cp -a "$base" "$root"
 else
-    debootstrap --variant=minbase bookworm "$root" >"$work/log"
+    debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" >"$work/log"
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp "$package" "$root/tmp/quillmarsh.deb"

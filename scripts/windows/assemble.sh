@@ -5,6 +5,8 @@ set -euo pipefail
 executable=$1 libraries=$2 folder=$3
 shift 3
 project=$(cd "$(dirname "$0")/../.." && pwd)
+SOURCE_DATE_EPOCH=$("$project/scripts/source-date.sh")
+export SOURCE_DATE_EPOCH
 
 triplet=x86_64-w64-mingw32
 sources=("$libraries/bin" "$(dirname "$($triplet-g++-posix -print-file-name=libstdc++-6.dll)")" "/usr/$triplet/lib")

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Cross-builds the programs for Windows x64 and all their tests, with warnings as errors. The files to ship are in
 # build/windows/quillmarsh, from which the programs can be run on Windows. The first run on a machine takes half
-# an hour, because it builds the libraries (libraries.sh).
+# an hour, because it builds the libraries (libraries.sh). With --product, builds only what is shipped.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -22,9 +22,11 @@ for build in build/mingw build/mingw-release; do
     fi
 done
 
-step 'Program and tests'
-cmake --preset mingw
-cmake --build --preset mingw
+if [ "${1-}" != --product ]; then
+    step 'Program and tests'
+    cmake --preset mingw
+    cmake --build --preset mingw
+fi
 
 step 'Program, as it is shipped'
 cmake --preset mingw-release

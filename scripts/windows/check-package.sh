@@ -115,6 +115,7 @@ for program in quillmarsh quillmarsh-cli; do
     [ -f "$installed/$program.exe" ] || fail "$program is missing"
 done
 wine "$installed/quillmarsh-cli.exe" --version | grep -q '^quillmarsh-cli [0-9]' || fail 'quillmarsh-cli does not start'
+ls "$installed"/libsodium-*.dll >/dev/null || fail 'the library that verifies signatures is not there'
 cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
 wine reg query "$uninstall_key" /v DisplayVersion
 find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'

@@ -13,7 +13,7 @@ scripts/windows/install-tools.sh
 # A separate build folder, because the tests of the other one are compared with those of the Windows build.
 step 'Tests'
 cmake --preset test -B build/wine -DQUILLMARSH_WINE_TESTS="$PWD/build/mingw"
-cmake --build build/wine --target windows_endtoend_tests windows_library_tests quillmarsh-demo
+cmake --build build/wine --target windows_endtoend_tests windows_cli_tests windows_library_tests quillmarsh-demo
 ctest --test-dir build/wine --label-regex '^wine$' --output-on-failure --no-tests=error \
     --parallel "$(nproc)" "$@"
 step 'Done'

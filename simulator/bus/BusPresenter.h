@@ -13,6 +13,8 @@ public:
     {
         UsbIds ids;
         int position = 0;
+        /// The device class; 9 for a hub.
+        int deviceClass = 0;
         QString manufacturer;
         QString product;
         QString serial;

@@ -33,7 +33,7 @@ QVector<int> UsbRecords::interfaceNumbers(const BusPresenter::Device &device)
 
 QByteArray UsbRecords::descriptors(const BusPresenter::Device &device)
 {
-    QByteArray bytes = fromList({18, 1, 0x00, 0x02, 0, 0, 0, 64});
+    QByteArray bytes = fromList({18, 1, 0x00, 0x02, device.deviceClass, 0, 0, 64});
     appendWord(bytes, device.ids.vendorId);
     appendWord(bytes, device.ids.productId);
     bytes += fromList({0x00, 0x01, 1, 2, device.serial.isEmpty() ? 0 : 3, 1});

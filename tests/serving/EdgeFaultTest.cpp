@@ -54,7 +54,7 @@ TEST_F(EdgeFaultTest, WithoutItsOriginAnEdgeStillServesItsCache)
     begin(1);
     expectComplete(1);
     m_sites.killOrigin();
-    ManyClients others;
+    ManyClients others(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(others, 5));
     EXPECT_EQ(others.results().sums, (QMap<QString, int>{{sumOf(m_image), 5}}));
 }

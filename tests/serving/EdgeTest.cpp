@@ -130,14 +130,14 @@ TEST_F(EdgeTest, ANewManifestDuringDownloadsDoesNotDisturbThem)
     ASSERT_TRUE(manifest.open(QIODevice::ReadWrite) &&
                 manifest.setFileTime(written, QFileDevice::FileModificationTime));
     // New clients get either manifest until the old one has expired in the cache.
-    ManyClients late;
+    ManyClients late(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(late, 10));
     expectComplete(10);
     const ClientResults results = late.results();
     EXPECT_EQ(results.failures, QStringList());
     EXPECT_EQ(results.sums.value(sumOf(m_image)) + results.sums.value(sumOf(next)), 10);
 
-    ManyClients last;
+    ManyClients last(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(last, 1));
     EXPECT_EQ(last.results().sums, (QMap<QString, int>{{sumOf(next), 1}}));
 }

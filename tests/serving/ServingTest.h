@@ -2,7 +2,7 @@
 
 #include "harness/process/Polling.h"
 #include "harness/session/EdgeAndOrigin.h"
-#include "tests/serving/ManyClients.h"
+#include "harness/session/ManyClients.h"
 
 #include <QCryptographicHash>
 
@@ -64,5 +64,5 @@ protected:
     // Not a multiple of the slices; the borders of the ten ranges are not borders of slices.
     const QByteArray m_image = randomBytes(5000007, 1);
     EdgeAndOrigin m_sites;
-    ManyClients m_clients;
+    ManyClients m_clients{QStringLiteral(FETCH_CLIENTS)};
 };

@@ -123,6 +123,30 @@ protected:
     BusSession m_bus;
 };
 
+TEST_F(SimulatedBusTest, AReportThatIsTooShortOrTooLongForTheKernelIsRefused)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1,
+                       {{QStringLiteral("interfaces"), QJsonArray{node(0, "hidraw_a", true)}}})});
+    EXPECT_EQ(write("hidraw_a", QByteArray(1, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16385, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(2, '\4')), 2);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16384, '\4')), 16384);
+}
+
+TEST_F(SimulatedBusTest, ABusOutlivesTheAddressesThatItHasForDevices)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1)});
+    for (int times = 0; times < 130; ++times) {
+        ASSERT_TRUE(bus().unplug(QStringLiteral("a"))) << times;
+        ASSERT_TRUE(bus().plug(QStringLiteral("a"))) << times << m_bus.errorText().toStdString();
+        if (times % 10 != 9)
+            continue;
+        const QJsonObject listing = list();
+        EXPECT_EQ(usb(listing), QStringList{idsOf(1)}) << times;
+        EXPECT_EQ(paths(listing), QStringList{QStringLiteral("/dev/hidraw0")}) << times;
+    }
+}
+
 TEST_F(SimulatedBusTest, DevicesAreListedInTheOrderOfTheirPositions)
 {
     startBus({deviceOf(QStringLiteral("b"), 2, {{QStringLiteral("position"), 30}}),

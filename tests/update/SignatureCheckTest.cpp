@@ -152,7 +152,7 @@ TEST_F(SignatureCheckTest, IfTheModelIsUnknownOnlyTheSignatureDecides)
 
 TEST_F(SignatureCheckTest, ShuttingDownEndsTheCheck)
 {
-    m_clock.leave();
+    m_clock.shutDown();
     EXPECT_EQ(checkServer(QString::fromUtf8(Signatures::text("good"))), UpdateReason::ProgramClosed);
     EXPECT_EQ(takeLines(), list({"Checking the signature of the image."}));
 }

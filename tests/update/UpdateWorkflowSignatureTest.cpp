@@ -95,7 +95,7 @@ TEST_F(UpdateWorkflowSignatureTest, InALaunchModeARefusedImageEndsInTheBlockingL
     m_launch.isZN58Mode = true;
     m_clock.whileWatching = [this] {
         if (m_clock.sleeps().count(5) == 10)
-            m_clock.leave();
+            m_clock.shutDown();
     };
     serveSigned("other-model");
     EXPECT_EQ(run().reason, UpdateReason::SignatureRefused);

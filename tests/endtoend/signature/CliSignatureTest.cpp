@@ -16,7 +16,7 @@ class CliSignatureTest : public CliTest
 protected:
     explicit CliSignatureTest(const QString &program = QStringLiteral(SIGNING_COMMAND_LINE_PROGRAM))
     {
-        m_scenario = std::make_unique<CliScenario>(QStringLiteral("DevMaa"), program);
+        m_scenario = std::make_unique<CliScenario>(QStringLiteral("DevMaa"), makeNativeSystem(program));
     }
 
     QString served() { return scenario().firmware.imageFile(scenario().model()); }

@@ -1,4 +1,4 @@
-#include "tests/serving/ManyClients.h"
+#include "harness/session/ManyClients.h"
 
 #include "harness/process/Polling.h"
 #include "simulator/files/WholeFile.h"
@@ -27,11 +27,11 @@ bool ManyClients::start(int clients, const QString &manifestUrl, const QString &
         for (int i = 0; i < count; ++i)
             m_folders.append(folder + QLatin1Char('/') + QString::number(i));
         m_processes.push_back(std::make_unique<ChildProcess>());
-        if (!m_processes.back()->start(
-                {QStringLiteral(FETCH_CLIENTS), QStringLiteral("--manifest"), manifestUrl,
-                 QStringLiteral("--model"), model, QStringLiteral("--count"), QString::number(count),
-                 QStringLiteral("--authority"), authority, QStringLiteral("--folder"), folder,
-                 QStringLiteral("--results"), m_folder.filePath(name + QStringLiteral(".results"))}))
+        if (!m_processes.back()->start({m_program, QStringLiteral("--manifest"), manifestUrl,
+                                        QStringLiteral("--model"), model, QStringLiteral("--count"),
+                                        QString::number(count), QStringLiteral("--authority"), authority,
+                                        QStringLiteral("--folder"), folder, QStringLiteral("--results"),
+                                        m_folder.filePath(name + QStringLiteral(".results"))}))
             return false;
     }
     return true;
@@ -64,6 +64,7 @@ ClientResults ManyClients::results()
             if (words.value(0) == QLatin1String("complete")) {
                 ++all.sums[words.value(1)];
                 all.retries += words.value(2).toInt();
+                all.tookMs.append(words.value(3).toDouble());
             } else {
                 all.failures.append(line);
             }

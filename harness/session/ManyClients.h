@@ -5,6 +5,7 @@
 #include <QMap>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -18,12 +19,17 @@ struct ClientResults
     QStringList failures;
     /// The number of repeated requests of the clients that have downloaded an image.
     int retries = 0;
+    /// Milliseconds that each of these took.
+    QVector<double> tookMs;
 };
 
 /// Clients that download an image at the same time, at most 25 in each process. The destructor ends them.
 class ManyClients
 {
 public:
+    /// `program` is quillmarsh-fetch-clients.
+    explicit ManyClients(const QString &program) : m_program(program) {}
+
     /// Starts the given number of clients. Returns false on failure; see errorText().
     bool start(int clients, const QString &manifestUrl, const QString &model, const QString &authority);
     /// Returns whether all clients have received bytes of an image.
@@ -36,6 +42,7 @@ public:
     QString errorText() const;
 
 private:
+    QString m_program;
     QTemporaryDir m_folder;
     /// One for each client.
     QStringList m_folders;
