@@ -14,6 +14,11 @@ CommandContext::CommandContext(Options given, EventSink &events)
 {
 }
 
+QString CommandContext::downloadFolder() const
+{
+    return folder().isEmpty() ? QDir::tempPath() : folder();
+}
+
 UsbBus &CommandContext::usb()
 {
     initialise();

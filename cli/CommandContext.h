@@ -1,8 +1,8 @@
 #pragma once
 
+#include "checks/ToolFiles.h"
 #include "cli/EventSink.h"
 #include "cli/Options.h"
-#include "cli/ToolFiles.h"
 #include "devices/DeviceLibraries.h"
 #include "devices/HidPort.h"
 #include "devices/UsbBus.h"
@@ -29,6 +29,9 @@ public:
 
     /// Returns the private folder; empty if it could not be made.
     QString folder() const { return m_folder.isValid() ? m_folder.path() : QString(); }
+
+    /// Returns where downloads lie: the private folder or, if that could not be made, the one around it.
+    QString downloadFolder() const;
 
     /// Waits, running the event loop. Returns false if the program was told to end.
     static bool waitMs(int milliseconds);

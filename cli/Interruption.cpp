@@ -1,7 +1,7 @@
 #include "cli/Interruption.h"
 
+#include "checks/Texts.h"
 #include "cli/EventSink.h"
-#include "cli/Texts.h"
 #include "session/UpdateSession.h"
 #include "support/ShutdownFlag.h"
 

@@ -1,7 +1,7 @@
 #include "cli/JsonEvents.h"
 
 #include "cli/DeviceStates.h"
-#include "cli/EventNames.h"
+#include "session/EventNames.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

@@ -1,11 +1,11 @@
 #include "cli/ManifestCommand.h"
 
+#include "checks/DeviceFindings.h"
+#include "checks/ManifestFindings.h"
+#include "checks/ServerCheck.h"
+#include "checks/WebLook.h"
 #include "cli/CliReporter.h"
 #include "cli/CommandContext.h"
-#include "cli/DeviceFindings.h"
-#include "cli/ManifestFindings.h"
-#include "cli/ServerCheck.h"
-#include "cli/WebLook.h"
 #include "download/ThreadFileDownloader.h"
 #include "support/ShutdownFlag.h"
 #include "update/FirmwareManifest.h"
@@ -62,7 +62,7 @@ ExitCode Verification::run()
     }
     if (ShutdownFlag::instance().isRaised())
         return ExitCode::Interrupted;
-    return Findings::exitCodeOf(m_findings, ExitCode::FirmwareUnusable);
+    return exitCodeOf(m_findings, ExitCode::FirmwareUnusable);
 }
 
 void Verification::verifyEntry(const QString &model, const QJsonObject &root)

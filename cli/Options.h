@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 
 #include <QString>
 #include <QStringList>

@@ -26,11 +26,12 @@ quillmarsh_declare_module(download PRODUCT MAY_INCLUDE support)
 quillmarsh_declare_module(driver PRODUCT MAY_INCLUDE support)
 quillmarsh_declare_module(iap PRODUCT MAY_INCLUDE support session)
 quillmarsh_declare_module(update PRODUCT MAY_INCLUDE support session devices download)
+quillmarsh_declare_module(checks PRODUCT MAY_INCLUDE support devices download driver update)
 quillmarsh_declare_module(resources PRODUCT)
 quillmarsh_declare_module(app PRODUCT MAY_INCLUDE
     support session widgets devices download driver iap update resources)
 quillmarsh_declare_module(cli PRODUCT MAY_INCLUDE
-    support session devices download driver iap update resources)
+    support session devices download driver iap update checks resources)
 quillmarsh_declare_module(simulator)
 quillmarsh_declare_module(harness MAY_INCLUDE simulator devices support)
 quillmarsh_declare_module(demo MAY_INCLUDE harness simulator devices)

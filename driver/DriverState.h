@@ -16,8 +16,9 @@ struct DriverState
     /// Files of the driver package that are not beside the program.
     QStringList missingFiles;
 
-    /// Looks at `system`. GUI thread.
+    /// Looks at `system`. May be called from any thread.
     static DriverState of(DriverSystem &system);
-    /// Looks at this system; nothing where no driver is needed. GUI thread.
+    /// Looks at this system; nothing where no driver is needed. May be called from any
+    /// thread.
     static std::optional<DriverState> ofThisSystem();
 };

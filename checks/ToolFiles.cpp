@@ -1,6 +1,6 @@
-#include "cli/ToolFiles.h"
+#include "checks/ToolFiles.h"
 
-#include "cli/ToolFolders.h"
+#include "checks/ToolFolders.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Finding.h"
+#include "checks/Finding.h"
 #include "driver/DriverState.h"
 
 #include <QString>

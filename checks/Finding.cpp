@@ -1,4 +1,4 @@
-#include "cli/Finding.h"
+#include "checks/Finding.h"
 
 #include <algorithm>
 
@@ -40,10 +40,8 @@ QString Findings::describe(const Finding &finding)
     return line;
 }
 
-ExitCode Findings::exitCodeOf(const QVector<Finding> &findings, ExitCode problemCode)
+bool Findings::hasProblem(const QVector<Finding> &findings)
 {
-    const bool hasProblem = std::any_of(findings.begin(), findings.end(), [](const Finding &finding) {
-        return finding.verdict == Finding::Verdict::Problem;
-    });
-    return hasProblem ? problemCode : ExitCode::Done;
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding &finding) { return finding.verdict == Finding::Verdict::Problem; });
 }

@@ -1,8 +1,8 @@
-#include "cli/ServerCheck.h"
+#include "checks/ServerCheck.h"
 
-#include "cli/ManifestFindings.h"
-#include "cli/Texts.h"
-#include "cli/WebLook.h"
+#include "checks/ManifestFindings.h"
+#include "checks/Texts.h"
+#include "checks/WebLook.h"
 #include "download/HttpAnswer.h"
 
 #include <QFile>

@@ -1,8 +1,8 @@
-#include "cli/ManifestFindings.h"
+#include "checks/ManifestFindings.h"
 
-#include "cli/ImageFindings.h"
-#include "cli/Texts.h"
-#include "cli/WebLook.h"
+#include "checks/ImageFindings.h"
+#include "checks/Texts.h"
+#include "checks/WebLook.h"
 #include "update/FirmwareManifest.h"
 
 namespace {

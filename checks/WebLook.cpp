@@ -1,4 +1,4 @@
-#include "cli/WebLook.h"
+#include "checks/WebLook.h"
 
 #include "download/HttpAnswer.h"
 #include "support/ShutdownFlag.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "cli/ExitCode.h"
-
 #include <QLatin1String>
 #include <QString>
 #include <QVector>
@@ -37,7 +35,7 @@ QLatin1String nameOf(Finding::Verdict verdict);
 /// Returns a finding in one line: verdict, what was looked at, text and remedy.
 QString describe(const Finding &finding);
 
-/// Returns `problemCode` if one of the findings is a problem, else ExitCode::Done.
-ExitCode exitCodeOf(const QVector<Finding> &findings, ExitCode problemCode);
+/// Returns whether one of the findings is a problem.
+bool hasProblem(const QVector<Finding> &findings);
 
 } // namespace Findings

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/EventSink.h"
+#include "checks/DeviceInfo.h"
 #include "devices/ModelTable.h"
 #include "devices/UsbBus.h"
 

@@ -1,6 +1,6 @@
-#include "cli/SystemFindings.h"
+#include "checks/SystemFindings.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 #include "download/DiskNeed.h"
 
 namespace {

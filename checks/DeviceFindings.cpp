@@ -1,6 +1,6 @@
-#include "cli/DeviceFindings.h"
+#include "checks/DeviceFindings.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 #include "devices/ControlledDeviceList.h"
 #include "devices/ModelTable.h"
 #include "support/QuietReporter.h"

@@ -1,4 +1,4 @@
-#include "cli/DeviceSearch.h"
+#include "checks/DeviceSearch.h"
 
 #include "devices/Bootloader.h"
 #include "devices/ControlledDeviceList.h"

@@ -1,4 +1,4 @@
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 
 #include <QLocale>
 

@@ -1,4 +1,4 @@
-#include "cli/EventNames.h"
+#include "session/EventNames.h"
 
 QLatin1String EventNames::of(UpdateStage stage)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/Finding.h"
-#include "cli/ImageFindings.h"
+#include "checks/Finding.h"
+#include "checks/ImageFindings.h"
 
 #include <QJsonObject>
 #include <QString>

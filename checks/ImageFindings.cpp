@@ -1,6 +1,6 @@
-#include "cli/ImageFindings.h"
+#include "checks/ImageFindings.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 #include "download/HttpAnswer.h"
 
 #include <QRegularExpression>

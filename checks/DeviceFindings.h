@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/EventSink.h"
-#include "cli/Finding.h"
+#include "checks/DeviceInfo.h"
+#include "checks/Finding.h"
 
 #include <QByteArray>
 #include <QString>

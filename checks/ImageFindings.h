@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/Finding.h"
-#include "cli/WebLook.h"
+#include "checks/Finding.h"
+#include "checks/WebLook.h"
 
 #include <QString>
 
