@@ -27,6 +27,9 @@ struct HidInterface
     QByteArray path;
     /// bInterfaceNumber; -1 when the platform does not tell.
     int interfaceNumber = -1;
+    /// What its top-level collection is for; 0 when the platform does not tell.
+    quint16 usagePage = 0;
+    quint16 usage = 0;
     /// Where the interface stands on its device, in the words that the path holds on Windows
     /// ("MI_00", "Col04"); empty where paths have these themselves. See HidMarkers.h.
     QString markers;

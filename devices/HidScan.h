@@ -12,6 +12,13 @@
 /// path. GUI thread.
 namespace HidScan {
 
+/// Returns the word in its path, or in its markers, by which the interface of the model `name` is found;
+/// empty for a model that needs no certain one.
+QLatin1String markerOf(const QString &name);
+
+/// Returns whether the interface bears the marker, in whatever letter case. An empty marker is never borne.
+bool bears(const HidInterface &seen, QLatin1String marker);
+
 /// Looks through all HID interfaces for the one that the model `name` needs and opens it: the
 /// first one that bears the marker and can be opened. Null when there is none. Each interface
 /// looked at adds a line to the file `interfaceLogPath`.

@@ -110,6 +110,8 @@ private:
             // Null while the system is still setting the interface up.
             entry.path = QByteArray(info->path);
             entry.interfaceNumber = info->interface_number;
+            entry.usagePage = info->usage_page;
+            entry.usage = info->usage;
             interfaces.append(entry);
         }
         return interfaces;
