@@ -27,6 +27,8 @@ public:
 
     /// What stands on the bus; the model's device at first.
     QList<QJsonObject> devices;
+    /// The file of a report whose bus is shown in their place; empty for none.
+    QString report;
     /// Whether there is a firmware server, and what is wrong with it.
     bool withServer = true;
     QStringList serverFaults;

@@ -10,9 +10,9 @@ class NativeSystem : public TargetSystem
 public:
     QString program() const override { return BuildPaths::program(); }
     QString standIn() const override { return BuildPaths::standIn(); }
-    QStringList busController(const QString &descriptionFile) const override
+    QStringList busController(const QString &file, BusFile kind) const override
     {
-        return busControllerCommand(descriptionFile);
+        return busControllerCommand(file, kind);
     }
 
     QString furnish(const StageFolders &folders, QProcessEnvironment &environment) override

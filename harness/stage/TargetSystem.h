@@ -1,5 +1,7 @@
 #pragma once
 
+#include "harness/session/BusControllerCommand.h"
+
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -27,7 +29,7 @@ public:
     virtual QString program() const = 0;
     virtual QString standIn() const = 0;
     /// The command that starts a controller whose bus programs of this system see.
-    virtual QStringList busController(const QString &descriptionFile) const = 0;
+    virtual QStringList busController(const QString &file, BusFile kind) const = 0;
 
     /// Gives the stage what programs of this system need, beside them and in their environment.
     /// Returns what went wrong; empty when all is well.

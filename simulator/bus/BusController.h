@@ -9,8 +9,8 @@
 /// What every controller of a simulated bus does, whatever it shows its devices with.
 namespace BusController {
 
-/// The bus description that the application's arguments name; without one, says why on the standard
-/// error.
+/// The bus description, or the bus in the report, that the application's arguments name; without one, says
+/// why on the standard error.
 std::optional<BusDescription> readDescription();
 
 /// Shows the described devices through `presenter` and serves them, until it is asked to end. Prints

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <optional>
@@ -16,6 +17,7 @@ struct UsbIds
 /// One HID interface (or, on systems that give each its own path, one top-level collection).
 struct HidNodeDescription
 {
+    /// bInterfaceNumber; -1 for one that the system does not tell.
     int number = 0;
     /// Ordinal of the top-level collection when several nodes share an interface number.
     int collection = 1;
@@ -29,6 +31,10 @@ struct HidNodeDescription
     bool openable = true;
     /// An enumeration sees it without a path.
     bool pathless = false;
+    /// Its report descriptor; empty: one is made for `collections`.
+    QByteArray reportDescriptor;
+    /// Its paths where paths are those of Windows, one for each enumerated collection; empty: made.
+    QStringList windowsPaths;
 };
 
 /// What the device does once it has been sent the update-mode report.
@@ -76,6 +82,12 @@ struct DeviceDescription
     UsbIds bootloader{0x33C3, 0x8899};
     /// Devices that stand on the bus together are listed in the order of their positions.
     int position = 0;
+    /// Where it is connected, as in "1-2.3"; empty: made from the position.
+    QString ports;
+    /// bDeviceClass of the application.
+    int deviceClass = 0;
+    /// Device descriptor and configurations, shown while the device has the ids in them; empty: made.
+    QByteArray descriptors;
     Start start = Start::Application;
     QString manufacturer;
     QString product;
@@ -102,7 +114,13 @@ struct BusDescription
     QVector<DeviceDescription> devices;
 
     static constexpr int maximumPosition = 125;
+    /// How long a report descriptor may be, in bytes.
+    static constexpr int maximumReportDescriptor = 4096;
 
     /// Nothing when the text is wrong; `error` (may be null) then says where.
     static std::optional<BusDescription> parse(const QByteArray &json, QString *error);
+    /// Puts devices into bus order and names nodes without a name. Returns which two clash; empty if none do.
+    QString complete();
+    /// Whether the text is one for DeviceDescription::ports.
+    static bool isPorts(const QString &text);
 };

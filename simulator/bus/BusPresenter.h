@@ -13,6 +13,10 @@ public:
     {
         UsbIds ids;
         int position = 0;
+        /// As in DeviceDescription.
+        QString ports;
+        int deviceClass = 0;
+        QByteArray descriptors;
         QString manufacturer;
         QString product;
         QString serial;

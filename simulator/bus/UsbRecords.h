@@ -11,7 +11,9 @@ namespace UsbRecords {
 QByteArray descriptors(const BusPresenter::Device &device);
 /// A vendor report descriptor with `collections` top-level collections, each with output report 4.
 QByteArray reportDescriptor(int collections);
-/// The interface numbers of the device, each once, ascending.
+/// The report descriptor of a node: its own, or a made one.
+QByteArray reportDescriptor(const HidNodeDescription &node);
+/// The known interface numbers of the device, each once, ascending.
 QVector<int> interfaceNumbers(const BusPresenter::Device &device);
 
 } // namespace UsbRecords
