@@ -31,6 +31,12 @@ HidPort &CommandContext::hid()
     return *m_hid;
 }
 
+bool CommandContext::isUsbReady()
+{
+    initialise();
+    return m_libraries.usbReady();
+}
+
 void CommandContext::initialise()
 {
     if (m_usb)

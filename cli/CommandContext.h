@@ -26,6 +26,8 @@ public:
     /// Returns the buses. The first call initialises the libraries.
     UsbBus &usb();
     HidPort &hid();
+    /// Returns whether libusb could be initialised.
+    bool isUsbReady();
 
     /// Returns the private folder; empty if it could not be made.
     QString folder() const { return m_folder.isValid() ? m_folder.path() : QString(); }

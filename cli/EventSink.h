@@ -46,6 +46,8 @@ public:
     virtual void result(const UpdateSummary &summary) = 0;
     /// Something that was checked. Only "check" and "manifest verify" tell of findings.
     virtual void finding(const Finding & /*finding*/) {}
+    /// A report was written to this file.
+    virtual void report(const QString & /*path*/) {}
     /// A sentence for the person in front of the screen. Programs get it on standard error.
     virtual void tell(const QString &sentence) = 0;
 };

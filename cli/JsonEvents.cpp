@@ -88,6 +88,11 @@ void JsonEvents::finding(const Finding &finding)
                       {QStringLiteral("remedy"), finding.remedy}});
 }
 
+void JsonEvents::report(const QString &path)
+{
+    write("report", {{QStringLiteral("path"), path}});
+}
+
 void JsonEvents::tell(const QString &sentence)
 {
     m_writeSentence(sentence.toUtf8() + '\n');
