@@ -3,8 +3,9 @@
 # the start button to you; without one, or with --auto, it presses Start itself and saves pictures
 # in build/demo. --lang zh shows the window in Chinese, --mode zn58 and --mode tessilonix MODEL start
 # the update as a companion program does, --bootloader has the model asked for, --iap MODEL programs a
-# microcontroller through the IAP panel, --local FILE burns that file. --cli shows the program without a
-# window in this terminal, --cli --json its events alone on standard output; --help tells the rest.
+# microcontroller through the IAP panel, --local FILE burns that file, --report FILE shows the devices of
+# a user's report. --cli shows the program without a window in this terminal, --cli --json its events alone on
+# standard output; --help tells the rest.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 
