@@ -55,9 +55,15 @@ QByteArray busOf(const QString &report)
     return bus.isEmpty() ? QByteArray() : QJsonDocument(bus).toJson();
 }
 
-ReplayStage::ReplayStage(const char *switchedOn)
-    : m_commandLine(BuildPaths::commandLineProgram()),
-      m_window(makeNativeSystem())
+ReplayStage::System ReplayStage::nativeSystem()
+{
+    return {&makeNativeSystem, BuildPaths::commandLineProgram(), false};
+}
+
+ReplayStage::ReplayStage(const char *switchedOn, const System &system)
+    : m_needsDisplay(system.needsDisplay),
+      m_commandLine(system.make(), QString(), system.commandLineProgram),
+      m_window(system.make())
 {
     for (StagedProgram *program : {&m_commandLine, &m_window})
         setControlList(*program, switchedOn);
@@ -69,7 +75,13 @@ bool ReplayStage::open(const QString &file, BusFile kind)
 {
     if (!m_commandLine.isValid() || !m_window.isValid())
         return fail(QStringLiteral("staging"), m_commandLine.errorText() + m_window.errorText());
-    return m_bus.startController(busControllerCommand(file, kind)) ||
+    if (m_needsDisplay && !m_display.start(QSize(1280, 900)))
+        return fail(QStringLiteral("the display"), m_display.errorText());
+    if (m_needsDisplay) {
+        m_commandLine.setDisplay(m_display.display());
+        m_window.setDisplay(m_display.display());
+    }
+    return m_bus.startController(m_window.system().busController(file, kind)) ||
            fail(QStringLiteral("the bus"), m_bus.errorText());
 }
 
@@ -85,7 +97,7 @@ bool ReplayStage::run(const QStringList &arguments)
 
 bool ReplayStage::writeReport(const QString &path)
 {
-    return run({QStringLiteral("report"), path});
+    return run({QStringLiteral("report"), m_commandLine.nameOf(path)});
 }
 
 Seen ReplayStage::look()

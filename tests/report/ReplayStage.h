@@ -1,12 +1,14 @@
 #pragma once
 
 #include "harness/session/BusSession.h"
+#include "harness/session/XvfbSession.h"
 #include "harness/stage/StagedProgram.h"
 #include "harness/window/ProbeClient.h"
 
 #include <QJsonArray>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 /// What the two programs see of a bus.
@@ -33,8 +35,19 @@ QByteArray busOf(const QString &report);
 class ReplayStage
 {
 public:
+    /// The system of the two programs.
+    struct System
+    {
+        std::function<std::unique_ptr<TargetSystem>()> make;
+        QString commandLineProgram;
+        /// Whether its windows need a display to be drawn on.
+        bool needsDisplay = false;
+    };
+    /// The system that this process runs on.
+    static System nativeSystem();
+
     /// `switchedOn` as in ReplayBuses::Bus.
-    explicit ReplayStage(const char *switchedOn);
+    explicit ReplayStage(const char *switchedOn, const System &system = nativeSystem());
 
     /// Starts the bus.
     bool open(const QString &file, BusFile kind);
@@ -54,8 +67,10 @@ private:
     void lookThroughWindow(Seen &seen);
     bool fail(const QString &what, const QString &why);
 
+    const bool m_needsDisplay;
     StagedProgram m_commandLine;
     StagedProgram m_window;
+    XvfbSession m_display;
     BusSession m_bus;
     ProbeClient m_probe;
     QString m_error;
