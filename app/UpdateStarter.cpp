@@ -25,7 +25,7 @@ UpdateStarter::UpdateStarter(const Dependencies &dependencies)
       m_awake(reasonToStayAwake(), dependencies.window,
               [this](const QString &line) { m_dependencies.reporter.log(line); })
 {
-    m_dependencies.session.watchStages([this](UpdateStage stage) { m_awake.note(stage); });
+    m_dependencies.session.watchStages([this](UpdateStage stage) { m_awake.onStageChanged(stage); });
 }
 
 UpdateStarter::~UpdateStarter()
@@ -53,7 +53,7 @@ void UpdateStarter::start()
     if (makeChooser())
         QtConcurrent::run([this, request] { runWorkflow(request); });
     else
-        session.end(UpdateReason::ProgramClosed, UpdateSession::Afterwards::Leaving, {});
+        session.end(UpdateReason::ProgramClosed, UpdateSession::Afterwards::ProgramClosed, {});
 }
 
 bool UpdateStarter::hasDevice() const
@@ -73,7 +73,7 @@ bool UpdateStarter::makeChooser()
     m_chooser = std::make_unique<ChosefirmwareWidget>(m_dependencies.paths.manifestUrl, nullptr,
                                                       &m_dependencies.reporter);
     m_chooser->hide();
-    return !Clock::real().isLeaving();
+    return !Clock::real().isShuttingDown();
 }
 
 void UpdateStarter::runWorkflow(const UpdateRequest &request)

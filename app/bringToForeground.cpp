@@ -2,6 +2,7 @@
 
 #include "app/LibraryWarnings.h"
 #include "app/LocaleCodec.h"
+#include "app/PanelImageCheck.h"
 #include "app/SystemReport.h"
 #include "app/window/ConnectionDisplay.h"
 #include "app/window/MainWindowLayout.h"
@@ -275,6 +276,11 @@ IapDevice bringToForeground::chosenIapDevice() const
 {
     const ChosenDevice device = m_choices.device();
     return {device.iapFlag != 0, device.productId, device.vendorId};
+}
+
+UpdateReason bringToForeground::checkUpdateFile()
+{
+    return checkPanelImage(*this, m_paths.firmwareKeys, m_choices.image(), m_choices.device().name);
 }
 
 void bringToForeground::untickIapBox()

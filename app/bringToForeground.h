@@ -74,6 +74,7 @@ public:
     void connectLogOf(IAPUpDate *panel) override;
     IapDevice chosenIapDevice() const override;
     QString updateFile() const override { return m_choices.image().path; }
+    UpdateReason checkUpdateFile() override;
     void untickIapBox() override;
     UpdateSession &session() override { return m_session; }
 

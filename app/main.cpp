@@ -37,7 +37,7 @@ int run(const ProgramArguments &arguments)
 
 int main(int argc, char *argv[])
 {
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     Diagnostics::install();
     MainWindowLook::prepareQt();
     const QApplication application(argc, argv);

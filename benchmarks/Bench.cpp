@@ -20,6 +20,7 @@ const QVector<Subject> &subjects()
 {
     static const QVector<Subject> all{
         {"md5", Subjects::md5},
+        {"signature", Subjects::signature},
         {"download", Subjects::loopbackDownload},
         {"link", Subjects::lossyDownload},
         {"clean-link", Subjects::cleanDownload},

@@ -24,6 +24,7 @@ QString monitorTick(BenchContext &context);
 QString startAndMemory(BenchContext &context);
 QString downloadMemory(BenchContext &context);
 QString md5(BenchContext &context);
+QString signature(BenchContext &context);
 QString logFlood(BenchContext &context);
 QString idle(BenchContext &context);
 

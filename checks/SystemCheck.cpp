@@ -4,11 +4,13 @@
 #include "checks/DeviceSearch.h"
 #include "checks/ManifestFindings.h"
 #include "checks/ServerCheck.h"
+#include "checks/SignatureFindings.h"
 #include "checks/SystemFindings.h"
 #include "devices/Bootloader.h"
 #include "devices/ControlledDeviceList.h"
 #include "devices/RefusedDevice.h"
 #include "support/LaunchOptions.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareManifest.h"
 #include "update/FirmwareServerAddress.h"
 #include "update/TemporaryFolder.h"
@@ -100,6 +102,10 @@ qint64 SystemCheck::lookAtServer()
     const Finding entry = ManifestFindings::entryFor(manifest.root, m_model);
     report(entry);
     report(ImageFindings::sum(QStringLiteral("image-sum"), FirmwareManifest::md5(manifest.root, m_model)));
+    if (!firmwareKeys().isEmpty())
+        report(SignatureFindings::signature(QStringLiteral("image-signature"),
+                                            FirmwareManifest::signature(manifest.root, m_model), m_model,
+                                            firmwareKeys()));
     if (entry.verdict != Finding::Verdict::Ok)
         return 0;
     const ImageFindings::Image image = ServerCheck::lookAtImage(

@@ -2,6 +2,7 @@
 
 #include "checks/ToolFolders.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace {
@@ -20,7 +21,8 @@ QString firstIn(const QStringList &folders, const QString &name)
 
 ToolFiles ToolFiles::find()
 {
-    return findIn(toolFolders(), controlListFolders());
+    const QString application = QCoreApplication::applicationDirPath();
+    return findIn(toolFolders(application), controlListFolders(application));
 }
 
 ToolFiles ToolFiles::findIn(const QStringList &folders, const QStringList &listFolders)

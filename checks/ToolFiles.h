@@ -14,7 +14,7 @@ struct ToolFiles
     QString iapProgrammer;
     QString controlList;
 
-    /// Looks for them beside the program, and on Linux where the package's launcher looks, too.
+    /// Looks for them beside the program and, on Linux, where the package's launcher looks.
     static ToolFiles find();
     /// The same in `folders`, in this order; the control list is looked for in `listFolders`.
     static ToolFiles findIn(const QStringList &folders, const QStringList &listFolders);

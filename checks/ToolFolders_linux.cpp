@@ -1,6 +1,5 @@
 #include "checks/ToolFolders.h"
 
-#include <QCoreApplication>
 #include <QStandardPaths>
 
 namespace {
@@ -12,16 +11,24 @@ QString ownFolder()
            QLatin1String("/quillmarsh");
 }
 
-} // namespace
-
-QStringList toolFolders()
+/// Returns `folder`, which lies beside the program. Beside an installed program there is nothing: that folder
+/// belongs to the system's own programs.
+QStringList besideProgram(const QString &applicationFolder, const QString &folder)
 {
-    return {QCoreApplication::applicationDirPath(), ownFolder(), QStringLiteral("/usr/local/lib/quillmarsh"),
-            QStringLiteral("/usr/lib/quillmarsh/tools")};
+    return applicationFolder == QLatin1String("/usr/bin") ? QStringList() : QStringList{folder};
 }
 
-QStringList controlListFolders()
+} // namespace
+
+QStringList toolFolders(const QString &applicationFolder)
 {
-    return {QCoreApplication::applicationDirPath() + QLatin1String("/qmake"), ownFolder(),
-            QStringLiteral("/etc/quillmarsh")};
+    return besideProgram(applicationFolder, applicationFolder) +
+           QStringList{ownFolder(), QStringLiteral("/usr/local/lib/quillmarsh"),
+                       QStringLiteral("/usr/lib/quillmarsh/tools")};
+}
+
+QStringList controlListFolders(const QString &applicationFolder)
+{
+    return besideProgram(applicationFolder, applicationFolder + QLatin1String("/qmake")) +
+           QStringList{ownFolder(), QStringLiteral("/etc/quillmarsh")};
 }

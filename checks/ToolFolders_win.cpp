@@ -1,13 +1,11 @@
 #include "checks/ToolFolders.h"
 
-#include <QCoreApplication>
-
-QStringList toolFolders()
+QStringList toolFolders(const QString &applicationFolder)
 {
-    return {QCoreApplication::applicationDirPath()};
+    return {applicationFolder};
 }
 
-QStringList controlListFolders()
+QStringList controlListFolders(const QString &applicationFolder)
 {
-    return {QCoreApplication::applicationDirPath() + QLatin1String("/qmake")};
+    return {applicationFolder + QLatin1String("/qmake")};
 }

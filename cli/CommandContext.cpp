@@ -9,42 +9,56 @@
 CommandContext::CommandContext(Options given, EventSink &events)
     : options(std::move(given)),
       sink(events),
-      tools(ToolFiles::find()),
-      m_folder(QDir::tempPath() + QLatin1String("/quillmarsh-cli-XXXXXX"))
+      tools(ToolFiles::find())
 {
-}
-
-QString CommandContext::downloadFolder() const
-{
-    return folder().isEmpty() ? QDir::tempPath() : folder();
 }
 
 UsbBus &CommandContext::usb()
 {
-    initialise();
+    if (!m_usb) {
+        m_libraries.initialiseUsb();
+        m_usb = makeLibusbBus(m_libraries.usbReady());
+    }
     return *m_usb;
 }
 
 HidPort &CommandContext::hid()
 {
-    initialise();
+    if (!m_hid) {
+        m_libraries.initialiseHid();
+        m_hid = makeHidapiPort();
+    }
     return *m_hid;
 }
 
 bool CommandContext::isUsbReady()
 {
-    initialise();
+    usb();
     return m_libraries.usbReady();
 }
 
-void CommandContext::initialise()
+QString CommandContext::folder()
 {
-    if (m_usb)
-        return;
-    m_libraries.initialiseUsb();
-    m_libraries.initialiseHid();
-    m_usb = makeLibusbBus(m_libraries.usbReady());
-    m_hid = makeHidapiPort();
+    if (!m_folder)
+        m_folder =
+            std::make_unique<QTemporaryDir>(QDir::tempPath() + QLatin1String("/quillmarsh-cli-XXXXXX"));
+    return m_folder->isValid() ? m_folder->path() : QString();
+}
+
+QString CommandContext::downloadFolder()
+{
+    return folder().isEmpty() ? QDir::tempPath() : folder();
+}
+
+std::function<int()> CommandContext::lastWords(ExitCode exitCode) const
+{
+    const QString path = m_folder ? m_folder->path() : QString();
+    return [path, exitCode] {
+        // An empty path would be the working folder.
+        if (!path.isEmpty())
+            QDir(path).removeRecursively();
+        return static_cast<int>(exitCode);
+    };
 }
 
 bool CommandContext::waitMs(int milliseconds)

@@ -9,6 +9,7 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 /// What the commands use: the options, the buses, the maker's tools, and a folder for files that is removed
@@ -23,25 +24,26 @@ public:
     EventSink &sink;
     const ToolFiles tools;
 
-    /// Returns the buses. The first call initialises the libraries.
+    /// Returns a bus. The first call initialises its library.
     UsbBus &usb();
     HidPort &hid();
     /// Returns whether libusb could be initialised.
     bool isUsbReady();
 
-    /// Returns the private folder; empty if it could not be made.
-    QString folder() const { return m_folder.isValid() ? m_folder.path() : QString(); }
+    /// Returns the private folder, which the first call makes; empty if it could not be made.
+    QString folder();
+    /// Returns what the last resort still does when the program is about to end with `exitCode`: it removes
+    /// the private folder.
+    std::function<int()> lastWords(ExitCode exitCode) const;
 
     /// Returns where downloads lie: the private folder or, if that could not be made, the one around it.
-    QString downloadFolder() const;
+    QString downloadFolder();
 
     /// Waits, running the event loop. Returns false if the program was told to end.
     static bool waitMs(int milliseconds);
 
 private:
-    void initialise();
-
-    QTemporaryDir m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
     DeviceLibraries m_libraries;
     std::unique_ptr<UsbBus> m_usb;
     std::unique_ptr<HidPort> m_hid;

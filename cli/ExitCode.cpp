@@ -27,6 +27,7 @@ ExitCode exitCodeOf(const UpdateResult &result)
     case UpdateReason::AddressNotFound:
     case UpdateReason::DownloadFailed:
     case UpdateReason::ChecksumMismatch:
+    case UpdateReason::SignatureRefused:
     case UpdateReason::ImageRefused:
         return ExitCode::FirmwareUnusable;
     case UpdateReason::FolderUnusable:

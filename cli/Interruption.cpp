@@ -2,12 +2,15 @@
 
 #include "checks/Texts.h"
 #include "cli/EventSink.h"
+#include "cli/LastResort.h"
 #include "session/UpdateSession.h"
 #include "support/ShutdownFlag.h"
 
 namespace {
 
 constexpr qint64 secondRequestMs = 5000;
+// The program has two seconds to end; the rest is for the end of the process itself on a busy machine.
+constexpr int leaveLimitMs = 1500;
 
 } // namespace
 
@@ -20,7 +23,7 @@ void Interruption::request()
     if (ShutdownFlag::instance().isRaised())
         return;
     if (!m_session.isWritingDevice()) {
-        ShutdownFlag::instance().raise();
+        leave();
         return;
     }
     if (!m_sinceFirst.isValid() || m_sinceFirst.elapsed() > secondRequestMs) {
@@ -31,10 +34,15 @@ void Interruption::request()
                         "设备正在写入,升级将继续。如在五秒内再次中断则会停止写入,设备可能无法使用。"));
         return;
     }
-    m_stoppedWriting = true;
     m_sink.tell(
         Texts::pick("The writing was stopped. The device now waits in its bootloader: update it again "
                     "and name its model with --model.",
                     "写入已停止。设备现停留在 bootloader:请用 --model 指定型号重新升级。"));
+    leave();
+}
+
+void Interruption::leave()
+{
+    LastResort::begin(leaveLimitMs);
     ShutdownFlag::instance().raise();
 }

@@ -80,6 +80,9 @@ QString reasonText(UpdateReason reason)
     case UpdateReason::ChecksumMismatch:
         return Texts::pick("the firmware is not what was promised: its checksum is wrong",
                            "固件与发布内容不符:校验和错误");
+    case UpdateReason::SignatureRefused:
+        return Texts::pick("the firmware has no valid signature of its maker for this model",
+                           "固件没有发布者针对该型号的有效签名");
     case UpdateReason::BootloaderNotEntered:
         return Texts::pick("the device did not enter its bootloader", "设备没有进入 bootloader");
     case UpdateReason::UnknownWriteType:
@@ -119,7 +122,7 @@ QString LiveLine::nameOf(UpdateStage stage)
     case UpdateStage::Idle:
     case UpdateStage::AskingForModel:
     case UpdateStage::Blocked:
-    case UpdateStage::Leaving:
+    case UpdateStage::ProgramClosed:
         break;
     }
     return {};

@@ -3,11 +3,15 @@
 #include "checks/DeviceFindings.h"
 #include "checks/ManifestFindings.h"
 #include "checks/ServerCheck.h"
+#include "checks/SignatureFindings.h"
 #include "checks/WebLook.h"
 #include "cli/CliReporter.h"
 #include "cli/CommandContext.h"
 #include "download/ThreadFileDownloader.h"
+#include "signature/ImageVerifier.h"
+#include "support/Clock.h"
 #include "support/ShutdownFlag.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareManifest.h"
 #include "update/FirmwareServerAddress.h"
 #include "update/md5Check.h"
@@ -15,6 +19,8 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QtConcurrent>
+
+#include <optional>
 
 namespace {
 
@@ -32,8 +38,8 @@ public:
 
 private:
     void verifyEntry(const QString &model, const QJsonObject &root);
-    void verifyImage(const QString &model, const QString &address, const QString &sum);
-    QString fetchSum(const QString &address);
+    void verifyImage(const QString &model, const QString &address, const QJsonObject &root);
+    void fetchImage(const QString &model, const QString &address, const QJsonObject &root);
     bool report(const Finding &finding)
     {
         m_context.sink.finding(finding);
@@ -72,41 +78,52 @@ void Verification::verifyEntry(const QString &model, const QJsonObject &root)
         ManifestFindings::entry(model, versions.value(model), DeviceFindings::isKnownModel(model));
     for (const Finding &finding : findings)
         report(finding);
+    if (!firmwareKeys().isEmpty())
+        report(SignatureFindings::signature(model + QLatin1String("/signature"),
+                                            FirmwareManifest::signature(root, model), model, firmwareKeys()));
     const QString fileUrl = FirmwareManifest::fileAddress(root, model).url;
     if (WebLook::isAddress(fileUrl))
-        verifyImage(model, fileUrl, FirmwareManifest::md5(root, model));
+        verifyImage(model, fileUrl, root);
     const QString downloadUrl = FirmwareManifest::downloadUrls(root).value(model);
     if (WebLook::isAddress(downloadUrl) && downloadUrl != fileUrl)
         report(ServerCheck::answers(model + QLatin1String("/download"), downloadUrl));
 }
 
-void Verification::verifyImage(const QString &model, const QString &address, const QString &sum)
+void Verification::verifyImage(const QString &model, const QString &address, const QJsonObject &root)
 {
     const bool isThere = report(ServerCheck::lookAtImage(model + QLatin1String("/image"), address).finding);
     if (m_context.options.download && isThere && !ShutdownFlag::instance().isRaised())
-        report(ImageFindings::fetchedSum(model + QLatin1String("/sum"), sum, fetchSum(address)));
+        fetchImage(model, address, root);
 }
 
-/// Downloads the image as an update does. Returns its sum; empty if it did not arrive.
-QString Verification::fetchSum(const QString &address)
+/// Downloads the image as an update does, and verifies it as an update does.
+void Verification::fetchImage(const QString &model, const QString &address, const QJsonObject &root)
 {
     constexpr int segmentCount = 10;
-    if (m_context.folder().isEmpty())
-        return {};
     const QString file = m_context.folder() + QLatin1String("/image");
-    ThreadFileDownloader downloader(nullptr, nullptr);
+    const QByteArray signature = FirmwareManifest::signature(root, model).toUtf8();
+    ThreadFileDownloader downloader;
     downloader.failWhenGivenUp = true;
     downloader.url = address;
     downloader.savePath = file;
+    QString sum;
+    std::optional<ImageVerifier::Result> verified;
+    const auto fetch = [&] {
+        if (m_context.folder().isEmpty() || !downloader.downloadInSegments(segmentCount, &m_reporter))
+            return;
+        sum = md5Check::fileMd5(file);
+        if (!firmwareKeys().isEmpty() && !signature.isEmpty())
+            verified = ImageVerifier(firmwareKeys()).verifyImage(file, signature, model, Clock::real());
+    };
     QEventLoop loop;
-    QFutureWatcher<bool> watcher;
-    QObject::connect(&watcher, &QFutureWatcher<bool>::finished, &loop, &QEventLoop::quit);
-    watcher.setFuture(
-        QtConcurrent::run([&] { return downloader.downloadInSegments(segmentCount, &m_reporter); }));
+    QFutureWatcher<void> watcher;
+    QObject::connect(&watcher, &QFutureWatcher<void>::finished, &loop, &QEventLoop::quit);
+    watcher.setFuture(QtConcurrent::run(fetch));
     loop.exec();
-    QString sum = watcher.result() ? md5Check::fileMd5(file) : QString();
     QFile::remove(file);
-    return sum;
+    report(ImageFindings::fetchedSum(model + QLatin1String("/sum"), FirmwareManifest::md5(root, model), sum));
+    if (verified)
+        report(SignatureFindings::verification(model + QLatin1String("/signed-image"), *verified, model));
 }
 
 } // namespace

@@ -51,7 +51,7 @@ public:
         if (command == Options::Command::Check)
             add("model", "Checks what an update of this model needs.", "NAME");
         if (command == Options::Command::VerifyManifest)
-            add("download", "Fetches each image and checks its sum.");
+            add("download", "Fetches each image and checks its sum and signature.");
     }
 
     ParsedCommandLine parse(const QStringList &arguments, Options options);
@@ -66,6 +66,7 @@ private:
         add("model", "Updates this model only; needed for a device that waits in its bootloader.", "NAME");
         add("file", "Writes this image instead of the server's.", "IMAGE");
         add("md5", "The image of --file must have this sum.", "SUM");
+        add("require-signature", "Writes the image of --file only if its maker has signed it.");
         add("write-type", "Writes over usb or hid.", "TYPE");
         add("no-reset", "Does not restart the device afterwards.");
         add("wait", "Waits so long for a device.", "SECONDS");
@@ -120,6 +121,7 @@ QString CommandParser::readUpdateOptions(Options &options) const
     options.imageFile = value("file");
     options.imageSum = value("md5").toLower();
     options.writeType = value("write-type").toUpper();
+    options.requireSignature = isSet("require-signature");
     options.noReset = isSet("no-reset");
     options.repeat = isSet("repeat");
     options.yes = isSet("yes");

@@ -31,6 +31,8 @@ struct Options
     QString imageSum;
     /// "USB" or "HID"; empty for the control list's choice.
     QString writeType;
+    /// Whether only an image with a verified signature is written.
+    bool requireSignature = false;
     bool noReset = false;
     /// How long to wait for a device.
     int waitSeconds = 0;

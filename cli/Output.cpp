@@ -3,6 +3,7 @@
 #include "support/BoundedWriter.h"
 #include "support/BrokenPipes.h"
 
+#include <QElapsedTimer>
 #include <QString>
 
 #include <cstdlib>
@@ -11,7 +12,6 @@ namespace {
 
 // Enough for the events of hours. A reader that is further behind has stopped.
 constexpr int capacityBytes = 64 * 1024 * 1024;
-constexpr int flushLimitMs = 1000;
 
 // Never destroyed: a thread may be blocked in a write until the end of the process.
 BoundedWriter &writerOf(int descriptor)
@@ -52,8 +52,10 @@ void Output::writeError(const QByteArray &bytes)
     writerOf(2).write(bytes);
 }
 
-void Output::flush()
+void Output::flush(int limitMs)
 {
-    writerOf(1).flush(flushLimitMs);
-    writerOf(2).flush(flushLimitMs);
+    QElapsedTimer waited;
+    waited.start();
+    writerOf(1).flush(limitMs);
+    writerOf(2).flush(static_cast<int>(qMax<qint64>(0, limitMs - waited.elapsed())));
 }

@@ -12,7 +12,7 @@ void install(bool verbose);
 void write(const QByteArray &bytes);
 void writeError(const QByteArray &bytes);
 
-/// Waits until both streams are written, for at most a second each.
-void flush();
+/// Waits until both streams are written, for at most about `limitMs`.
+void flush(int limitMs = 1000);
 
 } // namespace Output

@@ -42,7 +42,7 @@ void ProgrammerRun::run(const ChosenDevice &device)
     IapProgrammer programmer({m_context.tools.iapProgrammer, m_reporter, log, m_session.lock()});
     std::optional<IapRun> record = programmer.prepare({true, device.productId, device.vendorId});
     if (!record) {
-        m_session.end(UpdateReason::ProgramClosed, Afterwards::Leaving, {});
+        m_session.end(UpdateReason::ProgramClosed, Afterwards::ProgramClosed, {});
         return;
     }
     // The settings of the window's panel for a USB device.
@@ -69,7 +69,7 @@ void ProgrammerRun::run(const ChosenDevice &device)
     if (!flag.isRaised())
         loop.exec();
     if (flag.isRaised())
-        m_session.end(UpdateReason::ProgramClosed, Afterwards::Leaving, {});
+        m_session.end(UpdateReason::ProgramClosed, Afterwards::ProgramClosed, {});
     else
         m_session.end(programmer.verdict(), Afterwards::Idle, {});
 }

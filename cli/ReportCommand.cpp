@@ -10,6 +10,7 @@
 #include "support/ShutdownFlag.h"
 #include "update/ProgramPaths.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -20,7 +21,7 @@ namespace {
 QString newestLog()
 {
     QFileInfo newest(LogFile::updateLogPath());
-    for (const QString &folder : toolFolders()) {
+    for (const QString &folder : toolFolders(QCoreApplication::applicationDirPath())) {
         const QFileInfo log(folder + QLatin1Char('/') + LogFile::updateLogPath());
         if (log.exists() && (!newest.exists() || log.lastModified() > newest.lastModified()))
             newest = log;

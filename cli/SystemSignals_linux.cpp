@@ -1,10 +1,8 @@
 #include "cli/SystemSignals.h"
 
-#include <QCoreApplication>
-#include <QSocketNotifier>
-
 #include <csignal>
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -20,16 +18,16 @@ void noteSignal(int /*number*/)
 
 } // namespace
 
-void watchSystemSignals(const std::function<void()> &requested)
+void SystemSignals::watchSystem()
 {
-    if (pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0)
+    if (pipe2(pipeEnds, O_CLOEXEC) != 0)
         return;
-    auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, QCoreApplication::instance());
-    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [requested] {
+    fcntl(pipeEnds[1], F_SETFL, O_NONBLOCK);
+    std::thread([] {
         char byte = 0;
         while (read(pipeEnds[0], &byte, 1) == 1)
-            requested();
-    });
+            notify();
+    }).detach();
     struct sigaction action = {};
     action.sa_handler = noteSignal;
     action.sa_flags = SA_RESTART;

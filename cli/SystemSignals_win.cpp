@@ -1,19 +1,15 @@
 #include "cli/SystemSignals.h"
 
-#include <QCoreApplication>
-#include <QMetaObject>
-
 #include <windows.h>
 
 namespace {
 
-std::function<void()> *handler = nullptr;
+void (*notifyProgram)() = nullptr;
 
 /// Runs on a thread that the system makes for the event.
 BOOL WINAPI noteEvent(DWORD event)
 {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [] { (*handler)(); }, Qt::QueuedConnection);
+    notifyProgram();
     // After these the system ends the process as soon as this returns.
     if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT)
         Sleep(INFINITE);
@@ -22,8 +18,8 @@ BOOL WINAPI noteEvent(DWORD event)
 
 } // namespace
 
-void watchSystemSignals(const std::function<void()> &requested)
+void SystemSignals::watchSystem()
 {
-    handler = new std::function<void()>(requested);
+    notifyProgram = &SystemSignals::notify;
     SetConsoleCtrlHandler(noteEvent, TRUE);
 }

@@ -6,6 +6,7 @@
 #include "cli/CommandContext.h"
 #include "cli/DeviceWait.h"
 #include "cli/Interruption.h"
+#include "cli/LastResort.h"
 #include "cli/Output.h"
 #include "cli/SystemSignals.h"
 #include "cli/Terminal.h"
@@ -27,9 +28,9 @@ public:
           m_reporter(context.sink, context.options.logFile),
           m_lock(ProgramPaths::updateLock()),
           m_session(m_lock),
-          m_interruption(m_session, context.sink)
+          m_interruption(m_session, context.sink),
+          m_signals([this] { m_interruption.request(); })
     {
-        watchSystemSignals([this] { m_interruption.request(); });
     }
 
     ExitCode run()
@@ -41,12 +42,15 @@ public:
         const qint64 limitMs = qint64{1000} * m_context.options.waitSeconds;
         if (limitMs > 0)
             m_context.sink.tell(Texts::pick("Waiting for a device.", "正在等待设备。"));
-        return updateNext(limitMs).exitCode;
+        expectInterruption();
+        return update(DeviceWait(m_context).wait(limitMs)).exitCode;
     }
 
 private:
     ExitCode runRepeatedly();
-    UpdateSummary updateNext(qint64 limitMs);
+    UpdateSummary update(const DeviceWait::Result &waited);
+    void expectInterruption();
+    void tell(const UpdateSummary &summary);
     UpdateSummary finish(UpdateReason reason, const QString &model);
     void tellOf(const MonitorOutcome &found);
     UpdateReason reasonOf(DeviceWait::End end);
@@ -58,11 +62,13 @@ private:
     UpdateLock m_lock;
     UpdateSession m_session;
     Interruption m_interruption;
+    SystemSignals m_signals;
 };
 
-UpdateSummary UpdateCommand::updateNext(qint64 limitMs)
+/// Updates the device that was found, or ends the attempt for which none was.
+UpdateSummary UpdateCommand::update(const DeviceWait::Result &waited)
 {
-    const DeviceWait::Result waited = DeviceWait(m_context).wait(limitMs);
+    expectInterruption();
     const QString model =
         waited.found.device.name.isEmpty() ? m_context.options.model : waited.found.device.name;
     if (waited.end != DeviceWait::End::Found)
@@ -71,8 +77,28 @@ UpdateSummary UpdateCommand::updateNext(qint64 limitMs)
     if (!mayWrite(waited.found))
         return finish(UpdateReason::ProgramClosed, model);
     UpdateSummary summary = UpdateRun(m_context, m_session, m_reporter).run({waited.found, writeType()});
-    m_context.sink.result(summary);
+    tell(summary);
     return summary;
+}
+
+/// Has the last resort tell the result of an update that was interrupted and does not end.
+void UpdateCommand::expectInterruption()
+{
+    LastResort::setLastWords([this] {
+        UpdateSummary summary;
+        const UpdateStage stage = m_session.isRunning() ? m_session.stage() : m_session.lastResult().stage;
+        summary.result = {UpdateResult::Outcome::Cancelled, stage, UpdateReason::ProgramClosed};
+        summary.exitCode = exitCodeOf(summary.result);
+        summary.model = m_context.options.model;
+        m_context.sink.result(summary);
+        return m_context.lastWords(summary.exitCode)();
+    });
+}
+
+void UpdateCommand::tell(const UpdateSummary &summary)
+{
+    LastResort::setLastWords(m_context.lastWords(summary.exitCode));
+    m_context.sink.result(summary);
 }
 
 /// Tells of the device that the update takes, as the list would.
@@ -97,7 +123,7 @@ UpdateSummary UpdateCommand::finish(UpdateReason reason, const QString &model)
     summary.result = {outcomeOf(reason), UpdateStage::Idle, reason};
     summary.exitCode = exitCodeOf(summary.result);
     summary.model = model;
-    m_context.sink.result(summary);
+    tell(summary);
     return summary;
 }
 
@@ -154,24 +180,35 @@ QString UpdateCommand::writeType() const
 
 ExitCode UpdateCommand::runRepeatedly()
 {
+    using End = DeviceWait::End;
     int updated = 0;
     int failed = 0;
+    ExitCode exitCode = ExitCode::Done;
     const qint64 limitMs =
         m_context.options.waitSeconds > 0 ? qint64{1000} * m_context.options.waitSeconds : -1;
+    expectInterruption();
     for (;;) {
         m_context.sink.tell(Texts::pick("Connect the next device.", "请连接下一个设备。"));
-        const UpdateSummary summary = updateNext(limitMs);
-        if (summary.result.reason == UpdateReason::NoDevice || ShutdownFlag::instance().isRaised())
+        const DeviceWait::Result waited = DeviceWait(m_context).wait(limitMs);
+        const bool isOver = waited.end == End::NotInTime || waited.end == End::Interrupted;
+        // What follows the last device is no attempt to update one.
+        if (isOver && updated + failed > 0)
             break;
-        const bool succeeded = summary.exitCode == ExitCode::Done;
-        (succeeded ? updated : failed) += 1;
+        const UpdateSummary summary = update(waited);
+        if (isOver || summary.exitCode == ExitCode::Interrupted)
+            exitCode = summary.exitCode;
+        else
+            (summary.exitCode == ExitCode::Done ? updated : failed) += 1;
+        if (isOver || ShutdownFlag::instance().isRaised())
+            break;
         m_context.sink.tell(Texts::pick("Disconnect the device.", "请断开设备。"));
-        if (!DeviceWait(m_context).waitForDisconnection(succeeded && !m_context.options.noReset))
+        const bool restarts = summary.exitCode == ExitCode::Done && !m_context.options.noReset;
+        if (!DeviceWait(m_context).waitForDisconnection(restarts))
             break;
     }
     m_context.sink.tell(
         Texts::pick("%1 updated, %2 failed.", "已升级 %1 台,失败 %2 台。").arg(updated).arg(failed));
-    return failed > 0 ? ExitCode::UpdateFailed : ExitCode::Done;
+    return failed > 0 ? ExitCode::UpdateFailed : exitCode;
 }
 
 } // namespace

@@ -8,8 +8,10 @@
 #include "support/LaunchOptions.h"
 #include "update/BootloaderEntry.h"
 #include "update/FirmwareFetch.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 #include "update/ModelChooser.h"
+#include "update/SignatureCheck.h"
 #include "update/UpdateWorkflow.h"
 #include "update/md5Check.h"
 
@@ -67,7 +69,10 @@ UpdateSummary UpdateRun::run(const Target &target)
         m_choices.setWriteType(target.writeType);
         m_choices.setRestartCheckable(!m_context.options.noReset);
         if (m_session.begin(UpdateStage::Fetching, m_reporter)) {
-            runWorkflow(m_choices.request());
+            UpdateRequest request = m_choices.request();
+            request.namedModel = m_context.options.model;
+            request.requireSignature = m_context.options.requireSignature;
+            runWorkflow(request);
             m_summary.result = m_session.lastResult();
         } else {
             m_summary.result.reason = UpdateReason::AnotherCopy;
@@ -95,6 +100,8 @@ UpdateReason UpdateRun::prepareImage(const Target & /*target*/)
 {
     const Options &options = m_context.options;
     m_choices.setLocalFileMode(!options.imageFile.isEmpty());
+    if (options.requireSignature && firmwareKeys().isEmpty())
+        return SignatureCheck(m_reporter, Clock::real(), {}).checkLocalImage({}, {}, true);
     if (options.imageFile.isEmpty())
         return UpdateReason::None;
     if (!QFileInfo(options.imageFile).isFile() || !QFileInfo(options.imageFile).isReadable()) {
@@ -110,8 +117,24 @@ UpdateReason UpdateRun::prepareImage(const Target & /*target*/)
     }
     if (!options.imageSum.isEmpty() && md5Check::fileMd5(copy) != options.imageSum)
         return UpdateReason::ChecksumMismatch;
+    if (!copySignature(copy)) {
+        m_reporter.log(QStringLiteral("The image cannot be copied to ") + m_context.folder());
+        return UpdateReason::FolderUnusable;
+    }
     m_choices.chooseImage({copy, FirmwareImage::Origin::User, !options.imageSum.isEmpty(), {}});
     return UpdateReason::None;
+}
+
+/// Copies the signature that lies beside the image of --file, if there is one. Returns false if there is one
+/// that cannot be copied.
+bool UpdateRun::copySignature(const QString &imageCopy) const
+{
+    const QString copy = SignatureCheck::signatureFile(imageCopy);
+    QFile::remove(copy);
+    const QFileInfo signature(SignatureCheck::signatureFile(m_context.options.imageFile));
+    if (firmwareKeys().isEmpty() || (!signature.exists() && !signature.isSymLink()))
+        return true;
+    return QFile::copy(signature.filePath(), copy);
 }
 
 UpdatePaths UpdateRun::paths() const
@@ -124,6 +147,7 @@ UpdatePaths UpdateRun::paths() const
     paths.hidFlasher = m_context.tools.hidFlasher;
     paths.manifestUrl = firmwareManifestUrl();
     paths.savedManifest = folder + QLatin1String("/manifest.json");
+    paths.firmwareKeys = firmwareKeys();
     return paths;
 }
 
@@ -132,7 +156,7 @@ void UpdateRun::runWorkflow(const UpdateRequest &request)
     const UpdatePaths updatePaths = paths();
     const LaunchOptions normalMode;
     FileDownloaderHTTP downloader(nullptr, &m_reporter);
-    ThreadFileDownloader segments(nullptr, nullptr);
+    ThreadFileDownloader segments;
     segments.failWhenGivenUp = true;
     segments.progressWatcher = [this](qint64 bytes, qint64 total) {
         const int percent =
@@ -172,11 +196,11 @@ bool UpdateRun::startIapPanel()
 
 void UpdateRun::noteStage(UpdateStage stage)
 {
-    m_awake.note(stage);
+    m_awake.onStageChanged(stage);
     if (m_inStage.isValid())
         m_summary.seconds[m_stage] += static_cast<double>(m_inStage.elapsed()) / 1000.0;
     m_inStage.invalidate();
-    if (stage == UpdateStage::Idle || stage == UpdateStage::Leaving)
+    if (stage == UpdateStage::Idle || stage == UpdateStage::ProgramClosed)
         return;
     m_stage = stage;
     m_inStage.start();

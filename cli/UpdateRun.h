@@ -44,6 +44,7 @@ public:
 private:
     void noteStage(UpdateStage stage);
     UpdateReason prepareImage(const Target &target);
+    bool copySignature(const QString &imageCopy) const;
     UpdateReason missingTool(const Target &target) const;
     void runWorkflow(const UpdateRequest &request);
     void runProgrammer();

@@ -1,7 +1,9 @@
 #include "cli/CheckCommand.h"
 #include "cli/ClosedStreams.h"
 #include "cli/CommandContext.h"
+#include "cli/Interruption.h"
 #include "cli/JsonEvents.h"
+#include "cli/LastResort.h"
 #include "cli/ListCommand.h"
 #include "cli/ManifestCommand.h"
 #include "cli/Options.h"
@@ -13,11 +15,13 @@
 #include "cli/UpdateCommand.h"
 #include "support/LibrarySearch.h"
 #include "support/ProgramArguments.h"
-#include "support/ShutdownFlag.h"
 
 #include <QCoreApplication>
 
 namespace {
+
+// For what the application object waits for.
+constexpr int endLimitMs = 1000;
 
 std::unique_ptr<EventSink> makeSink(const Options &options)
 {
@@ -29,13 +33,12 @@ std::unique_ptr<EventSink> makeSink(const Options &options)
     return std::make_unique<PersonEvents>(PersonEvents::Look{width, colour}, &Output::write);
 }
 
-ExitCode run(const Options &options)
+ExitCode run(CommandContext &context, const Options &options)
 {
-    const std::unique_ptr<EventSink> sink = makeSink(options);
-    CommandContext context(options, *sink);
     if (options.command == Options::Command::Update)
         return runUpdateCommand(context);
-    watchSystemSignals([] { ShutdownFlag::instance().raise(); });
+    LastResort::setLastWords([&context] { return context.lastWords(ExitCode::Interrupted)(); });
+    const SystemSignals requests(&Interruption::leave);
     switch (options.command) {
     case Options::Command::Check:
         return runCheckCommand(context);
@@ -48,6 +51,15 @@ ExitCode run(const Options &options)
         break;
     }
     return runListCommand(context);
+}
+
+ExitCode run(const Options &options)
+{
+    const std::unique_ptr<EventSink> sink = makeSink(options);
+    CommandContext context(options, *sink);
+    const ExitCode exitCode = run(context, options);
+    LastResort::setLastWords(context.lastWords(exitCode));
+    return exitCode;
 }
 
 QStringList withoutProgramName(const ProgramArguments &arguments)
@@ -64,7 +76,7 @@ QStringList withoutProgramName(const ProgramArguments &arguments)
 int main(int argc, char *argv[])
 {
     fillClosedStreams();
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quillmarsh-cli"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMARSH_VERSION));
@@ -83,5 +95,7 @@ int main(int argc, char *argv[])
         Output::writeError(parsed.text.toUtf8());
     }
     Output::flush();
+    LastResort::setLastWords([exitCode] { return exitCode; });
+    LastResort::begin(endLimitMs);
     return exitCode;
 }

@@ -1,5 +1,5 @@
-# Windows x64 with the distribution's MinGW-w64. Qt, libusb, hidapi and GoogleTest for Windows are looked
-# for in the folder that QUILLMARSH_WINDOWS_ROOT names, in the environment or on the command line.
+# Windows x64 with the distribution's MinGW-w64. Qt, libusb, hidapi, libsodium and GoogleTest for Windows are
+# looked for in the folder that QUILLMARSH_WINDOWS_ROOT names, in the environment or on the command line.
 #
 # scripts/windows/libraries.sh builds them, once, and prints that folder. It keeps them in the cache
 # folder ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows}:
@@ -17,7 +17,7 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 # Kept, so that the build folder can be configured again without it.
-set(QUILLMARSH_WINDOWS_ROOT "$ENV{QUILLMARSH_WINDOWS_ROOT}" CACHE PATH "Qt, libusb, hidapi and GoogleTest for Windows")
+set(QUILLMARSH_WINDOWS_ROOT "$ENV{QUILLMARSH_WINDOWS_ROOT}" CACHE PATH "Qt, libusb, hidapi, libsodium and GoogleTest for Windows")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QUILLMARSH_WINDOWS_ROOT)
 set(CMAKE_FIND_ROOT_PATH "${QUILLMARSH_WINDOWS_ROOT}" /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

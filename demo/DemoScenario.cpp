@@ -15,7 +15,7 @@ std::unique_ptr<TargetSystem> systemOf(const DemoOptions &options)
     if (options.windowsBuild.isEmpty())
         return makeNativeSystem();
     return makeWineSystem(options.windowsBuild, WindowsVersion::Windows10,
-                          options.automatic ? WindowFrames::Wines : WindowFrames::WindowManagers);
+                          options.automatic ? WindowFrames::ByWine : WindowFrames::ByWindowManager);
 }
 
 } // namespace
@@ -60,7 +60,7 @@ bool DemoScenario::open()
 {
     return start() &&
            (m_options.localFile.isEmpty() ||
-            (FileRow::reveal(probe) && FileRow::choose(probe, program.nameOf(m_options.localFile))));
+            (FileRow::reveal(probe) && FileRow::choose(probe, program.toProgramPath(m_options.localFile))));
 }
 
 QString DemoScenario::successTitle() const

@@ -8,7 +8,7 @@ void takePicture(DemoScenario &scenario, const char *name)
 {
     const DemoOptions &options = scenario.options();
     const QString path =
-        scenario.program.nameOf(QDir(options.pictures).absoluteFilePath(QLatin1String(name)));
+        scenario.program.toProgramPath(QDir(options.pictures).absoluteFilePath(QLatin1String(name)));
     // Wine draws frames around its windows, and with the wrong letters.
     if (options.windowsBuild.isEmpty())
         scenario.probe.grabScreen(path);

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// What a device of the SoC family shows while it waits for firmware.
+/// The ids of a device of the SoC family that waits for firmware in its bootloader.
 namespace Bootloader {
 constexpr quint32 vendorId = 0x33C3;
 constexpr quint32 productId = 0x8899;

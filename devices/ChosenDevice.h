@@ -6,21 +6,22 @@
 
 #include <memory>
 
-/// The device that the next update acts on. It is kept while the device sits in its bootloader.
+/// The device that the next update acts on. It is kept while the device is in its bootloader.
 struct ChosenDevice
 {
-    /// Model name of the matched table row; empty means no device.
+    /// The model name of the matching table row; empty if there is no device.
     QString name;
     quint32 vendorId = 0;
     quint32 productId = 0;
-    /// Updated through the IAP programmer. Copied from the row in normal mode only.
+    /// 1 if the device is updated through the IAP programmer, else 0. Copied from the row in normal mode
+    /// only.
     quint8 iapFlag = 0;
-    /// Accepts the update-mode report on its second HID interface only.
+    /// 1 if the device accepts the update-mode report on its second HID interface only, else 0.
     quint8 hidPathFlag = 0;
-    /// That interface; null until it was found. Shared, so that a write in progress keeps it open.
+    /// The second HID interface; null until it is found. Shared, so that a write in progress keeps it open.
     std::shared_ptr<HidDevice> hidHandle;
 
-    /// Forgets which device it is. Flags and handle stay as they are.
+    /// Clears the name and the ids. Flags and handle stay as they are.
     void clear()
     {
         name.clear();

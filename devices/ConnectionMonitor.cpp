@@ -46,7 +46,7 @@ bool ConnectionMonitor::scanUsb(ChosenDevice &device, std::optional<IapIds> &iap
 {
     const UsbBus::Listing listing = list();
     const UsbScanResult result = scanListing(listing, m_table, m_options, device);
-    for (int i = 0; i < result.looked; ++i) {
+    for (int i = 0; i < result.examined; ++i) {
         DescriptorDump::write(listing.descriptors.at(i), m_dependencies.standardOutput);
         if (dumpDescriptors)
             DescriptorDump::append(listing.descriptors.at(i), m_dependencies.updateLogPath);

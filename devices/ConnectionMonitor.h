@@ -31,8 +31,8 @@ struct MonitorOutcome
     bool prepareIapPanel = false;
 };
 
-/// Decides once a second which device the program is connected to. Has no state between ticks: the caller
-/// keeps the chosen device. GUI thread.
+/// Determines once a second which device is connected. It keeps no state between ticks: the caller stores the
+/// chosen device. GUI thread only.
 class ConnectionMonitor
 {
 public:
@@ -52,7 +52,7 @@ public:
 
     ConnectionMonitor(Dependencies dependencies, LaunchOptions options);
 
-    /// Scans the buses once. `current` is the chosen device before.
+    /// Scans the buses once. `current` is the device chosen so far.
     MonitorOutcome tick(const ChosenDevice &current);
 
     /// Looks for a known device and, for models that need it, opens its HID interface. Sets `iapIds` for a

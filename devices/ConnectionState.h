@@ -4,22 +4,22 @@
 #include "support/LaunchOptions.h"
 #include "support/TranslatableText.h"
 
-/// What a scan of the buses found.
+/// The result of scanning the buses.
 enum class ConnectionState {
     OneBootloader,
     SeveralBootloaders,
-    /// An automatic launch mode has found its device: the update starts by itself.
+    /// A launch mode has found its device, and the update starts by itself.
     DeviceStartsItself,
     Device,
     IapDevice,
     Nothing
 };
 
-/// How the status label shows a state.
+/// The text and the colour in which the status label shows a state.
 struct ConnectionStatus
 {
     TranslatableText text;
-    /// UTF-8 with static storage.
+    /// A UTF-8 literal with static storage.
     const char *styleSheet;
 };
 

@@ -23,7 +23,7 @@ QString ControlledDeviceList::path(const QString &applicationFolder)
 
 std::optional<QByteArray> ControlledDeviceList::readWhole(const QString &filePath)
 {
-    // A named pipe would hold up the window in open() already.
+    // Opening a named pipe would block the GUI thread.
     if (!QFileInfo(filePath).isFile())
         return std::nullopt;
     QFile file(filePath);

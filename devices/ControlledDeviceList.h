@@ -9,44 +9,44 @@
 
 #include <optional>
 
-/// The ways of flashing that the write-type selector offers.
+/// The write types that the write-type selector offers.
 struct WriteType
 {
     bool usb = false;
     bool hid = false;
 };
 
-/// The file beside the program that switches single models on and names the write types. It is
-/// read anew for every question, so an edit counts at once; it is opened read-only and without a
-/// lock. GUI thread only.
+/// The file beside the program that switches single models on and lists the write types. It is read again for
+/// every query, so changes take effect at once; it is opened read-only and without a lock. GUI thread only.
 ///
-/// What is no regular file, cannot be read, or is larger than maximumBytes counts as a file that
-/// could not be opened: a mix-up must cost a look at the buses, not the window's response.
+/// A file that is not regular, cannot be read or is larger than maximumBytes is treated as one that cannot be
+/// opened, because reading it could block the GUI thread.
 namespace ControlledDeviceList {
 
 constexpr qint64 maximumBytes = qint64{4} * 1024 * 1024;
 
-/// Where the list lies below `applicationFolder`.
+/// Returns the path of the list in `applicationFolder`.
 QString path(const QString &applicationFolder);
 
-/// Returns the contents of the list; nothing if it counts as a file that could not be opened.
+/// Returns the contents of the list, or nothing if it cannot be opened.
 std::optional<QByteArray> readWhole(const QString &filePath);
 
-/// The entry's "is_on"; false where it is missing or no bool.
+/// Returns "is_on" of the entry; false if it is missing or not a boolean.
 bool isDeviceOn(const QJsonObject &device);
 
-/// Whether `dev` is switched on in the list `jsonData`. The first entry of that name counts.
+/// Returns whether the list `jsonData` switches `dev` on. The first entry with that name counts.
 bool parseDevices(const QByteArray &jsonData, const QString &dev, Reporter &reporter);
-/// The same on the file; one that cannot be opened switches everything off.
+/// Like parseDevices(), but reads the file. A file that cannot be opened switches everything off.
 bool findDevForJson(const QString &filePath, const QString &dev, Reporter &reporter);
 
-/// Sets what the list says of the write types; an absent one keeps its value, and of two entries
-/// the later one counts.
+/// Sets the write types that the list contains; the others keep their value. If a write type occurs twice,
+/// the later entry counts.
 void parseWriteType(const QByteArray &jsonData, WriteType &writeType);
-/// The same on the file; returns whether it could be read. Reports to the debug stream only.
+/// Like parseWriteType(), but reads the file. Returns whether it could be read; reports errors to the debug
+/// stream only.
 bool readWriteType(const QString &filePath, WriteType &writeType);
 
-/// The items of the write-type selector, in order: never empty, since "USB" is the least.
+/// Returns the items of the write-type selector, in order. The list contains at least "USB".
 QStringList writeTypeItems(const WriteType &writeType);
 
 } // namespace ControlledDeviceList

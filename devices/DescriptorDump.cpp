@@ -33,7 +33,7 @@ std::array<Field, 12> fieldsOf(const libusb_device_descriptor &descriptor)
              {"get_device_descriptor.iSerialNumber: ", descriptor.iSerialNumber}}};
 }
 
-// All three numbers bear the label of the first; programs that read the output know it so.
+// Intentional: all three numbers have the label of the first, because other programs parse this output.
 QByteArray outputLine(unsigned value)
 {
     return "idVendor:0x:" + QByteArray::number(value, 16).toUpper() + '\n';
@@ -49,7 +49,7 @@ QByteArray fileLine(const char *label, unsigned value)
 void DescriptorDump::write(const libusb_device_descriptor &descriptor, const StandardOutput &standardOutput)
 {
     standardOutput(outputLine(descriptor.idVendor) + outputLine(descriptor.idProduct));
-    // printf style: a stream object for each of some thousand lines a second would be felt.
+    // printf style, because creating a stream object for each of thousands of lines a second is slow.
     qDebug("PID: %u", static_cast<unsigned>(descriptor.idProduct));
     qDebug("VID: %u", static_cast<unsigned>(descriptor.idVendor));
     for (const Field &field : fieldsOf(descriptor))
@@ -70,7 +70,7 @@ void DescriptorDump::append(const libusb_device_descriptor &descriptor, const QS
 {
     QFile file(filePath);
     if (!PlainFile::openToAppend(file)) {
-        // The text names the other log; it is the one that support looks for.
+        // Intentional: names the other log, because support searches for this text.
         qDebug("Unable to open log.txt for writing.");
         return;
     }

@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// Notices that the system does not let this program open a connected device, and says once what to do about
-/// it. GUI thread.
+/// Detects that the system does not let this program open a connected device, and returns one hint on how to
+/// solve it. GUI thread only.
 class DeviceAccess
 {
 public:

@@ -14,10 +14,10 @@ struct DeviceFile
 };
 
 /// Returns the files of USB devices, then those of HID interfaces, each sorted by the name in sysfs. `root`
-/// is the folder that contains "sys"; the returned paths begin with "/dev" in any case.
+/// is the folder that contains "sys"; the returned paths always begin with "/dev".
 QVector<DeviceFile> list(const QString &root = QString());
 
-/// Returns whether the file exists but this user may not read and write it. Does not open it.
+/// Returns whether the file exists but this user may not both read and write it. Does not open it.
 bool isRefused(const QString &path);
 
 } // namespace DeviceFiles

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Keeps libusb and hidapi initialised during its lifetime. Main thread.
+/// Keeps libusb and hidapi initialised during its lifetime. Main thread only.
 class DeviceLibraries
 {
 public:
@@ -11,7 +11,7 @@ public:
     DeviceLibraries(const DeviceLibraries &) = delete;
     DeviceLibraries &operator=(const DeviceLibraries &) = delete;
 
-    /// Call each once. Returns whether the library can be used.
+    /// Initialises the library and returns whether it can be used. Call it at most once.
     bool initialiseUsb();
     bool initialiseHid();
 

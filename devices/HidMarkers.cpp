@@ -13,8 +13,8 @@ QString HidMarkers::text(int interfaceNumber, int collection)
 
 int HidMarkers::topLevelCollections(const QByteArray &reportDescriptor)
 {
-    // The items of the HID standard: the prefix byte has the size in its two low bits, tag and type
-    // above. Only the tags that open and close collections matter here.
+    // In the HID standard, an item's prefix byte contains the size in its two low bits, tag and type above.
+    // Only the tags that open and close collections matter here.
     constexpr int longItem = 0xFE;
     constexpr int collection = 0xA0;
     constexpr int endCollection = 0xC0;

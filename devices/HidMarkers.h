@@ -8,27 +8,27 @@
 
 #include <functional>
 
-/// Windows writes into the path of a HID interface which interface of the device it is ("MI_00")
-/// and which of its top-level collections ("Col04"), and the models that need one of them are
-/// found by these words. Where paths hold nothing of that kind the same words are made here.
+/// On Windows the path of a HID interface contains the number of the interface ("MI_00") and of the top-level
+/// collection ("Col04"). Models that need a certain one of them are found by these markers. On systems whose
+/// paths do not contain them, the functions here generate them.
 namespace HidMarkers {
 
-/// "MI_00&Col04" for the fourth collection of the first interface. An interface number below 0
-/// (unknown) leaves the first word out. Both numbers have two hexadecimal digits.
+/// Returns for example "MI_00&Col04" for the fourth collection of the first interface. Both numbers have two
+/// hexadecimal digits. The first marker is omitted if the interface number is negative (unknown).
 QString text(int interfaceNumber, int collection);
 
-/// How many top-level collections a HID report descriptor has; 0 for one that makes no sense.
+/// Returns the number of top-level collections in a HID report descriptor; 0 if the descriptor is malformed.
 int topLevelCollections(const QByteArray &reportDescriptor);
 
-/// Tells of a path how many top-level collections its interface has; 0 when that is not known.
+/// Returns the number of top-level collections of the interface with a path; 0 if it is not known.
 using CollectionCount = std::function<int(const QByteArray &path)>;
 
-/// Sets the markers of every interface from its number and from its place among the neighbours
-/// with the same path. Such an enumeration has one entry for each top-level collection, but also
-/// one for each nested collection with a usage, so the count is what the ordinal ends at.
+/// Sets the markers of all interfaces from their numbers and from their ordinals among the neighbours with
+/// the same path. The enumeration contains an entry for each top-level collection, and also one for each
+/// nested collection with a usage; the ordinal therefore stops at the number of top-level collections.
 void fillFromPositions(QVector<HidInterface> &interfaces, const CollectionCount &countOf);
 
-/// What this platform needs: fillFromPositions() where paths lack the words, else nothing.
+/// Calls fillFromPositions() on platforms whose paths do not contain the markers; elsewhere does nothing.
 void fill(QVector<HidInterface> &interfaces);
 
 } // namespace HidMarkers

@@ -11,7 +11,7 @@ int countInSystem(const QByteArray &path)
 
 } // namespace
 
-// "/dev/hidraw3" says nothing of interface and collection.
+// A path such as "/dev/hidraw3" contains neither the interface nor the collection.
 void HidMarkers::fill(QVector<HidInterface> &interfaces)
 {
     fillFromPositions(interfaces, &countInSystem);

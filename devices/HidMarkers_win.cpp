@@ -1,4 +1,4 @@
 #include "devices/HidMarkers.h"
 
-// The paths hold the words themselves; made-up ones could contradict them.
+// The paths contain the markers already; generated ones could contradict them.
 void HidMarkers::fill(QVector<HidInterface> & /*interfaces*/) {}

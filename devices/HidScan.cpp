@@ -9,12 +9,12 @@
 
 namespace {
 
-/// How the interface of a model is recognised, and what is logged then.
+/// The marker by which a model's interface is recognised, and the line that is logged for it.
 struct Search
 {
     QLatin1String marker;
-    // The model names in these texts are not those of the lists, and never were: users and
-    // support know the lines as they are.
+    // Intentional: the model names in these texts differ from the lists. Users and support know the lines in
+    // this form.
     QLatin1String foundText;
 };
 
@@ -29,7 +29,7 @@ Search searchFor(const QString &name)
     return {};
 }
 
-void noteSeen(const HidInterface &seen, const QString &path, const QString &interfaceLogPath)
+void logInterface(const HidInterface &seen, const QString &path, const QString &interfaceLogPath)
 {
     qDebug().noquote().nospace() << "Found device: VID: " << seen.vendorId << " PID: " << seen.productId
                                  << " Path: " << path;
@@ -50,7 +50,7 @@ QLatin1String HidScan::markerOf(const QString &name)
     return searchFor(name).marker;
 }
 
-bool HidScan::bears(const HidInterface &seen, QLatin1String marker)
+bool HidScan::hasMarker(const HidInterface &seen, QLatin1String marker)
 {
     if (marker.isEmpty())
         return false;
@@ -66,11 +66,11 @@ std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &
     const QVector<HidInterface> interfaces = port.enumerate();
     for (const HidInterface &seen : interfaces) {
         const QString path = QString::fromUtf8(seen.path);
-        noteSeen(seen, path, interfaceLogPath);
+        logInterface(seen, path, interfaceLogPath);
         if (seen.vendorId != vendorId || seen.productId != productId || search.marker.isEmpty())
             continue;
         qDebug().noquote().nospace() << "duoDevstr: " << path;
-        if (seen.path.isNull() || !bears(seen, search.marker))
+        if (seen.path.isNull() || !hasMarker(seen, search.marker))
             continue;
         if (std::unique_ptr<HidDevice> handle = port.openPath(seen.path)) {
             reporter.log(search.foundText);
@@ -83,7 +83,7 @@ std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &
 
 void HidScan::run(HidPort &port, ChosenDevice &device, Reporter &reporter, const QString &interfaceLogPath)
 {
-    // Opened before the old one is closed: when it fails, the old one stays.
+    // The new handle is opened before the old one is closed: if opening fails, the old one stays.
     if (std::unique_ptr<HidDevice> handle =
             findInterface(port, device.name, device.vendorId, device.productId, reporter, interfaceLogPath))
         device.hidHandle = std::move(handle);

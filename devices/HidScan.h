@@ -8,26 +8,26 @@
 
 #include <memory>
 
-/// Finds the interface of a composite device that takes the update-mode report, by a marker in its
-/// path. GUI thread.
+/// Finds the interface of a composite device that accepts the update-mode report, by a marker in its path.
+/// GUI thread only.
 namespace HidScan {
 
 /// Returns the word in its path, or in its markers, by which the interface of the model `name` is found;
 /// empty for a model that needs no certain one.
 QLatin1String markerOf(const QString &name);
 
-/// Returns whether the interface bears the marker, in whatever letter case. An empty marker is never borne.
-bool bears(const HidInterface &seen, QLatin1String marker);
+/// Returns whether the interface has the marker, in whatever letter case. Returns false for an empty marker.
+bool hasMarker(const HidInterface &seen, QLatin1String marker);
 
-/// Looks through all HID interfaces for the one that the model `name` needs and opens it: the
-/// first one that bears the marker and can be opened. Null when there is none. Each interface
-/// looked at adds a line to the file `interfaceLogPath`.
+/// Opens the HID interface that the model `name` needs: the first one that has the marker and can be opened.
+/// Returns null if there is none. Appends a line to the file `interfaceLogPath` for each interface that is
+/// examined.
 std::unique_ptr<HidDevice> findInterface(HidPort &port, const QString &name, quint32 vendorId,
                                          quint32 productId, Reporter &reporter,
                                          const QString &interfaceLogPath);
 
-/// The same for `device`, which keeps its earlier handle when nothing is found. A handle that is
-/// replaced is closed as soon as nobody writes to it any more.
+/// Like findInterface(), but stores the handle in `device`, which keeps its earlier handle if nothing is
+/// found. A replaced handle is closed once nobody writes to it any more.
 void run(HidPort &port, ChosenDevice &device, Reporter &reporter, const QString &interfaceLogPath);
 
 } // namespace HidScan

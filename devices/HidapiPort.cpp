@@ -8,19 +8,18 @@
 
 namespace {
 
-/// Lets one thread at a time into hidapi, which has one state for the whole process. Ports and devices may be
-/// used from different threads.
-class InHidapi
+/// Locks hidapi, which has global state, for the calling thread.
+class HidapiLock
 {
 public:
-    InHidapi() : m_guard(mutex()) {}
-    Q_DISABLE_COPY(InHidapi)
+    HidapiLock() : m_guard(mutex()) {}
+    Q_DISABLE_COPY(HidapiLock)
 
 private:
     static std::mutex &mutex()
     {
-        static std::mutex ofTheProcess;
-        return ofTheProcess;
+        static std::mutex hidapiMutex;
+        return hidapiMutex;
     }
 
     const std::lock_guard<std::mutex> m_guard;
@@ -31,7 +30,7 @@ struct EnumerationDeleter
     void operator()(hid_device_info *first) const { hid_free_enumeration(first); }
 };
 
-/// Call inside hidapi: the text is the library's own, and the next call may change it.
+/// Call it with hidapi locked: the text belongs to the library, and the next call may change it.
 QString errorTextOf(hid_device *device)
 {
     const wchar_t *text = hid_error(device);
@@ -45,20 +44,20 @@ public:
     explicit HidapiDevice(hid_device *handle) : m_handle(handle) {}
     ~HidapiDevice() override
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         hid_close(m_handle);
     }
     Q_DISABLE_COPY(HidapiDevice)
 
     int write(const QByteArray &report) override
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         return hid_write(m_handle, reinterpret_cast<const unsigned char *>(report.constData()),
                          static_cast<size_t>(report.size()));
     }
     QString errorText() const override
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         return errorTextOf(m_handle);
     }
 
@@ -78,36 +77,36 @@ public:
 
     std::unique_ptr<HidDevice> open(quint16 vendorId, quint16 productId) override
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         return wrap(hid_open(vendorId, productId, nullptr));
     }
 
     std::unique_ptr<HidDevice> openPath(const QByteArray &path) override
     {
-        // What hidapi does with a null path is nowhere promised, and "" names no interface.
+        // hidapi does not define what it does with a null path, and "" is not a path.
         if (path.isEmpty())
             return nullptr;
-        const InHidapi inside;
+        const HidapiLock lock;
         return wrap(hid_open_path(path.constData()));
     }
 
     QString openErrorText() const override
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         return m_openErrorText;
     }
 
 private:
     static QVector<HidInterface> list()
     {
-        const InHidapi inside;
+        const HidapiLock lock;
         const std::unique_ptr<hid_device_info, EnumerationDeleter> first(hid_enumerate(0, 0));
         QVector<HidInterface> interfaces;
         for (const hid_device_info *info = first.get(); info != nullptr; info = info->next) {
             HidInterface entry;
             entry.vendorId = info->vendor_id;
             entry.productId = info->product_id;
-            // Null while the system is still setting the interface up.
+            // Null while the system is still setting up the interface.
             entry.path = QByteArray(info->path);
             entry.interfaceNumber = info->interface_number;
             entry.usagePage = info->usage_page;
@@ -117,7 +116,7 @@ private:
         return interfaces;
     }
 
-    /// Call inside hidapi, right after the open that returned `device`.
+    /// Call it with hidapi locked, directly after the call that returned `device`.
     std::unique_ptr<HidDevice> wrap(hid_device *device)
     {
         if (device != nullptr)
@@ -126,7 +125,7 @@ private:
         return nullptr;
     }
 
-    /// Kept, since hidapi's own text says "Success" as soon as another call goes well.
+    /// Stored here, because hidapi's own text changes to "Success" with the next successful call.
     QString m_openErrorText;
 };
 

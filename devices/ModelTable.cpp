@@ -113,7 +113,7 @@ constexpr bool exactlyTheRows90To99AreIap()
     return true;
 }
 
-constexpr bool onlyDevMdmStandsTwice()
+constexpr bool onlyDevMdmOccursTwice()
 {
     for (std::size_t i = 0; i < count; ++i) {
         for (std::size_t k = 0; k < i; ++k) {
@@ -152,7 +152,7 @@ static_assert(vendorIdsDiffer(), "two vendor groups have the same vendor id");
 static_assert(noTwoRowsHaveEqualIds(), "two rows have the same vendor id and product id");
 static_assert(groupsHaveTheirSizes(), "a row is in the wrong vendor group");
 static_assert(exactlyTheRows90To99AreIap(), "the IAP flag belongs to the rows 90 to 99");
-static_assert(onlyDevMdmStandsTwice(), "a name stands twice (only DevMdm does, in the rows 56 and 58)");
+static_assert(onlyDevMdmOccursTwice(), "a name occurs twice (only DevMdm may, in the rows 56 and 58)");
 static_assert(vendorIds[Soc] == Bootloader::vendorId, "the SoC's vendor id is known");
 static_assert(isSocRow(15, "DevMdk", 0x6780), "row 15 is a model with the SoC's own ids");
 static_assert(isSocRow(56, "DevMdm", 0x6781), "row 56 is a model with the SoC's own ids");

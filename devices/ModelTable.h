@@ -5,20 +5,20 @@
 
 #include <QVector>
 
-/// The models that the program knows, in the order in which they are looked up. The ids stand in
-/// ModelIds.inc, where the maker fills them in.
+/// The models that the program knows, in the order in which they are looked up. The maker fills in their ids
+/// in ModelIds.inc.
 class ModelTable
 {
 public:
-    /// The built-in table of 100 rows.
+    /// Creates the built-in table of 100 rows.
     ModelTable();
-    /// A table of a test's own.
+    /// Creates a table for a test.
     explicit ModelTable(QVector<ModelRow> rows);
 
     const QVector<ModelRow> &rows() const { return m_rows; }
 
-    /// The first row with these ids that the launch mode accepts; null when there is none. The row
-    /// lives as long as the table.
+    /// Returns the first row with these ids that the launch mode accepts, or null. The row is valid as long
+    /// as the table exists.
     const ModelRow *find(quint32 vendorId, quint32 productId, const LaunchOptions &options) const;
 
 private:

@@ -7,18 +7,18 @@
 
 struct libusb_device_descriptor;
 
-/// The seam to the USB bus. list() opens no device and returns quickly; call it from the GUI thread.
+/// The interface to the USB bus. list() does not open any device and returns quickly. GUI thread only.
 class UsbBus
 {
 public:
     struct Listing
     {
-        /// What the list call returned: the number of devices, or a negative error.
+        /// The result of libusb's list call: the number of devices, or a negative error code.
         qint64 count = 0;
         /// The descriptors that could be read, in bus order.
         QVector<libusb_device_descriptor> descriptors;
-        /// Where each of them is connected: bus and ports from the root hub on, as in "1-2.3". As many
-        /// entries as there are descriptors, or none if the positions are not known.
+        /// The position of each of them: the bus and the ports from the root hub on, as in "1-2.3". Has an
+        /// entry for each descriptor, or is empty if the positions are not known.
         QStringList positions;
     };
 
@@ -26,6 +26,6 @@ public:
     virtual Listing list() = 0;
 };
 
-/// libusb's default context, which must have been initialised. When that failed, pass
-/// `initialised` false: every listing is then empty, since libusb would crash.
+/// Returns a bus that uses libusb's default context. If that could not be initialised, pass false for
+/// `initialised`: all listings are then empty, because libusb would crash.
 std::unique_ptr<UsbBus> makeLibusbBus(bool initialised);

@@ -6,7 +6,7 @@
 
 namespace {
 
-void take(const ModelRow &row, const LaunchOptions &options, UsbScanResult &result)
+void copyRow(const ModelRow &row, const LaunchOptions &options, UsbScanResult &result)
 {
     ChosenDevice &device = result.device;
     result.found = true;
@@ -36,9 +36,9 @@ UsbScanResult scanListing(const UsbBus::Listing &listing, const ModelTable &tabl
     if (listing.count < 1)
         return result;
     for (const libusb_device_descriptor &descriptor : listing.descriptors) {
-        ++result.looked;
+        ++result.examined;
         if (const ModelRow *row = table.find(descriptor.idVendor, descriptor.idProduct, options)) {
-            take(*row, options, result);
+            copyRow(*row, options, result);
             break;
         }
     }

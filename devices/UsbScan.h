@@ -7,29 +7,28 @@
 
 #include <optional>
 
-/// The ids that go to the IAP panel.
+/// The ids that are passed to the IAP panel.
 struct IapIds
 {
     quint32 vendorId = 0;
     quint32 productId = 0;
 };
 
-/// What a look at one listing found.
+/// The result of scanning one listing.
 struct UsbScanResult
 {
     bool found = false;
-    /// The device as it is afterwards; the earlier one when nothing was found.
+    /// The chosen device after the scan; the earlier one if nothing was found.
     ChosenDevice device;
-    /// Set for the models that hand their ids to the IAP panel.
+    /// Set for models whose ids are passed to the IAP panel.
     std::optional<IapIds> iapIds;
-    /// Whether the HID interface of the device is to be looked for.
+    /// Whether to search for the HID interface of the device.
     bool hidScanWanted = false;
-    /// How many descriptors were looked at: all up to the first match.
-    int looked = 0;
+    /// The number of examined descriptors: all up to the first match.
+    int examined = 0;
 };
 
-/// Chooses the first device in bus order that the table knows and the launch mode accepts. What is
-/// taken over depends on the mode: only normal mode copies the IAP flag and hands ids over, and
-/// ZN58 mode leaves the HID-path flag as it was.
+/// Chooses the first device in bus order that is in the table and that the launch mode accepts. Only normal
+/// mode copies the IAP flag and sets `iapIds`; ZN58 mode does not change the HID-path flag.
 UsbScanResult scanListing(const UsbBus::Listing &listing, const ModelTable &table,
                           const LaunchOptions &options, const ChosenDevice &previous);

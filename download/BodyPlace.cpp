@@ -11,7 +11,7 @@ BodyPlace BodyPlace::of(const QNetworkReply &reply, std::optional<qint64> asked,
     BodyPlace place{0, end, end, HttpAnswer::problemOfBody(reply, asked)};
     if (!place.problem.isEmpty() || HttpAnswer::status(reply) != 206)
         return place;
-    place.position = *asked; // a part that begins elsewhere is a problem
+    place.position = *asked; // a part that begins elsewhere is reported as a problem
     const QByteArray contentRange = reply.rawHeader("Content-Range");
     if (end <= 0)
         place.wantedEnd = HttpAnswer::totalOfContentRange(contentRange).value_or(0);

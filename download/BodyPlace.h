@@ -6,21 +6,21 @@
 
 class QNetworkReply;
 
-/// Where the body of an answer belongs in the remote file, and how much of it may be used.
+/// The position of a response's body in the remote file, and the usable part of the body.
 struct BodyPlace
 {
-    /// Position of the body's first byte.
+    /// The position of the body's first byte.
     qint64 position = 0;
-    /// End (exclusive) of what is wanted, and of what the body may be used for: the answer can name an
-    /// earlier one. 0 or less when they are not known.
+    /// The end (exclusive) of the requested bytes, and that of the bytes that the body can provide: the
+    /// response may state an earlier one. 0 or less if they are not known.
     qint64 wantedEnd = 0;
     qint64 usableEnd = 0;
-    /// Why the body cannot be what was asked for, in a few words for the log; empty when it can. Nothing of
-    /// it may be used then.
+    /// Why the body is not what was requested, in a few words for the log; empty if it is. If this is set,
+    /// the body must not be used.
     QString problem;
 
-    /// Places the body of `reply`, whose head has arrived. `asked` is the first byte that was asked for, or
-    /// nothing when the whole file was; `end` is the end (exclusive) of the range, or 0 or less for that of
-    /// the file.
+    /// Returns the place of the body of `reply`, whose headers have arrived. `asked` is the first requested
+    /// byte, or nothing if the whole file was requested; `end` is the end (exclusive) of the range, or 0 or
+    /// less for the end of the file.
     static BodyPlace of(const QNetworkReply &reply, std::optional<qint64> asked, qint64 end);
 };

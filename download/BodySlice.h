@@ -2,16 +2,16 @@
 
 #include <QtGlobal>
 
-/// Which bytes of a piece of a reply's body belong into the file.
+/// The bytes of a piece of a reply's body that belong in the file.
 struct BodySlice
 {
-    /// Bytes at the piece's start that are not wanted.
+    /// The number of bytes at the start of the piece that are not wanted.
     qint64 skip = 0;
-    /// Bytes after those that are.
+    /// The number of wanted bytes that follow them.
     qint64 take = 0;
 };
 
-/// Cuts a piece of `length` bytes, whose first is byte `position` of the remote file, to what is
-/// wanted of it: from byte `wanted` on, up to `end` (exclusive; 0 or less for no end). A piece that
-/// begins after `wanted` leaves a hole and gives nothing.
+/// Returns the wanted bytes of a piece of `length` bytes that begins at byte `position` of the remote file:
+/// those from byte `wanted` up to `end` (exclusive; 0 or less for no end). A piece that begins after `wanted`
+/// would leave a hole, so nothing of it is used.
 BodySlice cutBody(qint64 position, qint64 length, qint64 wanted, qint64 end);

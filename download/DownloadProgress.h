@@ -2,15 +2,17 @@
 
 #include <QString>
 
-/// Share of `size` that `sum` bytes are, in percent, rounded half away from zero. It exceeds 100 when
-/// earlier runs' bytes are in the sum. `size` is greater than 0.
+/// Returns `sum` in percent of `size`, rounded half away from zero. Exceeds 100 if the sum contains bytes of
+/// earlier runs. `size` must be greater than 0.
 double roundedPercent(qint64 sum, qint64 size);
 
-/// Returns a percentage as the progress bar's value: truncated, and no larger than such a value can be.
+/// Returns a percentage as the value of the progress bar: truncated, and limited to the range of int.
 int barValue(double percent);
 
-/// "3 / 12 MB/S": whole mebibytes on disk and in all. The unit is a label; no speed is computed.
+/// Returns for example "3 / 12 MB/S": the mebibytes on disk and in total. Intentional: the unit is only a
+/// label, not a speed.
 QString megabytesOf(qint64 done, qint64 total);
 
-/// "Progress:42%" (truncated), or "Received:2048bytes" when `bytesTotal` is not known (below 1).
+/// Returns for example "Progress:42%" (truncated), or "Received:2048bytes" if `bytesTotal` is not known
+/// (below 1).
 QString receivedLine(qint64 bytesReceived, qint64 bytesTotal);

@@ -11,7 +11,7 @@ constexpr TranslatableText noAddress{"Current Status: Error 1", "当前状态: �
 constexpr TranslatableText waitingForServer{"Current Status: Waiting for server response...",
                                             "当前状态: 等待服务器返回..."};
 constexpr TranslatableText preparing{"Current Status: Preparing to download...", "当前状态: 准备下载..."};
-/// The fallback ends in a blank because the sizes follow it directly.
+/// The fallback ends with a space because the sizes follow it directly.
 constexpr TranslatableText downloading{"Current Status: Downloading...", "当前状态: 正在下载 "};
 constexpr TranslatableText downloaded{"Current Status: Download Complete - Please Wait",
                                       "当前状态: 下载完成 - 稍后"};

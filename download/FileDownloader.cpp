@@ -21,7 +21,7 @@ FileDownloader::FileDownloader(const QUrl &url, const QString &path, QObject *pa
       m_hasTls(hasTls)
 {
     m_stallTimer->setSingleShot(true);
-    // Queued: bytes that came while this thread was busy are seen first.
+    // Queued, so that bytes that arrived while this thread was busy are handled first.
     connect(m_stallTimer, &QTimer::timeout, this, &FileDownloader::failOnStall, Qt::QueuedConnection);
     if (!hasTls) {
         qCritical() << "SSL is not supported!";
@@ -100,7 +100,7 @@ void FileDownloader::onReadyRead()
     if (!m_reply)
         return;
     if (state == Paused) {
-        // Dropped, so that the bounded buffer does not stop the transfer that pause() lets go on.
+        // Discarded: pause() does not stop the transfer, and a full buffer would.
         m_reply->readAll();
         return;
     }
@@ -108,7 +108,7 @@ void FileDownloader::onReadyRead()
     case Writing::Done:
         return;
     case Writing::RangeComplete:
-        // What else the server sends, perhaps without end, is not wanted.
+        // Do not wait for more: the server may send without end.
         abandonReply();
         finish();
         return;
@@ -119,7 +119,7 @@ void FileDownloader::onReadyRead()
         reportUnusable();
         [[fallthrough]];
     case Writing::FileNotWritten:
-        // If the disk is full, what the reply goes on to bring would leave a hole.
+        // If the disk was full, the following bytes of the reply would leave a hole.
         abandonReply();
         state = Failed;
         retryOrGiveUp();
@@ -132,7 +132,7 @@ void FileDownloader::onDownloadProgress(qint64 bytesReceived, qint64 bytesTotal)
     if (state == Paused)
         return;
     qDebug() << "Download progress:" << bytesReceived << "/" << bytesTotal;
-    // Not bytesReceived: those may be of an error page, outside the range, or not written yet.
+    // Not bytesReceived: those bytes may belong to an error page, be outside the range or be unwritten.
     if (bytesReceived != 0 && bytesTotal != 0)
         CurrentPackDownloadSize = bytesOnDisk();
     qDebug().nospace() << "CurrentPackDownloadSize: " << CurrentPackDownloadSize;
@@ -179,13 +179,13 @@ void FileDownloader::finishWithoutError()
 {
     const Writing writing = writeAvailable();
     if (!body().problem.isEmpty()) {
-        reportUnusable(); // also an answer without any bytes
+        reportUnusable(); // even if the response has no bytes at all
     } else if (writing == Writing::Done || writing == Writing::RangeComplete) {
         const bool isCut = HttpAnswer::isCutShort(*m_reply, m_receivedBytes);
         const bool isShort = body().wantedEnd > 0 && m_wanted < body().wantedEnd;
         if (!isCut && !(isShort && m_broughtBytes > 0)) {
-            // A range that is short and brought nothing would not end otherwise; the sum over the whole
-            // file decides whether it was right.
+            // A short range without any bytes counts as finished, because retries would never end. The MD5 of
+            // the whole file shows whether it is complete.
             finish();
             return;
         }
@@ -204,7 +204,7 @@ void FileDownloader::finish()
 
 void FileDownloader::failOnStall()
 {
-    // While paused, nobody waits for the bytes. An active timer was started again by bytes.
+    // No bytes are expected while paused. If the timer is active, bytes have arrived and restarted it.
     if (!m_reply || state == Paused || m_stallTimer->isActive())
         return;
     m_reply->abort(); // ends in onErrorOccurred and onFinished like any other failure
@@ -240,7 +240,7 @@ void FileDownloader::giveUp()
 
 void FileDownloader::retryReadLater()
 {
-    // The bounded buffer may be full, and then no readyRead comes any more.
+    // Without this, a full buffer would prevent all further readyRead signals.
     if (m_isReadRetryArmed)
         return;
     m_isReadRetryArmed = true;
@@ -302,17 +302,17 @@ FileDownloader::Writing FileDownloader::writeAvailable()
     if (!m_reply->isOpen() || m_reply->bytesAvailable() == 0)
         return Writing::Done; // an aborted reply is closed
     if (!HttpAnswer::isSuccess(*m_reply)) {
-        m_reply->readAll(); // an error page is no part of the file
+        m_reply->readAll(); // an error page is not part of the file
         return Writing::Done;
     }
     BodyPlace &place = body();
     if (!place.problem.isEmpty())
         return Writing::Unusable;
     if (place.usableEnd <= 0 || place.position < place.usableEnd)
-        m_stallTimer->start(stallTimeout); // what comes behind the end is of no use
+        m_stallTimer->start(stallTimeout); // bytes after the end do not count
     BodySlice slice = cutBody(place.position, m_reply->bytesAvailable(), m_wanted, place.usableEnd);
     QFile file(filePath);
-    // Nothing wanted makes no file either: an empty part would pass for a complete one.
+    // Without wanted bytes no file is created: an empty part would be taken for a complete one.
     if (slice.take > 0 && !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qCritical().noquote() << "Unable to open file for writing:" << filePath;
         HttpAnswer::ignoreSslErrorsOnceAnswered(*m_reply);

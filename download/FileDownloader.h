@@ -13,11 +13,11 @@
 class QNetworkAccessManager;
 class QTimer;
 
-/// Fetches a file, or one byte range of it, into a local file, appending as data arrives. It resumes
-/// from the local file's length and tries again after errors. Its owner polls `state`.
+/// Downloads a file, or one byte range of it, to a local file. It appends data as it arrives, resumes at the
+/// length of the local file and retries after errors. The owner polls `state`.
 ///
-/// Lives on the thread that made it and works only while that thread processes events. The local
-/// file is never truncated or removed here.
+/// Lives on the thread that created it and works only while that thread processes events. It never truncates
+/// or removes the local file.
 class FileDownloader : public QObject
 {
     Q_OBJECT
@@ -25,42 +25,43 @@ class FileDownloader : public QObject
 public:
     enum State : int { Failed = -1, Running = 0, Finished = 1, Paused = 2 };
 
-    /// Without TLS, on which the system decides, the download cannot start, whatever its address.
+    /// If the system provides no TLS (`hasTls`), the download cannot start, not even over plain HTTP.
     FileDownloader(const QUrl &url, const QString &path, QObject *parent = nullptr,
                    bool hasTls = QSslSocket::supportsSsl());
 
-    /// Starts the request, or starts it again from where the local file ends. Without TLS it gives up at
-    /// once; after dropNetwork() it does nothing.
+    /// Starts the request, from where the local file ends. Without TLS it gives up at once; after
+    /// dropNetwork() it does nothing.
     void startDownload();
-    /// Gives up the request and the network access, with its thread; must be called on this object's
-    /// thread. State and sizes stay as they are.
+    /// Aborts the request and deletes the network access manager and its thread. Must be called on this
+    /// object's thread. State and sizes stay as they are.
     void dropNetwork();
 
-    /// Whether all retries are used up, or none makes sense: `state` stays Failed for good.
+    /// Returns whether all retries are used up or a retry is pointless. `state` then stays Failed.
     bool hasGivenUp() const { return m_hasGivenUp; }
-    /// What went wrong last, for the user; empty when nothing has.
+    /// Returns the last problem, for the user, or an empty string.
     QString lastProblem() const { return m_lastProblem; }
-    /// Why the local file could not be opened or written last; empty when it never failed.
+    /// Returns the last error of opening or writing the local file, or an empty string.
     QString fileProblem() const { return m_fileProblem; }
 
-    /// Bytes of this download on disk: resume offset and what the current request brought and was written.
+    /// The bytes of this download on disk: the resume offset plus the bytes that the current request has
+    /// written.
     qint64 CurrentPackDownloadSize = 0;
-    /// First byte and end (exclusive; 0 for the whole file) of the range in the remote file.
+    /// The first byte and the end (exclusive; 0 for the whole file) of the range in the remote file.
     qint64 startByte = 0;
     qint64 endByte = 0;
     QString filePath;
-    /// Size of the whole remote file, for the owner's use.
+    /// The size of the whole remote file. Only used by the owner.
     qint64 wholeFileSize = 0;
     int state = Running;
-    /// Retries made in this object's life; never reset.
+    /// The number of retries during the lifetime of this object; never reset.
     int retryCount = 0;
     int maxRetries = 20;
     /// Milliseconds before a retry.
     int retryDelay = 1000;
-    /// Milliseconds without a byte for the file after which a request counts as failed, from its start on and
-    /// over all redirects. Qt's own limit ends with the first redirect.
+    /// A request fails after this many milliseconds without a byte for the file. This covers the time from
+    /// its start and all redirects, unlike Qt's own limit, which ends with the first redirect.
     int stallTimeout = 30000;
-    /// Total size that the reply's head told.
+    /// The total size according to the headers of the reply.
     qint64 m_totalSize = 0;
 
 public slots:
@@ -85,28 +86,28 @@ private:
     void finishWithoutError();
     void finish();
     void failOnStall();
-    /// Says why the current body is not the one that was asked for, and keeps it as the problem.
+    /// Stores and prints why the current body is not what was requested.
     void reportUnusable();
-    /// Whether the range is complete and the body goes on behind it.
+    /// Returns whether the range is complete and the body continues after it.
     bool isRangeExceeded();
     qint64 bytesOnDisk() const { return m_resumeOffset + m_broughtBytes; }
-    /// Lets go of the current reply without waiting for its end.
+    /// Disconnects and aborts the current reply.
     void abandonReply();
 
     QUrl m_url;
     QNetworkAccessManager *m_manager = nullptr;
     QPointer<QNetworkReply> m_reply;
-    /// Length of the local file when the current request was made.
+    /// The length of the local file when the current request was sent.
     qint64 m_resumeOffset = 0;
     qint64 m_startFileSize = 0;
-    /// Where the current body belongs; nothing before its head has arrived. The position is that of the next
-    /// byte that it brings.
+    /// The place of the current body; not set before the headers have arrived. Its position is that of the
+    /// next byte of the body.
     std::optional<BodyPlace> m_body;
-    /// Position in the remote file of the next byte that the local file lacks.
+    /// The position in the remote file of the next byte to write to the local file.
     qint64 m_wanted = 0;
-    /// First byte that the current request asked for; nothing when it asked for the whole file.
+    /// The first byte that the current request asks for; not set if it asks for the whole file.
     std::optional<qint64> m_asked;
-    /// Bytes of the current body that were read, and those of them that were written.
+    /// The bytes of the current body that have been read, and those of them that have been written.
     qint64 m_receivedBytes = 0;
     qint64 m_broughtBytes = 0;
     /// Runs while a request waits for bytes.

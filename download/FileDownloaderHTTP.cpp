@@ -49,7 +49,7 @@ void FileDownloaderHTTP::removeFile()
     m_file.reset();
 }
 
-// The parameters are by value: the signal's and the slot's signatures are fixed.
+// The parameters are passed by value, because the signatures of signal and slot are fixed.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
 {
@@ -72,7 +72,7 @@ void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
     m_receivedBytes = 0;
     m_problem.clear();
     m_reply = m_manager->get(HttpAnswer::request(address));
-    // As large as the file may be: with a smaller one, Qt seldom but now and then tells of no more bytes.
+    // As large as the file may be: with a smaller buffer, Qt occasionally stops emitting readyRead.
     m_reply->setReadBufferSize(HttpAnswer::manifestLimit + 1);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloaderHTTP::onReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloaderHTTP::onDownloadProgress);
@@ -104,6 +104,9 @@ void FileDownloaderHTTP::failRequest(const QString &problem)
 
 void FileDownloaderHTTP::onDownloadProgress(qint64 bytesReceived, qint64 bytesTotal)
 {
+    // Qt reports progress once more when a reply was aborted while it delivered data.
+    if (!m_reply)
+        return;
     if (bytesTotal < 1)
         qDebug() << "Received:" << bytesReceived << "bytes";
     else
@@ -115,7 +118,7 @@ void FileDownloaderHTTP::onDownloadFinished()
 {
     if (!m_reply)
         return;
-    onReadyRead(); // what is left
+    onReadyRead(); // for the remaining bytes
     if (!m_reply)
         return;
     const QString problem =
@@ -136,7 +139,7 @@ void FileDownloaderHTTP::onDownloadFinished()
     }
     m_reply->deleteLater();
     m_reply = nullptr;
-    // Only now, since the thread that polls this reads the file at once.
+    // Set last, because the polling thread reads the file as soon as this is true.
     if (isClean)
         succeeded = true;
 }

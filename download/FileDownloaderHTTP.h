@@ -11,11 +11,11 @@
 class QNetworkAccessManager;
 class Reporter;
 
-/// Fetches one small file in a single GET straight to disk. A file above HttpAnswer::manifestLimit, a part of
-/// one, and a compressed one are errors.
+/// Downloads one small file with a single GET request to disk. A file larger than HttpAnswer::manifestLimit,
+/// a partial file and a compressed file count as errors.
 ///
-/// Lives on the GUI thread. A caller on another thread clears `succeeded`, emits sigDownloadFile and
-/// polls `succeeded`; when it has waited long enough it calls abandonDownload().
+/// Lives on the GUI thread. A caller on another thread clears `succeeded`, emits sigDownloadFile and polls
+/// `succeeded`. If it gives up waiting, it calls abandonDownload().
 class FileDownloaderHTTP : public QObject
 {
     Q_OBJECT
@@ -25,12 +25,11 @@ public:
     FileDownloaderHTTP(QObject *parent, Reporter *owner);
     ~FileDownloaderHTTP() override;
 
-    /// Lets go of a request that was waited for in vain, without a word: it is aborted and what it
-    /// wrote is removed. May be called from any thread; it takes effect on this object's thread,
-    /// before any request that is asked for afterwards.
+    /// Aborts the current request without logging and removes the file that it has written. May be called
+    /// from any thread; it takes effect on this object's thread, before any request that is made afterwards.
     void abandonDownload();
 
-    /// Set by a clean finish; cleared by the caller before a request.
+    /// Set when a request has succeeded; the caller clears it before a request.
     std::atomic<bool> succeeded{false};
 
 signals:
@@ -46,14 +45,14 @@ private slots:
 private:
     void dropRequest();
     void removeFile();
-    /// Ends the request as failed for a reason that Qt does not know.
+    /// Ends the request with an error that was not detected by Qt.
     void failRequest(const QString &problem);
 
     QNetworkAccessManager *m_manager;
     QPointer<QNetworkReply> m_reply;
     std::unique_ptr<QFile> m_file;
     qint64 m_receivedBytes = 0;
-    /// Why the request was ended by this class; empty when it was not.
+    /// Why this class ended the request; empty if it did not.
     QString m_problem;
     Reporter *m_owner;
 };

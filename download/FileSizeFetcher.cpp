@@ -28,7 +28,7 @@ FileSizeFetcher::FileSizeFetcher(const QUrl &url, QObject *parent)
 void FileSizeFetcher::fetchFileSize()
 {
     m_reply = m_manager->get(HttpAnswer::request(m_url));
-    // From the start: what fits into it arrives before this thread sees the head.
+    // Set at once: bytes arrive in the buffer before this thread handles the headers.
     m_reply->setReadBufferSize(readBufferSize);
     m_isSizeKnown = false;
     m_dropTimer->stop();
@@ -51,7 +51,7 @@ void FileSizeFetcher::onMetaDataChanged()
 {
     if (!m_reply)
         return;
-    // The head of a redirect or of an error page tells the size of something else.
+    // The headers of a redirect or an error page contain a different size.
     if (!HttpAnswer::isSuccess(*m_reply))
         return;
     if (m_reply->hasRawHeader("Content-Length")) {

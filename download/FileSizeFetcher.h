@@ -9,12 +9,12 @@
 class QNetworkAccessManager;
 class QTimer;
 
-/// Learns the size of a remote file from the head of an ordinary GET. The body goes on arriving and
-/// is dropped, until it ends or the owner deletes the probe: slowly, once the size is known, to leave the
-/// line to others. A server that gives up on so slow a reader is asked again, like any other. A failed
-/// request is repeated at once, up to 999 times.
+/// Determines the size of a remote file from the headers of a GET request. The body is read and discarded
+/// until it ends or the owner deletes this object. Once the size is known it is read slowly, to leave the
+/// bandwidth to the parts. A failed request is repeated at once, up to 999 times, even if it failed because
+/// the server gave up on the slow reader.
 ///
-/// Lives on the thread that made it and works only while that thread processes events.
+/// Lives on the thread that created it and works only while that thread processes events.
 class FileSizeFetcher : public QObject
 {
     Q_OBJECT
@@ -24,11 +24,11 @@ public:
 
     void fetchFileSize();
 
-    /// In bytes; 0 until it is known.
+    /// The size in bytes; 0 until it is known.
     qint64 fileSize = 0;
     int maxRetries = 999;
     int retryCount = 0;
-    /// How fast the body is read once the size is known.
+    /// The speed at which the body is read once the size is known.
     int bodyBytesPerSecond = 16 * 1024;
 
 private slots:
@@ -42,7 +42,8 @@ private:
     QNetworkAccessManager *m_manager;
     QPointer<QNetworkReply> m_reply;
     bool m_isSizeKnown = false;
-    /// Since the current reply told the size, and bytes of its body that were read since then.
+    /// The time since the current reply's headers contained the size, and the bytes of its body read since
+    /// then.
     QElapsedTimer m_sinceSize;
     qint64 m_droppedBytes = 0;
     QTimer *m_dropTimer;

@@ -18,7 +18,8 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-/// What stands before and behind the "-" of a "Content-Range" value; nothing when its unit is not bytes.
+/// Returns the texts before and after the "-" of a "Content-Range" value; an empty list if its unit is not
+/// bytes.
 QList<QByteArray> bounds(const QByteArray &contentRange)
 {
     const QByteArray trimmed = contentRange.trimmed();
@@ -27,7 +28,7 @@ QList<QByteArray> bounds(const QByteArray &contentRange)
     return trimmed.mid(6).split('/').first().split('-');
 }
 
-/// A number of digits alone, or the largest number if it is larger than that.
+/// Parses a text that consists of digits only. Returns the largest number if the value overflows.
 std::optional<qint64> number(const QByteArray &text)
 {
     const QByteArray digits = text.trimmed();
@@ -115,7 +116,7 @@ QString HttpAnswer::problemOfBody(const QNetworkReply &reply, std::optional<qint
 
 bool HttpAnswer::isCutShort(const QNetworkReply &reply, qint64 received)
 {
-    // Chunks have lengths of their own, and a length of the whole beside them does not count.
+    // Chunks have their own lengths, and a Content-Length beside them must be ignored.
     if (reply.rawHeader("Transfer-Encoding").toLower().contains("chunked"))
         return false;
     const QVariant announced = reply.header(QNetworkRequest::ContentLengthHeader);

@@ -8,52 +8,52 @@
 class QNetworkReply;
 class QUrl;
 
-/// What the download classes have in common in asking and in reading an answer's head.
+/// Functions shared by the download classes: they create requests and evaluate the headers of responses.
 namespace HttpAnswer {
 
-/// As much of a body as a reply may hold before it is read: enough for full speed.
+/// The size of a reply's read buffer. It suffices for full speed.
 constexpr qint64 readBufferSize = qint64(1024) * 1024;
 
-/// How large the manifest may be, for everybody who fetches it. It has a few kilobytes.
+/// The maximum size of the manifest, for all who fetch it. A real one has a few kilobytes.
 constexpr qint64 manifestLimit = qint64(16) * 1024 * 1024;
 
-/// Says in a few words for the log that the manifest is larger than that.
+/// Returns the error text for a manifest that exceeds manifestLimit.
 QString tooLarge();
 
-/// Makes a request that follows redirects, but never from https to http, and refuses compression: Qt would
-/// otherwise ask for it, and then neither sizes nor ranges are the file's.
+/// Creates a request that follows redirects, though never from https to http, and does not accept
+/// compression. Qt would accept it by default, and sizes and ranges would then not be those of the file.
 QNetworkRequest request(const QUrl &url);
 
-/// HTTP status, or 0 before there is one.
+/// Returns the HTTP status, or 0 if there is none yet.
 int status(const QNetworkReply &reply);
-/// Whether a 2xx head has arrived.
+/// Returns whether the headers of a 2xx response have arrived.
 bool isSuccess(const QNetworkReply &reply);
 
-/// Calls the reply's ignoreSslErrors() once a 2xx head has arrived, when it changes nothing any more.
-/// Earlier, before the handshake or at a redirect, it would switch the certificate checks off.
+/// Calls the reply's ignoreSslErrors() if the headers of a 2xx response have arrived, when the call has no
+/// effect any more. Before the handshake or at a redirect it would disable the certificate checks.
 void ignoreSslErrorsOnceAnswered(QNetworkReply &reply);
 
-/// The whole file's size in a "Content-Range" value such as "bytes 0-99/5000": what follows the one
-/// slash, 0 when that is no number. Nothing when there is not exactly one slash.
+/// Returns the size of the whole file in a "Content-Range" value such as "bytes 0-99/5000": the number after
+/// the slash, or 0 if that is not a number. Returns nothing unless there is exactly one slash.
 std::optional<qint64> totalOfContentRange(const QByteArray &value);
-/// The first byte's position in such a value; the largest number if it is larger than that. Nothing when the
-/// value has none.
+/// Returns the position of the first byte in such a value, or the largest number if it overflows. Returns
+/// nothing if the value has no position.
 std::optional<qint64> firstOfContentRange(const QByteArray &value);
 
-/// The position behind the last byte in such a value, likewise.
+/// Returns the position after the last byte in such a value; otherwise like firstOfContentRange().
 std::optional<qint64> endOfContentRange(const QByteArray &value);
 
-/// Returns why the body of an answer cannot be what was asked for, in a few words for the log; empty when it
-/// can. `asked` is the position of the first byte that was asked for, or nothing when the whole file was. A
-/// part that does not say where it begins counts as the right one.
+/// Returns why the body of a response is not what was requested, in a few words for the log, or an empty
+/// string. `asked` is the position of the first requested byte, or nothing if the whole file was requested. A
+/// part without a start position counts as the requested one.
 QString problemOfBody(const QNetworkReply &reply, std::optional<qint64> asked);
 
-/// Whether fewer bytes of the body came than the head announced. Qt can report a connection that was reset in
-/// the middle as a clean end.
+/// Returns whether the body has fewer bytes than the headers announced. Qt may report a connection that was
+/// reset in the middle as a normal end.
 bool isCutShort(const QNetworkReply &reply, qint64 received);
 
-/// Returns why a finished request for a whole file, of whose body `received` bytes were read, has not brought
-/// it; empty when it has.
+/// Returns why a finished request for a whole file has failed, or an empty string. `received` is the number
+/// of bytes of the body that were read.
 QString problemOfWhole(const QNetworkReply &reply, qint64 received);
 
 } // namespace HttpAnswer

@@ -7,7 +7,7 @@ QList<SegmentRange> cutIntoRanges(qint64 size, int count)
         return ranges;
     const qint64 partSize = size / count;
     const qint64 remainder = size % count;
-    quint32 end = 0; // unsigned, for the wrap to be defined
+    quint32 end = 0; // unsigned, so that the overflow is defined
     for (int i = 0; i < count; ++i) {
         end += static_cast<quint32>(partSize);
         if (i == count - 1)

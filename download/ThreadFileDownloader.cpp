@@ -14,7 +14,6 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
-#include <QLabel>
 #include <QStorageInfo>
 #include <QThread>
 #include <QUrl>
@@ -24,7 +23,7 @@ namespace {
 
 constexpr int roundMs = 100;
 constexpr qint64 sizeLimitMs = 20000;
-// Fits into the processor's cache. Allocating a buffer for a whole part takes longer than the copy.
+// Small enough for the processor's cache. Allocating a buffer for a whole part takes longer than copying it.
 constexpr int mergeBlockBytes = 256 * 1024;
 
 } // namespace
@@ -42,18 +41,11 @@ struct ThreadFileDownloader::Run
     bool fileProblemReported = false;
 };
 
-ThreadFileDownloader::ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock)
-    : parentArg(parentObject),
-      stateLabel(label),
-      m_clock(clock)
-{
-    if (label)
-        connect(this, &ThreadFileDownloader::setStateLabel, label, &QLabel::setText);
-}
+ThreadFileDownloader::ThreadFileDownloader(Clock &clock) : m_clock(clock) {}
 
 ThreadFileDownloader::~ThreadFileDownloader()
 {
-    // Every run has dropped their network access, and its thread has ended.
+    // Safe on this thread: each run has deleted the network access of its segments and its thread has ended.
     qDeleteAll(segments);
 }
 
@@ -139,7 +131,7 @@ void ThreadFileDownloader::startSegments(Run &run)
     run.owner->log(QStringLiteral("Begin Download now..."));
     const QList<SegmentRange> ranges = cutIntoRanges(run.size, run.segmentCount);
     for (int i = 0; i < ranges.size(); ++i) {
-        // Unsigned, to wrap like the ends; the last segment's line counts from its end, too.
+        // Unsigned, to wrap like the ends. The line of the last segment is computed from its end as well.
         const quint32 partSize = static_cast<quint32>(run.size / run.segmentCount);
         qDebug() << "第" << i << "轮";
         qDebug().nospace() << "开始: "
@@ -165,7 +157,7 @@ bool ThreadFileDownloader::waitForSegments(Run &run)
     while (!isDone) {
         if (!m_clock.sleepMs(roundMs))
             return false;
-        // As long as data keeps coming: the bounded buffers stand still while this thread sleeps.
+        // Processes events as long as data arrives: no data is read while this thread sleeps.
         QCoreApplication::processEvents(QEventLoop::AllEvents, roundMs);
         isDone = areAllDone();
         showProgress(run);

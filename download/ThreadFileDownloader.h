@@ -15,29 +15,31 @@ class FileSizeFetcher;
 class QLabel;
 class Reporter;
 
-/// Downloads one file as parallel ranges, joins their part files and removes them.
+/// Downloads a file as parallel ranges, merges the part files and removes them.
 ///
-/// Constructed once, on the GUI thread, and reused by every update. downloadInSegments() runs on a worker
-/// thread and touches no widget.
+/// Constructed once, on the GUI thread, and used for all updates. downloadInSegments() runs on a worker
+/// thread and does not access any widget.
 class ThreadFileDownloader : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Shows the status lines nowhere; they are still emitted.
+    explicit ThreadFileDownloader(Clock &clock = Clock::real());
     /// `label` shows the status lines and may be null. `parentObject` is stored but not used as the QObject
-    /// parent: the caller owns this object.
+    /// parent: the caller owns this object. Programs that use this constructor link download_label.
     ThreadFileDownloader(QObject *parentObject, QLabel *label, Clock &clock = Clock::real());
     ~ThreadFileDownloader() override;
 
     /// Downloads `url` to `savePath` in `segmentCount` (at least 1) ranges and logs to `owner`. Blocks the
-    /// calling thread, processing its events. Returns true when the file is complete, and false when the
-    /// download has failed or the program is leaving. Fails at once if the disk has no space for the parts
-    /// and the file. There is no time limit: a segment that has given up keeps the run waiting, unless
-    /// failWhenGivenUp is set.
+    /// calling thread and processes its events. Returns true if the file is complete, false if the download
+    /// has failed or the program is shutting down. Fails at once if the disk has no space for the parts and
+    /// the file. There is no time limit: unless failWhenGivenUp is set, the download waits forever for a
+    /// segment that has given up.
     bool downloadInSegments(int segmentCount, Reporter *owner);
 
-    /// Joins the files in list order into `targetPath`. Returns false if a file cannot be opened, read or
-    /// written; what was written so far stays in the target.
+    /// Concatenates the files in list order to `targetPath`. Returns false if a file cannot be opened, read
+    /// or written; the target then keeps what has been written.
     bool mergeFiles(const QStringList &partPaths, const QString &targetPath);
 
     /// Address and target of the download; set both before each run.
@@ -47,13 +49,13 @@ public:
     QList<FileDownloader *> segments;
     /// Passed to each segment: milliseconds without data after which it repeats its request.
     int stallTimeout = 30000;
-    /// Whether the download fails as soon as a segment has given up. By default it goes on waiting, until the
-    /// user closes the window. Set it where nobody can.
+    /// Whether the download fails as soon as a segment has given up. By default it waits until the user
+    /// closes the window. Set it if there is no window.
     bool failWhenGivenUp = false;
-    /// Told of the progress in bytes, on the thread of the download; may be empty.
+    /// Called with the progress in bytes, on the thread of the download; may be empty.
     std::function<void(qint64 bytes, qint64 total)> progressWatcher;
-    QObject *parentArg;
-    QLabel *stateLabel;
+    QObject *parentArg = nullptr;
+    QLabel *stateLabel = nullptr;
 
 signals:
     void setProgressBarValue(int value);
@@ -78,6 +80,6 @@ private:
     void dropNetworks();
 
     Clock &m_clock;
-    /// Why the last merge failed, for the log.
+    /// The reason for the failure of the last merge, for the log.
     QString m_mergeProblem;
 };

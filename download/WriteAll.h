@@ -4,7 +4,6 @@
 
 class QFileDevice;
 
-/// Writes as much of the bytes as there is room for and returns how many that were. Unlike one
-/// write(), which reports no error when a disk fills up on the way, it leaves the file's error set
-/// when that is less than `size`.
+/// Writes as many of the bytes as possible and returns their number. If that is less than `size`, the file's
+/// error is set, whereas a single write() reports no error if the disk fills up halfway.
 qint64 writeAll(QFileDevice &file, const char *data, qint64 size);

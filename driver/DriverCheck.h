@@ -6,9 +6,9 @@
 
 namespace DriverCheck {
 
-/// Makes sure that the system can reach a device in its bootloader. On Windows this needs a kernel driver,
-/// which is installed from the package in `applicationDir` if it is not running. The installation may take a
-/// minute, with a local event loop. Other systems need no driver. GUI thread.
+/// Makes sure that the system can communicate with a device in its bootloader. On Windows this needs a kernel
+/// driver, which is installed from the package in `applicationDir` if it is not running. The installation may
+/// take a minute and runs a local event loop. Other systems do not need a driver. GUI thread only.
 void run(const QString &applicationDir, DriverLog &log);
 
 } // namespace DriverCheck

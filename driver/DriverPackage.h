@@ -4,30 +4,30 @@
 #include <QStringList>
 #include <QVector>
 
-/// The libusbK driver package: which files belong beside the executable and where they go. Nothing
-/// here touches a file. Paths have "/" between their parts unless said otherwise.
+/// The libusbK driver package: the files that belong beside the executable, and where they are copied to.
+/// These functions do not access files. Paths use "/" unless stated otherwise.
 namespace DriverPackage {
 
-/// The name of the service, and what the base name of the loaded driver contains.
+/// Returns the name of the service. The base name of the loaded driver contains it.
 QString serviceName();
-/// Whether one of these base names of loaded drivers is libusbK's, in capitals or not.
+/// Returns whether one of these base names of loaded drivers is that of libusbK. Letter case is ignored.
 bool isLibusbK(const QStringList &loadedDrivers);
 
 QString infPath(const QString &applicationFolder);
 QString catalogPath(const QString &applicationFolder);
 QString catalogToolPath(const QString &applicationFolder);
 QStringList catalogToolArguments(const QString &applicationFolder);
-/// A tool of the system's, by its name alone.
+/// Returns the name, without a folder, of the system's tool that installs setup information.
 QString infTool();
 QStringList infToolArguments(const QString &inf);
 
-/// Where Windows keeps libraries and drivers.
+/// The folders in which Windows keeps libraries and drivers.
 struct SystemFolders
 {
     QString system32;
     QString drivers;
 };
-/// `windows` may have "\" between its parts, and may be empty.
+/// Returns the folders for the Windows folder `windows`, which may use "\" and may be empty.
 SystemFolders systemFolders(const QString &windows);
 
 struct Copy
@@ -35,10 +35,10 @@ struct Copy
     QString source;
     QString destination;
 };
-/// In the order in which they are made, for whatever processor.
+/// Returns the copies in the order in which they are made. They do not depend on the processor.
 QVector<Copy> copies(const QString &applicationFolder, const SystemFolders &folders);
 
-/// The driver itself, with "\" between the parts: what its service is registered with.
+/// Returns the path of the driver, with "\", with which its service is registered.
 QString serviceBinary(const SystemFolders &folders);
 
 } // namespace DriverPackage

@@ -24,11 +24,11 @@ public:
         const bool isRunning = DriverPackage::isLibusbK(listLoadedDrivers(m_system));
         log("Try Create Cat And Inf...");
         log(createCatalog(applicationDir), "Try Create Cat And Inf Success", "Try Create Cat And Inf Faild!");
-        if (isLeaving())
+        if (isShuttingDown())
             return;
         log("Try Install Inf...");
         installInf(DriverPackage::infPath(applicationDir));
-        if (isLeaving())
+        if (isShuttingDown())
             return;
         if (isRunning)
             m_log.showLine(QStringLiteral("driver libusbK Is Running"));
@@ -37,9 +37,9 @@ public:
     }
 
 private:
-    /// Whether the user has closed the window, which is possible while a tool runs. Nothing may be changed in
-    /// the system from then on.
-    static bool isLeaving() { return ShutdownFlag::instance().isRaised(); }
+    /// Returns whether the user has closed the window, which is possible while a tool runs. From then on
+    /// nothing in the system may be changed.
+    static bool isShuttingDown() { return ShutdownFlag::instance().isRaised(); }
 
     void log(const char *line) { m_log.logLine(QString::fromLatin1(line)); }
     void log(bool success, const char *successLine, const char *failureLine)
@@ -51,7 +51,7 @@ private:
     {
         const QString catalog = DriverPackage::catalogPath(folder);
         m_system.remove(catalog);
-        if (isLeaving())
+        if (isShuttingDown())
             return false;
         m_system.runTool(DriverPackage::catalogToolPath(folder), DriverPackage::catalogToolArguments(folder),
                          {});
@@ -97,15 +97,15 @@ private:
         qDebug().noquote() << "System32 Path:" << folders.system32;
         qDebug().noquote() << "Drivers Path:" << folders.drivers;
         copyFiles(DriverPackage::copies(folder, folders));
-        if (isLeaving())
+        if (isShuttingDown())
             return;
         copyInf(DriverPackage::infPath(folder));
-        if (isLeaving())
+        if (isShuttingDown())
             return;
         log("Install Dev...");
         log(m_system.createService(DriverPackage::serviceBinary(folders), DriverPackage::serviceName()),
             "Install Dev Success", "Install Dev Failed!");
-        if (isLeaving())
+        if (isShuttingDown())
             return;
         log("Start Dev...");
         log(m_system.startService(DriverPackage::serviceName()), "Start Dev Success", "Start Dev Failed!");
@@ -123,7 +123,7 @@ private:
 
     void copyFiles(const QVector<DriverPackage::Copy> &copies)
     {
-        for (int i = 0; i < copies.size() && !isLeaving(); ++i) {
+        for (int i = 0; i < copies.size() && !isShuttingDown(); ++i) {
             const DriverPackage::Copy &copy = copies.at(i);
             if (m_system.exists(copy.destination))
                 continue;

@@ -5,8 +5,8 @@
 
 #include <QString>
 
-/// Installs and starts the libusbK driver, which the program needs to reach a bootloader. Runs on the calling
-/// thread, with a local event loop while a tool runs. A failed step is logged and the next one is still
-/// tried. Steps that change the system fail without administrator rights. Once the program is leaving, no
-/// further step begins.
+/// Installs and starts the libusbK driver, which the program needs to communicate with a bootloader. Runs on
+/// the calling thread, with a local event loop while a tool runs. If a step fails, it is logged and the next
+/// step follows. Steps that change the system fail without administrator rights. No further step begins once
+/// the program is shutting down.
 void runDriverSequence(const QString &applicationDir, DriverSystem &system, DriverLog &log);

@@ -17,7 +17,7 @@ QVector<LoadedDriver> namedDrivers(DriverSystem &system, const DriverSystem::Loa
     const int count = loadedDriverCount(listed);
     QVector<LoadedDriver> drivers;
     for (int i = 0; i < count; ++i) {
-        // Counted over all drivers, those without a readable name included.
+        // The position counts all drivers, including those whose name cannot be read.
         if (const std::optional<QString> name = system.driverBaseName(listed.addresses.value(i)))
             drivers.append({i + 1, *name});
     }
@@ -28,9 +28,9 @@ QStringList listLoadedDrivers(DriverSystem &system)
 {
     QStringList names;
     for (const LoadedDriver &driver : namedDrivers(system, system.loadedDrivers())) {
-        Diagnostics::writeStandardOutput(QStringLiteral("【%1】:").arg(driver.place).toUtf8() +
+        Diagnostics::writeStandardOutput(QStringLiteral("【%1】:").arg(driver.position).toUtf8() +
                                          driver.name.toUtf8() + '\n');
-        qDebug().noquote().nospace() << driver.place << ':' << driver.name;
+        qDebug().noquote().nospace() << driver.position << ':' << driver.name;
         names.append(driver.name);
     }
     return names;

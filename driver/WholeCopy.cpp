@@ -24,13 +24,13 @@ bool copyWhole(const QString &source, const QString &destination)
     QFile from(source);
     if (QFile::exists(destination) || !from.open(QIODevice::ReadOnly))
         return false;
-    // In the same folder, since only there a file can be renamed in one step.
+    // In the same folder, because renaming is atomic only within a file system.
     const QString partial = destination + QStringLiteral(".quillmarsh-new");
     QFile::remove(partial);
     QFile to(partial);
     const bool isWhole = to.open(QIODevice::WriteOnly | QIODevice::NewOnly) && copyContents(from, to);
     to.close();
-    // Unlike QFile::rename() this never copies, and like it it overwrites nothing.
+    // Unlike QFile::rename(), QDir::rename() never copies. Neither overwrites an existing file.
     if (isWhole && QDir().rename(partial, destination))
         return true;
     QFile::remove(partial);

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Copies a file so that `destination` appears with its whole contents or not at all, whatever happens
-/// meanwhile: a half-written driver would be there for good, since what exists is never overwritten. Returns
-/// whether it was copied. After a failure nothing is left; what a killed process leaves beside the
-/// destination is replaced by the next copy.
+/// Copies a file atomically: `destination` appears with its whole contents or not at all. A half-written
+/// driver would never be repaired, because existing files are not overwritten. Returns whether the file was
+/// copied. After a failure nothing is left behind; if the process is killed, the partial copy beside the
+/// destination is replaced by the next one.
 bool copyWhole(const QString &source, const QString &destination);

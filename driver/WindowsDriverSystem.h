@@ -2,7 +2,7 @@
 
 #include "driver/DriverSystem.h"
 
-/// Windows itself. GUI thread.
+/// The real functions of Windows. GUI thread only.
 class WindowsDriverSystem : public DriverSystem
 {
 public:

@@ -11,7 +11,7 @@
 #include <QTextCodec>
 
 #include <windows.h>
-// After windows.h, on which they depend.
+// These headers need windows.h, so they come after it.
 #include <psapi.h>
 #include <setupapi.h>
 
@@ -96,7 +96,7 @@ ToolRun WindowsDriverSystem::runTool(const QString &program, const QStringList &
 {
     const bool isSystemTool = QFileInfo(program).fileName() == program;
     return runToolToEnd(isSystemTool ? SystemTool::path(program) : program, arguments, toolLimitMs,
-                        WhenLeaving::CutShort, listener);
+                        OnShutdown::Kill, listener);
 }
 
 DriverSystem::InfCopy WindowsDriverSystem::copyOemInf(const QString &infPath)

@@ -7,8 +7,8 @@
 
 #include <cstdio>
 
-// Installs the driver package that lies beside it, as the program does at its start, and ends. The installer
-// runs it with administrator rights, from a folder that only administrators may write.
+// Installs the driver package beside the executable in the same way as the main program does at its start.
+// The installer runs it with administrator rights, from a folder to which only administrators may write.
 
 namespace {
 
@@ -23,7 +23,7 @@ public:
 
 int main(int argc, char *argv[])
 {
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     const QCoreApplication application(argc, argv);
     StandardOutputLog log;
     DriverCheck::run(QCoreApplication::applicationDirPath(), log);

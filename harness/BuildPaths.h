@@ -2,21 +2,21 @@
 
 #include <QString>
 
-/// Where the test harness finds what it runs: in the build folder that it was built in, or in the one that
-/// the environment variable QUILLMARSH_HARNESS_BUILD names.
+/// Returns the paths of the executables that the test harness runs. They are in the build folder of the
+/// harness, or in the one named by the environment variable QUILLMARSH_HARNESS_BUILD.
 namespace BuildPaths {
 
 /// The program under test.
 QString program();
-/// The program that updates without a window.
+/// quillmarsh-cli, the program without a window.
 QString commandLineProgram();
 QString busController();
-/// The one whose bus is seen only by libraries in place of libusb and hidapi.
+/// The controller of the bus that only the replacements for libusb and hidapi can see.
 QString listedBusController();
 QString firmwareServer();
-/// The executable that plays every tool that the program starts.
+/// The stand-in for all tools that the program starts.
 QString standIn();
-/// What QT_PLUGIN_PATH has to name for the probe to be found.
+/// The value of QT_PLUGIN_PATH with which Qt finds the probe.
 QString plugins();
 
 } // namespace BuildPaths

@@ -18,19 +18,13 @@ namespace {
 
 constexpr int cliImageBytes = 1024 * 1024 + 7;
 
-/// Returns whether this lay beside the program from the start, or is a record of the stand-in tools.
-bool belongsToStage(const QString &name)
-{
-    return name == QFileInfo(BuildPaths::commandLineProgram()).fileName() ||
-           name == QLatin1String("ControlDevList.json") || name.contains(QLatin1String(".exe"));
-}
-
 } // namespace
 
-CliScenario::CliScenario(const QString &model)
+CliScenario::CliScenario(const QString &model, const QString &executable)
     : devices{ModelOnBus::application(model)},
       firmware(FirmwareAddress::server()),
-      program(BuildPaths::commandLineProgram()),
+      program(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
+      m_executable(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
       m_model(model),
       m_image(firmware.addModel(model, cliImageBytes))
 {
@@ -40,7 +34,7 @@ CliScenario::CliScenario(const QString &model)
         program.unsetVariable(QLatin1String(name));
 }
 
-bool CliScenario::startSurroundings()
+bool CliScenario::startServerAndBus()
 {
     if (m_started)
         return true;
@@ -62,7 +56,7 @@ bool CliScenario::startSurroundings()
 
 bool CliScenario::start(const QStringList &arguments)
 {
-    if (!startSurroundings())
+    if (!startServerAndBus())
         return false;
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
@@ -77,7 +71,7 @@ std::optional<int> CliScenario::run(const QStringList &arguments, int limitMs)
 QList<QJsonObject> CliScenario::events() const
 {
     QStringList lines = program.standardOutput().split(QLatin1Char('\n'));
-    // What comes after the last line feed is not a whole line yet.
+    // The text after the last line feed is not a complete line yet.
     lines.removeLast();
     QList<QJsonObject> objects;
     for (const QString &line : qAsConst(lines))
@@ -119,6 +113,12 @@ QByteArray CliScenario::burned(const QString &key)
     if (!bus.saveImage(key.isEmpty() ? m_model : key, path))
         return {};
     return WholeFile::read(path);
+}
+
+bool CliScenario::belongsToStage(const QString &name) const
+{
+    return name == QFileInfo(m_executable).fileName() || name == QLatin1String("ControlDevList.json") ||
+           name.contains(QLatin1String(".exe"));
 }
 
 QStringList CliScenario::filesLeft() const

@@ -10,22 +10,23 @@
 #include <QList>
 #include <QStringList>
 
-/// What an update without a window meets: devices on a simulated bus, a firmware server on the port that the
-/// program was built for, and quillmarsh-cli in a folder of its own with stand-in tools beside it. There is
-/// no display. Change what a case needs changed between the constructor and the first start.
+/// The environment of an update without a window: devices on a simulated bus, a firmware server on the port
+/// for which the program was built, and quillmarsh-cli in a folder of its own with stand-in tools beside it.
+/// There is no display. A test makes its changes between the constructor and the first start.
 class CliScenario
 {
 public:
     /// Prepares a server with an image for `model`, a bus with that device, and a control list with it.
-    explicit CliScenario(const QString &model);
+    /// The program is `executable`, or that of the build.
+    explicit CliScenario(const QString &model, const QString &executable = QString());
     CliScenario(const CliScenario &) = delete;
     CliScenario &operator=(const CliScenario &) = delete;
 
-    /// What stands on the bus; the model's device at first.
+    /// The devices on the bus; initially the model's device.
     QList<QJsonObject> devices;
     /// The file of a report whose bus is shown in their place; empty for none.
     QString report;
-    /// Whether there is a firmware server, and what is wrong with it.
+    /// Whether there is a firmware server, and its faults.
     bool withServer = true;
     QStringList serverFaults;
 
@@ -38,22 +39,22 @@ public:
     /// Returns the bytes that the server has for the model.
     const QByteArray &image() const { return m_image; }
 
-    /// Starts the program, and before the first start the server and the bus. Returns false if something
-    /// could not be started; errorText() says what.
+    /// Starts the program, and before its first start the server and the bus. Returns false on failure;
+    /// errorText() then returns the reason.
     bool start(const QStringList &arguments);
-    /// Starts the program and waits for its end. Returns its exit code; none if it was ended by a signal, did
-    /// not end in time or could not be started.
+    /// Starts the program and waits for its end. Returns its exit code, or nothing if it could not be
+    /// started, did not end in time or was ended by a signal.
     std::optional<int> run(const QStringList &arguments, int limitMs = 2 * eventLimitMs);
 
-    /// Returns the objects that the program has written with --json, whole lines only. A line that is no
-    /// JSON object is an empty object.
+    /// Returns the objects that the program has written with --json, one for each complete line. A line that
+    /// is not a JSON object results in an empty object.
     QList<QJsonObject> events() const;
-    /// Returns those that are called so.
+    /// Returns the events with this name.
     QList<QJsonObject> events(const QString &name) const;
     /// Waits for an event that has all the fields of `wanted`.
     bool waitForEvent(const QJsonObject &wanted, int limitMs = eventLimitMs) const;
 
-    /// Returns the bytes that were burned into the device of this key, the model's at first.
+    /// Returns the bytes that were burned into the device with this key, by default into the model's device.
     QByteArray burned(const QString &key = QString());
     /// Returns the files that the program left in its temporary, working or home folder, or beside itself.
     QStringList filesLeft() const;
@@ -61,9 +62,14 @@ public:
     QString errorText() const { return m_error; }
 
 private:
-    bool startSurroundings();
+    bool startServerAndBus();
     bool fail(const QString &what, const QString &why);
 
+    /// Returns whether a file of this name lay beside the program from the start, or is a record of the
+    /// stand-in tools.
+    bool belongsToStage(const QString &name) const;
+
+    QString m_executable;
     QString m_model;
     QByteArray m_image;
     QString m_error;

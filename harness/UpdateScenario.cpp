@@ -47,7 +47,7 @@ bool UpdateScenario::start()
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());
-    // While its window is made, the program answers nothing.
+    // The probe does not answer while the program creates its window.
     probe.setAnswerLimit(eventLimitMs);
     if (!probe.connectThrough(program.probePortFile(), eventLimitMs))
         return fail(QStringLiteral("the probe"), probe.errorText() + program.standardError());

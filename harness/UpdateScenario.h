@@ -12,31 +12,31 @@
 #include <QList>
 #include <QStringList>
 
-/// Everything that an update meets: devices on a simulated bus, a firmware server on the port that
-/// the program was built for, the program in a folder of its own with stand-in tools beside it, and
-/// a display. Change what a case needs changed between the constructor and start().
+/// The environment of an update: devices on a simulated bus, a firmware server on the port for which the
+/// program was built, the program in a folder of its own with stand-in tools beside it, and a display. A test
+/// makes its changes between the constructor and start().
 class UpdateScenario
 {
 public:
-    /// A server with an image for `model`, a bus with that device, a control list with it.
-    /// The program runs on `system`, in a folder whose name begins with `folderName`.
+    /// Prepares a server with an image for `model`, a bus with that device, and a control list with it. The
+    /// program runs on `system`, in a folder whose name begins with `folderName`.
     explicit UpdateScenario(const QString &model, std::unique_ptr<TargetSystem> system = makeNativeSystem(),
                             const QString &folderName = QString());
     UpdateScenario(const UpdateScenario &) = delete;
     UpdateScenario &operator=(const UpdateScenario &) = delete;
 
-    /// What stands on the bus; the model's device at first.
+    /// The devices on the bus; initially the model's device.
     QList<QJsonObject> devices;
     /// The file of a report whose bus is shown in their place; empty for none.
     QString report;
-    /// Whether there is a firmware server, and what is wrong with it.
+    /// Whether there is a firmware server, and its faults.
     bool withServer = true;
     QStringList serverFaults;
     /// The program's arguments.
     QStringList arguments;
-    /// Draw on the display that this process has, for people to look at, instead of one of its own.
+    /// Whether to use the display of this process, so that people can watch, instead of a separate one.
     bool onExistingDisplay = false;
-    /// The size of that display of its own.
+    /// The size of the separate display.
     QSize screen{1280, 900};
 
     FirmwareRoot firmware;
@@ -47,16 +47,17 @@ public:
     ProbeClient probe;
 
     const QString &model() const { return m_model; }
-    /// The bytes that the server has for the model.
+    /// Returns the bytes that the server has for the model.
     const QByteArray &image() const { return m_image; }
 
-    /// Starts it all and waits for the window; false tells why in errorText().
+    /// Starts everything and waits for the window. Returns false on failure; errorText() then returns the
+    /// reason.
     bool start();
     /// Presses the start button once the device is detected.
     bool pressStart(int limitMs = eventLimitMs);
-    /// The bytes that were burned into the device of this key, the model's at first.
+    /// Returns the bytes that were burned into the device with this key, by default into the model's device.
     QByteArray burned(const QString &key = QString());
-    /// Asks the window to close and returns the exit code; none when it is not gone in time.
+    /// Closes the window and returns the exit code, or nothing if the program does not end in time.
     std::optional<int> closeWindow(int limitMs = eventLimitMs);
 
     QString errorText() const { return m_error; }

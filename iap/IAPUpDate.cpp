@@ -53,7 +53,7 @@ IAPUpDate::IAPUpDate(quint32 productId, quint32 vendorId, const QString &program
 
 IAPUpDate::~IAPUpDate()
 {
-    // While this object can still pass its last line on.
+    // Destroyed first, while this object can still forward its last log line.
     m_programmer.reset();
 }
 
@@ -79,7 +79,7 @@ void IAPUpDate::connectSignals()
     connect(m_programmer.get(), &IapProgrammer::progressed, this,
             [this](int percent) { m_host->setPictureLevel(percent); });
     connect(m_programmer.get(), &IapProgrammer::exited, this, &IAPUpDate::onFinished);
-    // After the programmer's own connection, which has killed it by then.
+    // Connected after the programmer's own slot, which has killed the process by then.
     connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, this, [this] {
         if (m_host->session().stage() == UpdateStage::Programming)
             endRun(UpdateReason::ProgramClosed, {});
@@ -148,7 +148,7 @@ void IAPUpDate::onStartClicked()
 {
     if (m_workflowStart.postpone())
         return;
-    // The run's arguments are read from fields that belong to the type.
+    // The arguments of the run are read from the fields, which must belong to the selected port type.
     m_portTypeChange.runNow();
     if (!beginRun()) {
         if (m_programmer->isRunning())
@@ -164,23 +164,34 @@ void IAPUpDate::onStartClicked()
     start(*run);
 }
 
-/// Begins a run that the user asked for here. A run that the workflow hands over has begun.
+/// Begins a run that the user has started in this panel. A run handed over by the workflow has already begun.
 bool IAPUpDate::beginRun()
 {
     UpdateSession &session = m_host->session();
     if (session.stage() == UpdateStage::AskingProgrammer)
         return true;
-    // Before the programmer is asked: a file that the user picks meanwhile is for the next run.
+    // Read before the programmer is asked: a file that the user chooses meanwhile is for the next run.
     const QString image = m_host->updateFile();
     if (!session.begin(UpdateStage::AskingProgrammer, *m_host))
         return false;
     session.useImage(image);
-    return true;
+    return checkImage();
+}
+
+/// Has the file checked that the user wants programmed, and ends the run if it is refused.
+bool IAPUpDate::checkImage()
+{
+    m_form.portType->setEnabled(false);
+    const UpdateReason reason = m_host->checkUpdateFile();
+    m_form.portType->setEnabled(true);
+    if (reason != UpdateReason::None)
+        endRun(reason, {});
+    return reason == UpdateReason::None;
 }
 
 std::optional<IapRun> IAPUpDate::prepareRun()
 {
-    // Until the type is read below, the fields have to stay those of the type.
+    // Until the port type is read below, the fields must belong to it.
     m_form.portType->setEnabled(false);
     std::optional<IapRun> run = m_programmer->prepare(m_host->chosenIapDevice());
     m_form.portType->setEnabled(true);
@@ -249,8 +260,8 @@ void IAPUpDate::onFinished(int exitCode, QProcess::ExitStatus st)
 
 void IAPUpDate::endRun(UpdateReason reason, const std::function<void()> &giveControlsBack)
 {
-    const bool isLeaving = reason == UpdateReason::ProgramClosed;
-    m_host->session().end(reason,
-                          isLeaving ? UpdateSession::Afterwards::Leaving : UpdateSession::Afterwards::Idle,
-                          giveControlsBack);
+    const bool isClosed = reason == UpdateReason::ProgramClosed;
+    m_host->session().end(
+        reason, isClosed ? UpdateSession::Afterwards::ProgramClosed : UpdateSession::Afterwards::Idle,
+        giveControlsBack);
 }

@@ -29,7 +29,7 @@ class IAPUpDate : public QWidget
     Q_OBJECT
 
 public:
-    /// Stands for no device; the initial value of both ids.
+    /// Means "no device"; the initial value of both ids.
     static constexpr quint32 noDevice = IapProgrammer::noDevice;
 
     /// Kills stale programmers, then asks the programmer for its ports; see IapProgrammer. `host` and
@@ -73,6 +73,7 @@ private:
     std::optional<IapRun> prepareRun();
     void readForm(IapRun &run) const;
     bool beginRun();
+    bool checkImage();
     void start(const IapRun &run);
     void endRun(UpdateReason reason, const std::function<void()> &giveControlsBack);
     void warnAboutFile();
@@ -80,11 +81,11 @@ private:
     IapHost *const m_host;
     TextWindow *const m_logWindow;
     IapForm m_form;
-    /// Whether the programmer was asked, so that the list of ports is its answer.
+    /// Whether the programmer was asked for its ports, so that the list of ports is valid.
     bool m_portsKnown = false;
     AfterToolWait m_portTypeChange;
     AfterToolWait m_workflowStart;
-    /// Clicks again: the button may be disabled by then.
+    /// Repeats the click, which does nothing if the button is disabled by then.
     AfterToolWait m_downloadPress;
     std::unique_ptr<IapProgrammer> m_programmer;
 };

@@ -16,7 +16,7 @@ QStringList IapArguments::getData(quint32 vendorId, quint32 productId)
 
 QStringList IapArguments::start(const IapRun &run, const Fields &fields)
 {
-    // The programmer takes the index twice, once for the COM port and once for the USB device.
+    // The programmer expects the index twice, once for the COM port and once for the USB device.
     const QString port = QString::number(fields.portIndex);
     return {QStringLiteral("Start"),
             QString::number(IapPortType::number(run.portType)),

@@ -8,8 +8,8 @@
 /// The command lines of the IAP programmer.
 namespace IapArguments {
 
-/// The contents of the panel's fields at the start. Intentional: the command line takes these, although
-/// IapRun has some of them as well.
+/// The contents of the panel's fields at the start. Intentional: the command line contains these values,
+/// although IapRun has some of them as well.
 struct Fields
 {
     QString address;

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// What the IAP programmer has to know of the chosen device.
+/// The properties of the chosen device that the IAP programmer needs.
 struct IapDevice
 {
     /// Whether the device is programmed through the IAP programmer.

@@ -8,15 +8,18 @@
 
 class IAPUpDate;
 
-/// What the IAP panel needs from the main widget. Called on the GUI thread.
+/// The interface through which the IAP panel uses the main widget. Called on the GUI thread.
 class IapHost : public Reporter
 {
 public:
     virtual IapDevice chosenIapDevice() const = 0;
     /// Returns the path of the firmware file to program.
     virtual QString updateFile() const = 0;
+    /// Checks whether the user's firmware file may be programmed. Returns None, or why not, which it has
+    /// reported. May run a local event loop.
+    virtual UpdateReason checkUpdateFile() = 0;
     /// Connects the panel's sigAppendLog directly to the log window. The panel calls this in its constructor.
-    /// Its lines must not go through log(), which queues them behind others.
+    /// Its lines must not use log(), which would queue them behind others.
     virtual void connectLogOf(IAPUpDate *panel) = 0;
     /// Sets the level of the progress picture, in percent.
     virtual void setPictureLevel(double percent) = 0;

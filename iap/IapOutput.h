@@ -4,19 +4,19 @@
 
 #include <optional>
 
-/// What one chunk of the IAP programmer's output means. A chunk is the result of one read: several lines or a
-/// part of one. Only its first report counts.
+/// The meaning of one chunk of the IAP programmer's output. A chunk is the result of one read: several lines
+/// or a part of one. Only its first report counts.
 struct IapChunk
 {
     /// In percent.
     std::optional<int> progress;
-    /// The programmer reported 100: the device is programmed and the programmer may end.
+    /// Whether the programmer reported 100: the device is programmed and the programmer may be ended.
     bool finished = false;
-    /// The programmer did not find its device.
+    /// Whether the programmer did not find its device.
     bool failed = false;
 };
 
-/// Returns whether output that was put together from several chunks reports 100.
+/// Returns whether output that was joined from several chunks reports 100.
 bool reportsSuccess(const QString &output);
 
 /// Parses one chunk.

@@ -53,6 +53,6 @@ IapPortType::Look IapPortType::look(const QString &type)
         return {QStringLiteral("USB Device: "), false, true};
     if (type == can || type == spi)
         return {std::nullopt, false, std::nullopt};
-    // Intentional: without the blank at the end of the label for "USART".
+    // Intentional: without the space at the end of the label for "USART".
     return {QStringLiteral("Port Name:"), true, true};
 }

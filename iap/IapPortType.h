@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// The ways in which the IAP programmer reaches a device: "USART", "USB", "CAN", "SPI" and "I2C".
+/// The ways in which the IAP programmer can be connected to a device: "USART", "USB", "CAN", "SPI" and "I2C".
 namespace IapPortType {
 
 /// Returns the types in the order of the selector.
@@ -17,7 +17,7 @@ int number(const QString &type);
 /// Returns the baud rates or clocks to choose from; none for "USB".
 QStringList rates(const QString &type);
 
-/// How the panel's fields look for a type. Fields without a value stay as the previous type left them.
+/// The appearance of the panel's fields for a type. Fields without a value keep their appearance.
 struct Look
 {
     std::optional<QString> portLabel;
@@ -25,7 +25,7 @@ struct Look
     std::optional<bool> crcEnabled;
 };
 
-/// Returns the look for a type.
+/// Returns the appearance for a type.
 Look look(const QString &type);
 
 } // namespace IapPortType

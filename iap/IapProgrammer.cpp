@@ -11,8 +11,9 @@ namespace {
 
 constexpr int toolLimitMs = 30000;
 constexpr int noLimit = -1;
-constexpr int leavingLimitMs = 1000;
-// A programmer that has reported 100 may still be verifying. One that found no device does nothing more.
+constexpr int shutdownLimitMs = 1000;
+// A programmer that has reported 100 may still be verifying. One that has not found a device does nothing
+// more.
 constexpr int patienceAfterSuccessMs = 10000;
 constexpr int patienceAfterFailureMs = 1000;
 constexpr int tailLength = 4096;
@@ -34,23 +35,23 @@ IapProgrammer::IapProgrammer(const Dependencies &dependencies, QObject *parent)
         if (m_process)
             m_process->kill();
     });
-    killStale(toolLimitMs, WhenLeaving::CutShort);
+    killStale(toolLimitMs, OnShutdown::Kill);
 }
 
 IapProgrammer::~IapProgrammer()
 {
     abandon();
-    killStale(leavingLimitMs, WhenLeaving::WaitOn);
+    killStale(shutdownLimitMs, OnShutdown::KeepWaiting);
 }
 
-void IapProgrammer::killStale(int limitMs, WhenLeaving whenLeaving)
+void IapProgrammer::killStale(int limitMs, OnShutdown onShutdown)
 {
     if (m_dependencies.lock.isTakenElsewhere())
         return;
-    // The tool exists on Windows only; on other systems it cannot be started, which does no harm.
+    // The tool exists on Windows only; failing to start it on other systems is harmless.
     runToolToEnd(SystemTool::path(QStringLiteral("taskkill")),
                  {QStringLiteral("/F"), QStringLiteral("/IM"), QStringLiteral("IAP_Programmer.exe")}, limitMs,
-                 whenLeaving);
+                 onShutdown);
 }
 
 void IapProgrammer::setDeviceIds(quint32 productId, quint32 vendorId)
@@ -61,7 +62,7 @@ void IapProgrammer::setDeviceIds(quint32 productId, quint32 vendorId)
 
 IapProgrammer::Ports IapProgrammer::askForPorts()
 {
-    // A question could disturb the programmer that is writing to a device.
+    // "GetData" could disturb a programmer that is writing to a device.
     if (m_dependencies.lock.isTakenElsewhere()) {
         log(QStringLiteral("The IAP programmer is not asked for its ports while another copy of this program "
                            "is updating a device."));
@@ -70,7 +71,7 @@ IapProgrammer::Ports IapProgrammer::askForPorts()
     Ports ports;
     ports.wereAskedFor = true;
     const ToolRun asked = runToolToEnd(m_dependencies.program, IapArguments::getData(m_vendorId, m_productId),
-                                       noLimit, WhenLeaving::CutShort, {}, m_dependencies.clock);
+                                       noLimit, OnShutdown::Kill, {}, m_dependencies.clock);
     if (asked.end != ToolRun::Finished || asked.crashed)
         return ports;
     ports.rawAnswer = trimmedText(asked.standardOutput);
@@ -87,7 +88,7 @@ std::optional<IapRun> IapProgrammer::prepare(const IapDevice &device)
     qDebug() << "onStartClicked";
     log(QStringLiteral("IAP comm ModeInit..."));
     log(QStringLiteral("check IAP Process exists..."));
-    takeIdsOf(device);
+    adoptIdsOf(device);
     const Ports ports = askForPorts();
     if (ShutdownFlag::instance().isRaised())
         return std::nullopt;
@@ -102,7 +103,7 @@ std::optional<IapRun> IapProgrammer::prepare(const IapDevice &device)
     return run;
 }
 
-void IapProgrammer::takeIdsOf(const IapDevice &device)
+void IapProgrammer::adoptIdsOf(const IapDevice &device)
 {
     if (!device.isIap) {
         log(QStringLiteral("Current PVID is Not IAP Dev.!"));
@@ -200,7 +201,7 @@ void IapProgrammer::abandon()
     m_killTimer.stop();
     m_process->disconnect(this);
     m_process->kill();
-    m_process->waitForFinished(leavingLimitMs);
+    m_process->waitForFinished(shutdownLimitMs);
     m_process->deleteLater();
     m_process = nullptr;
     log(QStringLiteral("The program was closed before the IAP programmer had ended."));

@@ -28,25 +28,25 @@ class IapProgrammer : public QObject
     Q_OBJECT
 
 public:
-    /// Stands for no device; the initial value of both ids.
+    /// Means "no device"; the initial value of both ids.
     static constexpr quint32 noDevice = 0xFFFFFFFF;
 
     struct Dependencies
     {
-        /// Path of the programmer.
+        /// The path of the programmer.
         QString program;
-        /// Gets titles and progress.
+        /// Receives titles and progress.
         Reporter &reporter;
-        /// Gets the log lines, which must not be queued behind others.
+        /// Receives the log lines, which must not be queued behind others.
         std::function<void(const QString &line)> log;
         const UpdateLock &lock;
         const Clock &clock = Clock::real();
     };
 
-    /// What "GetData" found.
+    /// The result of "GetData".
     struct Ports
     {
-        /// False if the programmer was not asked, since another copy of the program is updating a device.
+        /// False if the programmer was not asked because another copy of the program is updating a device.
         bool wereAskedFor = false;
         QString rawAnswer;
         IapAnswer found;
@@ -60,7 +60,8 @@ public:
     };
 
     /// Kills programmers left by an earlier run, unless another copy of the program is updating a device and
-    /// may be using them. Waits for that in a local event loop. The dependencies must outlive the object.
+    /// may be using them. Waits for the kill command in a local event loop. The dependencies must outlive the
+    /// object.
     explicit IapProgrammer(const Dependencies &dependencies, QObject *parent = nullptr);
     /// Kills a programmer that is still running, and stale ones.
     ~IapProgrammer() override;
@@ -70,8 +71,8 @@ public:
 
     /// Asks the programmer for its ports, in a local event loop without a limit.
     Ports askForPorts();
-    /// Prepares a run on `device`: takes its ids, if it is an IAP device, and asks for the ports. Returns the
-    /// record of the run, which lacks what the user chooses; nothing when the program leaves.
+    /// Prepares a run on `device`: adopts its ids, if it is an IAP device, and asks for the ports. Returns a
+    /// run without the values that the user chooses, or nothing if the program is shutting down.
     std::optional<IapRun> prepare(const IapDevice &device);
     /// Starts the programmer. Waits without an event loop until it has started.
     StartResult start(const IapRun &run, const IapArguments::Fields &fields);
@@ -86,17 +87,17 @@ public:
     UpdateReason verdict() const { return m_verdict; }
 
 signals:
-    /// The programmer has started. Emitted before its first title.
+    /// Emitted when the programmer has started, before the first title.
     void started();
     void outputReady();
-    /// The programmer reported its progress, in percent. Emitted after the Reporter got it.
+    /// Emitted with the programmer's progress in percent, after the Reporter has received it.
     void progressed(int percent);
     void exited(int exitCode, QProcess::ExitStatus status);
 
 private:
     void log(const QString &line) { m_dependencies.log(line); }
-    void killStale(int limitMs, WhenLeaving whenLeaving);
-    void takeIdsOf(const IapDevice &device);
+    void killStale(int limitMs, OnShutdown onShutdown);
+    void adoptIdsOf(const IapDevice &device);
     bool launch(const QStringList &arguments);
     void endWithin(int milliseconds);
     void abandon();
@@ -106,7 +107,7 @@ private:
     quint32 m_vendorId = noDevice;
     QProcess *m_process = nullptr;
     UpdateReason m_verdict = UpdateReason::None;
-    /// The end of the output: a report can be cut by the end of a read.
+    /// The end of the output so far: a report may be split between two reads.
     QString m_outputTail;
     /// Kills the programmer after terminate(), which a console program on Windows ignores.
     QTimer m_killTimer;

@@ -93,7 +93,7 @@ int pickedInterface(const QVector<HidRecord> &interfaces, const UsbRecord &devic
 {
     const auto picked = std::find_if(interfaces.begin(), interfaces.end(), [&](const HidRecord &each) {
         return each.seen.vendorId == device.vendorId && each.seen.productId == device.productId &&
-               HidScan::bears(each.seen, marker) && each.opens;
+               HidScan::hasMarker(each.seen, marker) && each.opens;
     });
     return picked == interfaces.end() ? -1 : static_cast<int>(picked - interfaces.begin());
 }

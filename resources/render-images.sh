@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Draws the PNG images from the SVG files beside them. The PNGs are kept with the sources, so that
-# a build needs neither this script nor its fonts (Noto Sans CJK SC, DejaVu Sans).
+# Renders the PNG images from the SVG files beside them. The PNGs are kept in the repository, so that
+# a build needs neither this script nor the fonts (Noto Sans CJK SC, DejaVu Sans).
 set -eu
 cd "$(dirname "$0")/images"
 
@@ -13,7 +13,7 @@ for svg in *.svg; do
     rsvg-convert --zoom 2 "$svg" -o "$name@2x.png"
 done
 
-# The program's icon; the two smallest sizes have a drawing of their own.
+# The program's icon; there is a separate drawing for the two smallest sizes.
 for size in 16 24; do
     rsvg-convert -w "$size" -h "$size" quillmarsh-small.svg -o "quillmarsh-$size.png"
 done
@@ -21,9 +21,9 @@ for size in 32 48 64 128 256; do
     rsvg-convert -w "$size" -h "$size" quillmarsh.svg -o "quillmarsh-$size.png"
 done
 
-# All sizes in one file, as Windows shows them for the executable and the installer.
+# All sizes in one file, which Windows uses for the executable and the installer.
 convert quillmarsh-{16,24,32,48,64,128,256}.png quillmarsh.ico
 
-# The picture beside the installer's last page.
+# The picture on the installer's last page.
 cd ../../packaging/windows
 rsvg-convert finish.svg | convert png:- -type Palette -compress None bmp3:finish.bmp

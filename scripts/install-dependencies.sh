@@ -6,11 +6,12 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build ccache mold pkg-config git ca-certificates
     qtbase5-dev qtbase5-private-dev libusb-1.0-0-dev libhidapi-dev
+    libsodium-dev minisign
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
     clang libclang-rt-14-dev clang-format clang-tidy
     nlohmann-json3-dev
-    nginx-core openssl dbus-daemon python3 python3-jsonschema
+    nginx-core openssl dbus-daemon python3 python3-jsonschema jq
     xvfb xauth xdotool openbox wmctrl
     fonts-dejavu-core fonts-noto-cjk
     iproute2 util-linux

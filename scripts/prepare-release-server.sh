@@ -3,6 +3,7 @@
 # configuration from the makers' guide, and certificates signed by a test authority. The server's address is
 # the one that is built into the program.
 # Usage: scripts/prepare-release-server.sh STAGE MODEL
+# QUILLMARSH_RELEASE_KEY names the secret key to sign with, for a program that was built with keys.
 # Writes STAGE/image, STAGE/authority.crt, STAGE/host and STAGE/nginx, which is the prefix to start nginx with.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -15,15 +16,13 @@ scripts/install-dependencies.sh jq
 mkdir -p "$stage/nginx"
 echo "$host" >"$stage/host"
 head -c 1000007 /dev/urandom >"$stage/image"
-docs/firmware-server/add-model.sh "$stage/served" "$address" "$model" "$stage/image"
+key=()
+[ -z "${QUILLMARSH_RELEASE_KEY-}" ] || key=(--key "$QUILLMARSH_RELEASE_KEY")
+docs/firmware-server/add-model.sh "${key[@]}" "$stage/served" "$address" "$model" "$stage/image"
 
-# The guide's site configuration, with this server's name and files.
-{
-    echo 'user root; pid nginx.pid; events {} http { access_log access.log;'
-    sed -E -e "s|listen 443 |listen $port |" -e "s|firmware\.example\.com;|$host;|" -e "s|/srv/firmware|$stage/served|" \
-        -e "s|/etc/ssl/certs/.*;|server.crt;|" -e "s|/etc/ssl/private/.*;|server.key;|" docs/firmware-server/nginx.conf
-    echo '}'
-} >"$stage/nginx/nginx.conf"
+# The guide's site, with this server's name and files.
+HOST=$host PORT=$port SERVED=$stage/served DAEMON=on \
+    harness/session/site-configuration.sh docs/firmware-server/origin.conf >"$stage/nginx/nginx.conf"
 
 harness/session/make-certificates.sh "$stage/nginx" "server:$host:2"
 cp "$stage/nginx/authority.crt" "$stage/authority.crt"

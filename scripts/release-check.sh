@@ -19,6 +19,9 @@ scripts/install-dependencies.sh
 cmake --preset demo >build/demo.log || { cat build/demo.log; exit 1; }
 cmake --build --preset demo
 
+printf '\n==== signatures\n'
+scripts/maker-day-check.sh
+
 check_linux() {
     scripts/linux/package.sh
     scripts/linux/check-package.sh build/packages/quillmarsh_*.deb build/demo

@@ -22,7 +22,11 @@ step 'Facts and their tests'
 scripts/check-coverage.sh
 
 step 'Tests'
-ctest --preset test --parallel 4
+ctest --preset test --parallel 4 || {
+    step 'What the failed tests print when they run once more, alone'
+    ctest --preset test --rerun-failed --output-on-failure | tail -n 100
+    exit 1
+}
 
 step 'Static analysis'
 scripts/analyse.sh

@@ -7,7 +7,7 @@ AwakeWhileWriting::AwakeWhileWriting(const QString &reason, quintptr window, con
 {
 }
 
-void AwakeWhileWriting::note(UpdateStage stage)
+void AwakeWhileWriting::onStageChanged(UpdateStage stage)
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
     switch (stage) {
@@ -18,7 +18,7 @@ void AwakeWhileWriting::note(UpdateStage stage)
         break;
     case UpdateStage::Idle:
     case UpdateStage::Blocked:
-    case UpdateStage::Leaving:
+    case UpdateStage::ProgramClosed:
         m_awake.reset();
         break;
     default:

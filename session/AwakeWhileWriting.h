@@ -13,11 +13,11 @@
 class AwakeWhileWriting
 {
 public:
-    /// `reason`, `window` and `log` as KeepAwake takes them.
+    /// `reason`, `window` and `log` are passed to KeepAwake.
     AwakeWhileWriting(const QString &reason, quintptr window, const KeepAwake::Log &log);
 
-    /// Call for each new stage of the session.
-    void note(UpdateStage stage);
+    /// Must be called for each new stage of the session.
+    void onStageChanged(UpdateStage stage);
 
 private:
     const QString m_reason;

@@ -21,7 +21,7 @@ QLatin1String EventNames::of(UpdateStage stage)
         return QLatin1String("programming");
     case UpdateStage::Blocked:
         return QLatin1String("blocked");
-    case UpdateStage::Leaving:
+    case UpdateStage::ProgramClosed:
         return QLatin1String("leaving");
     }
     return {};
@@ -52,6 +52,8 @@ QLatin1String EventNames::of(UpdateReason reason)
         return QLatin1String("download-failed");
     case UpdateReason::ChecksumMismatch:
         return QLatin1String("checksum-mismatch");
+    case UpdateReason::SignatureRefused:
+        return QLatin1String("signature-refused");
     case UpdateReason::BootloaderNotEntered:
         return QLatin1String("bootloader-not-entered");
     case UpdateReason::UnknownWriteType:

@@ -7,25 +7,26 @@ enum class UpdateReason {
     None,
     NoDevice,             ///< No such device was connected.
     AnotherCopy,          ///< Another copy of the program is updating a device.
-    ToolMissing,          ///< A tool that the update needs is not there or may not be run.
+    ToolMissing,          ///< A tool that the update needs is missing or may not be run.
     NoAccess,             ///< The user may not open the device.
-    FolderUnusable,       ///< The temporary folder cannot be made or written.
+    FolderUnusable,       ///< The temporary folder cannot be created or written.
     NoModelChosen,        ///< The user closed the chooser without an answer.
     ImageUnreadable,      ///< The image file cannot be read.
     AddressNotFound,      ///< The manifest did not arrive or has no address for the model.
     DownloadFailed,       ///< The image did not arrive completely.
-    ChecksumMismatch,     ///< The image has another checksum than the manifest says, or there is none.
-    BootloaderNotEntered, ///< The device did not take the update-mode report.
+    ChecksumMismatch,     ///< The image has a different checksum than the manifest, or the manifest has none.
+    SignatureRefused,     ///< The image needs a valid signature of its maker and has none.
+    BootloaderNotEntered, ///< The device did not accept the update-mode report.
     UnknownWriteType,     ///< The write type is neither "USB" nor "HID".
     ToolNotStarted,       ///< The flasher or the IAP programmer could not be started.
     DeviceNotReachable,   ///< The flasher, or the IAP programmer, did not find the device.
     WritingFailed,        ///< The flasher, or the IAP programmer, ended without success.
-    ImageRefused,         ///< The IAP programmer takes no other files than ".bin".
-    NoPanel,              ///< The IAP panel is not there yet.
+    ImageRefused,         ///< The image is for the IAP programmer but not a ".bin" file.
+    NoPanel,              ///< The IAP panel does not exist yet.
     ProgramClosed,        ///< The program was closed.
 };
 
-/// How an update ended.
+/// The result of an update.
 struct UpdateResult
 {
     enum class Outcome { Succeeded, Failed, Cancelled };
@@ -41,5 +42,5 @@ struct UpdateResult
     }
 };
 
-/// Returns the outcome that a reason stands for.
+/// Returns the outcome of an update that ended for `reason`.
 UpdateResult::Outcome outcomeOf(UpdateReason reason);

@@ -16,7 +16,8 @@ bool UpdateSession::isRunning() const
 
 bool UpdateSession::isRunningLocked() const
 {
-    return m_stage != UpdateStage::Idle && m_stage != UpdateStage::Blocked && m_stage != UpdateStage::Leaving;
+    return m_stage != UpdateStage::Idle && m_stage != UpdateStage::Blocked &&
+           m_stage != UpdateStage::ProgramClosed;
 }
 
 bool UpdateSession::isWritingDevice() const
@@ -64,7 +65,7 @@ bool UpdateSession::begin(UpdateStage stage, Reporter &reporter)
         m_seconds.clear();
         m_inStage.start();
     }
-    tell(stage);
+    notifyWatcher(stage);
     return true;
 }
 
@@ -77,7 +78,7 @@ void UpdateSession::enter(UpdateStage stage)
         noteTimeLocked();
         m_stage = stage;
     }
-    tell(stage);
+    notifyWatcher(stage);
 }
 
 void UpdateSession::useImage(const QString &path)
@@ -92,7 +93,7 @@ void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
 {
     UpdateStage next = UpdateStage::Idle;
     if (afterwards != Afterwards::Idle)
-        next = afterwards == Afterwards::Blocked ? UpdateStage::Blocked : UpdateStage::Leaving;
+        next = afterwards == Afterwards::Blocked ? UpdateStage::Blocked : UpdateStage::ProgramClosed;
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
         if (!isRunningLocked())
@@ -104,12 +105,12 @@ void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
         m_image.clear();
         m_stage = next;
     }
-    tell(next);
+    notifyWatcher(next);
     if (next == UpdateStage::Idle && giveControlsBack)
         giveControlsBack();
 }
 
-void UpdateSession::tell(UpdateStage stage) const
+void UpdateSession::notifyWatcher(UpdateStage stage) const
 {
     if (m_watcher)
         m_watcher(stage);

@@ -13,9 +13,9 @@
 
 class Reporter;
 
-/// The owner of the state of updates in this copy of the program: whether one is going on, how far it has
-/// got, which image it writes, and who may start the next one. The start button, the IAP panel and the
-/// question when the window is closed ask it, and keep no state of that kind themselves.
+/// The owner of the state of updates in this copy of the program: whether one is running, its stage, the
+/// image that it writes, and whether another may start. The start button, the IAP panel and the question
+/// before the window is closed query it and keep no such state themselves.
 ///
 /// May be used from any thread. The callbacks run on the calling thread, outside of the session's mutex.
 class UpdateSession
@@ -25,19 +25,19 @@ public:
     explicit UpdateSession(UpdateLock &lock) : m_lock(lock) {}
     Q_DISABLE_COPY(UpdateSession)
 
-    /// Sets who is told of each new stage. Call it before the first update.
+    /// Sets a function that is called with each new stage. Call it before the first update.
     void watchStages(std::function<void(UpdateStage)> watcher) { m_watcher = std::move(watcher); }
 
     UpdateStage stage() const;
-    /// Returns whether an update is going on: from begin() to end().
+    /// Returns whether an update is running, that is, between begin() and end().
     bool isRunning() const;
     /// Returns whether begin() would succeed if no other copy of the program is updating a device.
     bool isStartAllowed() const { return stage() == UpdateStage::Idle; }
     /// Returns whether a device is being written, so that stopping now could leave it unusable.
     bool isWritingDevice() const;
-    /// Returns the path of the image that the running update writes; empty while none is known.
+    /// Returns the path of the image that the running update writes; empty if it is not known yet.
     QString image() const;
-    /// Returns how the last update ended.
+    /// Returns the result of the last update.
     UpdateResult lastResult() const;
     /// Returns the seconds that the last update spent in each stage that it reached; empty before the first
     /// has ended.
@@ -52,17 +52,17 @@ public:
     /// Sets the image that the running update writes.
     void useImage(const QString &path);
 
-    /// What follows an update: the next one, or nothing in this run of the program.
-    enum class Afterwards { Idle, Blocked, Leaving };
-    /// Ends the running update: keeps the result, releases the lock, changes the stage and, if the program
-    /// goes on, calls `giveControlsBack`, in this order. The result's stage is the last one entered. Does
-    /// nothing without an update, so the controls are given back once.
+    /// The stage that follows an update. Only after Idle can another update start.
+    enum class Afterwards { Idle, Blocked, ProgramClosed };
+    /// Ends the running update: stores the result, releases the lock, changes the stage and, with Idle, calls
+    /// `giveControlsBack`, in this order. The stage in the result is the last one entered. Does nothing if no
+    /// update is running, so `giveControlsBack` is called at most once for each update.
     void end(UpdateReason reason, Afterwards afterwards, const std::function<void()> &giveControlsBack);
 
 private:
     bool isRunningLocked() const;
     void noteTimeLocked();
-    void tell(UpdateStage stage) const;
+    void notifyWatcher(UpdateStage stage) const;
 
     UpdateLock &m_lock;
     std::function<void(UpdateStage)> m_watcher;

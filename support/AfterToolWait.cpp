@@ -24,7 +24,7 @@ void AfterToolWait::runNow()
 
 void AfterToolWait::runFromEventLoop()
 {
-    // The event loop may be that of another wait, which has begun since.
+    // Another wait may have begun meanwhile, and this may be its event loop.
     if (isWaitingForTool())
         callAfterWait();
     else

@@ -4,18 +4,18 @@
 
 #include <functional>
 
-/// Remembers a request that arrives while its thread is waiting for a tool, and acts on it once when the wait
-/// is over: a request is never lost, and never runs in the middle of what needs the tool. Used on one thread.
+/// A request that may arrive while its thread is waiting for a tool. It is then run once, after the wait: it
+/// is neither lost nor run in the middle of the code that waits. Not thread-safe.
 class AfterToolWait : public QObject
 {
 public:
     explicit AfterToolWait(std::function<void()> action);
 
-    /// Returns false if the thread is not waiting for a tool: the caller acts at once. Otherwise returns true
-    /// and runs the action from the event loop after the outermost wait has ended, once however often this
-    /// was called. The action is dropped when the program leaves or this object is destroyed.
+    /// Returns false if the thread is not waiting for a tool; the caller then acts at once. Otherwise returns
+    /// true and runs the action once, from the event loop after the outermost wait, however often this is
+    /// called. The action is dropped when the program shuts down or this object is destroyed.
     bool postpone();
-    /// Runs the action now if it is still to run. Call outside a wait.
+    /// Runs a postponed action now. Must not be called during a wait.
     void runNow();
 
 private:

@@ -19,7 +19,7 @@ BoundedWriter::~BoundedWriter()
         stuck = m_shared->writing;
     }
     m_shared->changed.notify_all();
-    // The thread holds its own share of the queue, so it may outlive us until the process ends.
+    // The thread shares ownership of the queue, so it may outlive this object.
     if (stuck)
         m_thread.detach();
     else

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Makes a write to a pipe without a reader fail, where it would otherwise end the process.
+/// Makes a write to a pipe without a reader fail instead of ending the process.
 void ignoreBrokenPipes();

@@ -4,6 +4,6 @@
 
 void ignoreBrokenPipes()
 {
-    // Child processes do not inherit this: QProcess gives them the default back.
+    // Child processes do not inherit this: QProcess restores the default for them.
     std::signal(SIGPIPE, SIG_IGN);
 }

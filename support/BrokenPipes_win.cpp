@@ -2,5 +2,5 @@
 
 void ignoreBrokenPipes()
 {
-    // Such a write just fails here.
+    // On Windows such a write fails anyway.
 }

@@ -14,7 +14,7 @@ public:
     {
         return ShutdownFlag::instance().sleepUnlessRaised(milliseconds);
     }
-    bool isLeaving() const override { return ShutdownFlag::instance().isRaised(); }
+    bool isShuttingDown() const override { return ShutdownFlag::instance().isRaised(); }
 };
 
 } // namespace

@@ -2,21 +2,21 @@
 
 #include <QtGlobal>
 
-/// The seam to time: what waits and measures takes a Clock, so that a test need not wait.
+/// The interface to time. Code that waits or measures takes a Clock, so that its tests need not wait.
 ///
-/// real() sleeps on the calling thread and is cut short when the program leaves; it may be used
-/// from any thread.
+/// real() sleeps on the calling thread and wakes up when the program shuts down. It may be used from any
+/// thread.
 class Clock
 {
 public:
     virtual ~Clock() = default;
 
-    /// Milliseconds of a steady clock with an arbitrary start.
+    /// Returns the milliseconds of a monotonic clock with an arbitrary start.
     virtual qint64 nowMs() const = 0;
-    /// Sleeps; returns false when the program is leaving, and then at once.
+    /// Sleeps. Returns false, without sleeping on, once the program is shutting down.
     virtual bool sleepMs(int milliseconds) = 0;
-    /// Whether the program is leaving: no loop may go on then.
-    virtual bool isLeaving() const = 0;
+    /// Returns whether the program is shutting down. Loops must end then.
+    virtual bool isShuttingDown() const = 0;
 
     static Clock &real();
 };

@@ -13,7 +13,7 @@ constexpr int standardOutputDescriptor = 1;
 constexpr int standardErrorDescriptor = 2;
 constexpr int capacityBytes = 1024 * 1024;
 
-// Never destroyed: messages may come until the very end of the process.
+// Never destroyed: messages may arrive until the very end of the process.
 BoundedWriter &standardOutput()
 {
     static auto *writer = new BoundedWriter(standardOutputDescriptor, capacityBytes);

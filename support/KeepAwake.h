@@ -5,22 +5,22 @@
 #include <functional>
 #include <memory>
 
-/// Keeps the system awake while this lives: it neither sleeps by itself nor shuts down without asking. For
-/// the time in which a device is written, since half-written firmware leaves it unusable.
+/// Keeps the system awake during its lifetime: it neither goes to sleep by itself nor shuts down without
+/// asking the user. Used while a device is written, because half-written firmware makes a device unusable.
 ///
-/// Asks the login manager on Linux, over the system bus, and Windows itself. Neither the constructor nor the
-/// destructor waits for an answer. Where nobody can be asked, one line is logged and nothing else happens.
-/// May be made and destroyed on any thread; needs the application object.
+/// On Linux it asks the login manager over the system bus, on Windows the system. Neither the constructor nor
+/// the destructor waits for an answer. If the request fails, one line is logged and the update goes on. May
+/// be created and destroyed on any thread; needs the application object.
 class KeepAwake
 {
 public:
-    /// Is given one line if the system cannot be kept awake. Called at most once, on another thread as a
-    /// rule, and never after the destructor.
+    /// Receives one line if the system cannot be kept awake. Called at most once, usually on another thread,
+    /// and never after the destructor.
     using Log = std::function<void(const QString &line)>;
 
-    /// `reason` is shown to the user by the system, when it is asked to shut down. `window` is the native id
-    /// of the program's main window, which Windows names with it; it has to belong to the GUI thread and to
-    /// exist until the destructor's request has been handled there, and may be 0.
+    /// The system shows `reason` to a user who tries to shut it down; Windows also shows the title of
+    /// `window`, the native id of the main window, or 0. The window must belong to the GUI thread and exist
+    /// until that thread has handled the destructor's request.
     KeepAwake(const QString &reason, quintptr window, const Log &log);
     ~KeepAwake();
     KeepAwake(const KeepAwake &) = delete;

@@ -17,11 +17,11 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// How long the login manager may take to answer; until then the system is simply not kept awake.
+/// How long the login manager may take to answer. Until it has, the system is not kept awake.
 constexpr milliseconds answerLimit(30000);
-constexpr milliseconds lookInterval(10);
-/// How long the destructor waits for the thread that asks, so that it rarely outlives the program's end. It
-/// is in the middle of a call that cannot be interrupted only when the system bus itself does not answer.
+constexpr milliseconds checkInterval(10);
+/// How long the destructor waits for the asking thread, so that the thread rarely outlives the application.
+/// The limit is reached only if the system bus does not answer: that call cannot be interrupted.
 constexpr milliseconds endLimit(200);
 
 QString failureLine(const QString &reason)
@@ -47,7 +47,7 @@ QString nextConnectionName()
 
 } // namespace
 
-/// What the asking thread and the KeepAwake share: either may end first.
+/// The state that the asking thread and the KeepAwake share; either of them may end first.
 class KeepAwake::Hold
 {
 public:
@@ -58,7 +58,8 @@ public:
         const std::lock_guard<std::mutex> lock(m_mutex);
         return m_released;
     }
-    /// The login manager's lock is held as long as somebody has this descriptor, or a copy of it.
+    /// Keeps `descriptor`: the login manager holds its lock as long as the descriptor or a copy of it is
+    /// open.
     void keep(const QDBusUnixFileDescriptor &descriptor)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -110,7 +111,7 @@ private:
         while (!call.isFinished()) {
             if (isReleased())
                 return;
-            std::this_thread::sleep_for(lookInterval);
+            std::this_thread::sleep_for(checkInterval);
         }
         const QDBusPendingReply<QDBusUnixFileDescriptor> reply(call);
         if (reply.isError())
@@ -130,7 +131,7 @@ private:
 KeepAwake::KeepAwake(const QString &reason, quintptr /*window*/, const Log &log)
     : m_hold(std::make_shared<Hold>(log))
 {
-    // Connecting to a bus blocks, and may do so for as long as the bus likes.
+    // Connecting to a bus blocks without a limit.
     std::thread([hold = m_hold, reason] {
         hold->ask(reason);
         hold->markEnded();

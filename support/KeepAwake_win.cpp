@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Answers that the session must not end now. Without it Windows shows the reason for a moment only.
+/// Refuses the end of the session. Without a refusal Windows shows the reason only for a moment.
 class SessionEndRefusal : public QAbstractNativeEventFilter
 {
 public:
@@ -22,15 +22,15 @@ public:
     }
 };
 
-/// How many objects keep the system awake by the main window, its reason, and the refusal that goes with it.
-/// GUI thread: the window's functions work there only.
+/// The main window's shutdown block, shared by all objects that keep the system awake. GUI thread only, like
+/// the system's functions for the window.
 class ShutdownBlock
 {
 public:
     static ShutdownBlock &instance()
     {
-        // Never destroyed: at the end of the process, Qt's event filter would ask for an event dispatcher
-        // that is gone, and the process crashes or hangs.
+        // Never destroyed: at the end of the process the destructor of Qt's event filter would use the event
+        // dispatcher, which no longer exists, and the process would crash or hang.
         static auto *block = new ShutdownBlock;
         return *block;
     }
@@ -55,7 +55,7 @@ private:
     SessionEndRefusal m_refusal;
 };
 
-/// Runs `action` on the GUI thread: at once when this is it, else as soon as it handles its events.
+/// Runs `action` on the GUI thread: at once if that is the calling thread, otherwise from its event loop.
 template <typename Action>
 void onGuiThread(Action action)
 {
@@ -85,7 +85,7 @@ public:
         m_request = nullptr;
     }
 
-    // The two come in either order when a worker made the object and the GUI thread destroys it.
+    // Called in either order if a worker thread creates the object and the GUI thread destroys it.
     void block()
     {
         if (!m_isOver && m_window != 0) {
@@ -105,7 +105,7 @@ private:
     const QString m_reason;
     const quintptr m_window;
     void *m_request = nullptr;
-    // Of the GUI thread.
+    // Used on the GUI thread only.
     bool m_blocks = false;
     bool m_isOver = false;
 };

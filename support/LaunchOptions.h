@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// How the program was started. At most one of the flags is set; with neither, it is normal mode.
+/// The launch mode. At most one of the flags is set; neither is set in normal mode.
 struct LaunchOptions
 {
     bool isZN58Mode = false;
@@ -10,6 +10,7 @@ struct LaunchOptions
     /// The model that a companion program wants updated; empty outside Tessilonix mode.
     QString wantedModelName;
 
-    /// Reduced interface, the update starts by itself, and the run ends in the blocking loop.
+    /// Returns whether the mode is one with a reduced interface, in which the update starts by itself and
+    /// ends in the blocking loop.
     bool isAutomatic() const { return isZN58Mode || isTessilonixMode; }
 };

@@ -1,10 +1,10 @@
 #pragma once
 
-/// Where the system looks for a library that the program loads by its name.
+/// The places where the system searches for a library that the program loads by name.
 namespace LibrarySearch {
 
-/// From now on, leaves the working folder out: whoever may write there could have the program run code of
-/// theirs. Linux never looks there. Call at the start of main(), before anything is loaded by name.
-void leaveOutWorkingFolder();
+/// Excludes the working folder: otherwise anybody who may write to it could make the program run their code.
+/// Linux never searches there. Call it at the start of main(), before any library is loaded by name.
+void excludeWorkingFolder();
 
 } // namespace LibrarySearch

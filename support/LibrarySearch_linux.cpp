@@ -1,3 +1,3 @@
 #include "support/LibrarySearch.h"
 
-void LibrarySearch::leaveOutWorkingFolder() {}
+void LibrarySearch::excludeWorkingFolder() {}

@@ -2,10 +2,10 @@
 
 #include <windows.h>
 
-void LibrarySearch::leaveOutWorkingFolder()
+void LibrarySearch::excludeWorkingFolder()
 {
-    // The program's own folder, the system's, and those that the program names itself; neither the working
-    // folder nor the search path. Windows 7 without an update from 2011 lacks it.
+    // Searches the program's folder, the system folder and folders added by the program, but neither the
+    // working folder nor PATH. The function is missing on Windows 7 without an update of 2011.
     const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
     using SetDirectories = BOOL(WINAPI *)(DWORD);
     const auto setDirectories = reinterpret_cast<SetDirectories>(

@@ -24,7 +24,7 @@ bool LogFile::appendLine(const QString &filePath, const QString &content)
 bool LogFile::appendTimestampedLine(const QString &filePath, const QString &text)
 {
     const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    // Joined, not .arg()ed twice: a "%1" or "%2" inside the text must stay as it is.
+    // Concatenated instead of using arg(): "%1" or "%2" inside the text must not be replaced.
     return appendLine(filePath, QLatin1Char('[') + time + QLatin1String("] ") + text);
 }
 

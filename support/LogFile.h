@@ -2,21 +2,21 @@
 
 #include <QString>
 
-/// The on-disk logs: plain UTF-8 text in which lines are only ever added. The file is opened for
-/// each write and closed again, so that another program may read or copy it meanwhile. Call from
-/// the GUI thread only, or lines of different sources could interleave.
+/// Appends lines to the log files, which are plain UTF-8 text. A file is opened for each write and closed
+/// again, so that other programs may read or copy it meanwhile. GUI thread only, because lines from several
+/// threads could be mixed.
 namespace LogFile {
 
-/// Appends `content` and a line end as they are. A file that cannot be opened, or is no plain file, costs the
-/// line and a warning on the debug stream; returns whether it was written.
+/// Appends `content` and a line feed. Returns whether they were written; if the file cannot be opened or is
+/// not a regular file, writes a warning to the debug stream.
 bool appendLine(const QString &filePath, const QString &content);
 
 /// Appends "[yyyy-MM-dd HH:mm:ss] text" with the local time.
 bool appendTimestampedLine(const QString &filePath, const QString &text);
 
-/// The log that users send to support; in the working directory.
+/// Returns the path of the log that users send to support; it is in the working directory.
 QString updateLogPath();
-/// The list of HID interfaces seen; in the working directory.
+/// Returns the path of the list of enumerated HID interfaces; it is in the working directory.
 QString interfaceLogPath();
 
 } // namespace LogFile

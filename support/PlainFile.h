@@ -2,11 +2,11 @@
 
 class QFile;
 
-/// Files that somebody else may have put something into the place of.
+/// Access to files that another user may have replaced by something else, for example a named pipe.
 namespace PlainFile {
 
-/// Opens the file to append text, and creates it at need. Returns false when it cannot be opened, or is no
-/// plain file: opening a named pipe would block until somebody reads from it. Never blocks.
+/// Opens the file to append text and creates it if needed. Returns false if it cannot be opened or is not a
+/// regular file. Never blocks, as opening a named pipe would.
 bool openToAppend(QFile &file);
 
 } // namespace PlainFile

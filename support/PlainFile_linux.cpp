@@ -8,7 +8,7 @@
 
 bool PlainFile::openToAppend(QFile &file)
 {
-    // Opened first and looked at then: in between nothing can be exchanged.
+    // Checks the opened file, not the path: the path could be replaced between the check and the opening.
     const int descriptor = open(QFile::encodeName(file.fileName()).constData(),
                                 O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
     if (descriptor < 0)

@@ -4,6 +4,6 @@
 
 bool PlainFile::openToAppend(QFile &file)
 {
-    // Folders hold no pipes here.
+    // On Windows a folder cannot contain a pipe.
     return file.open(QIODevice::Append | QIODevice::Text);
 }

@@ -13,8 +13,8 @@ public:
     ProgramArguments(int argc, char *argv[]);
 
     int count() const { return static_cast<int>(m_utf8.size()); }
-    /// Returns the arguments like main()'s `argv`, with a null pointer at the end. The pointers are valid as
-    /// long as this object.
+    /// Returns the arguments in the form of main()'s `argv`, with a null pointer at the end. The pointers are
+    /// valid as long as this object exists.
     std::vector<const char *> values() const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include "support/Reporter.h"
 
-/// A reporter that nobody listens to.
+/// A reporter that discards everything.
 class QuietReporter : public Reporter
 {
 public:

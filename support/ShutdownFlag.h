@@ -6,11 +6,11 @@
 #include <condition_variable>
 #include <mutex>
 
-/// Whether the program is leaving. Every endless loop, wait and nested event loop watches the one
-/// instance, so that a confirmed close ends the process at once in whatever state it is.
+/// A flag that is raised when the program shuts down. All endless loops, waits and nested event loops watch
+/// its single instance, so that a confirmed close ends the process at once in any state.
 ///
-/// All operations may be called from any thread. raised() is emitted on the thread that raises the
-/// flag; connect it queued (or with a receiver on another thread) to leave a local event loop.
+/// All operations may be called from any thread. raised() is emitted on the thread that raises the flag; use
+/// a queued connection (or a receiver on another thread) to quit a local event loop.
 class ShutdownFlag : public QObject
 {
     Q_OBJECT
@@ -19,12 +19,11 @@ public:
     static ShutdownFlag &instance();
 
     bool isRaised() const { return m_raised; }
-    /// Raises the flag and wakes every waiter. Raising it twice does nothing more.
+    /// Raises the flag and wakes all waiting threads. Raising it again has no effect.
     void raise();
-    /// Sleeps for `milliseconds`, but no longer than until the flag is raised. Returns whether the
-    /// time was slept through.
+    /// Sleeps for `milliseconds`, or until the flag is raised. Returns whether the whole time has passed.
     bool sleepUnlessRaised(int milliseconds);
-    /// Lowers the flag again. Only a program that runs many sessions in one process (a test) needs it.
+    /// Lowers the flag again. For tests, which start and shut down the program several times in one process.
     void lower();
 
 signals:

@@ -2,8 +2,9 @@
 
 class QTextCodec;
 
-/// Returns the codec of the system's 8-bit texts: the output of command-line tools and the arguments of
-/// system calls that take bytes. UTF-8 if Qt has no such codec. May be called from any thread.
+/// Returns the codec for the system's 8-bit texts: the output of command-line tools and the arguments of
+/// system calls that take bytes. Returns the one for UTF-8 if Qt has no such codec. May be called from any
+/// thread.
 ///
-/// This is not the locale's codec, which is not always 8-bit.
+/// QTextCodec::codecForLocale() would be wrong here, because it is not always an 8-bit codec.
 const QTextCodec &systemCodec();

@@ -28,7 +28,8 @@ private:
     const int m_number;
 };
 
-// The folder may be everybody's: follow no link into a file of this user, and wait for no pipe.
+// Other users may write to the folder: do not follow a link to a file of this user, and do not block on a
+// pipe.
 constexpr int openFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
 
 struct flock wholeFile(short type)
@@ -39,7 +40,8 @@ struct flock wholeFile(short type)
     return range;
 }
 
-/// A lock of the open file itself, where a lock of the process would let in every thread of it.
+/// A lock that belongs to the open file. A lock that belongs to the process would not exclude its other
+/// threads.
 class FileLock : public SystemLock
 {
 public:
@@ -49,7 +51,7 @@ public:
     }
     ~FileLock() override
     {
-        // Closing is not enough: a child process has the file open, too, until it runs its own program.
+        // Closing is not enough: a child process that was just forked still has the file open until exec().
         if (m_file.isOpen())
             set(F_UNLCK);
     }
@@ -77,13 +79,13 @@ SystemLockAttempt trySystemLock(const QString &file)
         return {};
     if (lock->tryTake())
         return {std::move(lock), false};
-    // Other errors are those of file systems without locks.
+    // Other errors mean that the file system does not support locks.
     return {nullptr, errno == EAGAIN || errno == EACCES};
 }
 
 bool isSystemLockTaken(const QString &file)
 {
-    const Descriptor looked(::open(QFile::encodeName(file).constData(), O_RDONLY | openFlags));
+    const Descriptor opened(::open(QFile::encodeName(file).constData(), O_RDONLY | openFlags));
     struct flock range = wholeFile(F_WRLCK);
-    return looked.isOpen() && ::fcntl(looked.number(), F_OFD_GETLK, &range) == 0 && range.l_type != F_UNLCK;
+    return opened.isOpen() && ::fcntl(opened.number(), F_OFD_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-// After the general header, which it needs.
+// sddl.h needs windows.h, so it comes last.
 #include <sddl.h>
 
 namespace {
@@ -19,7 +19,7 @@ using Handle = std::unique_ptr<void, HandleCloser>;
 
 constexpr DWORD eventAccess = SYNCHRONIZE | EVENT_MODIFY_STATE;
 
-/// Lets the programs of other users use an object: with the default rights they could not even see it.
+/// Gives other users' programs access to an object. With the default rights they could not even open it.
 class RightsForEveryone
 {
 public:
@@ -52,12 +52,13 @@ bool exists(const QString &name)
     return Handle(OpenEventW(SYNCHRONIZE, FALSE, reinterpret_cast<const wchar_t *>(name.utf16()))) != nullptr;
 }
 
-/// The names of a lock's objects in one namespace of the system.
+/// The names of a lock's kernel objects in one namespace.
 struct Names
 {
-    /// Signalled while nobody has the lock. Whoever waits for it successfully resets it and has the lock.
+    /// An event that is signalled while nobody holds the lock. A successful wait for it resets it and takes
+    /// the lock.
     QString gate;
-    /// Exists while somebody has the lock.
+    /// An event that exists while somebody holds the lock.
     QString mark;
 };
 
@@ -81,7 +82,7 @@ public:
     }
     ~EventLock() override
     {
-        // In this order: who takes the lock next makes the mark again.
+        // The mark goes first, because the next holder creates it anew.
         m_mark.reset();
         SetEvent(m_gate.get());
     }
@@ -90,8 +91,9 @@ public:
     bool isForThisUserOnly() const override { return m_forThisUserOnly; }
 
 private:
-    // The gate vanishes with the last handle to it. So a process that dies without signalling it leaves a
-    // new one to the next process. Only attempts open it, for a moment.
+    // The system deletes the gate with the last handle to it. If a process dies without signalling it, the
+    // next process therefore creates a new one. Apart from the holder, a process opens it only for the moment
+    // of an attempt.
     Handle m_gate;
     Handle m_mark;
     const bool m_forThisUserOnly;

@@ -13,14 +13,14 @@ QString &testFolder()
 } // namespace
 
 QStringList SystemTool::foldersToSearch(const QString &systemFolder, const QStringList &searchPath,
-                                        const QStringList &leftOut)
+                                        const QStringList &excluded)
 {
     QStringList folders;
     if (!systemFolder.isEmpty())
         folders.append(QDir::cleanPath(systemFolder));
     for (const QString &entry : searchPath) {
         const QString folder = QDir::cleanPath(entry);
-        if (QDir::isAbsolutePath(folder) && !leftOut.contains(folder, Qt::CaseInsensitive))
+        if (QDir::isAbsolutePath(folder) && !excluded.contains(folder, Qt::CaseInsensitive))
             folders.append(folder);
     }
     return folders;

@@ -3,23 +3,23 @@
 #include <QString>
 #include <QStringList>
 
-/// Finds the command-line tools that come with Windows. Started by its name alone, a program there is taken
-/// from the program's folder or the working folder before the system's: whoever may write in one of those
-/// would decide what is run, with administrator rights at times.
+/// Finds the command-line tools that come with Windows. If a tool is started by its name alone, Windows
+/// searches the program's folder and the working folder before the system folder. Anybody who may write to
+/// one of those could then choose the program that is run, sometimes with administrator rights.
 namespace SystemTool {
 
-/// Returns the path of the tool `name` (without suffix): that in the system folder, else the first in the
-/// search path. Returns an empty text when there is none. Systems other than Windows have no such tools and
-/// no such order: there it returns `name`. May be called from any thread.
+/// Returns the path of the tool `name` (without suffix): the one in the system folder, otherwise the first
+/// one in PATH, otherwise an empty string. On other systems, which do not have this search order, returns
+/// `name`. May be called from any thread.
 QString path(const QString &name);
 
-/// Returns the folders in which to look for a tool, in this order: `systemFolder`, then those of `searchPath`
-/// that are absolute and not among `leftOut`. Paths have "/" between their parts; letter case does not count.
+/// Returns the folders in which to search for a tool, in order: `systemFolder`, then those of `searchPath`
+/// that are absolute and not in `excluded`. The paths use "/"; letter case is ignored.
 QStringList foldersToSearch(const QString &systemFolder, const QStringList &searchPath,
-                            const QStringList &leftOut);
+                            const QStringList &excluded);
 
-/// For tests: takes `folder` for the system folder; an empty text ends that. Not while another thread may be
-/// in path().
+/// For tests: uses `folder` as the system folder; an empty string restores the real one. Must not be called
+/// while another thread may be in path().
 void setFolderForTests(const QString &folder);
 QString folderForTests();
 

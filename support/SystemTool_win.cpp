@@ -20,7 +20,8 @@ QString systemFolder()
                                   : QString();
 }
 
-/// In one spelling of each, whatever links and short names led there.
+/// Returns the folders from which no tool may be started, each also in canonical form, without links and
+/// short names.
 QStringList untrustedFolders()
 {
     QStringList folders;

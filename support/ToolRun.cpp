@@ -21,14 +21,14 @@ constexpr int keptBytes = 1024 * 1024;
 
 struct LaterCall
 {
-    /// The thread that waits.
+    /// The waiting thread.
     QThread *thread;
     QPointer<QObject> context;
     std::function<void()> call;
 };
 
-/// What is called after the waits of all threads. A list for each thread would be destroyed at the thread's
-/// end, and a Windows program of this compiler crashes or hangs there.
+/// The calls that are postponed until the waits of their threads have ended. Not a thread_local list: its
+/// destructor would run at the end of the thread, where programs built with MinGW-w64 crash or hang.
 struct LaterCalls
 {
     std::mutex mutex;
@@ -39,7 +39,7 @@ struct LaterCalls
         static auto *calls = new LaterCalls;
         return *calls;
     }
-    /// Removes and returns those of the calling thread, in their order.
+    /// Removes and returns the calls of the calling thread, in order.
     std::vector<LaterCall> takeOwn()
     {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -54,7 +54,8 @@ struct LaterCalls
 
 thread_local int toolsWaitedFor = 0;
 
-/// Counts, since an event that the wait delivers may wait for a tool of its own.
+/// Marks a wait of the calling thread. Waits are counted, because an event that is handled during a wait may
+/// start another one.
 class WaitMark
 {
 public:
@@ -63,7 +64,7 @@ public:
     {
         if (--toolsWaitedFor > 0)
             return;
-        // Not now: the caller has not used the tool's answer yet.
+        // Queued, because the caller has not yet used the tool's output.
         for (const LaterCall &later : LaterCalls::instance().takeOwn()) {
             if (later.context)
                 QMetaObject::invokeMethod(later.context, later.call, Qt::QueuedConnection);
@@ -72,24 +73,24 @@ public:
     Q_DISABLE_COPY(WaitMark)
 };
 
-void take(const QByteArray &more, QByteArray &kept, const std::function<void(const QByteArray &)> &hear)
+void forward(const QByteArray &bytes, QByteArray &kept, const std::function<void(const QByteArray &)> &listen)
 {
-    kept += more.left(keptBytes - kept.size());
-    if (hear && !more.isEmpty())
-        hear(more);
+    kept += bytes.left(keptBytes - kept.size());
+    if (listen && !bytes.isEmpty())
+        listen(bytes);
 }
 
 void readOutput(QProcess &process, ToolRun &run, const ToolListener &listener)
 {
-    take(process.readAllStandardOutput(), run.standardOutput, listener.standardOutput);
-    take(process.readAllStandardError(), run.standardError, listener.standardError);
+    forward(process.readAllStandardOutput(), run.standardOutput, listener.standardOutput);
+    forward(process.readAllStandardError(), run.standardError, listener.standardError);
 }
 
-/// The time that a tool has. The clock is looked at now and then, so the limit is kept to within a look.
+/// The time limit of a tool. The clock is read at intervals, so the limit may be exceeded by one of them.
 class Limit
 {
 public:
-    /// A negative limit is none; the clock is not looked at then.
+    /// A negative `limitMs` means no limit; the clock is not read then.
     Limit(int limitMs, const Clock &clock)
         : m_clock(clock),
           m_limitMs(limitMs),
@@ -97,13 +98,13 @@ public:
     {
     }
 
-    /// Returns the milliseconds until the next look; 0 when the time is up.
-    int untilNextLookMs() const
+    /// Returns the milliseconds until the next check; 0 when the time is up.
+    int untilNextCheckMs() const
     {
-        constexpr qint64 lookMs = 50;
+        constexpr qint64 intervalMs = 50;
         return m_limitMs < 0
-                   ? static_cast<int>(lookMs)
-                   : static_cast<int>(qBound<qint64>(0, m_startMs + m_limitMs - m_clock.nowMs(), lookMs));
+                   ? static_cast<int>(intervalMs)
+                   : static_cast<int>(qBound<qint64>(0, m_startMs + m_limitMs - m_clock.nowMs(), intervalMs));
     }
     bool exists() const { return m_limitMs >= 0; }
 
@@ -118,7 +119,7 @@ bool waitForStart(QProcess &process, const Limit &limit)
 {
     bool started = process.state() == QProcess::Running;
     for (int stepMs = 1; !started && process.state() == QProcess::Starting && stepMs > 0;) {
-        stepMs = limit.untilNextLookMs();
+        stepMs = limit.untilNextCheckMs();
         started = process.waitForStarted(stepMs);
     }
     return started;
@@ -131,32 +132,32 @@ void waitForEnd(QProcess &process, const Limit &limit)
     QObject::connect(&process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
                      &QEventLoop::quit);
     QObject::connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
-    QTimer look;
-    look.setSingleShot(true);
-    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (const int nextMs = limit.untilNextLookMs(); nextMs > 0)
-            look.start(nextMs);
+    QTimer checkTimer;
+    checkTimer.setSingleShot(true);
+    QObject::connect(&checkTimer, &QTimer::timeout, &loop, [&] {
+        if (const int nextMs = limit.untilNextCheckMs(); nextMs > 0)
+            checkTimer.start(nextMs);
         else
             loop.quit();
     });
     if (limit.exists())
-        look.start(limit.untilNextLookMs());
-    // Asked after the connection, so that a flag raised meanwhile is not missed.
+        checkTimer.start(limit.untilNextCheckMs());
+    // Checked after connecting, so that a flag raised in between is not missed.
     if (process.state() != QProcess::NotRunning && !flag.isRaised())
         loop.exec();
 }
 
 void waitForEndWithoutEvents(QProcess &process, const Limit &limit)
 {
-    int stepMs = limit.untilNextLookMs();
+    int stepMs = limit.untilNextCheckMs();
     while (!process.waitForFinished(stepMs) && process.state() != QProcess::NotRunning && stepMs > 0)
-        stepMs = limit.untilNextLookMs();
+        stepMs = limit.untilNextCheckMs();
 }
 
 } // namespace
 
-ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
-                     WhenLeaving whenLeaving, const ToolListener &listener, const Clock &clock)
+ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs, OnShutdown onShutdown,
+                     const ToolListener &listener, const Clock &clock)
 {
     const WaitMark mark;
     ToolRun run;
@@ -171,7 +172,7 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
     };
     QObject::connect(&process, &QProcess::readyReadStandardOutput, read);
     QObject::connect(&process, &QProcess::readyReadStandardError, read);
-    if (whenLeaving == WhenLeaving::WaitOn)
+    if (onShutdown == OnShutdown::KeepWaiting)
         waitForEndWithoutEvents(process, Limit(limitMs, clock));
     else
         waitForEnd(process, Limit(limitMs, clock));
@@ -180,7 +181,7 @@ ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int l
         run.crashed = process.exitStatus() == QProcess::CrashExit;
         run.exitCode = run.crashed ? -1 : process.exitCode();
     } else {
-        run.end = ToolRun::CutShort;
+        run.end = ToolRun::Killed;
         process.kill();
         process.waitForFinished(1000);
     }

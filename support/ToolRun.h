@@ -10,49 +10,50 @@
 
 class QObject;
 
-/// How a command-line tool that was waited for came out.
+/// The result of running a command-line tool to its end.
 struct ToolRun
 {
     enum End {
         NotStarted, ///< errorString says why
         Finished,   ///< by itself; exitCode is its own, or -1 after a crash
-        CutShort,   ///< killed: at the time limit, or because the program leaves
+        Killed,     ///< because of the time limit, or because the program shuts down
     };
 
     End end = NotStarted;
     int exitCode = -1;
     bool crashed = false;
-    /// At most the first MiB of each.
+    /// At most the first MiB of each stream.
     QByteArray standardOutput;
     QByteArray standardError;
     QString errorString;
 };
 
-/// Hears what a tool prints as it comes, in pieces of any size, on the thread that waits. Either may
-/// be empty.
+/// Receives the output of a tool as it arrives, in pieces of any size, on the waiting thread. Either function
+/// may be empty.
 struct ToolListener
 {
     std::function<void(const QByteArray &)> standardOutput;
     std::function<void(const QByteArray &)> standardError;
 };
 
-/// What becomes of a wait for a tool when the program leaves.
-enum class WhenLeaving {
-    CutShort, ///< the tool is killed
-    WaitOn,   ///< it has its time, though without an event loop: what it does belongs to the leaving
+/// What happens to a running tool when the program shuts down.
+enum class OnShutdown {
+    Kill,
+    KeepWaiting, ///< without an event loop: for tools that are a part of the shutdown
 };
 
-/// Runs `program` to its end in a local event loop on the calling thread. Gives it `limitMs` of `clock` to
-/// start and then as much to end; a negative limit is none. Nothing is left running.
+/// Runs `program` to its end in a local event loop on the calling thread. It gets `limitMs` of `clock` to
+/// start and the same time again to finish; a negative value means no limit. The process has ended when this
+/// returns.
 ToolRun runToolToEnd(const QString &program, const QStringList &arguments, int limitMs,
-                     WhenLeaving whenLeaving = WhenLeaving::CutShort, const ToolListener &listener = {},
+                     OnShutdown onShutdown = OnShutdown::Kill, const ToolListener &listener = {},
                      const Clock &clock = Clock::real());
 
-/// Whether the calling thread is waiting for a tool: what an event wakes meanwhile must not begin
-/// anything, since it would run in the middle of what needs the tool.
+/// Returns whether the calling thread is waiting for a tool. Event handlers must not start anything then,
+/// because it would run in the middle of the code that waits.
 bool isWaitingForTool();
 
-/// Calls `call` from the event loop once the calling thread, which is waiting for a tool, waits for none any
-/// more. By then it may wait for another one. `context` belongs to this thread; when it is destroyed, the
-/// call is dropped. AfterToolWait is the safer way.
+/// Calls `call` from the event loop after the calling thread's current wait for a tool. The thread may have
+/// started another wait by then. `context` belongs to the calling thread; the call is dropped when it is
+/// destroyed. Prefer AfterToolWait, which handles both.
 void callAfterToolWait(QObject *context, std::function<void()> call);

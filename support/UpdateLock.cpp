@@ -11,8 +11,8 @@ struct UpdateLock::Shared
     explicit Shared(const QString &lockFile) : file(lockFile) {}
 
     const QString file;
-    /// Guards what follows. Taking and releasing are each one step under it: a copy never meets the rest of
-    /// its own last Hold.
+    /// Guards the members below. It is held during the whole of taking and releasing, so that taking the lock
+    /// never fails because of this copy's own last Hold.
     std::mutex mutex;
     int shares = 0;
     std::unique_ptr<SystemLock> lock;
@@ -22,7 +22,7 @@ struct UpdateLock::Shared
 class UpdateLock::Share
 {
 public:
-    /// The caller holds the mutex.
+    /// The caller must hold the mutex.
     explicit Share(const std::shared_ptr<Shared> &shared) : m_shared(shared) { ++m_shared->shares; }
     ~Share()
     {

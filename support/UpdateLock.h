@@ -6,25 +6,25 @@
 
 class Reporter;
 
-/// Lets one running copy of the program at a time write to a device: copies share the temporary folder, the
-/// manifest file and the name of the IAP programmer. The lock of a copy that has crashed is free. On Windows
-/// it holds for all users of the machine, as the command does that ends programmers by their name. If the
-/// system cannot provide the lock, no copy is refused. May be used from any thread.
+/// A lock that lets only one running copy of the program write to a device: copies share the temporary
+/// folder, the manifest file and the name of the IAP programmer. The lock of a crashed copy is free. On
+/// Windows it is for all users of the machine, because the program kills IAP programmers by name. If the
+/// system cannot provide the lock, every copy may update. May be used from any thread.
 class UpdateLock
 {
 public:
-    /// Keeps other copies of the program out. The lock is released with the last Hold of this copy, and may
-    /// outlive the UpdateLock.
+    /// Keeps other copies of the program out. The lock is released with the last Hold of this copy. A Hold
+    /// may outlive the UpdateLock.
     using Hold = std::shared_ptr<void>;
 
     /// Copies with the same file exclude each other; see SystemLock.h.
     explicit UpdateLock(const QString &file);
 
-    /// Takes the lock, or shares it when this copy has it already. Returns an empty Hold and logs a line
-    /// when another copy of the program has it.
+    /// Takes the lock, or shares it if this copy already has it. Returns an empty Hold and logs a line if
+    /// another copy has it.
     Hold take(Reporter &reporter);
-    /// Returns whether another copy of the program has the lock. Never takes it, so that nobody is refused
-    /// because of a look.
+    /// Returns whether another copy of the program has the lock. Does not take it, so that asking never keeps
+    /// another copy out.
     bool isTakenElsewhere() const;
 
 private:
@@ -33,7 +33,7 @@ private:
     struct Taken
     {
         Hold hold;
-        /// Whether the user has yet to hear that other users are not kept out.
+        /// Whether to tell the user that copies of other users are not kept out.
         bool reportScope = false;
     };
 

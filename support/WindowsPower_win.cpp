@@ -9,7 +9,7 @@ HWND windowOf(quintptr id)
     return reinterpret_cast<HWND>(id);
 }
 
-/// Windows itself.
+/// The real functions of Windows.
 class RealPower : public WindowsPower
 {
 public:
@@ -20,7 +20,7 @@ public:
         context.Version = POWER_REQUEST_CONTEXT_VERSION;
         context.Flags = POWER_REQUEST_CONTEXT_SIMPLE_STRING;
         context.Reason.SimpleReasonString = reinterpret_cast<wchar_t *>(text.data());
-        // Bound to no thread, unlike SetThreadExecutionState().
+        // Not bound to a thread, unlike SetThreadExecutionState().
         const HANDLE request = PowerCreateRequest(&context);
         if (request == INVALID_HANDLE_VALUE || !request) {
             error = GetLastError();

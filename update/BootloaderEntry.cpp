@@ -18,7 +18,7 @@ QString reasonForNoHandle(const HidPort &port)
 
 WriteResult writeOnce(HidDevice *device, const HidPort &port, const QByteArray &report)
 {
-    // hidapi dereferences the handle that it is given: a missing one is a failed write here.
+    // hidapi dereferences its handle without a check, so a null handle counts as a failed write.
     if (!device)
         return {-1, reasonForNoHandle(port)};
     const int count = device->write(report);
@@ -41,7 +41,7 @@ bool sendUpdateModeReport(const ChosenDevice &device, HidPort &port, ReportLayou
         port.open(static_cast<quint16>(device.vendorId), static_cast<quint16>(device.productId));
     qDebug() << device.vendorId << "???" << device.productId;
     if (!opened) {
-        // No reason to stop: a duo device is written through its own handle.
+        // Not an error for a duo device, which is written through its own handle.
         qDebug() << "open device err";
         reporter.log(QStringLiteral("one open device err"));
     }

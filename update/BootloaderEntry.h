@@ -5,8 +5,8 @@
 #include "support/Reporter.h"
 #include "update/UpdateModeReport.h"
 
-/// Tells `device` to restart into its bootloader: one update-mode report, written once. Returns
-/// whether the write reported more than zero bytes; whether the device really came back as the
-/// bootloader is for the caller to see. Stops the device check first, so that nothing else opens
-/// the device meanwhile; the caller starts it again. Runs on the update's thread.
+/// Restarts `device` into its bootloader by writing one update-mode report. Returns whether more than zero
+/// bytes were written; the caller must check whether the bootloader really appears. Stops the device check
+/// first, so that nothing else opens the device meanwhile; the caller starts it again. Runs on the update's
+/// thread.
 bool sendUpdateModeReport(const ChosenDevice &device, HidPort &port, ReportLayout layout, Reporter &reporter);

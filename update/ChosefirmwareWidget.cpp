@@ -26,7 +26,7 @@ ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *pa
     setFixedSize(200, 270);
     setWindowFlags(Qt::Window | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
-    // It has no parent that would be its place.
+    // Centred on the screen, because it has no parent.
     move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
     fetchModels(manifestUrl, reporter);
     buildList();
@@ -117,7 +117,7 @@ QString ChosefirmwareWidget::waitForChoice()
         },
         Qt::QueuedConnection);
     connect(&flag, &ShutdownFlag::raised, &loop, &QEventLoop::quit, Qt::QueuedConnection);
-    // Shown only now that its answer cannot be missed.
+    // The window is shown after the wait was prepared, so that no answer is lost.
     emit sigSetHide(false);
     if (!flag.isRaised())
         loop.exec();

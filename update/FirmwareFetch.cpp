@@ -45,7 +45,7 @@ QString FirmwareFetch::fetchFirmware(const UpdateRequest &request, QJsonObject *
     m_reporter.setStateTitle(UpdateTitles::parsingAddress);
     m_reporter.log(QStringLiteral("Try To Get File Address..."));
     const QString address = downloadManifest() ? addressFromManifest(manifest) : QString();
-    if (m_clock.isLeaving())
+    if (m_clock.isShuttingDown())
         return {};
     if (address.isEmpty()) {
         m_reporter.setStateTitle(UpdateTitles::addressFailed);
@@ -139,7 +139,7 @@ QString FirmwareFetch::downloadImage(const QString &address, bool isIap)
     m_segmentWorker.url = address;
     m_segmentWorker.savePath = path;
     if (!m_segmentWorker.downloadInSegments(segmentCount, &m_reporter)) {
-        if (m_clock.isLeaving())
+        if (m_clock.isShuttingDown())
             return {};
         m_reporter.setStateTitle(UpdateTitles::downloadFailed);
         m_reporter.log(QStringLiteral("Download ERROR!"));
@@ -153,9 +153,8 @@ QString FirmwareFetch::downloadImage(const QString &address, bool isIap)
 
 bool FirmwareFetch::mayUse(const QString &folder)
 {
-    // It was looked at before the fetch, and a user may take minutes to pick a model. Since only this user
-    // can change what lies in it from here on, the image that the flasher gets is the one whose sum is
-    // checked.
+    // Checked again, because picking a model may have taken minutes. From here on only this user can change
+    // the contents of the folder, so the flasher gets the same image whose checksum is verified.
     const QString reason = TemporaryFolder::reasonNotToUse(folder);
     if (reason.isEmpty())
         return true;

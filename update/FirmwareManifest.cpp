@@ -9,6 +9,11 @@ QJsonValue currentVersion(const QJsonObject &root)
     return root.value(QLatin1String("CurrentVersion"));
 }
 
+QString textOf(const QJsonObject &root, const QString &deviceKey, const char *field)
+{
+    return currentVersion(root).toObject().value(deviceKey).toObject().value(QLatin1String(field)).toString();
+}
+
 } // namespace
 
 FirmwareManifest::Parsed FirmwareManifest::parse(const QByteArray &json)
@@ -50,7 +55,12 @@ FirmwareManifest::Address FirmwareManifest::fileAddress(const QJsonObject &root,
 
 QString FirmwareManifest::md5(const QJsonObject &root, const QString &deviceKey)
 {
-    return currentVersion(root).toObject().value(deviceKey).toObject().value(QLatin1String("md5")).toString();
+    return textOf(root, deviceKey, "md5");
+}
+
+QString FirmwareManifest::signature(const QJsonObject &root, const QString &deviceKey)
+{
+    return textOf(root, deviceKey, "signature");
 }
 
 QMap<QString, QString> FirmwareManifest::downloadUrls(const QJsonObject &root)

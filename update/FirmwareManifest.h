@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Reads the firmware manifest: root."CurrentVersion".(device key) with "fileURL" and "md5", and
+/// Reads the firmware manifest: root."CurrentVersion".(device key) with "fileURL", "md5" and "signature", and
 /// "downloadURL" for the chooser.
 namespace FirmwareManifest {
 
@@ -40,8 +40,11 @@ struct Address
 /// Looks up the address of the device's image.
 Address fileAddress(const QJsonObject &root, const QString &deviceKey);
 
-/// Returns the image's MD5 sum as the manifest gives it, or an empty text.
+/// Returns the MD5 of the image according to the manifest, or an empty string.
 QString md5(const QJsonObject &root, const QString &deviceKey);
+
+/// Returns the image's signature as the manifest gives it, or an empty text.
+QString signature(const QJsonObject &root, const QString &deviceKey);
 
 /// Returns the download URL of every model in "CurrentVersion", by model name.
 QMap<QString, QString> downloadUrls(const QJsonObject &root);

@@ -6,21 +6,21 @@
 #include <QJsonObject>
 #include <QString>
 
-/// Where the workflow gets an image from when the user chose no file. One object serves one run.
+/// The source of the image if the user has not chosen a file. An object is used for one run.
 class FirmwareSource
 {
 public:
     virtual ~FirmwareSource() = default;
 
-    /// Obtains the image for `request` and returns its path. After a failure, which it has reported, returns
-    /// an empty string; failure() tells the reason. `*manifest` becomes the manifest's root object as far as
-    /// it was read.
+    /// Obtains the image for `request` and returns its path. Reports a failure and returns an empty string;
+    /// failure() then returns the reason. Sets `*manifest` to the root object of the manifest, if it could be
+    /// read.
     virtual QString fetchFirmware(const UpdateRequest &request, QJsonObject *manifest) = 0;
 
     /// Returns why fetchFirmware() returned an empty string.
     virtual UpdateReason failure() const = 0;
 
-    /// The manifest's key for the device: its model name, or the name that the user picked for a
-    /// device that already sits in its bootloader.
+    /// Returns the manifest's key for the device: its model name, or the name that the user picked for a
+    /// device that already waits in its bootloader.
     virtual QString deviceKey() const = 0;
 };

@@ -30,7 +30,7 @@ public:
         QObject::connect(&process, &QProcess::readyReadStandardError, &m_lifetime, [this] { readErrors(); });
     }
 
-    /// Returns the run's result. Call after the process has ended.
+    /// Returns the result of the run. Call it after the process has ended.
     int result()
     {
         readOutput();
@@ -77,7 +77,8 @@ private:
     ProgressPicture &m_picture;
     FlasherLines m_lines;
     BurnResult m_result = BurnWithoutSuccessLine;
-    /// Disconnects from the process, which may still emit signals while it is destroyed.
+    /// The context of the connections: they end with this object, before the process, which may emit signals
+    /// in its destructor.
     QObject m_lifetime;
 };
 
@@ -116,7 +117,7 @@ int Flasher::runFlasher(const QString &program, const QString &imagePath)
             return BurnWithoutSuccessLine;
         }
         m_picture.repaintPicture();
-        // Unread output fills the pipe, which makes a flasher that floods it wait.
+        // A full pipe makes a flasher with unbounded output wait.
         if (!m_reporter.isCatchingUp())
             QCoreApplication::processEvents();
     }
@@ -147,7 +148,7 @@ bool Flasher::burnOverHid()
 
 bool Flasher::burnUpToTenTimes(const QString &program)
 {
-    // Before each try, the device needs a moment to come back as the bootloader.
+    // The device needs a moment before each attempt to appear as the bootloader.
     for (int tries = 0; tries < 10 && m_clock.sleepMs(1000); ++tries) {
         m_lastResult = static_cast<BurnResult>(runFlasher(program, m_job.imagePath));
         if (m_lastResult != BurnDeviceNotReachable)
@@ -161,7 +162,7 @@ bool Flasher::RunCmdReset(const QString &program)
 {
     m_reporter.log(QStringLiteral("try to RunCmdReset..."));
     const ToolRun run = runToolToEnd(program, {QStringLiteral("shcmd"), QStringLiteral("reset")}, toolLimitMs,
-                                     WhenLeaving::CutShort, {}, m_clock);
+                                     OnShutdown::Kill, {}, m_clock);
     switch (run.end) {
     case ToolRun::NotStarted:
         qDebug() << "Failed to start process!";
@@ -170,7 +171,7 @@ bool Flasher::RunCmdReset(const QString &program)
     case ToolRun::Finished:
         m_reporter.log(QStringLiteral("RunCmdReset Done."));
         return true;
-    case ToolRun::CutShort:
+    case ToolRun::Killed:
         m_reporter.log(QStringLiteral("Process did not finish!"));
         return false;
     }

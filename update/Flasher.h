@@ -11,12 +11,12 @@
 
 #include <optional>
 
-/// Runs the SoC vendor's command-line flashers and turns their output into progress. Lives and
-/// runs on the update's thread; every wait ends when the program leaves, and then the child is killed.
+/// Runs the SoC vendor's command-line flashers and converts their output to progress. Lives and runs on the
+/// update's thread. If the program shuts down, all waits end and the flasher is killed.
 class Flasher
 {
 public:
-    /// What is burned, and on which model.
+    /// The image to burn, and the model of the device.
     struct Job
     {
         QString deviceName;
@@ -31,18 +31,18 @@ public:
     /// Runs `program` once on an image and returns a BurnResult. There is no time limit.
     int runFlasher(const QString &program, const QString &imagePath);
 
-    /// Up to ten runs of the USB flasher while it cannot reach the device. Sets *ok to true on
-    /// success and leaves it unchanged otherwise. A device named "USB" is burned even when the
-    /// bootloader entry failed.
+    /// Runs the USB flasher, up to ten times as long as it cannot open the device. Sets `*ok` to true on
+    /// success and leaves it unchanged otherwise. Burns a device named "USB" even if entering the bootloader
+    /// failed.
     void burnWithRetry(bool *ok, bool bootloaderOk);
 
-    /// The same through the HID flasher; returns whether it succeeded.
+    /// Runs the HID flasher in the same way. Returns whether it succeeded.
     bool burnOverHid();
 
-    /// Returns how the last run of a flasher ended; nothing if none was tried.
+    /// Returns the result of the last run of a flasher, or nothing if there was none.
     std::optional<BurnResult> lastResult() const { return m_lastResult; }
 
-    /// Asks `program` to reset the device.
+    /// Runs `program` to reset the device.
     bool RunCmdReset(const QString &program);
 
 private:

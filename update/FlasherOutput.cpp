@@ -8,7 +8,7 @@ struct PartitionMarker
     int percent;
 };
 
-// The first one that a chunk contains counts.
+// If a chunk contains several of them, the first one in this list counts.
 const PartitionMarker partitionMarkers[] = {
     {QLatin1String("Upgrade fwc: image.target.spl"), 16},
     {QLatin1String("Upgrade fwc: image.target.env"), 32},

@@ -6,32 +6,33 @@
 
 #include <optional>
 
-/// What a run of a flasher came to.
+/// The result of a run of a flasher.
 enum BurnResult : int {
     BurnSucceeded = 0,
     BurnWithoutSuccessLine = 1,
     BurnNotStarted = -1,
-    BurnDeviceNotReachable = -3, ///< worth another try
+    BurnDeviceNotReachable = -3, ///< the flasher is run again
 };
 
-/// What one chunk of a flasher's standard output means. A chunk is whatever one read returned: it
-/// may hold several lines or a part of one.
+/// The meaning of one chunk of a flasher's standard output. A chunk is the result of one read: several lines
+/// or a part of one.
 struct FlasherChunk
 {
-    /// Progress values in percent, in the order in which they are to be shown.
+    /// The progress values in percent, in the order in which they are shown.
     QVector<int> progress;
     std::optional<BurnResult> result;
 };
 
+/// Parses one chunk.
 FlasherChunk readFlasherChunk(const QString &text);
 
-/// Puts whole lines together across chunks, for the one thing that the chunk rules would miss: a
-/// verdict that a read boundary cut in two. Carries at most 64 KiB of an unfinished line.
+/// Joins the chunks of a flasher's output to lines and finds verdicts in them, because readFlasherChunk()
+/// misses a verdict that is split between two chunks. Keeps at most 64 KiB of an unfinished line.
 class FlasherLines
 {
 public:
     void feed(const QByteArray &chunk);
-    /// The verdict of the last line that held one, the unfinished last line included.
+    /// Returns the verdict of the last line that contains one; the unfinished last line counts.
     std::optional<BurnResult> verdict() const;
 
 private:

@@ -27,7 +27,7 @@ void LocalFiles::clearDir(const QString &dir)
         qDebug().noquote() << "Directory does not exist:" << dir;
         return;
     }
-    // Links too, wherever they point: what is written next must not go through one.
+    // Links are removed as well, so that nothing is written through one later.
     const QFileInfoList files = folder.entryInfoList(
         QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &file : files) {

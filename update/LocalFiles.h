@@ -3,17 +3,17 @@
 #include <QString>
 #include <QStringList>
 
-/// The few operations on folders that an update needs.
+/// Operations on folders that an update needs.
 namespace LocalFiles {
 
-/// Names of the "*.img" files in `dir`, by name without regard to case.
+/// Returns the names of the "*.img" files in `dir`, sorted by name. Letter case is ignored.
 QStringList listImages(const QString &dir);
 
-/// Deletes the files that lie directly in `dir`, hidden ones included, and the links, whose targets
-/// stay as they are; folders stay.
+/// Deletes the files and links directly in `dir`, including hidden ones. The targets of links and the folders
+/// are kept.
 void clearDir(const QString &dir);
 
-/// Makes sure that the folder exists, with all its parents; returns whether it does.
+/// Creates the folder with all its parents if needed. Returns whether it exists.
 bool ensurePath(const QString &path);
 
 } // namespace LocalFiles

@@ -2,13 +2,13 @@
 
 #include <QString>
 
-/// Knows, or finds out, which model a device is that waits in its bootloader.
+/// Determines the model of a device that waits in its bootloader, for example by asking the user.
 class ModelChooser
 {
 public:
     virtual ~ModelChooser() = default;
 
-    /// Returns the model's name, or an empty text if nobody says. May block the calling thread, which is the
-    /// update's.
+    /// Returns the name of the model, or an empty string if it is not known. May block the calling thread,
+    /// which is the update's.
     virtual QString waitForChoice() = 0;
 };

@@ -1,5 +1,6 @@
 #include "update/ProgramPaths.h"
 
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 
 #include <QCoreApplication>
@@ -23,12 +24,13 @@ UpdatePaths ProgramPaths::update()
             application + QLatin1String("/upgcmd.exe"),
             application + QLatin1String("/upgcmdHid.exe"),
             firmwareManifestUrl(),
-            application + QLatin1String("/qmake/dev.jn")};
+            application + QLatin1String("/qmake/dev.jn"),
+            firmwareKeys()};
 }
 
 QString ProgramPaths::updateLock()
 {
-    // Not in the temporary folder, which the launcher moves: every program of the user finds this one.
+    // Not in the temporary folder, which differs between programs if the launcher has changed it.
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
            QLatin1String("/QuillmarshV3TmpPath.lock");
 }

@@ -8,7 +8,7 @@
 namespace ProgramPaths {
 
 UpdatePaths update();
-/// Returns the file that stores the folder which the file dialog showed last.
+/// Returns the file in which the last folder of the file dialog is stored.
 QString lastDirFile();
 /// Returns the lock file that keeps a second copy of the program from updating; see UpdateLock.
 QString updateLock();

@@ -1,13 +1,13 @@
 #pragma once
 
-/// The picture of the device on the flashing tab, as the flasher runner sees it. Callable from any
-/// thread; nothing blocks.
+/// The interface to the picture of the device on the flashing tab. May be called from any thread; no call
+/// blocks.
 class ProgressPicture
 {
 public:
     virtual ~ProgressPicture() = default;
 
-    /// Announces a progress level in percent.
+    /// Sets the progress level, in percent.
     virtual void setPictureLevel(double percent) = 0;
     virtual void repaintPicture() = 0;
 };

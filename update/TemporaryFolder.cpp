@@ -8,17 +8,17 @@ constexpr quint32 writableByOthers = 0022;
 constexpr quint32 sticky = 01000;
 constexpr quint32 administrator = 0;
 
-/// Whether somebody else may put another folder into the place of those that lie in `around`.
-bool letsOthersReplace(const TemporaryFolder::Entry &around, quint32 user)
+/// Returns whether somebody other than `user` may replace the folders in `parent`.
+bool canOthersReplaceIn(const TemporaryFolder::Entry &parent, quint32 user)
 {
-    if (around.owner != user && around.owner != administrator)
+    if (parent.owner != user && parent.owner != administrator)
         return true;
-    return (around.mode & writableByOthers) != 0 && (around.mode & sticky) == 0;
+    return (parent.mode & writableByOthers) != 0 && (parent.mode & sticky) == 0;
 }
 
 } // namespace
 
-QString TemporaryFolder::reasonNotToTrust(const QString &path, const Entry &folder, const Entry &around,
+QString TemporaryFolder::reasonNotToTrust(const QString &path, const Entry &folder, const Entry &parent,
                                           quint32 user)
 {
     if (folder.kind == Entry::Link)
@@ -33,7 +33,7 @@ QString TemporaryFolder::reasonNotToTrust(const QString &path, const Entry &fold
     if ((folder.mode & writableByOthers) != 0)
         return path +
                QStringLiteral(" can be changed by other users and is not used. Remove it and start again.");
-    if (letsOthersReplace(around, user))
+    if (canOthersReplaceIn(parent, user))
         return path +
                QStringLiteral(" can be replaced by other users and is not used. Set TMPDIR to a folder "
                               "of your own.");
@@ -45,7 +45,7 @@ QString TemporaryFolder::reasonNotToWriteIn(const QString &path)
     QString reason = reasonNotToUse(path);
     if (!reason.isEmpty())
         return reason;
-    // Tried, since what permissions and attributes say of a folder differs between systems.
+    // Tested by creating a file, because the meaning of permissions and attributes differs between systems.
     QTemporaryFile trial(path + QStringLiteral("/trial-XXXXXX"));
     if (!trial.open())
         return path + QStringLiteral(" cannot be written: ") + trial.errorString();

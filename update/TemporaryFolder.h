@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// The folder in which downloads wait to be written to a device, and the folders in it. What lies there is
-/// checked once and handed to a flasher by its path later, so nobody else may be able to change it.
+/// The folder for downloads, and the folders in it. An image is checked there first and passed to a flasher
+/// by its path later, so nobody else must be able to change it in between.
 namespace TemporaryFolder {
 
-/// What the system says of a path itself: a link is not followed.
+/// The properties of a path. They are those of the link if the path is one.
 struct Entry
 {
     enum Kind { Missing, Folder, Link, Other };
@@ -18,22 +18,23 @@ struct Entry
     quint32 mode = 0;
 };
 
-/// Decides whether `user` can rely on what is in the folder at `path`, of which the system says `folder` and
-/// of the folder around it `around`. Returns the reason for the log when not, else an empty text.
-QString reasonNotToTrust(const QString &path, const Entry &folder, const Entry &around, quint32 user);
+/// Checks whether somebody other than `user` can change the contents of the folder `path`, from the
+/// properties of that folder and of its parent folder. Returns the reason not to use it, for the log, or an
+/// empty string.
+QString reasonNotToTrust(const QString &path, const Entry &folder, const Entry &parent, quint32 user);
 
-/// Asks the system. On Windows owner and mode are 0: rights are not expressed in them.
+/// Returns the properties of a path. Owner and mode are always 0 on Windows, which has other access rights.
 Entry entryOf(const QString &path);
 
-/// Makes sure that the folder exists, with all its parents. If it is made, only its owner may enter it.
-/// Returns whether it exists.
+/// Creates the folder with all its parents if needed. Only the owner may access a folder created here.
+/// Returns whether the folder exists.
 bool create(const QString &path);
 
-/// Returns why the folder must not be used as it is now; empty when it may be. On Windows, which gives each
-/// user a temporary folder that other users cannot write, only a link or a file in its place is a reason.
+/// Returns why the folder must not be used in its current state, or an empty string. On Windows, where each
+/// user has a separate temporary folder, the only reasons are a link and a file with this name.
 QString reasonNotToUse(const QString &path);
 
-/// Like reasonNotToUse(), but also returns a reason when no file can be created in the folder.
+/// Like reasonNotToUse(), but also returns a reason if no file can be created in the folder.
 QString reasonNotToWriteIn(const QString &path);
 
 } // namespace TemporaryFolder

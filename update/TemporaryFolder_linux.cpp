@@ -21,9 +21,9 @@ TemporaryFolder::Entry entryFrom(const struct stat &status)
     return entry;
 }
 
-/// The folder around `path`. The way to it may lead through links: those in the name of the system's folder
-/// for temporary files are the administrator's.
-TemporaryFolder::Entry folderAround(const QString &path)
+/// Returns the properties of the parent folder of `path`. Links are followed, because the administrator may
+/// have made the system's temporary folder a link.
+TemporaryFolder::Entry parentOf(const QString &path)
 {
     const QString around = QFileInfo(path).absolutePath();
     struct stat status = {};
@@ -54,5 +54,5 @@ bool TemporaryFolder::create(const QString &path)
 
 QString TemporaryFolder::reasonNotToUse(const QString &path)
 {
-    return reasonNotToTrust(path, entryOf(path), folderAround(path), geteuid());
+    return reasonNotToTrust(path, entryOf(path), parentOf(path), geteuid());
 }

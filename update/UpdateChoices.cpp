@@ -19,7 +19,7 @@ void UpdateChoices::setFound(const ChosenDevice &device, bool bootloaderPresent)
 void UpdateChoices::chooseImage(const FirmwareImage &image)
 {
     write(m_image, image);
-    tellImage();
+    notifyImageWatcher();
 }
 
 void UpdateChoices::useServerImage(const QString &path, const QString &model)
@@ -30,7 +30,7 @@ void UpdateChoices::useServerImage(const QString &path, const QString &model)
             m_imageBefore = m_image;
         m_image = {path, Origin::Server, true, model};
     }
-    tellImage();
+    notifyImageWatcher();
 }
 
 void UpdateChoices::dropServerImage()
@@ -41,16 +41,16 @@ void UpdateChoices::dropServerImage()
             return;
         m_image = m_imageBefore;
     }
-    tellImage();
+    notifyImageWatcher();
 }
 
 UpdateRequest UpdateChoices::request() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return {m_device, m_bootloaderPresent, m_localFileMode, m_image};
+    return {m_device, m_bootloaderPresent, m_localFileMode, m_image, {}, false};
 }
 
-void UpdateChoices::tellImage() const
+void UpdateChoices::notifyImageWatcher() const
 {
     if (m_watcher)
         m_watcher();

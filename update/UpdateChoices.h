@@ -9,41 +9,43 @@
 #include <functional>
 #include <mutex>
 
-/// What the user and the connection monitor have chosen for the next update. A running update works on the
-/// request that it was started with; of the later choices it reads the write type and the restart box.
+/// The choices of the user and the connection monitor for the next update. A running update uses the request
+/// with which it was started, except that it reads the write type and the state of the restart box when it
+/// needs them.
 ///
-/// May be used from any thread. Every access is one short lock.
+/// May be used from any thread. Each access takes a lock for a short time.
 class UpdateChoices
 {
 public:
     ChosenDevice device() const { return read(m_device); }
     bool bootloaderPresent() const { return read(m_bootloaderPresent); }
-    /// Sets at once what one scan of the buses has found. An image that was downloaded for another model is
-    /// dropped.
+    /// Sets the results of a scan of the buses in one step. Drops an image that was downloaded for another
+    /// model.
     void setFound(const ChosenDevice &device, bool bootloaderPresent);
 
     bool localFileMode() const { return read(m_localFileMode); }
     void setLocalFileMode(bool on) { write(m_localFileMode, on); }
 
-    /// Text of the write-type selector: "USB" or "HID".
+    /// The text of the write-type selector: "USB" or "HID".
     QString writeType() const { return read(m_writeType); }
     void setWriteType(const QString &type) { write(m_writeType, type); }
 
-    /// Whether the restart box is checkable: that, not its tick, decides on the reset.
+    /// Whether the restart box is checkable. Intentional: the device is reset if it is, whether it is ticked
+    /// or not.
     bool restartCheckable() const { return read(m_restartCheckable); }
     void setRestartCheckable(bool checkable) { write(m_restartCheckable, checkable); }
 
-    /// Sets who is told that image() has changed, on the thread that changed it. Call it before the first
-    /// update.
+    /// Sets a function that is called after image() has changed, on the thread that changed it. Call it
+    /// before the first update.
     void watchImage(std::function<void()> watcher) { m_watcher = std::move(watcher); }
     /// The image to burn.
     FirmwareImage image() const { return read(m_image); }
-    /// Sets an image that the user picked, or the default one.
+    /// Sets an image that the user has chosen, or the default image.
     void chooseImage(const FirmwareImage &image);
-    /// Sets a downloaded image whose checksum was right.
+    /// Sets a downloaded image whose checksum is correct.
     void useServerImage(const QString &path, const QString &model);
-    /// Goes back to the image that was chosen before the downloaded one. Does nothing if the user has picked
-    /// another meanwhile. Call it before the downloaded file is deleted.
+    /// Restores the image that was set before the downloaded one. Does nothing if the user has chosen another
+    /// image meanwhile. Call it before the downloaded file is deleted.
     void dropServerImage();
 
     /// Returns the request for an update that starts now.
@@ -62,13 +64,13 @@ private:
         const std::lock_guard<std::mutex> lock(m_mutex);
         value = next;
     }
-    void tellImage() const;
+    void notifyImageWatcher() const;
 
     std::function<void()> m_watcher;
     mutable std::mutex m_mutex;
     ChosenDevice m_device;
     FirmwareImage m_image;
-    /// What m_image was before a downloaded image.
+    /// The value of m_image before the downloaded image was set.
     FirmwareImage m_imageBefore;
     QString m_writeType;
     bool m_bootloaderPresent = false;

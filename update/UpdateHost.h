@@ -2,13 +2,13 @@
 
 #include "update/ProgressPicture.h"
 
-/// What the workflow needs of the main widget beyond its reports. Every operation is called from
-/// the update's thread.
+/// The interface through which the workflow uses the main widget, apart from its reports. Called on the
+/// update's thread.
 class UpdateHost : public ProgressPicture
 {
 public:
-    /// Sends the chosen device into its bootloader; returns whether the report was written.
+    /// Restarts the chosen device into its bootloader. Returns whether the report was written.
     virtual bool sendUpdateMode() = 0;
-    /// Hands an IAP device over to the IAP panel; returns false when there is no panel.
+    /// Passes an IAP device to the IAP panel. Returns false if there is no panel.
     virtual bool startIapPanel() = 0;
 };

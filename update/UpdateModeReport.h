@@ -3,15 +3,16 @@
 #include <QByteArray>
 #include <QOperatingSystemVersion>
 
-/// How the update-mode command is laid out in the output report. The number is the command kind
-/// that the log shows.
+/// The layout of the update-mode command in the output report. The value is the kind of command that is
+/// logged.
 enum class ReportLayout {
-    WithReportId = 1, ///< report id 4 leads the command
+    WithReportId = 1, ///< the command begins with report id 4
     Shifted = 2,      ///< Windows 7 and older: the command starts one byte earlier, without the id
 };
 
-/// Only Windows 7 and older takes the shifted layout; every other system takes the one with the id.
+/// Returns the layout for a system: the shifted one for Windows 7 and older, otherwise the one with the id.
 ReportLayout reportLayoutFor(const QOperatingSystemVersion &system);
 
-/// The 513 bytes that send a device into its bootloader; byte 0 is the report id as hidapi expects it.
+/// Returns the 513 bytes that restart a device into its bootloader. Byte 0 is the report id that hidapi
+/// expects.
 QByteArray updateModeReport(ReportLayout layout);

@@ -1,20 +1,23 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
-/// Where an update finds its tools and keeps its files; fixed at start-up.
+/// The paths of an update's tools and files. They do not change after start-up.
 struct UpdatePaths
 {
-    /// The program's own folder; it holds "/qmake".
+    /// The folder of the program; it contains "/qmake".
     QString applicationDir;
-    /// The program's folder below the system's temporary directory; "/qmake" and "/tmp" lie in it.
+    /// The program's folder in the system's temporary directory; it contains "/qmake" and "/tmp".
     QString temporaryFolder;
     QString usbFlasher;
     QString hidFlasher;
-    /// Address of the firmware manifest.
+    /// The address of the firmware manifest.
     QString manifestUrl;
-    /// Where the manifest is stored.
+    /// The file in which the manifest is stored.
     QString savedManifest;
+    /// The keys of which one must have signed an image; see firmwareKeys().
+    QStringList firmwareKeys;
 
     QString downloadedImage() const { return temporaryFolder + QLatin1String("/tmp/dev.img"); }
     QString downloadedIapImage() const { return temporaryFolder + QLatin1String("/tmp/dev.bin"); }

@@ -1,5 +1,6 @@
 #include "update/UpdateWorkflow.h"
 
+#include "update/SignatureCheck.h"
 #include "update/TemporaryFolder.h"
 #include "update/UpdateTitles.h"
 #include "update/md5Check.h"
@@ -48,8 +49,7 @@ UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
         qDebug() << "Run LocalFile Update Model!";
         m_d.reporter.log(QStringLiteral("Run LocalFile Update Model!"));
         m_d.reporter.setStateTitle(UpdateTitles::localFile);
-        m_d.session.useImage(m_request.image.path);
-        return {};
+        return checkLocalImage();
     }
 
     if (!prepareFolders()) {
@@ -59,16 +59,46 @@ UpdateWorkflow::Ending UpdateWorkflow::obtainImage()
     }
     QJsonObject manifest;
     const QString path = m_d.source.fetchFirmware(m_request, &manifest);
-    if (m_d.clock.isLeaving())
+    if (m_d.clock.isShuttingDown())
         return UpdateReason::ProgramClosed;
-    // Check after a failed fetch as well: the empty path fails, and every failed run ends in the same way.
+    // Also checked after a failed fetch: the check of an empty path fails, so that all failed runs end in the
+    // same way.
     if (!md5Check(m_d.reporter).checkMd5(path, manifest, m_d.source.deviceKey())) {
         m_d.reporter.setStateTitle(UpdateTitles::md5Mismatch);
         return path.isEmpty() ? m_d.source.failure() : UpdateReason::ChecksumMismatch;
     }
+    if (const Ending refused = checkServerSignature(path, manifest))
+        return refused;
     m_d.choices.useServerImage(path, m_d.source.deviceKey());
     m_d.session.useImage(path);
     return {};
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::checkLocalImage()
+{
+    const QString &image = m_request.image.path;
+    const UpdateReason reason = SignatureCheck(m_d.reporter, m_d.clock, m_d.paths.firmwareKeys)
+                                    .checkLocalImage(image, m_request.model(), m_request.requireSignature);
+    if (reason == UpdateReason::None)
+        m_d.session.useImage(image);
+    return endingOf(reason);
+}
+
+UpdateWorkflow::Ending UpdateWorkflow::checkServerSignature(const QString &image, const QJsonObject &manifest)
+{
+    return endingOf(SignatureCheck(m_d.reporter, m_d.clock, m_d.paths.firmwareKeys)
+                        .checkServerImage(image, manifest, m_d.source.deviceKey()));
+}
+
+/// Returns how the run ends after a check of its image's signature. A refused image ends it as a wrong sum
+/// does.
+UpdateWorkflow::Ending UpdateWorkflow::endingOf(UpdateReason reason)
+{
+    if (reason == UpdateReason::None)
+        return {};
+    if (reason == UpdateReason::SignatureRefused)
+        m_d.reporter.setStateTitle(UpdateTitles::md5Mismatch);
+    return reason;
 }
 
 bool UpdateWorkflow::prepareFolders()
@@ -91,7 +121,7 @@ bool UpdateWorkflow::prepareFolder(const QString &path)
 UpdateWorkflow::Ending UpdateWorkflow::handOverToIapPanel()
 {
     m_d.reporter.log(QStringLiteral("IAP Dev - Run IAPUpDate Mode!"));
-    // Before the panel is told: it may end the run before this thread continues.
+    // Entered before the panel starts, which may end the run before this thread continues.
     m_d.session.enter(UpdateStage::AskingProgrammer);
     if (m_d.host.startIapPanel())
         return {};
@@ -106,7 +136,7 @@ UpdateReason UpdateWorkflow::writeDevice()
     const QString writeType = m_d.choices.writeType();
     m_d.reporter.log(QLatin1String("Current writeType is: ") + writeType + QLatin1Char('.'));
     const UpdateReason reason = burn(writeType, bootloaderOk);
-    if (m_d.clock.isLeaving())
+    if (m_d.clock.isShuttingDown())
         return UpdateReason::ProgramClosed;
     reportResult(reason == UpdateReason::None, writeType);
     if (!m_d.launch.isAutomatic()) {
@@ -208,7 +238,7 @@ void UpdateWorkflow::end(UpdateReason reason)
 {
     using Afterwards = UpdateSession::Afterwards;
     if (reason == UpdateReason::ProgramClosed) {
-        m_d.session.end(reason, Afterwards::Leaving, {});
+        m_d.session.end(reason, Afterwards::ProgramClosed, {});
         m_d.reporter.log(QStringLiteral("The program was closed before the update had ended."));
     } else if (mustBlock(reason)) {
         m_d.session.end(reason, Afterwards::Blocked, {});
@@ -221,8 +251,9 @@ void UpdateWorkflow::end(UpdateReason reason)
     }
 }
 
-/// Returns whether the end of this run is the end of all. An automatic launch mode tries once more only if
-/// the folders for the image could not be made.
+/// Returns whether no other update may start after this one. An automatic launch mode allows another attempt
+/// only if the update ended before it could do anything, for example because the folders could not be
+/// created.
 bool UpdateWorkflow::mustBlock(UpdateReason reason) const
 {
     return m_d.launch.isAutomatic() && reason != UpdateReason::FolderUnusable &&

@@ -12,12 +12,12 @@
 
 #include <optional>
 
-/// One update from the press of the start button to its end: folders, image, bootloader, flasher,
-/// reset. Runs on a thread of its own and reports everything; it shows no dialog and touches no widget.
+/// One update from the press of the start button to its end: folders, image, bootloader, flasher, reset. Runs
+/// on a thread of its own; it reports through the Reporter and accesses no widget.
 class UpdateWorkflow
 {
 public:
-    /// What the workflow uses. Everything must outlive the run.
+    /// The objects that the workflow uses. They must outlive the run.
     struct Dependencies
     {
         Reporter &reporter;
@@ -32,15 +32,18 @@ public:
 
     UpdateWorkflow(const Dependencies &dependencies, const UpdateRequest &request);
 
-    /// Runs the update that the session has begun, and ends it, unless the IAP panel carries on: then the
-    /// panel ends it. In the automatic launch modes returns only when the program leaves.
+    /// Runs the update that was begun in the session, and ends it. If the IAP panel takes over, the panel
+    /// ends it instead. In the automatic launch modes returns only when the program shuts down.
     void run();
 
 private:
-    /// How a run ended. Empty while it goes on.
+    /// Why the run has ended, or nothing while it continues.
     using Ending = std::optional<UpdateReason>;
 
     Ending obtainImage();
+    Ending checkLocalImage();
+    Ending checkServerSignature(const QString &image, const QJsonObject &manifest);
+    Ending endingOf(UpdateReason reason);
     bool prepareFolders();
     bool prepareFolder(const QString &path);
     Ending handOverToIapPanel();

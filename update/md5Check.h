@@ -5,16 +5,16 @@
 #include <QJsonObject>
 #include <QString>
 
-/// Compares a downloaded file with the sum that the manifest gives for it. Runs on the update's thread.
+/// Compares the checksum of a downloaded file with the one in the manifest. Runs on the update's thread.
 class md5Check
 {
 public:
     explicit md5Check(Reporter &reporter) : m_reporter(reporter) {}
 
-    /// Whether the file's sum equals the manifest's for `deviceKey`, as exact text.
+    /// Returns whether the MD5 of the file is equal, as text, to the one in the manifest for `deviceKey`.
     bool checkMd5(const QString &filePath, const QJsonObject &manifest, const QString &deviceKey);
 
-    /// The file's MD5 in lower-case hexadecimal; empty when it cannot be read.
+    /// Returns the MD5 of the file in lower-case hexadecimal, or an empty string if the file cannot be read.
     static QString fileMd5(const QString &filePath);
 
 private:

@@ -26,6 +26,7 @@ void BackgroundWidget::closeEvent(QCloseEvent *event)
 {
     if (!m_closeAllowed)
         emit sigCloseAsked();
-    // Refusing a close while the program leaves would also delay the end of the user's session.
+    // A refused close would also delay the end of the user's session, so none is refused while the program
+    // shuts down.
     event->setAccepted(m_closeAllowed);
 }

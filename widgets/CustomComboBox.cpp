@@ -10,7 +10,8 @@ namespace {
 
 const char hoverProperty[] = "hover";
 
-// The finer picture is drawn on a fine screen; it has the same size in the widget's pixels.
+// Returns the image with the higher resolution on a high-DPI screen. Its size in device-independent pixels is
+// the same.
 QPixmap arrowImage(bool active, qreal devicePixelRatio)
 {
     const QString name = active ? QStringLiteral(":/images/XLChose") : QStringLiteral(":/images/XL");

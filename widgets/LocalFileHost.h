@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the flashing page needs from the main widget, which decides what local-file mode means.
+/// The interface through which the flashing page uses the main widget.
 class LocalFileHost
 {
 public:

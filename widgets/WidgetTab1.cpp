@@ -17,7 +17,7 @@ constexpr QRect body(15, 115, 178, 125);
 constexpr qreal bodyRadius = 10.0;
 constexpr QSize screenSize(145, 100);
 
-// Nothing marks it on the page.
+// Intentional: the strip is not visible on the page.
 constexpr QRect gestureStrip(709, 305, 51, 16);
 
 } // namespace

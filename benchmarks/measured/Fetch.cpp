@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     Diagnostics::install();
     const QCoreApplication application(argc, argv);
     QuietReporter reporter;
-    ThreadFileDownloader worker(nullptr, nullptr);
+    ThreadFileDownloader worker;
     worker.url = QCoreApplication::arguments().value(1);
     worker.savePath = QCoreApplication::arguments().value(2);
     QFutureWatcher<bool> watcher;

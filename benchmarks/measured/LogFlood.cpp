@@ -2,6 +2,7 @@
 #include "app/window/MainWindowLook.h"
 #include "support/Diagnostics.h"
 #include "support/ShutdownFlag.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 #include "widgets/BackgroundWidget.h"
 
@@ -21,6 +22,11 @@
 QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");
+}
+
+QStringList firmwareKeys()
+{
+    return {};
 }
 
 namespace {

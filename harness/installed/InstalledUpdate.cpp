@@ -8,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTextStream>
 
 namespace {
@@ -20,14 +22,17 @@ struct Options
 {
     QString model;
     QString image;
-    /// Holds whatever both sides see under the same name: the bus, the probe, standard streams.
+    /// A folder with the files that both sides access under the same path: the bus, the probe, standard
+    /// streams.
     QString stage;
-    /// The program's home and user; empty for a Windows program, which Wine's prefix belongs to.
+    /// The program's home and user; empty for a Windows program, whose Wine prefix determines them.
     QString home;
     QString user;
-    /// The bus of Windows programs.
+    /// The controller of the bus for Windows programs.
     QString listedController;
     QStringList command;
+    /// The command starts quillmarsh-cli, not the window.
+    bool withoutWindow = false;
 
     bool isWindows() const { return !listedController.isEmpty(); }
     QString inStage(const char *name) const { return stage + QLatin1Char('/') + QLatin1String(name); }
@@ -39,23 +44,25 @@ Options read(const QStringList &arguments)
         return QCommandLineOption(QLatin1String(name), QLatin1String(description), QStringLiteral("value"));
     };
     const auto model = option("model", "The model of the simulated device.");
-    const auto image = option("image", "What the device has to have received in the end.");
-    const auto stage = option("stage", "A folder that the program sees under the same name.");
-    const auto home = option("home", "The user's home, as the program sees it.");
-    const auto user = option("user", "The number of the user that the program runs as.");
+    const auto image = option("image", "The image that the device must have received in the end.");
+    const auto stage = option("stage", "A folder that the program sees under the same path.");
+    const auto home = option("home", "The home folder of the user, as the program sees it.");
+    const auto user = option("user", "The id of the user as whom the program runs.");
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Updates a simulated device with the program that a command starts."));
     const auto controller = option("listed-controller", "For a Windows program: the controller of its bus.");
-    parser.addOptions({model, image, stage, home, user, controller});
+    const QCommandLineOption cli(QStringLiteral("cli"), QStringLiteral("The command starts quillmarsh-cli."));
+    parser.addOptions({model, image, stage, home, user, controller, cli});
     parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("Starts the installed program."));
     parser.process(arguments);
 
-    return {parser.value(model), parser.value(image),      parser.value(stage),         parser.value(home),
-            parser.value(user),  parser.value(controller), parser.positionalArguments()};
+    return {parser.value(model), parser.value(image),      parser.value(stage),          parser.value(home),
+            parser.value(user),  parser.value(controller), parser.positionalArguments(), parser.isSet(cli)};
 }
 
-/// As the user that the program runs as, whom the bus's files have to obey.
+/// Runs the controller as the same user as the program, because the program must be able to use the bus's
+/// files.
 QStringList controllerOf(const Options &options, const QString &description)
 {
     const QStringList about{QStringLiteral("--description"), description};
@@ -87,7 +94,7 @@ QProcessEnvironment wineEnvironment(const Options &options)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    // The toolkit's own variables reach a Windows program only under this name.
+    // Wine passes variables that begin with "QT_" to a Windows program only if they have this prefix.
     environment.insert(QStringLiteral("WINEQT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
     environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"),
                        QLatin1String("Z:") + options.inStage("probe-port"));
@@ -98,14 +105,52 @@ Launch launchOf(const Options &options, const QString &display)
 {
     QProcessEnvironment environment =
         options.isWindows() ? wineEnvironment(options) : linuxEnvironment(options);
-    environment.insert(QStringLiteral("DISPLAY"), display);
+    if (!display.isEmpty())
+        environment.insert(QStringLiteral("DISPLAY"), display);
     QStringList command = options.command;
     const QString program = command.takeFirst();
     const QString folder = options.isWindows() ? QFileInfo(command.constLast()).path() : options.stage;
     return {program, command, folder, environment, options.inStage("stdout"), options.inStage("stderr")};
 }
 
-/// What a person does and sees; empty when all went well.
+QString burnProblem(const Options &options, BusSession &bus)
+{
+    const QString burned = options.inStage("burned.img");
+    const QByteArray expected = WholeFile::read(options.image);
+    if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
+        return QStringLiteral("the device has not received the server's image");
+    return {};
+}
+
+/// Runs quillmarsh-cli, which must end with 0. Returns its last event; empty if it failed.
+QJsonObject lastEventOf(const QString &command, const Options &options, BusSession &bus)
+{
+    Launch launch = launchOf(options, QString());
+    launch.arguments += QStringList{command, QStringLiteral("--json")};
+    if (!bus.run(launch) || bus.waitForExit(updateLimitMs) != 0)
+        return {};
+    const QByteArray output = WholeFile::read(options.inStage("stdout")).trimmed();
+    return QJsonDocument::fromJson(output.mid(output.lastIndexOf('\n') + 1)).object();
+}
+
+/// Updates the device as another program does with quillmarsh-cli. Returns the problem, or an empty string.
+QString updateWithoutWindow(const Options &options, BusSession &bus)
+{
+    const auto said = [&options] {
+        return QString::fromUtf8(WholeFile::read(options.inStage("stdout")).right(1000) +
+                                 WholeFile::read(options.inStage("stderr")).right(1000));
+    };
+    const QJsonObject device = lastEventOf(QStringLiteral("list"), options, bus);
+    if (device.value(QLatin1String("model")) != options.model ||
+        device.value(QLatin1String("state")) != QLatin1String("ready"))
+        return QStringLiteral("the device is not listed: ") + said();
+    const QJsonObject result = lastEventOf(QStringLiteral("update"), options, bus);
+    if (result.value(QLatin1String("outcome")) != QLatin1String("succeeded"))
+        return QStringLiteral("the update did not succeed: ") + said();
+    return burnProblem(options, bus);
+}
+
+/// Updates the device as a user would. Returns the problem, or an empty string.
 QString update(const Options &options, BusSession &bus, ProbeClient &probe)
 {
     const QString start = QStringLiteral("startButton");
@@ -117,12 +162,11 @@ QString update(const Options &options, BusSession &bus, ProbeClient &probe)
     const QString title = probe.text(QStringLiteral("stateTitleLabel"));
     if (title != QLatin1String("CurrentStatus: Upgrade Successful"))
         return QStringLiteral("the title is ") + title;
-    const QString burned = options.inStage("burned.img");
-    const QByteArray expected = WholeFile::read(options.image);
-    if (!bus.saveImage(options.model, burned) || expected.isEmpty() || WholeFile::read(burned) != expected)
-        return QStringLiteral("the device has not received the server's image");
+    const QString problem = burnProblem(options, bus);
+    if (!problem.isEmpty())
+        return problem;
     if (!probe.close(QStringLiteral("BackgroundWidget")) || bus.waitForExit(closeLimitMs) != 0)
-        return QStringLiteral("the window's close did not end the program with 0");
+        return QStringLiteral("the program did not end with 0 when its window was closed");
     return {};
 }
 
@@ -132,12 +176,15 @@ QString run(const Options &options)
     if (!WholeFile::write(description, ModelOnBus::describe({ModelOnBus::application(options.model)})))
         return QStringLiteral("cannot write ") + description;
 
+    BusSession bus;
+    if (!bus.startController(controllerOf(options, description)))
+        return bus.errorText();
+    if (options.withoutWindow)
+        return updateWithoutWindow(options, bus);
     XvfbSession display;
     if (!display.start())
         return display.errorText();
-    BusSession bus;
-    if (!bus.startController(controllerOf(options, description)) ||
-        !bus.run(launchOf(options, display.display())))
+    if (!bus.run(launchOf(options, display.display())))
         return bus.errorText();
     ProbeClient probe;
     if (!probe.connectThrough(options.inStage("probe-port"), startLimitMs))

@@ -4,12 +4,12 @@
 
 class QWidget;
 
-/// Finding widgets of the running program. GUI thread only; the program owns what is returned.
+/// Finds widgets of the running program, which owns them. GUI thread only.
 namespace ObjectLookup {
 
-/// The widget that `name` means, null when there is none: by "window:<title>" a visible top-level
-/// window, by object name, or by class name when no object has that name. A visible widget goes
-/// before hidden ones.
+/// Returns the widget with this name, or null. "window:<title>" finds a visible top-level window; any other
+/// name is an object name or, if no object has it, a class name. Visible widgets are preferred to hidden
+/// ones.
 QWidget *find(const QString &name);
 
 } // namespace ObjectLookup

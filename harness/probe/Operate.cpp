@@ -37,7 +37,7 @@ bool isBlocked(const QWidget &widget)
     return modal && modal->window() != widget.window();
 }
 
-/// What of the screen shows none of the program's windows.
+/// Returns the region of the screen that is not covered by windows of the program.
 QRegion background(const QScreen &screen)
 {
     QRegion rest(screen.geometry());
@@ -82,9 +82,9 @@ QJsonObject clickAt(QWidget &widget, const QPoint &place, Qt::MouseButton button
         {{QLatin1String("enabled"), widget.isEnabled()}, {QLatin1String("blocked"), isBlocked(widget)}});
 }
 
-/// Where a left click surely changes a button: check boxes react on their indicator and text only,
-/// and these stand at the left.
-QPoint sensitivePlace(const QAbstractButton &button)
+/// Returns a point at which a left click toggles the button. Check boxes react only to clicks on their
+/// indicator and text, which are at the left.
+QPoint clickablePoint(const QAbstractButton &button)
 {
     const QPoint middle = button.rect().center();
     return button.inherits("QCheckBox") || button.inherits("QRadioButton")
@@ -118,7 +118,7 @@ QJsonObject Operate::click(QWidget &widget, const QJsonObject &request)
 {
     QPoint place = widget.rect().center();
     if (const auto *button = qobject_cast<const QAbstractButton *>(&widget))
-        place = sensitivePlace(*button);
+        place = clickablePoint(*button);
     place.setX(request.value(QLatin1String("x")).toInt(place.x()));
     place.setY(request.value(QLatin1String("y")).toInt(place.y()));
     return clickAt(widget, place, buttonOf(request.value(QLatin1String("button")).toString()));
@@ -131,7 +131,7 @@ QJsonObject Operate::check(QWidget &widget, const QJsonObject &request)
         return Answer::failure(QStringLiteral("cannot be checked: ") + describe(&widget));
     if (button->isChecked() == request.value(QLatin1String("checked")).toBool(true))
         return Answer::success();
-    return clickAt(widget, sensitivePlace(*button), Qt::LeftButton);
+    return clickAt(widget, clickablePoint(*button), Qt::LeftButton);
 }
 
 QJsonObject Operate::close(QWidget &widget)

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Owned by the application, which deletes it last of all; by then its sockets have to be closed.
+/// Owned by the application, which deletes it last. Its sockets must be closed before that.
 ProbeServer *runningServer = nullptr;
 
 void stopServer()
@@ -18,8 +18,8 @@ void stopServer()
 
 } // namespace
 
-/// What the toolkit loads for QT_QPA_GENERIC_PLUGINS=quillprobe, while it builds the application
-/// object. The port goes to the file that QUILLMARSH_PROBE_PORT_FILE names.
+/// The plugin that Qt loads for QT_QPA_GENERIC_PLUGINS=quillprobe while it creates the application object.
+/// Writes the probe's port to the file named by QUILLMARSH_PROBE_PORT_FILE.
 class ProbePlugin : public QGenericPlugin
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
             std::fputs("quillprobe: QUILLMARSH_PROBE_PORT_FILE is not set\n", stderr);
             return nullptr;
         }
-        // The program's children inherit the environment and must not take the file over.
+        // The program's child processes inherit the environment and must not overwrite the file.
         qunsetenv("QUILLMARSH_PROBE_PORT_FILE");
         qunsetenv("QT_QPA_GENERIC_PLUGINS");
         runningServer = new ProbeServer(portFile);

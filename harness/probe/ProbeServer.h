@@ -1,12 +1,12 @@
 #pragma once
 
-#include "harness/probe/ProbeDialogue.h"
+#include "harness/probe/ProbeRequestHandler.h"
 #include "simulator/jsonlines/JsonLineServer.h"
 
 #include <QObject>
 
-/// Answers the probe's requests on a loopback port that the system chooses. The port is written, as text,
-/// to the file named on construction.
+/// Answers the probe's requests on a loopback port that the system chooses. The constructor writes the port
+/// as text to a file.
 class ProbeServer : public QObject
 {
 public:
@@ -16,6 +16,6 @@ public:
     void stop() { m_server.stop(); }
 
 private:
-    ProbeDialogue m_dialogue;
+    ProbeRequestHandler m_handler;
     JsonLineServer m_server;
 };

@@ -21,7 +21,7 @@ QJsonArray globalGeometry(const QWidget &widget)
     return rectangle(QRect(widget.mapToGlobal(QPoint(0, 0)), widget.size()));
 }
 
-/// What the user reads on the widget, whichever property its class keeps it in.
+/// Returns the text that the user reads on the widget. The property that contains it depends on the class.
 QString shownText(const QWidget &widget)
 {
     for (const char *property : {"plainText", "currentText", "text", "title", "windowTitle"}) {

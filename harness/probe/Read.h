@@ -4,14 +4,15 @@
 
 class QWidget;
 
-/// What the probe tells of widgets. Nothing here changes the program's state.
+/// Describes widgets for the probe, without changing the state of the program.
 namespace Read {
 
-/// Class, state, texts and global geometry of one widget; only what its class has.
+/// Returns class, state, texts and global geometry of a widget, as far as its class has them.
 QJsonObject widget(const QWidget &widget);
-/// {"windows":[..]}: the visible top-level windows; message boxes with text and buttons.
+/// Returns {"windows":[..]} with the visible top-level windows; message boxes have their text and buttons.
 QJsonObject windows();
-/// {"widgets":[..]}: class, object name, parent's object name and visibility of every widget.
+/// Returns {"widgets":[..]} with class, object name, object name of the parent, and visibility of each
+/// widget.
 QJsonObject tree();
 
 } // namespace Read

@@ -2,20 +2,20 @@
 
 #include <QProcess>
 
-/// A process that is bound to this one, so that a test that is killed leaves nothing behind: it
-/// ends when the thread that started it ends, and what it has started itself can be killed with it.
+/// A process that does not outlive this one, so that a killed test leaves no processes behind. It ends when
+/// the thread that started it ends, and it can be killed together with its child processes.
 class BoundProcess : public QProcess
 {
 public:
     BoundProcess();
 
-    /// Starts `program` and waits until it runs, at most `limitMs` of running time.
+    /// Starts `program` and waits until it runs, for at most `limitMs` of running time.
     bool startAndWait(const QString &program, const QStringList &arguments, int limitMs);
-    /// Its id, also after its end.
+    /// Returns the process id, also after the process has ended.
     qint64 leaderId() const { return m_leaderId; }
-    /// Whether it runs, without an event loop that would tell of its end.
+    /// Returns whether the process is running. Does not need an event loop to notice its end.
     bool isRunning();
-    /// Kills what is left of the process and of what it has started.
+    /// Kills the process and its child processes, as far as they are still running.
     void killAll();
 
 protected:

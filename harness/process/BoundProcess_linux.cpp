@@ -6,7 +6,7 @@
 
 BoundProcess::BoundProcess() = default;
 
-// Between fork and exec: only what is async-signal-safe.
+// Runs between fork and exec: only async-signal-safe functions are allowed.
 void BoundProcess::setupChildProcess()
 {
     ::setpgid(0, 0);

@@ -3,25 +3,25 @@
 #include <QVector>
 
 #include <windows.h>
-// After the header that it builds on.
+// This header needs windows.h, so it comes after it.
 #include <tlhelp32.h>
 
 namespace {
 
-/// Puts this process into a job that is closed, and so ends everybody in it, when this process
-/// ends. Whatever it starts is in the job from its first instruction on.
+/// Puts this process into a job whose processes are all killed when this process ends. Child processes belong
+/// to the job from their first instruction on.
 bool joinJob()
 {
     const HANDLE job = CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    // The handle stays open on purpose: the system closes it with the process.
+    // Intentional: the handle stays open until the system closes it at the end of the process.
     return job && SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits) &&
            AssignProcessToJobObject(job, GetCurrentProcess());
 }
 
-/// The process and, behind it, whom it has started and they in turn.
-QVector<DWORD> familyOf(DWORD leader)
+/// Returns the process, followed by its children and their children.
+QVector<DWORD> processTreeOf(DWORD leader)
 {
     QVector<DWORD> family{leader};
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
@@ -48,14 +48,14 @@ BoundProcess::BoundProcess()
         qWarning("No job for child processes: they may outlive this one.");
 }
 
-// Never called: there is no moment between fork and exec here.
+// Never called, because Windows has no fork and exec.
 void BoundProcess::setupChildProcess() {}
 
 void BoundProcess::killAll()
 {
     if (m_leaderId <= 0)
         return;
-    const QVector<DWORD> family = familyOf(static_cast<DWORD>(m_leaderId));
+    const QVector<DWORD> family = processTreeOf(static_cast<DWORD>(m_leaderId));
     for (const DWORD member : family) {
         if (const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, member)) {
             TerminateProcess(process, 1);

@@ -33,7 +33,7 @@ QByteArray ChildProcess::waitForFirstLine(int limitMs)
     QByteArray line;
     pollUntil(
         [&] {
-            const bool ended = !isRunning(); // Asked first: what it wrote before its end counts.
+            const bool ended = !isRunning(); // Checked before reading, so that no output is missed.
             const QByteArray output = contents("stdout");
             line = output.left(output.indexOf('\n') + 1);
             return ended || !line.isEmpty();
@@ -79,6 +79,14 @@ bool ChildProcess::end(int graceMs)
         m_process.killAll();
     }
     return endedByItself;
+}
+
+void ChildProcess::kill()
+{
+    if (!isRunning())
+        return;
+    m_process.killAll();
+    waitForEnd(m_process, terminateLimitMs);
 }
 
 QString ChildProcess::errorText() const

@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 
 /// A helper process of the test harness with an open standard input. Its output goes to files, so that it
-/// never waits for a reader and nobody has to run an event loop. The destructor ends it.
+/// never blocks and its owner needs no event loop. The destructor ends it.
 class ChildProcess
 {
 public:
@@ -17,24 +17,28 @@ public:
     ChildProcess(const ChildProcess &) = delete;
     ChildProcess &operator=(const ChildProcess &) = delete;
 
-    /// Starts `command` (program, then arguments) with `environment`. False: see errorText().
+    /// Starts `command` (program, then arguments) with `environment`. Returns false on failure; see
+    /// errorText().
     bool start(const QStringList &command,
                const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
-    /// Waits for the first whole line of the standard output; empty when the process ended or
-    /// `limitMs` passed before it came.
+    /// Waits for the first complete line of standard output. Returns an empty line if the process ends or
+    /// `limitMs` pass before.
     QByteArray waitForFirstLine(int limitMs = eventLimitMs);
-    /// The same for a line that is a JSON object with a "port"; empty when none came.
+    /// Like waitForFirstLine(), for a line that is a JSON object with a "port". Returns an empty object on
+    /// failure.
     QJsonObject waitForReadyLine(int limitMs = eventLimitMs);
-    /// That line's port alone; 0 when none came.
+    /// Like waitForReadyLine(), but returns only the port; 0 on failure.
     quint16 waitForPort(int limitMs = eventLimitMs);
 
     bool isRunning() { return m_process.isRunning(); }
     qint64 processId() const { return m_process.leaderId(); }
-    /// Closes the standard input and gives the process `graceMs` to end; then terminates it, then
-    /// kills it and its process group. Returns whether it ended by itself.
+    /// Closes standard input and gives the process `graceMs` to end; then terminates it, then kills it and
+    /// its process group. Returns whether it ended by itself.
     bool end(int graceMs);
+    /// Kills the process and its process group at once.
+    void kill();
 
-    /// What went wrong last, with the end of the process's standard error.
+    /// Returns the last error, with the end of the process's standard error.
     QString errorText() const;
 
 private:

@@ -4,13 +4,13 @@
 #include <QString>
 #include <QStringList>
 
-/// How the program under test is to be started. The paths are absolute.
+/// The command, folder and environment with which the program under test is started. The paths are absolute.
 struct Launch
 {
     QString program;
     QStringList arguments;
     QString workingDirectory;
-    /// All of it; nothing is inherited but what a simulated bus needs to be seen.
+    /// The whole environment. Nothing is inherited; only a simulated bus adds the variables that it needs.
     QProcessEnvironment environment;
     QString stdoutFile;
     QString stderrFile;

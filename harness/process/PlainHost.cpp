@@ -40,7 +40,7 @@ void PlainHost::killProgram()
 {
     if (!m_process || m_process->state() == QProcess::NotRunning)
         return;
-    // Together with its leader: once that is gone, its number could be another's.
+    // Kills the process group while its leader exists: afterwards the id could belong to another process.
     m_process->killAll();
     m_process->kill();
     waitForEnd(*m_process, eventLimitMs);

@@ -5,8 +5,9 @@
 #include <QProcess>
 #include <QThread>
 
-/// Asks `condition` every `stepMs` until it holds or `limitMs` of running time have passed; returns
-/// whether it held. Runs no event loop. The condition is asked at least once, and once more at the end.
+/// Evaluates `condition` every `stepMs` until it is true or `limitMs` of running time have passed. Returns
+/// whether it was true. Runs no event loop. The condition is evaluated at least once, and once more at the
+/// end.
 template <typename Condition>
 bool pollUntil(const Condition &condition, int limitMs = eventLimitMs, unsigned long stepMs = 10)
 {
@@ -19,7 +20,7 @@ bool pollUntil(const Condition &condition, int limitMs = eventLimitMs, unsigned 
     return true;
 }
 
-/// Waits until `process` has ended, at most `limitMs` of running time; returns whether it has.
+/// Waits until `process` has ended, for at most `limitMs` of running time. Returns whether it has.
 inline bool waitForEnd(QProcess &process, int limitMs = eventLimitMs)
 {
     return waitInShortSteps(
@@ -27,8 +28,8 @@ inline bool waitForEnd(QProcess &process, int limitMs = eventLimitMs)
         limitMs);
 }
 
-/// Waits until `process` has started, at most `limitMs` of running time; returns whether it runs, or has
-/// run and ended.
+/// Waits until `process` has started, for at most `limitMs` of running time. Returns whether it has; it may
+/// have ended since.
 inline bool waitForStart(QProcess &process, int limitMs = eventLimitMs)
 {
     waitInShortSteps(

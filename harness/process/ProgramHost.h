@@ -5,16 +5,16 @@
 
 #include <optional>
 
-/// What starts the program under test and knows how it ended.
+/// Starts the program under test and determines how it ended.
 class ProgramHost
 {
 public:
     struct State
     {
         bool running = false;
-        /// Set once it has ended by itself.
+        /// Set once the program has ended by itself.
         std::optional<int> exitCode;
-        /// It was ended by a signal: crashed or killed.
+        /// Whether it was ended by a signal, that is, has crashed or was killed.
         bool signalled = false;
     };
 
@@ -25,6 +25,7 @@ public:
     virtual void killProgram() = 0;
     virtual QString errorText() const = 0;
 
-    /// The exit code; none when it still runs after `limitMs` or was ended by a signal.
+    /// Waits for the end of the program. Returns its exit code, or nothing if it is still running after
+    /// `limitMs` or was ended by a signal.
     std::optional<int> waitForExit(int limitMs = eventLimitMs);
 };

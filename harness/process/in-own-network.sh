@@ -2,15 +2,16 @@
 # in-own-network.sh COMMAND [ARGUMENT...]
 #
 # Runs a command in a network namespace of its own, in which only loopback is up, so that programs
-# with a fixed port can run side by side. Where the system permits no namespace, or QUILLMARSH_NO_NAMESPACE
-# is set, such commands take turns instead. In the namespace QUILLMARSH_OWN_MOUNTS is set: nobody else sees
-# what is mounted there. Exits with the command's exit code; with 125 when the network could not be set up.
+# with a fixed port can run side by side. If the system does not allow namespaces, or QUILLMARSH_NO_NAMESPACE
+# is set, such commands run one after the other instead. QUILLMARSH_OWN_MOUNTS is set inside the namespace:
+# what is mounted there is invisible outside. Exits with the command's exit code, or with 125 if the network
+# could not be set up.
 
 [ $# -gt 0 ] || { echo "usage: in-own-network.sh COMMAND [ARGUMENT...]" >&2; exit 125; }
 
-# The names of X displays are taken in the network namespace and in /tmp/.X11-unix: with a folder of its
-# own, too, a display server started inside cannot take another's name away. The socket of the display that
-# DISPLAY names stays, so that a person's own display can still be reached.
+# X displays have their names in the network namespace and in /tmp/.X11-unix. A folder of its own keeps a
+# display server inside from using the name of one outside. The socket of the display that DISPLAY names is
+# kept, so that the user's display can still be used.
 enter='
 ip link set lo up || exit 125
 [ -d /tmp/.X11-unix ] || mkdir -m 1777 /tmp/.X11-unix 2>/dev/null
@@ -35,5 +36,5 @@ for as in "" "--user --map-current-user --keep-caps" "--user --map-root-user"; d
     fi
 done
 
-# Closed for the command: what it leaves running must not keep the others waiting.
+# The command does not inherit the lock: processes that it leaves running must not block the others.
 exec flock --close --conflict-exit-code 125 "${TMPDIR:-/tmp}/quillmarsh-own-network.lock" "$@"

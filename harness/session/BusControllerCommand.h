@@ -12,5 +12,5 @@ inline QStringList busControllerArguments(const QString &file, BusFile kind)
     return {kind == BusFile::Report ? QStringLiteral("--report") : QStringLiteral("--description"), file};
 }
 
-/// The command that starts the controller of the simulated bus on this platform.
+/// Returns the command that starts the controller of the simulated bus on this platform.
 QStringList busControllerCommand(const QString &file, BusFile kind = BusFile::Description);

@@ -4,6 +4,6 @@
 
 QStringList busControllerCommand(const QString &file, BusFile kind)
 {
-    // Without a wrapper: there is no preloading here that it could arrange.
+    // Without a wrapper script, because nothing has to be preloaded on Windows.
     return QStringList{BuildPaths::listedBusController()} + busControllerArguments(file, kind);
 }

@@ -41,9 +41,9 @@ QString BusSession::errorText() const
 
 bool BusSession::run(const Launch &launch)
 {
-    // Started from here, not by the controller: that has threads, and a fork of it can hang.
+    // Started by this process, because a fork of the controller, which has several threads, may hang.
     Launch onBus = launch;
-    // The program may have a library of a test preloaded, beside the bus.
+    // A test may preload a library of its own in addition to those of the bus.
     const QString preload = QStringLiteral("LD_PRELOAD");
     const QString ownPreload = onBus.environment.value(preload);
     for (auto variable = m_busEnvironment.begin(); variable != m_busEnvironment.end(); ++variable)

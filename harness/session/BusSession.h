@@ -5,8 +5,8 @@
 #include "simulator/bus/BusClient.h"
 #include "simulator/time/RunningTime.h"
 
-/// A simulated bus, and the program under test on it. The bus outlives the program: the destructor
-/// kills a program that still runs, and then asks the controller to end. One program at a time.
+/// A simulated bus with the program under test on it, one program at a time. The bus outlives the program:
+/// the destructor kills a program that is still running and then ends the controller.
 class BusSession : public ProgramHost
 {
 public:
@@ -14,30 +14,31 @@ public:
 
     /// Starts the controller of this platform on a bus description.
     bool start(const QString &descriptionFile);
-    /// Starts another controller that speaks the same protocol.
+    /// Starts another controller with the same protocol.
     bool startController(const QStringList &command);
-    /// The variables that put a program onto the bus, by name.
+    /// Returns the environment variables with which a program sees the bus, by name.
     const QJsonObject &environment() const { return m_busEnvironment; }
 
     bool run(const Launch &launch) override;
     State programState() override;
     void killProgram() override;
     QString errorText() const override;
-    /// The id of the program's process; 0 before the first.
+    /// Returns the id of the program's process; 0 before the first start.
     qint64 programId() const { return m_program.processId(); }
 
-    /// All that a controller can be asked for; the functions below are the part of it that most need.
+    /// Returns the client with all requests to the controller. The functions below call the most frequent
+    /// ones.
     BusClient &client() { return m_client; }
-    /// Everything that the controller tells; empty without an answer.
+    /// Returns the whole state of the bus; empty if there is no answer.
     QJsonObject state() { return m_client.state(); }
-    /// The fields of one device; empty when there is none of that key.
+    /// Returns the fields of one device; empty if there is no device with that key.
     QJsonObject device(const QString &key) { return m_client.device(key); }
     /// Waits until the device is in `state`: "application", "bootloader" or "absent".
     bool waitForDevice(const QString &key, const QString &state, int limitMs = eventLimitMs);
     bool plug(const QString &key) { return m_client.plug(key); }
     bool plugBootloader(const QString &key) { return m_client.plugBootloader(key); }
     bool unplug(const QString &key) { return m_client.unplug(key); }
-    /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.
+    /// Changes "onReport", "onReset" or "writes" of a device; `changes` has the form of a bus description.
     bool setReportAnswer(const QString &key, const QJsonObject &changes)
     {
         return m_client.setReportAnswer(key, changes);

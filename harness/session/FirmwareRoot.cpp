@@ -13,7 +13,7 @@ const QLatin1String firmwarePath("/Tessilonix/firmware/");
 
 QByteArray pseudoRandom(int size, quint32 seed)
 {
-    // The engine's numbers are fixed by the language; a distribution's would not be.
+    // The C++ standard defines the numbers of this engine, but not those of a distribution.
     std::mt19937 engine(seed);
     QByteArray bytes(size, '\0');
     for (char &byte : bytes)

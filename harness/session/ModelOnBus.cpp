@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Where the node's name has no marker the interface's number or the collection's ordinal tells the same.
+/// On systems whose paths do not contain the marker, the number of the interface or the ordinal of the
+/// collection has the same meaning.
 QJsonArray markedInterfaces(const QString &model, const char *marker, int collection)
 {
     const auto node = [&](const char *mark) {

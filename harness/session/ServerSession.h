@@ -6,8 +6,8 @@
 class ServerSession
 {
 public:
-    /// Serves `folder` on a loopback port, 0 for one that the system chooses. `faults` are the
-    /// server's own fault descriptions.
+    /// Serves `folder` on a loopback port; with port 0 the system chooses one. `faults` are fault
+    /// descriptions of the server.
     bool start(const QString &folder, quint16 port, const QStringList &faults = {});
     void end();
 

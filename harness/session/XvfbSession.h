@@ -4,20 +4,20 @@
 
 #include <QSize>
 
-/// A display of one's own. The display server chooses its number itself, so that any number of
-/// sessions may start at once. The destructor ends it.
+/// A separate X display. The display server chooses its number itself, so that several sessions can start at
+/// the same time. The destructor ends it.
 class XvfbSession
 {
 public:
     bool start(const QSize &screen = QSize(1280, 900), int depth = 24);
-    /// Takes the display that this process has instead of starting one, for watching with one's
-    /// own eyes. False when it has none.
+    /// Uses the display of this process instead of starting one, so that people can watch. Returns false if
+    /// it has none.
     bool useExistingDisplay();
 
-    /// For the environment variable DISPLAY; empty before a successful start.
+    /// Returns the value for the environment variable DISPLAY; empty before a successful start.
     QString display() const { return m_display; }
-    /// For the environment variable XAUTHORITY, since the program has another home folder than the person;
-    /// empty for a display that was started here, which needs no cookie.
+    /// Returns the value for the environment variable XAUTHORITY, which is needed because the program has a
+    /// home folder of its own. Empty for a display that was started here, which needs no cookie.
     QString authority() const { return m_authority; }
     qint64 processId() const { return m_server.processId(); }
     void end();

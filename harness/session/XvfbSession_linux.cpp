@@ -8,15 +8,15 @@ namespace {
 bool XvfbSession::start(const QSize &screen, int depth)
 {
     const QString geometry = QStringLiteral("%1x%2x%3").arg(screen.width()).arg(screen.height()).arg(depth);
-    // -noreset: else the server starts over when the last program leaves, and the next one can
-    // come just then.
+    // -noreset: otherwise the server resets when the last client disconnects, and the next one may connect at
+    // that moment.
     const QStringList command{
         QStringLiteral("Xvfb"),    QStringLiteral("-displayfd"), QStringLiteral("1"),
         QStringLiteral("-screen"), QStringLiteral("0"),          geometry,
         QStringLiteral("-dpi"),    QStringLiteral("96"),         QStringLiteral("-nolisten"),
         QStringLiteral("tcp"),     QStringLiteral("-noreset")};
-    // Servers of other network namespaces may choose the same number, and then they compile their
-    // keyboards into the same file: one of them can find it half written, and gives up.
+    // Servers in other network namespaces may choose the same number. They then compile their keyboard maps
+    // to the same file, and one of them may find it half-written and fail.
     QByteArray number;
     for (int tries = 0; tries < 3 && number.isEmpty(); ++tries) {
         if (m_server.start(command))

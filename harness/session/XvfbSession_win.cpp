@@ -1,17 +1,17 @@
 #include "harness/session/XvfbSession.h"
 
-// A session's display is the one that its user is logged in on; another cannot be started. What
-// has to run without it draws off screen.
+// On Windows there is only the display of the user's session; no other can be started. Programs that must not
+// use it draw off screen.
 
 bool XvfbSession::start(const QSize & /*screen*/, int /*depth*/)
 {
-    m_error = QStringLiteral("there is no display of one's own to start on this platform");
+    m_error = QStringLiteral("no separate display can be started on this platform");
     return false;
 }
 
 bool XvfbSession::useExistingDisplay()
 {
-    m_error = QStringLiteral("the display of this platform has no name that a program could be given");
+    m_error = QStringLiteral("the display of this platform has no name that could be passed to a program");
     return false;
 }
 

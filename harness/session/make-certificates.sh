@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Makes an authority for tests in a folder (authority.key, authority.crt), and NAME.key and NAME.crt for each
-# certificate wanted.
+# Creates a certificate authority for tests in a folder (authority.key, authority.crt), and NAME.key and
+# NAME.crt for each certificate.
 # Usage: make-certificates.sh FOLDER [NAME:HOST:DAYS...]
-# DAYS is how long it is valid from now on, negative when it has expired; "self" makes one that nobody has
-# signed. By default these are what nginx-configuration.sh serves with.
+# DAYS is the validity from now on; a negative value creates an expired certificate, "self" a self-signed one.
+# By default creates the certificates that nginx-configuration.sh needs.
 set -euo pipefail
 mkdir -p "$1"
 cd "$1"
@@ -17,7 +17,7 @@ signed() {
     openssl req -new -key "$1.key" -subj "/CN=$2" -out "$1.csr"
     openssl x509 -req -in "$1.csr" -CA authority.crt -CAkey authority.key -set_serial 7 -days "$3" \
         -extfile <(echo "subjectAltName=DNS:$2") -out "$1.crt"
-    # Wine finds an issuer that is trusted in the client alone only where the server sends it along.
+    # Wine needs the server to send the issuer, even if the client trusts it.
     cat authority.crt >>"$1.crt"
 }
 make_all() {
@@ -35,7 +35,7 @@ make_all() {
         fi
     done
 }
-# openssl is verbose: print its messages only when something went wrong.
+# openssl is verbose: print its messages only after an error.
 set +e
 (make_all "$@") 2>openssl.log
 made=$?

@@ -1,23 +1,22 @@
 #!/usr/bin/env bash
-# Prints a configuration with which nginx serves the folder "served" of its prefix, in one process that stays
-# in the foreground. It writes its requests to access.log, and its process id to nginx.pid once it has bound
+# Prints a configuration with which nginx serves the folder "served" in its prefix, in one process in the
+# foreground. nginx logs its requests to access.log and writes its process id to nginx.pid once it has bound
 # all ports.
 # Usage: nginx-configuration.sh [ADDRESS:PORT] [FIRST_TLS_PORT]
-# The first is for http. The second is the first of four ports on loopback for https, with the certificates
-# of make-certificates.sh: one of the authority, one that has expired, one for another host, and one that
-# nobody has signed. There a path that begins with "/to-self-signed/" or "/to-plain/" is redirected to that
-# server.
+# The first argument is for http. The second is the first of four ports on loopback for https, with the
+# certificates of make-certificates.sh: a valid one, an expired one, one for another host, and a self-signed
+# one. Over https, a path that begins with "/to-self-signed/" or "/to-plain/" is redirected to that server.
 set -euo pipefail
 plain='' tls=''
 for wanted; do
     case $wanted in *:*) plain=$wanted ;; *) tls=$wanted ;; esac
 done
 
-# Redirects what is below the folder /NAME/ to ADDRESS.
+# Redirects all paths below /NAME/ to ADDRESS.
 redirect() { echo "location /$1/ { rewrite ^/$1(/.*) $2\$1 redirect; }"; }
 
-# When root starts it, also as the root of a user namespace, it would give its folders to a user who cannot read
-# them or does not exist there. For other users the line "user" has no effect but a warning.
+# Without "user", nginx started by root (also of a user namespace) would give its folders to a user who cannot
+# read them or does not exist there. For other users the line only causes a warning.
 echo 'daemon off; master_process off; user root; pid nginx.pid;'
 echo 'events { worker_connections 64; }'
 echo 'http { access_log access.log; sendfile on;'

@@ -8,14 +8,19 @@ namespace {
 class NativeSystem : public TargetSystem
 {
 public:
-    QString program() const override { return BuildPaths::program(); }
+    explicit NativeSystem(const QString &program)
+        : m_program(program.isEmpty() ? BuildPaths::program() : program)
+    {
+    }
+
+    QString program() const override { return m_program; }
     QString standIn() const override { return BuildPaths::standIn(); }
     QStringList busController(const QString &file, BusFile kind) const override
     {
         return busControllerCommand(file, kind);
     }
 
-    QString furnish(const StageFolders &folders, QProcessEnvironment &environment) override
+    QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) override
     {
         environment.insert(QStringLiteral("HOME"), folders.home);
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folders.home + QLatin1String("/.config"));
@@ -26,7 +31,7 @@ public:
         environment.insert(QStringLiteral("QT_PLUGIN_PATH"), BuildPaths::plugins());
         environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
         environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), folders.probePortFile);
-        // Nothing is drawn with OpenGL, and the software driver costs time and memory and leaks.
+        // The program does not use OpenGL, and the software driver costs time and memory and leaks.
         environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
         return QString();
     }
@@ -49,13 +54,16 @@ public:
     }
 
     QStringList command(const QString &program) const override { return {program}; }
-    QString nameOf(const QString &path) const override { return path; }
+    QString toProgramPath(const QString &path) const override { return path; }
     QString text(const QByteArray &contents) const override { return QString::fromUtf8(contents); }
+
+private:
+    const QString m_program;
 };
 
 } // namespace
 
-std::unique_ptr<TargetSystem> makeNativeSystem()
+std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program)
 {
-    return std::make_unique<NativeSystem>();
+    return std::make_unique<NativeSystem>(program);
 }

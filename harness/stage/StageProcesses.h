@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVector>
 
-/// The ids of the processes whose executable lies below `folder`, in no particular order.
+/// Returns the ids of the processes whose executable is in `folder` or below, in no particular order.
 QVector<qint64> processesRunningFrom(const QString &folder);
-/// Kills one of them, unless it has become something else meanwhile.
+/// Kills one of these processes, unless the id belongs to another process by now.
 void killProcessRunningFrom(const QString &folder, qint64 processId);

@@ -19,7 +19,7 @@ bool runsFrom(const QString &folder, qint64 processId)
     const QString executable = QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(processId));
     if (executable.startsWith(folder + QLatin1Char('/')))
         return true;
-    // A Windows program runs in Wine's loader, and lies in its memory.
+    // The executable of a Windows program is Wine's loader; the program is mapped into its memory.
     return QFileInfo(executable).fileName().startsWith(QLatin1String("wine")) &&
            isMappedFrom(folder, processId);
 }

@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include <windows.h>
-// After the header that it builds on.
+// This header needs windows.h, so it comes after it.
 #include <tlhelp32.h>
 
 namespace {
@@ -47,7 +47,7 @@ void killProcessRunningFrom(const QString &folder, qint64 processId)
                                        static_cast<DWORD>(processId));
     if (!process)
         return;
-    // Asked of the handle that is killed, so it cannot have become another process in between.
+    // Checked with the same handle, so that no other process can be killed.
     if (runsFrom(folder, process))
         TerminateProcess(process, 1);
     CloseHandle(process);

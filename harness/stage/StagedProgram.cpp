@@ -19,7 +19,7 @@ QJsonArray switchedOn(const QStringList &ids)
     return entries;
 }
 
-/// What every program needs of the machine, and what sanitizers are told.
+/// Returns the variables that every program needs from the environment, and the options of sanitizers.
 QProcessEnvironment inheritedEnvironment()
 {
     const QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
@@ -63,7 +63,7 @@ StagedProgram::StagedProgram(std::unique_ptr<TargetSystem> system, const QString
     if (!QFile::copy(executable, m_program))
         fail(QStringLiteral("cannot copy ") + executable);
 
-    const QString problem = m_system->furnish(
+    const QString problem = m_system->prepareStage(
         {applicationFolder(), temporaryFolder(), homeFolder(), runtimeFolder(), probePortFile()},
         m_environment);
     if (!problem.isEmpty())

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-/// The folders of a stage, absolute, and the file that the probe writes its port to.
+/// The absolute paths of a stage's folders, and of the file to which the probe writes its port.
 struct StageFolders
 {
     QString application;
@@ -18,33 +18,34 @@ struct StageFolders
     QString probePortFile;
 };
 
-/// The system that the program under test was built for, and how its programs run here. An object
+/// The system for which the program under test was built, and how its programs are run here. An object
 /// belongs to one stage, from before its first start until the last of its processes has ended.
 class TargetSystem
 {
 public:
     virtual ~TargetSystem() = default;
 
-    /// The program under test, and the executable that plays every tool that it starts.
+    /// The program under test, and the stand-in for all tools that it starts.
     virtual QString program() const = 0;
     virtual QString standIn() const = 0;
-    /// The command that starts a controller whose bus programs of this system see.
+    /// Returns the command that starts a controller whose bus is visible to programs of this system.
     virtual QStringList busController(const QString &file, BusFile kind) const = 0;
 
-    /// Gives the stage what programs of this system need, beside them and in their environment.
-    /// Returns what went wrong; empty when all is well.
-    virtual QString furnish(const StageFolders &folders, QProcessEnvironment &environment) = 0;
+    /// Adds the files and variables that programs of this system need to the stage. Returns the error, or an
+    /// empty string.
+    virtual QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) = 0;
     virtual void setLocale(QProcessEnvironment &environment, const QString &locale) const = 0;
-    /// Without a display a program draws off screen, where the system can.
+    /// Sets the X display. Without one a program draws off screen, if the system supports that.
     virtual void setDisplay(QProcessEnvironment &environment, const QString &display) const = 0;
 
-    /// The command that becomes this program; its arguments follow.
+    /// Returns the command that becomes this program; the arguments of the program are appended to it.
     virtual QStringList command(const QString &program) const = 0;
-    /// How programs of this system name the file.
-    virtual QString nameOf(const QString &path) const = 0;
-    /// The text of a file that programs of this system have written, with line feeds only.
+    /// Maps a path of this process to the path that programs of this system see (Z:/... under Wine).
+    virtual QString toProgramPath(const QString &path) const = 0;
+    /// Decodes a file that programs of this system have written; lines end with a line feed in the result.
     virtual QString text(const QByteArray &contents) const = 0;
 };
 
-/// The system that this process itself runs on, and the build that it belongs to.
-std::unique_ptr<TargetSystem> makeNativeSystem();
+/// Returns the system on which this process runs. The program under test is `program`, or that of this
+/// process's own build where it is empty.
+std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program = QString());

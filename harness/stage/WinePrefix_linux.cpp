@@ -27,8 +27,8 @@ QProcessEnvironment environmentOf(const QString &prefix)
     variables.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
     variables.insert(QStringLiteral("WINEPREFIX"), prefix);
     variables.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    // Else the first start asks whether to fetch them, programs find their way into menus, and a debugger
-    // looks at what crashes.
+    // Otherwise the first start offers to download Mono and Gecko, programs are added to menus, and crashes
+    // start a debugger.
     variables.insert(QStringLiteral("WINEDLLOVERRIDES"),
                      QStringLiteral("mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"));
     // File names are UTF-8, and the language is English.
@@ -48,15 +48,15 @@ QString run(const QString &prefix, const QString &program, const QStringList &ar
     return program + QLatin1String(": ") + process.errorString();
 }
 
-/// The name pattern of the copies in a folder, which is made.
+/// Creates the folder and returns the name pattern of the prefixes in it.
 QString prefixesIn(const QString &folder)
 {
     QDir().mkpath(folder);
     return folder + QLatin1String("/prefix-XXXXXX");
 }
 
-/// The system's files as second names of the same ones: there is half a gigabyte of them, and nobody
-/// changes them. What programs may change, above all the registry, is copied.
+/// Copies a prefix. The files of drive C: become hard links, because they have half a gigabyte and are never
+/// changed. Files that programs may change, above all the registry, are copied.
 QString copyPrefix(const QString &from, const QString &to)
 {
     const auto options = fs::copy_options::recursive | fs::copy_options::copy_symlinks;
@@ -72,7 +72,7 @@ QString copyPrefix(const QString &from, const QString &to)
     return QString();
 }
 
-/// As the registry's files spell it.
+/// Quotes a text as in the registry's files.
 QByteArray quoted(const QString &text)
 {
     QByteArray result = "\"";
@@ -93,7 +93,7 @@ QByteArray quoted(const QString &text)
 WinePrefix::WinePrefix(const QString &folder) : m_folder(prefixesIn(folder))
 {
     const QString first = folder + QLatin1String("/first");
-    m_error = makeFirst(first);
+    m_error = createTemplate(first);
     if (m_error.isEmpty())
         m_error = copyPrefix(first, m_folder.path());
 }
@@ -104,15 +104,15 @@ WinePrefix::~WinePrefix()
     run(m_folder.path(), QStringLiteral("wineserver"), {QStringLiteral("--wait")}, endLimitMs);
 }
 
-QString WinePrefix::makeFirst(const QString &first) const
+QString WinePrefix::createTemplate(const QString &first) const
 {
     QLockFile lock(first + QLatin1String(".lock"));
     lock.setStaleLockTime(0);
     if (!lock.tryLock(makeLimitMs))
-        return QStringLiteral("somebody keeps the lock on ") + first;
+        return QStringLiteral("another process holds the lock of ") + first;
     if (QFile::exists(first))
         return QString();
-    // Under another name until it is whole.
+    // Created under another name and renamed once it is complete.
     const QString making = first + QLatin1String(".making");
     QDir(making).removeRecursively();
     QString problem = run(making, QStringLiteral("wine"),
@@ -128,7 +128,7 @@ QString WinePrefix::makeFirst(const QString &first) const
 
 bool WinePrefix::setUserValue(const QString &key, const QString &name, const QString &value)
 {
-    // A later section of the same name adds to the earlier.
+    // Sections with the same name are merged.
     QFile file(m_folder.filePath(QStringLiteral("user.reg")));
     QString section = key;
     section.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
@@ -138,14 +138,14 @@ bool WinePrefix::setUserValue(const QString &key, const QString &name, const QSt
 
 void WinePrefix::setLocale(QProcessEnvironment &variables, const QString &locale) const
 {
-    // Wine takes the language over from the C library, which knows only locales that have been compiled.
+    // Wine uses the locale of the C library, which must have been compiled.
     const QString folder = m_folder.filePath(QStringLiteral("locales"));
     QDir().mkpath(folder);
     const int dot = locale.indexOf(QLatin1Char('.'));
     if (QProcess::execute(QStringLiteral("localedef"),
                           {QStringLiteral("-i"), locale.left(dot), QStringLiteral("-f"), locale.mid(dot + 1),
                            folder + QLatin1Char('/') + locale}) != 0)
-        qWarning() << "There will be no locale" << locale;
+        qWarning() << "Cannot compile the locale" << locale;
     variables.insert(QStringLiteral("LOCPATH"), folder);
     variables.insert(QStringLiteral("LC_ALL"), locale);
 }

@@ -3,14 +3,14 @@
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
-/// A Windows of one's own under Wine: a registry and a system drive that no other has. The destructor
-/// ends whatever runs in it.
+/// A Wine prefix: a separate registry and system drive. The destructor ends all processes in it.
 ///
-/// All are copies of one that is made at the first need, below the same folder, and never used itself.
+/// Prefixes are copies of a template, which is created in the same folder when it is first needed and is not
+/// used itself.
 class WinePrefix
 {
 public:
-    /// `folder` holds them all; made where it is missing.
+    /// `folder` contains all prefixes; it is created if it does not exist.
     explicit WinePrefix(const QString &folder);
     ~WinePrefix();
     WinePrefix(const WinePrefix &) = delete;
@@ -19,18 +19,18 @@ public:
     bool isValid() const { return m_error.isEmpty(); }
     QString errorText() const { return m_error; }
 
-    /// A text value of the current user's part of the registry; only before the first program starts.
-    /// The key as in "Software\\Wine".
+    /// Sets a text value in the current user's part of the registry, with a key such as "Software\\Wine".
+    /// Call it before the first program starts.
     bool setUserValue(const QString &key, const QString &name, const QString &value);
-    /// Makes those programs that get these variables, too, ones of a Windows in this locale, such as
-    /// "zh_CN.UTF-8". It need not be installed, but has to be known to the package "locales".
+    /// Sets the variables that make programs see a Windows in this locale, such as "zh_CN.UTF-8". The locale
+    /// need not be installed, but the package "locales" must contain it.
     void setLocale(QProcessEnvironment &variables, const QString &locale) const;
     QString systemDrive() const { return m_folder.filePath(QStringLiteral("drive_c")); }
-    /// The variables that make a program one of this Windows.
+    /// Returns the environment variables with which a program runs in this prefix.
     QProcessEnvironment environment() const;
 
 private:
-    QString makeFirst(const QString &first) const;
+    QString createTemplate(const QString &first) const;
 
     QTemporaryDir m_folder;
     QString m_error;

@@ -29,39 +29,39 @@ public:
         return QStringList{BuildPaths::listedBusController()} + busControllerArguments(file, kind);
     }
 
-    QString furnish(const StageFolders &folders, QProcessEnvironment &environment) override
+    QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) override
     {
         if (!m_prefix.isValid())
             return m_prefix.errorText();
         environment.insert(m_prefix.environment());
-        // The toolkit's own variables reach a Windows program only under this name: those of the
-        // system around are meant for others.
+        // Wine passes variables that begin with "QT_" to a Windows program only if they have this prefix.
         environment.insert(QStringLiteral("WINEQT_QPA_GENERIC_PLUGINS"), QStringLiteral("quillprobe"));
-        // The system's dialogs are not the toolkit's, and so closed to the probe.
+        // The probe can operate Qt's dialogs, but not the system's.
         environment.insert(QStringLiteral("WINEQT_QPA_PLATFORM"), QStringLiteral("windows:dialogs=none"));
-        environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), nameOf(folders.probePortFile));
+        environment.insert(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"),
+                           toProgramPath(folders.probePortFile));
         const QString version =
             m_version == WindowsVersion::Windows7 ? QStringLiteral("win7") : QStringLiteral("win10");
-        // The folder for temporary files is a matter of the registry; a variable would be overruled.
+        // The temporary folder is set in the registry, which takes precedence over environment variables.
         const QString variables = QStringLiteral("Environment");
-        const QString temporary =
-            QDir::toNativeSeparators(nameOf(folders.temporary)).replace(QLatin1Char('/'), QLatin1Char('\\'));
+        const QString temporary = QDir::toNativeSeparators(toProgramPath(folders.temporary))
+                                      .replace(QLatin1Char('/'), QLatin1Char('\\'));
         const QString managed =
-            m_frames == WindowFrames::WindowManagers ? QStringLiteral("Y") : QStringLiteral("N");
+            m_frames == WindowFrames::ByWindowManager ? QStringLiteral("Y") : QStringLiteral("N");
         if (!m_prefix.setUserValue(QStringLiteral("Software\\Wine\\X11 Driver"), QStringLiteral("Managed"),
                                    managed) ||
             !m_prefix.setUserValue(QStringLiteral("Software\\Wine"), QStringLiteral("Version"), version) ||
             !m_prefix.setUserValue(variables, QStringLiteral("TEMP"), temporary) ||
             !m_prefix.setUserValue(variables, QStringLiteral("TMP"), temporary))
             return QStringLiteral("cannot write the registry");
-        if (!giveFonts())
+        if (!substituteFonts())
             return QStringLiteral("cannot write the registry");
-        return putBeside(folders.application);
+        return linkLibraries(folders.application);
     }
 
     void setLocale(QProcessEnvironment &environment, const QString &locale) const override
     {
-        // Of itself it is English.
+        // English is the default.
         if (!locale.startsWith(QLatin1String("en_")))
             m_prefix.setLocale(environment, locale);
     }
@@ -72,15 +72,15 @@ public:
     }
 
     QStringList command(const QString &program) const override { return {QStringLiteral("wine"), program}; }
-    QString nameOf(const QString &path) const override { return QLatin1String("Z:") + path; }
+    QString toProgramPath(const QString &path) const override { return QLatin1String("Z:") + path; }
     QString text(const QByteArray &contents) const override
     {
         return QString::fromUtf8(contents).replace(QLatin1String("\r\n"), QLatin1String("\n"));
     }
 
 private:
-    /// The fonts that every Windows has are not free; what asks for them gets a free one by their names.
-    bool giveFonts()
+    /// Replaces the fonts that come with Windows, which are not free, with a free one.
+    bool substituteFonts()
     {
         for (const char *name : {"Tahoma", "Segoe UI", "Arial", "MS Shell Dlg", "MS Shell Dlg 2"}) {
             if (!m_prefix.setUserValue(QStringLiteral("Software\\Wine\\Fonts\\Replacements"),
@@ -90,8 +90,9 @@ private:
         return true;
     }
 
-    /// As links: there are megabytes of it, and no program looks at more than their names.
-    QString putBeside(const QString &application) const
+    /// Links the files of the build's folder "beside" next to the program. They have many megabytes, so they
+    /// are not copied.
+    QString linkLibraries(const QString &application) const
     {
         const QDir from(m_build + QLatin1String("/beside"));
         const QDir to(application);

@@ -2,23 +2,24 @@
 
 #include "harness/stage/TargetSystem.h"
 
-/// Which Windows a program is told that it runs on.
+/// The version of Windows that is reported to a program.
 enum class WindowsVersion { Windows7, Windows10 };
 
-/// Who frames, places and closes the windows on the program's display.
+/// The manager of the windows on the program's display, which frames, places and closes them.
 enum class WindowFrames {
-    /// Wine itself, on a display without a window manager: Wine would wait for its consent with every window.
-    Wines,
-    /// The window manager of a person's display. It cannot close or raise a window that Wine frames.
-    WindowManagers
+    /// Wine itself, on a display without a window manager. With the other value Wine would wait for a window
+    /// manager's answer for each window.
+    ByWine,
+    /// The window manager of the user's display. It cannot close or raise windows that are framed by Wine.
+    ByWindowManager
 };
 
-/// Windows under Wine, for a program that was cross-built in the build folder given. What that build
-/// leaves in its folder "beside" is put beside the program.
+/// Returns Windows under Wine, for a program that was cross-built in the build folder `build`. The files in
+/// that folder's subfolder "beside" are put beside the program.
 ///
-/// Each has a Windows of its own; see WinePrefix.
+/// Each of these systems has its own WinePrefix.
 std::unique_ptr<TargetSystem> makeWineSystem(const QString &build, WindowsVersion version,
-                                             WindowFrames frames = WindowFrames::Wines);
+                                             WindowFrames frames = WindowFrames::ByWine);
 
-/// The folder that is drive C: on the Windows that makeWineSystem() has made.
+/// Returns the folder that is drive C: of a system returned by makeWineSystem().
 QString systemDriveOf(const TargetSystem &wineSystem);

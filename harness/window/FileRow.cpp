@@ -21,7 +21,7 @@ QString FileRow::shownFolder(ProbeClient &probe)
 
 bool FileRow::enterFolder(ProbeClient &probe, const QString &path)
 {
-    // The list of suggestions takes the Return for itself when it opens just then.
+    // If the list of suggestions opens at that moment, it consumes the Return key.
     for (const int patienceMs : {2000, 2000, limitMs}) {
         if (!typeName(probe, path))
             return false;
@@ -52,7 +52,7 @@ bool FileRow::typeName(ProbeClient &probe, const QString &name)
 
 bool FileRow::endDialog(ProbeClient &probe, const QString &button)
 {
-    // The list of suggestions takes a first click for itself.
+    // The list of suggestions consumes the first click.
     for (const int patienceMs : {1000, limitMs}) {
         if (!probe.pressDialogButton(button))
             return false;

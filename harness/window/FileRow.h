@@ -4,24 +4,26 @@
 
 class ProbeClient;
 
-/// The row of the window in which a person chooses a firmware file of their own, and the file dialog
-/// behind it, operated as that person does it. Paths are as the program names them, with slashes. What fails
-/// tells why in the probe's errorText().
+/// Operates, as a user does, the row of the window in which a local firmware file is chosen, and its file
+/// dialog. Paths are those that the program sees, with slashes. The functions return false on failure; the
+/// probe's errorText() then returns the reason.
 namespace FileRow {
 
-/// The middle click on the unmarked strip in the lower right of the page that shows the row.
+/// Shows the row by a middle click on the unmarked strip in the lower right of the page.
 bool reveal(ProbeClient &probe);
 /// Opens the file dialog and waits until it is there.
 bool openDialog(ProbeClient &probe);
-/// The folder that the open dialog shows, with slashes.
+/// Returns the folder that the open dialog shows, with slashes.
 QString shownFolder(ProbeClient &probe);
 /// Goes to the folder in the open dialog.
 bool enterFolder(ProbeClient &probe, const QString &path);
-/// Types a name into the open dialog and confirms it; a folder's name goes there.
+/// Types a name into the open dialog and confirms it. With the name of a folder, the dialog changes to that
+/// folder.
 bool typeName(ProbeClient &probe, const QString &name);
 /// Presses a button of the dialog, "Open" or "Cancel", and waits until the dialog is gone.
 bool endDialog(ProbeClient &probe, const QString &button);
-/// Goes to the file's folder in a new dialog, names the file, and waits until the row shows it.
+/// Chooses a file: opens the dialog, changes to the file's folder, types its name, and waits until the row
+/// shows it.
 bool choose(ProbeClient &probe, const QString &path);
 
 } // namespace FileRow

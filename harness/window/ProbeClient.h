@@ -8,33 +8,35 @@
 
 #include <functional>
 
-/// Looks at and operates a running program through the probe that was loaded into it. Objects are
-/// named by their objectName, by their class name, or as "window:<title>". Every call blocks until
-/// the program's GUI thread has answered; what fails tells why in errorText().
+/// Inspects and operates a running program through the probe that is loaded into it. Objects are identified
+/// by their objectName, by their class name, or as "window:<title>". All calls block until the program's GUI
+/// thread has answered. After a failure errorText() returns the reason.
 class ProbeClient
 {
 public:
     /// Waits for the port file that the program writes at its start, and connects.
     bool connectThrough(const QString &portFile, int limitMs = eventLimitMs);
     bool isConnected() const { return m_client.isConnected(); }
-    /// How long an answer may take in running time, 20 s at first. A test that keeps the GUI thread busy on
-    /// purpose sets more.
+    /// Sets how long an answer may take in running time; initially 20 s. A test that keeps the GUI thread
+    /// busy needs more.
     void setAnswerLimit(int milliseconds) { m_answerLimitMs = milliseconds; }
 
-    /// Any request of the probe's; the whole answer.
+    /// Sends a request to the probe and returns the whole answer.
     QJsonObject request(const QJsonObject &request);
-    /// Everything that the probe tells of one object; empty when there is no such object.
+    /// Returns the probe's description of an object; empty if there is no such object.
     QJsonObject read(const QString &object);
     QString text(const QString &object);
     bool isEnabled(const QString &object);
     bool isVisible(const QString &object);
     bool isChecked(const QString &object);
-    /// The visible top-level windows.
+    /// Returns the visible top-level windows.
     QJsonArray windows();
-    /// The first of them whose title, class, object name or message is `name`; empty for none.
+    /// Returns the first of them whose title, class, object name or message is `name`; empty if there is
+    /// none.
     QJsonObject window(const QString &name);
 
-    /// These post what a user does, and return before the program has acted on it.
+    /// The following functions post the events of a user action and return before the program has handled
+    /// them.
     bool click(const QString &object, const QJsonObject &details = {});
     bool check(const QString &object, bool checked = true);
     bool close(const QString &object);
@@ -44,8 +46,8 @@ public:
     bool setText(const QString &object, const QString &text);
     bool pressDialogButton(const QString &button);
 
-    /// Each polls until it holds or `limitMs` have passed, and then tells in errorText() what was
-    /// seen last.
+    /// The following functions poll until the condition is true or `limitMs` have passed. After a failure
+    /// errorText() returns the last observed state.
     bool waitForText(const QString &object, const QString &contained, int limitMs = eventLimitMs);
     bool waitForWholeText(const QString &object, const QString &text, int limitMs = eventLimitMs);
     bool waitForEnabled(const QString &object, bool enabled, int limitMs = eventLimitMs);
@@ -54,14 +56,14 @@ public:
                       int limitMs = eventLimitMs);
     bool waitForWindow(const QString &name, int limitMs = eventLimitMs);
     bool waitForNoWindow(const QString &name, int limitMs = eventLimitMs);
-    /// Whether the program has gone, or at least closed the probe.
-    bool waitForGone(int limitMs = eventLimitMs) { return m_client.waitForClosed(limitMs); }
+    /// Waits until the program has ended, or at least closed the connection to the probe.
+    bool waitForDisconnect(int limitMs = eventLimitMs) { return m_client.waitForClosed(limitMs); }
 
     bool grab(const QString &object, const QString &pngPath);
     bool grabScreen(const QString &pngPath);
-    /// How late, in ms, a 10 ms timer of the GUI thread came at most since this was last asked, without
-    /// the time in which the whole program stood still. The first call starts the timer and returns 0; -1
-    /// without an answer.
+    /// Returns the largest delay, in ms, of a 10 ms timer on the GUI thread since the last call. Time in
+    /// which the whole program was stopped does not count. The first call starts the timer and returns 0.
+    /// Returns -1 if there is no answer.
     int timerLate();
 
     QString errorText() const { return m_error; }

@@ -30,7 +30,7 @@ _quillmarsh_cli() {
     else
         case $command in
         list) words+=' --watch' ;;
-        update) words+=' --file --md5 --model --no-reset --repeat --wait --write-type --yes' ;;
+        update) words+=' --file --md5 --model --no-reset --repeat --require-signature --wait --write-type --yes' ;;
         check) words+=' --model' ;;
         manifest) words+=' --download' ;;
         *) return ;;

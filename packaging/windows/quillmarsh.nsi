@@ -99,13 +99,13 @@ LangString NO_DRIVER ${LANG_ENGLISH} "There is no driver package in or beside th
 LangString NO_DRIVER ${LANG_SIMPCHINESE} "安装程序中或其旁边没有驱动程序包。"
 
 ; Its file cannot be opened for writing while it runs; in silence that ends the setup with 2.
-!macro refuseWhileRunning
+!macro refuseWhileRunning PROGRAM
     ${Do}
-        ${IfNot} ${FileExists} $INSTDIR\quillmarsh.exe
+        ${IfNot} ${FileExists} $INSTDIR\${PROGRAM}
             ${Break}
         ${EndIf}
         ClearErrors
-        FileOpen $0 $INSTDIR\quillmarsh.exe a
+        FileOpen $0 $INSTDIR\${PROGRAM} a
         ${IfNot} ${Errors}
             FileClose $0
             ${Break}
@@ -319,7 +319,8 @@ Section
         Call installDriver
         Return
     ${EndIf}
-    !insertmacro refuseWhileRunning
+    !insertmacro refuseWhileRunning quillmarsh.exe
+    !insertmacro refuseWhileRunning quillmarsh-cli.exe
     Call isListOwn
     StrCpy $5 $0
     !include ${LISTS}\install.nsh
@@ -409,7 +410,8 @@ FunctionEnd
 
 ; Logs, a control list of the user's own, and whatever else lies in the folder stay.
 Section Uninstall
-    !insertmacro refuseWhileRunning
+    !insertmacro refuseWhileRunning quillmarsh.exe
+    !insertmacro refuseWhileRunning quillmarsh-cli.exe
     Call un.isListOwn
     ${If} $0 == 0
         Delete $INSTDIR\${LIST}

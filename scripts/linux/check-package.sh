@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user,
-# removes it, and prints what is left: nothing but the user's own files. Needs root.
+# Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user, with the
+# window and with quillmarsh-cli, removes it, and prints what is left: nothing but the user's own files. Needs
+# root.
 # Usage: scripts/linux/check-package.sh PACKAGE HARNESS_BUILD [BASE]
 # HARNESS_BUILD is a build folder with the test harness; BASE a minimal system to copy instead of fetching one.
 set -euo pipefail
@@ -18,15 +19,23 @@ if [ "${1-}" = --inside ]; then
     mkdir -p "$root$stage"
     mount --bind "$stage" "$root$stage"
     nginx -p "$stage/nginx" -c nginx.conf -e error.log
-    TMPDIR=$stage QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" \
-        --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
-        -- chroot "--userspec=$user:$user" "$root" /usr/bin/quillmarsh && exit
+    # PROGRAM [OPTION]
+    update_with() {
+        TMPDIR=$stage QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" "${@:2}" \
+            --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
+            -- chroot "--userspec=$user:$user" "$root" "/usr/bin/$1"
+    }
+    # Of the two, this one must leave nothing behind.
+    update_with quillmarsh-cli --cli || { tail -n 30 "$stage/stderr"; exit 1; }
+    left=$(find "$root$home" "$root/tmp" -newer "$stage/started" ! -type d)
+    [ -z "$left" ] || { echo "quillmarsh-cli has left $left" >&2; exit 1; }
+    update_with quillmarsh && exit
     tail -n 30 "$stage/stderr" "$root$home/.local/share/quillmarsh/UPDLog.txt"
     exit 1
 fi
 
 package=$(realpath "$1") harness=$(realpath "$2") base=${3-}
-scripts/install-dependencies.sh debootstrap
+scripts/install-dependencies.sh debootstrap man-db
 work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
 trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
@@ -72,10 +81,28 @@ chown -R "$user:$user" "$stage"
 listing >"$work/before"
 step 'Installation'
 in_root dpkg -i /tmp/quillmarsh.deb
-step 'Update'
+in_root bash -eu <<'EOF' || { echo 'bash does not complete the commands of quillmarsh-cli.' >&2; exit 1; }
+source /usr/share/bash-completion/completions/quillmarsh-cli
+COMP_WORDS=(quillmarsh-cli up) COMP_CWORD=1
+_quillmarsh_cli quillmarsh-cli up quillmarsh-cli
+[ "${COMPREPLY[*]}" = update ]
+EOF
+for page in quillmarsh quillmarsh-cli; do
+    man -l -Tascii --warnings=all "$root/usr/share/man/man1/$page.1.gz" 2>"$work/page" | grep -q "^SEE ALSO" ||
+        { echo "There is no manual page $page." >&2; exit 1; }
+    [ ! -s "$work/page" ] || { cat "$work/page" >&2; exit 1; }
+done
+if readelf -d "$root/usr/bin/quillmarsh-cli" | grep -E 'libQt5(Gui|Widgets)'; then
+    echo 'quillmarsh-cli needs libraries for windows.' >&2
+    exit 1
+fi
+echo 'Completion and manual pages are there.'
+
+step 'Update, without a window and with it'
+touch "$stage/started"
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -c 'ip link set lo up && exec "$@"' sh \
     "$0" --inside "$root" "$stage" "$harness"
-grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+grep -c '^206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
 step 'Removal'
 in_root dpkg --purge quillmarsh
 listing >"$work/after"

@@ -13,7 +13,7 @@ sources=("$libraries/bin" "$(dirname "$($triplet-g++-posix -print-file-name=libs
 rm -rf "$folder"
 mkdir -p "$folder"/{platforms,styles,qmake}
 cp "$executable" "$@" "$folder/"
-# What the toolkit loads by name: the window system and the look of the controls.
+# What Qt loads by name: the window system and the look of the controls.
 cp "$libraries/plugins/platforms/qwindows.dll" "$folder/platforms/"
 cp "$libraries/plugins/styles/qwindowsvistastyle.dll" "$folder/styles/"
 cp "$project/packaging/ControlDevList.json" "$folder/qmake/"

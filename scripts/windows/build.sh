@@ -28,10 +28,12 @@ cmake --build --preset mingw
 
 step 'Program, as it is shipped'
 cmake --preset mingw-release
-cmake --build --preset mingw-release --target quillmarsh quillmarsh-driver
-scripts/check-server-address.sh build/mingw-release/bin/quillmarsh.exe
+cmake --build --preset mingw-release --target quillmarsh quillmarsh-cli quillmarsh-driver
+for program in quillmarsh quillmarsh-cli; do
+    scripts/check-server-address.sh "build/mingw-release/bin/$program.exe"
+done
 
 step 'The folder for Windows'
 scripts/windows/assemble.sh build/mingw-release/bin/quillmarsh.exe "$QUILLMARSH_WINDOWS_ROOT" \
-    build/windows/quillmarsh build/mingw-release/bin/quillmarsh-driver.exe
+    build/windows/quillmarsh build/mingw-release/bin/quillmarsh-{cli,driver}.exe
 step 'Done'

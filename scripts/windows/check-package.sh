@@ -63,7 +63,7 @@ left_since() {
         diff "$1.$kind" "$work/now.$kind" | grep '^[<>]' || true
     done
 }
-# Updates a device with the program in FOLDER.
+# Updates a device with the programs in FOLDER, the one without a window first: it leaves nothing behind.
 update_with() {
     # Where Wine has no buses, libraries beside the program stand in for those that look at them.
     mkdir -p "$work/real" "$1/generic"
@@ -73,14 +73,24 @@ update_with() {
     done
     cp "$windows/beside/generic/quillprobe.dll" "$1/generic/"
     cp "$windows/bin/quillmarsh-standin.exe" "$1/upgcmd.exe"
-    : >"$stage/nginx/access.log"
-    rm -f "$stage/probe-port" "$stage/burned.img"
-    QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" --model "$model" --image "$stage/image" \
-        --stage "$stage" --listed-controller "$harness/bin/quillmarsh-sim-bus-listed" -- \
-        wine "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
-    grep -c ' 206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
+    local left=$work/left-by-cli
+    listing "$left"
+    run_update "$1/quillmarsh-cli.exe" --cli || { tail -n 30 "$stage/stdout" "$stage/stderr"; exit 1; }
+    # What the stand-in tool records is no work of the program's.
+    left_since "$left" | grep -v '/upgcmd\.exe\.' >"$work/left" || true
+    [ ! -s "$work/left" ] || { cat "$work/left"; fail 'quillmarsh-cli has left something'; }
+    run_update "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
+    grep -c '^206 ' "$stage/nginx/access.log" | sed 's/$/ ranges were served over HTTPS./'
     cp "$work"/real/* "$1/"
     rm -r "$1/generic" "$1"/upgcmd.exe*
+}
+# EXECUTABLE [OPTION]
+run_update() {
+    : >"$stage/nginx/access.log"
+    rm -f "$stage/probe-port" "$stage/burned.img"
+    QUILLMARSH_HARNESS_BUILD=$harness "$harness/bin/quillmarsh-installed-update" "${@:2}" --model "$model" \
+        --image "$stage/image" --stage "$stage" --listed-controller "$harness/bin/quillmarsh-sim-bus-listed" -- \
+        wine "$1"
 }
 # The driver belongs to the device, and the program has installed it: as administrator, as everybody is here.
 without_driver() { grep -vE '[\/]libusbK(\.sys|[]])$' || true; }
@@ -101,7 +111,10 @@ left_since "$work/before" >"$work/left"
 
 step 'Installed and removed'
 install
-[ -f "$installed/quillmarsh.exe" ] || fail 'the program is not there'
+for program in quillmarsh quillmarsh-cli; do
+    [ -f "$installed/$program.exe" ] || fail "$program is not there"
+done
+wine "$installed/quillmarsh-cli.exe" --version | grep -q '^quillmarsh-cli [0-9]' || fail 'quillmarsh-cli does not start'
 cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
 wine reg query "$uninstall_key" /v DisplayVersion
 find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'

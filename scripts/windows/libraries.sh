@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds Qt, libusb, hidapi and GoogleTest for Windows, from the distribution's own sources, and prints the
-# folder that holds them. What was built stays in ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows}
+# Builds Qt, libusb, hidapi, libsodium and GoogleTest for Windows, from the distribution's own sources, and
+# prints the folder that holds them. What was built stays in ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows}
 # and is built again only when its recipe below has changed. The first time takes half an hour.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
@@ -45,6 +45,16 @@ recipe_hidapi() {
     cmake -S source -B build -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_INSTALL_PREFIX="$out" -DBUILD_SHARED_LIBS=ON
     cmake --build build --target install
+}
+
+recipe_libsodium() {
+    unpack libsodium
+    cd source
+    # The distribution packs it without a configure script.
+    autoreconf --force --install
+    ./configure --host=$host --prefix="$out" --enable-shared --disable-static
+    make -j"$(nproc)"
+    make install
 }
 
 recipe_googletest() {
@@ -96,7 +106,7 @@ build() {
     say "Built $name in $((SECONDS - started)) s"
 }
 
-libraries=(libusb hidapi googletest qt)
+libraries=(libusb hidapi libsodium googletest qt)
 exec 9>"$cache/lock" && flock 9
 keys=()
 for name in "${libraries[@]}"; do

@@ -11,10 +11,14 @@ if [ "${1-}" = --tools ]; then
     shift 2
 fi
 program=${1:-build/windows/quillmarsh}
-[ -f "$program/quillmarsh.exe" ] || { echo "There is no $program/quillmarsh.exe: run scripts/windows/build.sh." >&2; exit 1; }
+for name in quillmarsh quillmarsh-cli; do
+    [ -f "$program/$name.exe" ] || { echo "There is no $program/$name.exe: run scripts/windows/build.sh." >&2; exit 1; }
+done
 scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
-    libusb-1.0-0 libhidapi-hidraw0
-scripts/check-server-address.sh "$program/quillmarsh.exe"
+    libusb-1.0-0 libhidapi-hidraw0 libsodium23
+for name in quillmarsh quillmarsh-cli; do
+    scripts/check-server-address.sh "$program/$name.exe"
+done
 
 version=$(sed -nE 's/^project\(.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
 name=quillmarsh-$version-windows-x64
@@ -36,6 +40,7 @@ licence quillmarsh LICENSE
 licence qt /usr/share/doc/libqt5core5a/copyright
 licence libusb /usr/share/doc/libusb-1.0-0/copyright
 licence hidapi /usr/share/doc/libhidapi-hidraw0/copyright
+licence libsodium /usr/share/doc/libsodium23/copyright
 licence gcc-runtime /usr/share/doc/gcc-mingw-w64-base/copyright
 licence mingw-w64-runtime /usr/share/doc/mingw-w64-common/copyright
 for text in LGPL-2.1 LGPL-3 GPL-2 GPL-3; do

@@ -4,36 +4,37 @@
 
 #include <QString>
 
-/// A connection to a bus controller. Every call blocks until the answer is there (at most 30 s)
-/// and needs no event loop; use it on the thread that made it. After a call that returned false
-/// errorText() tells why.
+/// A connection to a bus controller. All calls block until the answer has arrived (for at most 30 s) and need
+/// no event loop. Use it on the thread that created it. After a call that returned false, errorText() returns
+/// the reason.
 class BusClient
 {
 public:
-    /// A controller on this loopback port.
+    /// Connects to the controller on this loopback port.
     bool connectTo(quint16 port);
-    /// The bus that this process runs on: the address in the variable QUILLMARSH_SIM_BUS.
+    /// Connects to the bus on which this process runs, whose address is in the variable QUILLMARSH_SIM_BUS.
     bool connectToOwnBus();
     bool isConnected() const { return m_client.isConnected(); }
     QString errorText() const { return m_error; }
 
-    /// One operation. The answer's "ok" tells whether it was done; a lost connection looks the same.
+    /// Performs an operation and returns the answer. Its "ok" is false if the operation failed or the
+    /// connection was lost.
     QJsonObject request(const QJsonObject &request, const QByteArray &payload = QByteArray());
 
-    /// Everything that the controller tells; empty without an answer.
+    /// Returns the whole state of the bus; empty if there is no answer.
     QJsonObject state();
-    /// That device's part of the state; empty when there is none.
+    /// Returns the state of a device; empty if there is no such device.
     QJsonObject device(const QString &key);
     bool plug(const QString &key);
     bool plugBootloader(const QString &key);
     bool unplug(const QString &key);
     bool burn(const QByteArray &image, const QString &key = QString());
     bool reset(const QString &key = QString());
-    /// What an IAP programmer does to a microcontroller.
+    /// Programs a microcontroller, as an IAP programmer does.
     bool program(const QByteArray &image, const QString &key);
-    /// Writes the bytes that were burned last into the device to a file.
+    /// Saves the image that was last burned into the device to a file.
     bool saveImage(const QString &key, const QString &path);
-    /// `changes` holds "onReport", "onReset" or "writes" as a bus description does.
+    /// Changes "onReport", "onReset" or "writes" of a device; `changes` has the form of a bus description.
     bool setReportAnswer(const QString &key, const QJsonObject &changes);
     /// Ends the controller.
     bool quit();

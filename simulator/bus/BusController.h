@@ -6,20 +6,20 @@
 
 #include <QJsonObject>
 
-/// What every controller of a simulated bus does, whatever it shows its devices with.
+/// The parts that all controllers of a simulated bus have in common, whatever presenter they use.
 namespace BusController {
 
-/// The bus description, or the bus in the report, that the application's arguments name; without one, says
-/// why on the standard error.
+/// Reads the bus description, or the bus in the report, that is named in the application's arguments. On
+/// failure prints the reason to standard error and returns nothing.
 std::optional<BusDescription> readDescription();
 
-/// Shows the described devices through `presenter` and serves them, until it is asked to end. Prints
-/// the ready line, in which `environment` and the bus's own address tell how a program finds itself
-/// on this bus. Returns the exit code.
+/// Presents the described devices through `presenter` and serves requests until it is told to quit. Prints
+/// the ready line, with `environment` and the address of the bus, from which a program on the bus is started.
+/// Returns the exit code.
 int serve(const BusDescription &description, BusPresenter &presenter, QJsonObject environment,
           BusServer::FurtherOperations further = {});
 
-/// Says it on the standard error and returns the exit code.
+/// Prints an error to standard error and returns the exit code.
 int fail(const QString &text);
 
 } // namespace BusController

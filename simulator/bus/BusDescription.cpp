@@ -24,7 +24,7 @@ ReportAnswer reportAnswer(JsonReader reader, ReportAnswer answer)
     answer.layout = reader.choice("layout", answer.layout, {{"A", Layout::A}, {"B", Layout::B}});
     answer.leaveAfterMs = reader.number("leaveAfterMs", answer.leaveAfterMs, 0, longestDelayMs);
     answer.afterMs = reader.number("afterMs", answer.afterMs, 0, longestDelayMs);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return answer;
 }
 
@@ -36,7 +36,7 @@ ResetAnswer resetAnswer(JsonReader reader, ResetAnswer answer)
                       {{"return", Action::Return}, {"stay", Action::Stay}, {"vanish", Action::Vanish}});
     answer.leaveAfterMs = reader.number("leaveAfterMs", answer.leaveAfterMs, 0, longestDelayMs);
     answer.afterMs = reader.number("afterMs", answer.afterMs, 0, longestDelayMs);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return answer;
 }
 
@@ -49,7 +49,7 @@ WriteBehaviour writeBehaviour(JsonReader reader, WriteBehaviour writes)
                                    {"refused", Answer::Refused},
                                    {"error", Answer::Error}});
     writes.count = reader.number("count", writes.count, 0, 512);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return writes;
 }
 
@@ -64,7 +64,7 @@ UsbIds usbIds(JsonReader reader, UsbIds ids)
 {
     ids.vendorId = static_cast<quint16>(reader.number("vendorId", ids.vendorId, 1, 0xFFFF));
     ids.productId = static_cast<quint16>(reader.number("productId", ids.productId, 0, 0xFFFF));
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return ids;
 }
 
@@ -79,11 +79,11 @@ HidNodeDescription hidNode(JsonReader reader)
     node.openable = reader.flag("openable", node.openable);
     node.pathless = reader.flag("pathless", node.pathless);
     node.reportDescriptor = reader.bytes("reportDescriptor", BusDescription::maximumReportDescriptor);
-    // The node becomes a file, and part of a file's name elsewhere.
+    // The node becomes a file, and its name is part of other file names.
     static const QRegularExpression fileName(QStringLiteral("^([A-Za-z0-9_][A-Za-z0-9_.&-]*)?\\z"));
     if (!fileName.match(node.node).hasMatch())
         reader.fail(QStringLiteral("node \"%1\" is no plain file name").arg(node.node));
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return node;
 }
 
@@ -121,7 +121,7 @@ DeviceDescription device(JsonReader reader, int index)
         device.nodes.append(only);
     }
     readBehaviour(reader, device);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return device;
 }
 
@@ -152,7 +152,7 @@ QString clash(const QVector<DeviceDescription> &devices)
     return QString();
 }
 
-void nameTheNamelessNodes(QVector<DeviceDescription> &devices)
+void assignNodeNames(QVector<DeviceDescription> &devices)
 {
     QSet<QString> taken;
     for (const DeviceDescription &device : devices) {
@@ -179,7 +179,7 @@ QString DeviceDescription::applyBehaviour(const QJsonObject &changes)
     JsonReader reader(changes, key, &error);
     DeviceDescription changed = *this;
     readBehaviour(reader, changed);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     if (error.isEmpty())
         *this = changed;
     return error;
@@ -200,7 +200,7 @@ std::optional<BusDescription> BusDescription::parse(const QByteArray &json, QStr
         bus.rootHub = reader.flag("rootHub", bus.rootHub);
         for (const JsonReader &entry : reader.objects("devices"))
             bus.devices.append(device(entry, bus.devices.size()));
-        reader.refuseTheRest();
+        reader.rejectUnknownKeys();
     }
     if (problem.isEmpty())
         problem = bus.complete();
@@ -218,7 +218,7 @@ QString BusDescription::complete()
         return problem;
     std::sort(devices.begin(), devices.end(),
               [](const auto &left, const auto &right) { return left.position < right.position; });
-    nameTheNamelessNodes(devices);
+    assignNodeNames(devices);
     return {};
 }
 

@@ -14,22 +14,22 @@ struct UsbIds
     quint16 productId = 0;
 };
 
-/// One HID interface (or, on systems that give each its own path, one top-level collection).
+/// A HID interface, or one top-level collection on systems where each collection has its own path.
 struct HidNodeDescription
 {
     /// bInterfaceNumber; -1 for one that the system does not tell.
     int number = 0;
-    /// Ordinal of the top-level collection when several nodes share an interface number.
+    /// The ordinal of the top-level collection if several nodes have the same interface number.
     int collection = 1;
-    /// How many top-level collections its report descriptor holds.
+    /// The number of top-level collections in the report descriptor.
     int collections = 1;
-    /// The node's file name, with or without a marker. Empty: the next free "hidrawN".
+    /// The file name of the node, with or without a marker. If it is empty, the next free "hidrawN" is used.
     QString node;
-    /// The update-mode report works here and nowhere else.
+    /// Whether the node accepts the update-mode report. No other node does.
     bool acceptsReport = false;
-    /// Opening it fails when false.
+    /// Whether the node can be opened.
     bool openable = true;
-    /// An enumeration sees it without a path.
+    /// Whether enumerations list the node without a path.
     bool pathless = false;
     /// Its report descriptor; empty: one is made for `collections`.
     QByteArray reportDescriptor;
@@ -37,7 +37,7 @@ struct HidNodeDescription
     QStringList windowsPaths;
 };
 
-/// What the device does once it has been sent the update-mode report.
+/// The reaction of a device to the update-mode report.
 struct ReportAnswer
 {
     enum class Action { Bootloader, Stay, Vanish };
@@ -46,12 +46,12 @@ struct ReportAnswer
 
     Action action = Action::Bootloader;
     Layout layout = Layout::A;
-    /// From the report until the device leaves the bus, and from there until it is back.
+    /// The time from the report until the device leaves the bus, and from then until it is back.
     int leaveAfterMs = 20;
     int afterMs = 150;
 };
 
-/// What a reset in the bootloader does.
+/// The reaction of a device in its bootloader to a reset.
 struct ResetAnswer
 {
     enum class Action { Return, Stay, Vanish };
@@ -61,13 +61,13 @@ struct ResetAnswer
     int afterMs = 150;
 };
 
-/// How writes to the device's HID nodes end. Only Ok lets the device see the bytes.
+/// The result of writes to the device's HID nodes. The device receives the bytes only with Ok.
 struct WriteBehaviour
 {
     enum class Answer { Ok, Short, Refused, Error };
 
     Answer answer = Answer::Ok;
-    /// What a short write claims to have written.
+    /// The number of bytes that a short write reports.
     int count = 0;
 };
 
@@ -76,11 +76,11 @@ struct DeviceDescription
     enum class Start { Absent, Application, Bootloader };
 
     QString key;
-    /// The model's name; for people only.
+    /// The name of the model; not used by the bus.
     QString name;
     UsbIds application;
     UsbIds bootloader{0x33C3, 0x8899};
-    /// Devices that stand on the bus together are listed in the order of their positions.
+    /// Devices that are on the bus when a program starts are listed in the order of their positions.
     int position = 0;
     /// Where it is connected, as in "1-2.3"; empty: made from the position.
     QString ports;
@@ -96,19 +96,20 @@ struct DeviceDescription
     ReportAnswer onReport;
     ResetAnswer onReset;
     WriteBehaviour writes;
-    /// A microcontroller: an IAP programmer reaches it while it runs its application.
+    /// Whether the device is a microcontroller, which an IAP programmer can access while it runs its
+    /// application.
     bool programmable = false;
 
-    /// Changes the parts of the behaviour ("onReport", "onReset", "writes") that `changes` holds.
-    /// Returns what is wrong with it, in which case nothing was changed; empty when all is well.
+    /// Changes the parts of the behaviour ("onReport", "onReset", "writes") that `changes` contains. If
+    /// `changes` is invalid, changes nothing and returns the error, otherwise an empty string.
     QString applyBehaviour(const QJsonObject &changes);
 };
 
-/// Which devices exist and how each behaves; README.md describes the JSON text. Unknown keys and
-/// clashing keys, positions or node names are errors: a typing mistake must not pass for a test.
+/// The devices on a bus and their behaviour; README.md describes the JSON form. Unknown keys and duplicate
+/// keys, positions or node names are errors, so that a typing error cannot make a test meaningless.
 struct BusDescription
 {
-    /// Whether the bus shows its own root hub, as every real one does.
+    /// Whether the root hub is listed, as on every real bus.
     bool rootHub = true;
     /// In bus order.
     QVector<DeviceDescription> devices;
@@ -117,7 +118,8 @@ struct BusDescription
     /// How long a report descriptor may be, in bytes.
     static constexpr int maximumReportDescriptor = 4096;
 
-    /// Nothing when the text is wrong; `error` (may be null) then says where.
+    /// Parses a description. Returns nothing if it is invalid; `error` (may be null) is then set to the
+    /// reason.
     static std::optional<BusDescription> parse(const QByteArray &json, QString *error);
     /// Puts devices into bus order and names nodes without a name. Returns which two clash; empty if none do.
     QString complete();

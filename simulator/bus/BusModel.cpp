@@ -5,7 +5,7 @@
 #include <algorithm>
 
 namespace {
-// A client that writes for ever must not fill the memory.
+// Limits the memory if a client writes without end.
 constexpr int keptReports = 1000;
 } // namespace
 

@@ -8,12 +8,12 @@
 
 #include <optional>
 
-/// The devices of a simulated bus as a pure state machine: it knows what each device is and has
-/// been sent, nothing of how that is shown to a program. Times are milliseconds of any one clock.
+/// The devices of a simulated bus as a state machine. It stores the state of each device and what the device
+/// has received; it does not know how devices are presented to programs. Times are milliseconds of any clock.
 ///
-/// A device is honest: it enters its bootloader only after exactly the right report on the right
-/// interface, can be burned only while it sits in its bootloader, and keeps what was burned.
-/// Devices are named by their index in the description (bus order).
+/// Devices behave like real ones: a device enters its bootloader only after exactly the right report on the
+/// right interface, can be burned only in its bootloader, and keeps what was burned. Devices are identified
+/// by their index in the description (bus order).
 class BusModel
 {
 public:
@@ -23,12 +23,12 @@ public:
     {
         DeviceDescription description;
         Presence presence = Presence::Absent;
-        /// Counts how often it has appeared on the bus: a change means that it was re-enumerated.
+        /// How often the device has appeared on the bus. It has been enumerated again if this has changed.
         int appearance = 0;
-        /// The image that was burned or programmed last.
+        /// The image that was last burned or programmed.
         QByteArray received;
         QVector<QByteArray> reports;
-        /// How often it was burned or programmed.
+        /// How often the device was burned or programmed.
         int burns = 0;
         int resets = 0;
     };
@@ -37,7 +37,7 @@ public:
     {
         enum class Failure { None, Refused, Broken, Gone };
 
-        /// Bytes that the write is said to have written, -1 after a failure.
+        /// The number of bytes that the write reports, -1 after a failure.
         int count = -1;
         Failure failure = Failure::None;
     };
@@ -45,29 +45,29 @@ public:
     explicit BusModel(const BusDescription &description);
 
     const QVector<Device> &devices() const { return m_devices; }
-    /// -1 when there is none.
+    /// Returns the index of a device, or -1.
     int indexOf(const QString &key) const;
 
-    /// Puts the device on the bus at once; false when it already is there or `as` is Absent.
+    /// Puts the device on the bus at once. Returns false if it already is there or `as` is Absent.
     bool plug(int device, Presence as);
-    /// Takes it off at once, and forgets what it was about to become. False when it was not there.
+    /// Removes the device at once and cancels its scheduled changes. Returns false if it is not on the bus.
     bool unplug(int device);
-    /// What a write to HID node `node` of the device ends in.
+    /// Writes a report to HID node `node` of the device.
     WriteResult write(int device, int node, const QByteArray &report, qint64 nowMs);
-    /// The device to burn or to reset: the given one, or for -1 the first bootloader in bus order.
-    /// Nothing when that is not in its bootloader.
+    /// Returns the device to burn or to reset: the given one, or with -1 the first bootloader in bus order.
+    /// Returns nothing if the device is not in its bootloader.
     std::optional<int> bootloader(int device = -1) const;
-    /// Burns the bootloader() of `device`; nothing, and no effect, when there is none.
+    /// Burns bootloader(`device`) and returns it. Does nothing and returns nothing if there is none.
     std::optional<int> burn(int device, const QByteArray &image);
     std::optional<int> reset(int device, qint64 nowMs);
-    /// Programs a microcontroller; false, and no effect, unless it runs its application.
+    /// Programs a microcontroller. Does nothing and returns false unless it runs its application.
     bool program(int device, const QByteArray &image);
     /// See DeviceDescription::applyBehaviour().
     QString applyBehaviour(int device, const QJsonObject &changes);
 
-    /// When the next device will come or go by itself.
+    /// Returns the time at which the next device will appear or disappear by itself.
     std::optional<qint64> nextChange() const;
-    /// Lets everything happen that was due by `nowMs`.
+    /// Performs all changes that are due at `nowMs`.
     void advance(qint64 nowMs);
 
 private:
@@ -83,6 +83,6 @@ private:
     void forgetChanges(int device);
 
     QVector<Device> m_devices;
-    /// By time; those of one time in the order in which they were scheduled.
+    /// Sorted by time; changes with the same time are in the order in which they were scheduled.
     QVector<Change> m_changes;
 };

@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// Shows devices to the programs that run on the simulated bus. Used from one thread, whose event
-/// loop it needs to answer what those programs do.
+/// Presents devices to the programs on the simulated bus. Used on one thread, whose event loop must run to
+/// answer the programs.
 class BusPresenter
 {
 public:
@@ -26,18 +26,18 @@ public:
     struct WriteAnswer
     {
         int count = -1;
-        /// What errno is after a failed write.
+        /// The value of errno after a failed write.
         int errorNumber = 0;
     };
 
-    /// A write of `report` to HID node `node` (an index) of the device that was added as `device`.
+    /// Handles a write of `report` to HID node `node` (an index) of the device that was added as `device`.
     using WriteHandler = std::function<WriteAnswer(int device, int node, const QByteArray &report)>;
 
     virtual ~BusPresenter() = default;
 
     virtual void setWriteHandler(WriteHandler handler) = 0;
-    /// Puts a device on the bus. Returns what went wrong; empty when it can be seen now.
+    /// Puts a device on the bus, which programs can then see. Returns the error, or an empty string.
     virtual QString add(int id, const Device &device) = 0;
-    /// Takes it off again; writes to what a program still holds open fail from now on.
+    /// Removes a device. Writes to nodes that a program still has open fail from then on.
     virtual void remove(int id) = 0;
 };

@@ -60,7 +60,7 @@ QJsonObject BusServer::perform(const QJsonObject &request, const QByteArray &pay
     if (operation == QLatin1String("state"))
         return state();
     if (operation == QLatin1String("quit")) {
-        // Quit only after the answer has been sent.
+        // Quits after the answer has been sent.
         QTimer::singleShot(0, m_quit);
         return Answer::success();
     }

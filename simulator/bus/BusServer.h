@@ -3,24 +3,24 @@
 #include "simulator/bus/SimulatedBus.h"
 #include "simulator/jsonlines/JsonLineServer.h"
 
-/// Serves a simulated bus to any number of connections on the loopback interface. README.md of the simulator
-/// describes the requests.
+/// Serves a simulated bus to any number of connections on the loopback interface. The requests are described
+/// in the simulator's README.md.
 class BusServer
 {
 public:
-    /// `bus` must outlive the server. `quit` is called, once the answer is out, when a client asks
-    /// for the end.
+    /// `bus` must outlive the server. `quit` is called after the answer to a "quit" request has been sent.
     BusServer(SimulatedBus &bus, std::function<void()> quit);
 
-    /// Requests that only some presenters can answer; asked first, and nothing means "not mine".
+    /// Handles requests that only some presenters support. It is called first and returns nothing for
+    /// requests that it does not know.
     using FurtherOperations = std::function<std::optional<QJsonObject>(const QJsonObject &request)>;
     void setFurtherOperations(FurtherOperations further) { m_further = std::move(further); }
 
-    /// Takes a port that the system chooses; 0 when there is none.
+    /// Listens on a port that the system chooses and returns it; 0 on failure.
     quint16 listen() { return m_server.listen(); }
 
 private:
-    /// The size of the image that follows a request to burn or program one.
+    /// Returns the size of the image that follows a request to burn or program it.
     static std::optional<qint64> imageSize(const QJsonObject &request);
     QJsonObject perform(const QJsonObject &request, const QByteArray &payload);
     QJsonObject performOnDevice(const QString &operation, const QJsonObject &request,

@@ -130,7 +130,7 @@ QVector<JsonReader> JsonReader::objects(const char *key)
     return readers;
 }
 
-void JsonReader::refuseTheRest()
+void JsonReader::rejectUnknownKeys()
 {
     const QStringList keys = m_object.keys();
     for (const QString &key : keys) {

@@ -9,8 +9,8 @@
 #include <initializer_list>
 #include <utility>
 
-/// Reads one JSON object key by key and notes the first thing that is wrong with it in `*error`
-/// (not owned, must outlive the reader). Absent keys yield the fallback; wrong ones do, too.
+/// Reads a JSON object key by key and stores the first error in `*error` (not owned, must outlive the
+/// reader). Missing and invalid values result in the fallback.
 class JsonReader
 {
 public:
@@ -21,7 +21,7 @@ public:
     bool isNull(const char *key);
     QString text(const char *key, const QString &fallback);
     bool flag(const char *key, bool fallback);
-    /// A JSON number or a text such as "0x33C3".
+    /// Reads a JSON number or a string such as "0x33C3".
     int number(const char *key, int fallback, int least, int most);
     /// A text of hexadecimal digits; empty when absent or null. `most` is in bytes.
     QByteArray bytes(const char *key, int most);
@@ -40,12 +40,12 @@ public:
             fail(QStringLiteral("\"%1\" cannot be \"%2\"").arg(QLatin1String(key), given));
         return fallback;
     }
-    /// An empty object when the key is absent.
+    /// Reads an object; it is empty if the key is missing.
     JsonReader object(const char *key);
     QVector<JsonReader> objects(const char *key);
 
-    /// Call it last: a key that nothing has asked for is an error.
-    void refuseTheRest();
+    /// Reports an error if there are keys that have not been read. Call it last.
+    void rejectUnknownKeys();
     void fail(const QString &what);
 
 private:

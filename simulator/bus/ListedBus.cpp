@@ -25,7 +25,7 @@ BusPresenter::Device rootHub()
     return hub;
 }
 
-/// The failure in a word of its own: error numbers differ between systems.
+/// Returns a name for the error, because error numbers differ between systems.
 QString nameOf(int errorNumber)
 {
     switch (errorNumber) {
@@ -141,7 +141,7 @@ QJsonObject ListedBus::open(const QByteArray &path)
         for (int node = 0; node < device.nodes.size(); ++node) {
             const HidNodeDescription &described = device.nodes.at(node);
             for (int collection = 1; collection <= WindowsHidPath::collectionsOf(described); ++collection) {
-                // Windows does not tell letter cases apart here.
+                // Windows ignores letter case in these paths.
                 if (WindowsHidPath::of(device, node, collection).compare(path, Qt::CaseInsensitive) != 0 ||
                     described.pathless)
                     continue;

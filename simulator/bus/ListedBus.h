@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// A bus that is not shown to any system: libraries that stand in for libusb and hidapi ask for what
-/// stands on it, by the operations that README.md describes. HID paths are those of Windows.
+/// A bus that the operating system cannot see: the replacements for libusb and hidapi request its devices
+/// with the operations that README.md describes. HID paths have the form of Windows.
 class ListedBus : public BusPresenter
 {
 public:
@@ -19,16 +19,17 @@ public:
     QString add(int id, const Device &device) override;
     void remove(int id) override;
 
-    /// The answer to a library's request; nothing when the operation is none of theirs.
+    /// Returns the answer to a request of a library, or nothing if the operation is unknown.
     std::optional<QJsonObject> perform(const QJsonObject &request);
 
 private:
-    /// What a library has opened: node `node` (an index) of the device that was added as `device`.
+    /// An open handle: node `node` (an index) of the device that was added as `device`.
     struct Opened
     {
         int device = 0;
         int node = 0;
-        /// Which of the device's appearances it was: an earlier one is gone for good.
+        /// The appearance of the device for which the handle was opened. It becomes invalid when the device
+        /// disappears.
         int appearance = 0;
     };
     struct Shown

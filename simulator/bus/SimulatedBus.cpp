@@ -13,7 +13,7 @@ int errorNumber(BusModel::WriteResult::Failure failure)
     case BusModel::WriteResult::Failure::None:
         return 0;
     case BusModel::WriteResult::Failure::Refused:
-        return EPIPE; // what a stalled endpoint yields
+        return EPIPE; // the error of a stalled endpoint
     case BusModel::WriteResult::Failure::Broken:
         return EIO;
     case BusModel::WriteResult::Failure::Gone:
@@ -118,7 +118,7 @@ QString SimulatedBus::applyBehaviour(int device, const QJsonObject &changes)
 BusModel::WriteResult SimulatedBus::write(int device, int node, const QByteArray &report)
 {
     const BusModel::WriteResult result = m_model.write(device, node, report, m_clock.elapsed());
-    // Not at once: the write itself has to come to its end before its device may go.
+    // Not immediately: the write must be completed before its device may disappear.
     m_timer.start(0);
     return result;
 }
@@ -143,7 +143,7 @@ void SimulatedBus::present()
             m_shown[device] = 0;
         }
     }
-    // From the last to the first, so that also a libusb that is running lists them in bus order.
+    // From the last to the first, so that a program that is already running lists them in bus order, too.
     for (int device = devices.size() - 1; device >= 0; --device) {
         if (wanted(device) == 0 || m_shown.at(device) == wanted(device))
             continue;

@@ -6,8 +6,8 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-/// Keeps what a BusPresenter shows in step with a BusModel, as time passes. Both must be used
-/// through this only, on the thread that made it; the presenter must outlive it.
+/// Keeps a BusPresenter consistent with a BusModel as time passes. Neither of them may be used directly.
+/// Lives on the thread that created it; the presenter must outlive it.
 class SimulatedBus
 {
 public:
@@ -17,7 +17,7 @@ public:
     SimulatedBus &operator=(const SimulatedBus &) = delete;
 
     const BusModel &model() const { return m_model; }
-    /// What the presenter could not do, first of all; empty when all is well.
+    /// Returns the first error of the presenter, or an empty string.
     QString error() const { return m_error; }
 
     bool plug(int device, BusModel::Presence as);
@@ -34,7 +34,7 @@ private:
 
     BusModel m_model;
     BusPresenter &m_presenter;
-    /// Per device the appearance that is shown, 0 for none.
+    /// The presented appearance of each device, 0 for none.
     QVector<int> m_shown;
     QElapsedTimer m_clock;
     QTimer m_timer;

@@ -22,10 +22,19 @@ constexpr int usbMajor = 189;
 // Fixed width, so that the order of the names is the order of the numbers.
 constexpr int lastPort = 255;
 
-// A device record is refused with small hex digits.
+// umockdev rejects device records with lower-case hex digits.
 QByteArray hexDump(const QByteArray &bytes)
 {
     return bytes.toHex().toUpper();
+}
+
+/// Makes umockdev create its testbed in /tmp if TMPDIR is too long. The testbed's sockets are deep in its
+/// folder, and the path of a socket has at most 107 bytes.
+void keepSocketNamesShort()
+{
+    constexpr int longestPlace = 48;
+    if (qgetenv("TMPDIR").size() > longestPlace)
+        qputenv("TMPDIR", "/tmp");
 }
 
 QByteArray hex4(int value)
@@ -101,7 +110,7 @@ struct UmockdevBus::Private
 
     int freeAddress()
     {
-        // As on a real bus a returning device gets a new address.
+        // As on a real bus, a device that returns gets a new address.
         for (int tries = 0; tries < 126; ++tries) {
             lastAddress = lastAddress % 127 + 1;
             bool taken = lastAddress == 1;
@@ -180,9 +189,8 @@ struct UmockdevBus::Private
         return QString();
     }
 
-    /// An enumeration must not come across a node that is only half there: it would see a path of
-    /// null. So the node is made in a class of another name, and enters the one that is enumerated
-    /// with its last step.
+    /// Adds a node. An enumeration must not find an incomplete node, because its path would be null. The node
+    /// is therefore created in a class with another name and moved to the enumerated class in the last step.
     QString addHidraw(const QByteArray &path, const QByteArray &hid, const HidNodeDescription &node)
     {
         const QByteArray name = node.node.toUtf8();
@@ -216,7 +224,7 @@ struct UmockdevBus::Private
 
     void removeDevice(const QByteArray &path) const
     {
-        // The event first: afterwards nobody could tell what it was that went.
+        // The event comes first, because afterwards it would have no properties.
         umockdev_testbed_uevent(testbed, ("/sys" + path).constData(), "remove");
         umockdev_testbed_remove_device(testbed, ("/sys" + path).constData());
     }
@@ -224,8 +232,9 @@ struct UmockdevBus::Private
 
 UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
 {
+    keepSocketNamesShort();
     d->testbed = umockdev_testbed_new();
-    // Asked only now: the answer "no" from before the first testbed would be remembered.
+    // Not asked before the first testbed exists, because umockdev would remember the answer "no".
     if (!umockdev_in_mock_environment()) {
         d->error = QStringLiteral("not under umockdev-wrapper: programs would see the real bus");
         return;
@@ -246,7 +255,7 @@ UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
 
 UmockdevBus::~UmockdevBus()
 {
-    // A handler that is waiting for this thread gets its turn now; no later one may come.
+    // Runs the handlers that are waiting for this thread; no others can arrive later.
     QCoreApplication::sendPostedEvents(d->context.get());
     d->nodes.clear();
     g_object_unref(d->testbed);
@@ -303,8 +312,8 @@ void UmockdevBus::remove(int id)
         unlink((d->root + "/sys/class/hidraw/" + name).constData());
         unlink((d->root + "/dev/" + name).constData());
     }
-    // hidapi reads a node's parents without checking that they are still there. An enumeration that
-    // has found the node already gets the time to come to its end.
+    // hidapi reads a node's parents without checking that they still exist. This leaves an enumeration that
+    // has already found the node time to finish.
     if (!shown.nodeNames.isEmpty())
         QThread::msleep(10);
     for (const QByteArray &path : shown.hidraws)

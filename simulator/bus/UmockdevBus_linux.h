@@ -7,13 +7,12 @@
 
 #include <memory>
 
-/// A bus that real libusb and real hidapi (hidraw) see, made of a umockdev testbed. The process
-/// must run under umockdev-wrapper, and so must the programs, as its children; it must outlive
-/// them. Whatever a program does to a node is answered from the event loop of the thread that made
-/// the bus, which must keep running.
+/// A bus that is visible to the real libusb and hidapi (hidraw), made with a umockdev testbed. The process
+/// must run under umockdev-wrapper, and so must the programs on the bus; it must outlive them. Accesses to
+/// nodes are answered from the event loop of the thread that created the bus, which must keep running.
 ///
-/// libusb lists the newest device first and, of those that are there when it starts, the one with
-/// the last name first; names are given so that the latter is the one with the lowest position.
+/// libusb lists the newest device first. Of the devices that exist when it starts, it lists the one with the
+/// last name first, so names are chosen such that this is the device with the lowest position.
 class UmockdevBus : public BusPresenter
 {
 public:
@@ -22,12 +21,12 @@ public:
     UmockdevBus(const UmockdevBus &) = delete;
     UmockdevBus &operator=(const UmockdevBus &) = delete;
 
-    /// Why there is no bus; empty when all is well.
+    /// Returns why there is no bus, or an empty string.
     QString startError() const;
 
     void setWriteHandler(WriteHandler handler) override;
     QString add(int id, const Device &device) override;
-    /// Blocks for about 10 ms, see the source.
+    /// Removes a device. Blocks for about 10 ms; the implementation says why.
     void remove(int id) override;
 
 private:

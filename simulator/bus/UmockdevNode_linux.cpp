@@ -36,12 +36,12 @@ extern "C" gboolean onWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, gp
 
 extern "C" gboolean onRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer)
 {
-    // The simulated devices send nothing.
+    // Simulated devices do not send anything.
     umockdev_ioctl_client_complete(client, -1, EAGAIN);
     return TRUE;
 }
 
-/// The bytes that answer a request, and how large the caller's room for them is.
+/// The bytes that answer a request, and the size of the caller's buffer for them.
 struct ControlAnswer
 {
     QByteArray bytes;
@@ -111,7 +111,7 @@ void UmockdevNode::appear()
     ++m_appearance;
 }
 
-/// Once the thread of the bus has taken the context down, nothing is done any more.
+/// Runs `function` on the thread of the bus. Does nothing once the context has been destroyed.
 template <typename Function>
 void UmockdevNode::onBusThread(Function function) const
 {

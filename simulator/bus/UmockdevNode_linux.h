@@ -3,18 +3,18 @@
 #include "simulator/bus/BusPresenter.h"
 
 class QObject;
-// GLib's names for them; its headers stay out of ours.
+// Declared here as in umockdev's headers, which are not included because they include GLib.
 typedef struct _UMockdevIoctlBase UMockdevIoctlBase;
 typedef struct _UMockdevIoctlClient UMockdevIoctlClient;
 typedef struct _UMockdevTestbed UMockdevTestbed;
 
-/// What stands behind one device node of a testbed and answers what programs do to it. It lives as
-/// long as the bus, through any number of unpluggings. The testbed calls on a thread of its own;
-/// all state belongs to the thread of the bus, where such calls are carried out.
+/// Handles the accesses of programs to a device node of a testbed. It exists as long as the bus, however
+/// often the device is unplugged. The testbed calls it on another thread; the calls are forwarded to the
+/// thread of the bus, to which all state belongs.
 class UmockdevNode
 {
 public:
-    /// `handler` takes what is written, as node `index` of `device`. It is called on the thread of
+    /// `handler` receives what is written to node `index` of `device`. It is called on the thread of
     /// `context`, whose event loop must run; both must outlive the node.
     UmockdevNode(int device, int index, const QByteArray &reportDescriptor,
                  const BusPresenter::WriteHandler &handler, QObject &context);
@@ -22,13 +22,13 @@ public:
     UmockdevNode(const UmockdevNode &) = delete;
     UmockdevNode &operator=(const UmockdevNode &) = delete;
 
-    /// Puts it behind a path; to be done before the node comes into being there. Returns what went
-    /// wrong.
+    /// Attaches this object to a path. Must be called before the node is created there. Returns the error, or
+    /// an empty string.
     QString attach(UMockdevTestbed *testbed, const QByteArray &path);
     void appear();
     void disappear() { m_present = false; }
 
-    // For the testbed's calls.
+    // Called by the testbed.
     void connected(UMockdevIoctlClient *client) const;
     void control(UMockdevIoctlClient *client) const;
     void written(UMockdevIoctlClient *client) const;
@@ -45,6 +45,7 @@ private:
     QObject &m_context;
     UMockdevIoctlBase *m_ioctl = nullptr;
     bool m_present = false;
-    /// A handle from before an unplugging must not reach the device that came after it.
+    /// Counts the appearances, so that a handle opened before the device was unplugged cannot be used
+    /// afterwards.
     int m_appearance = 0;
 };

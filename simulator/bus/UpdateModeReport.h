@@ -4,6 +4,6 @@
 
 #include <QByteArray>
 
-/// The one report that switches a simulated device into its bootloader. Written down here a second
-/// time, apart from the program under test, so that a mistake there cannot hide behind its copy.
+/// Returns the only report that switches a simulated device into its bootloader. Intentional: implemented
+/// independently of the program under test, so that the simulator does not repeat its mistakes.
 QByteArray updateModeReport(ReportAnswer::Layout layout);

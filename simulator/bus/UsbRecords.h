@@ -4,16 +4,17 @@
 
 #include <QByteArray>
 
-/// The bytes by which a simulated device describes itself.
+/// Creates the descriptors of a simulated device.
 namespace UsbRecords {
 
-/// Device descriptor followed by the one configuration with its HID interfaces.
+/// Returns the device descriptor, followed by the only configuration with its HID interfaces.
 QByteArray descriptors(const BusPresenter::Device &device);
-/// A vendor report descriptor with `collections` top-level collections, each with output report 4.
+/// Returns a vendor-specific report descriptor with `collections` top-level collections, each with output
+/// report 4.
 QByteArray reportDescriptor(int collections);
 /// The report descriptor of a node: its own, or a made one.
 QByteArray reportDescriptor(const HidNodeDescription &node);
-/// The known interface numbers of the device, each once, ascending.
+/// Returns the known interface numbers of the device in ascending order, without duplicates.
 QVector<int> interfaceNumbers(const BusPresenter::Device &device);
 
 } // namespace UsbRecords

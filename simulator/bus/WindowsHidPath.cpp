@@ -38,7 +38,7 @@ QByteArray WindowsHidPath::of(const BusPresenter::Device &device, int node, int 
         path += "&mi_" + hex(described.number, 2);
     if (hasSeveralCollections(device, described))
         path += "&col" + hex(ordinal, 2);
-    // The system's name for the place: the same port and interface always get the same one.
+    // The instance id: it is always the same for the same port and interface.
     path += "#7&2a" + hex(device.position, 2) + hex(described.number, 2) + "&0&" + hex(ordinal - 1, 4);
     return path + "#{4d1e55b2-f16f-11cf-88cb-001111000030}";
 }

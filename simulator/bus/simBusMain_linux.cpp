@@ -14,7 +14,7 @@ int main(int argc, char *argv[])
     UmockdevBus presenter(description->rootHub);
     if (!presenter.startError().isEmpty())
         return BusController::fail(presenter.startError());
-    // What the wrapper has set: it is to reach the programs on the bus, too.
+    // The variables set by the wrapper. Programs on the bus need them, too.
     QJsonObject environment;
     for (const char *name : {"LD_PRELOAD", "UMOCKDEV_DIR"})
         environment.insert(QLatin1String(name), qEnvironmentVariable(name));

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// "127.0.0.1:PORT"; 0 when there is none.
+/// Returns the port in "127.0.0.1:PORT", the value of the variable; 0 if it is not set.
 std::uint16_t portOfBus()
 {
     const char *address = std::getenv("QUILLMARSH_SIM_BUS");

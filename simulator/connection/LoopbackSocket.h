@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-/// A connection to a port of the loopback interface through the system's own sockets. Calls block.
+/// A connection to a port of the loopback interface, using the system's socket functions. Calls block.
 class LoopbackSocket
 {
 public:
@@ -17,9 +17,9 @@ public:
     bool isOpen() const;
     void close();
 
-    /// Sends all of it; false when the connection is lost.
+    /// Sends all bytes. Returns false if the connection is lost.
     bool send(const char *bytes, std::size_t count);
-    /// How many bytes have come into the buffer; 0 at the end of the connection.
+    /// Returns the number of bytes received in the buffer; 0 at the end of the connection.
     std::size_t receive(char *buffer, std::size_t size);
 
 private:

@@ -28,7 +28,7 @@ bool LoopbackSocket::connectTo(std::uint16_t port)
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    // Requests are small, and each waits for its answer.
+    // Small requests must be sent at once, because each is followed by a wait for its answer.
     const int atOnce = 1;
     setsockopt(d->descriptor, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
     if (connect(d->descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)

@@ -1,6 +1,6 @@
 #include "simulator/connection/LoopbackSocket.h"
 
-// Before the general header, which else takes in the old one.
+// Before windows.h, which would otherwise include the obsolete winsock.h.
 #include <winsock2.h>
 
 #include <utility>
@@ -34,7 +34,7 @@ bool LoopbackSocket::connectTo(std::uint16_t port)
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    // Requests are small, and each waits for its answer.
+    // Small requests must be sent at once, because each is followed by a wait for its answer.
     const BOOL atOnce = TRUE;
     setsockopt(d->connected, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char *>(&atOnce),
                sizeof atOnce);

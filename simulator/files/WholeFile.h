@@ -4,17 +4,17 @@
 #include <QFile>
 #include <QString>
 
-/// Files that are read or written at once.
+/// Reads or writes whole files.
 namespace WholeFile {
 
-/// The file's bytes, or `otherwise` when it cannot be read.
+/// Returns the contents of the file, or `otherwise` if it cannot be read.
 inline QByteArray read(const QString &path, const QByteArray &otherwise = {})
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : otherwise;
 }
 
-/// Replaces what was there before. False when the bytes are not all in the file.
+/// Replaces the contents of the file. Returns false if not all bytes could be written.
 inline bool write(const QString &path, const QByteArray &contents = {})
 {
     QFile file(path);

@@ -4,16 +4,16 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-/// One JSON object on a line of its own, the form of every message between the simulated world, the probe
-/// and the test harness.
+/// JSON objects on one line each. All messages between the simulator, the probe and the test harness have
+/// this form.
 namespace JsonLine {
 
-/// Includes the line feed.
+/// Returns the line of an object, including the line feed.
 inline QByteArray write(const QJsonObject &object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
-/// Null when the line holds no object.
+/// Parses a line. Returns a null document if it is not an object.
 inline QJsonDocument read(const QByteArray &line)
 {
     const QJsonDocument document = QJsonDocument::fromJson(line);

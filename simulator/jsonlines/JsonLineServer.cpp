@@ -80,6 +80,6 @@ void JsonLineServer::startRequest(QTcpSocket *socket, const QByteArray &line)
 void JsonLineServer::answer(QTcpSocket *socket, const QJsonObject &answer)
 {
     socket->write(JsonLine::write(answer));
-    // The process may be about to end because of this request.
+    // Flushed, because the process may end because of this request.
     socket->flush();
 }

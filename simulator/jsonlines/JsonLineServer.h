@@ -9,22 +9,22 @@
 
 class QTcpSocket;
 
-/// Answers each JSON line with one, for any number of connections to a port of the loopback interface.
-/// Belongs to the thread that made it and needs its event loop.
+/// Answers each JSON line with another one, for any number of connections to a port of the loopback
+/// interface. Lives on the thread that created it and needs its event loop.
 class JsonLineServer
 {
 public:
-    /// The answer to one request. `payload` holds the raw bytes that came after the request's line.
+    /// Returns the answer to a request. `payload` contains the raw bytes that followed the request's line.
     using Respond = std::function<QJsonObject(const QJsonObject &request, const QByteArray &payload)>;
-    /// Returns how many raw bytes follow the request's line, or nothing for a request that must name a size
-    /// and does not. Such a request is answered without a payload, and the connection is closed: what follows
-    /// cannot be told from requests.
+    /// Returns the number of raw bytes that follow the request's line, or nothing if the request lacks a
+    /// required size. Such a request is answered without a payload and the connection is closed, because the
+    /// following bytes could not be distinguished from requests.
     using PayloadSize = std::function<std::optional<qint64>(const QJsonObject &request)>;
 
-    /// A null `payloadSize` means that nothing follows any request.
+    /// If `payloadSize` is null, no request has a payload.
     explicit JsonLineServer(Respond respond, PayloadSize payloadSize = {});
 
-    /// Takes a port that the system chooses; 0 when there is none.
+    /// Listens on a port that the system chooses and returns it; 0 on failure.
     quint16 listen();
     /// Closes the port and ends all connections.
     void stop();

@@ -2,12 +2,12 @@
 
 #include <memory>
 
-/// Ends the application's event loop, with 0, when whoever started this process closes its end of
-/// the standard input or dies, and when the process is asked to terminate (SIGTERM, SIGINT, SIGHUP
-/// where there are such). A request that comes before the loop runs ends it at once.
+/// Ends the application's event loop with 0 when the parent process closes the standard input or dies, and,
+/// on systems with signals, on SIGTERM, SIGINT and SIGHUP. If that happens before the loop runs, the loop
+/// ends at once.
 ///
-/// To be made on the main thread, after the application and before anything that starts threads:
-/// those must not take the signals. It lives as long as the event loop.
+/// Create it on the main thread, after the application and before other threads, because those must not
+/// receive the signals. It must exist as long as the event loop runs.
 class EndOnRequest
 {
 public:

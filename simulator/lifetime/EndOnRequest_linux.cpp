@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Signals arrive as something to read, so that what has to be cleared away at the end is.
+/// Returns a descriptor from which signals are read. The process then ends normally and runs its destructors.
 int readableSignals()
 {
     sigset_t set;

@@ -11,8 +11,8 @@ struct EndOnRequest::Private
 
 EndOnRequest::EndOnRequest() : d(std::make_unique<Private>())
 {
-    // There is nothing that could tell an event loop of a pipe's end, so a thread waits for it; it
-    // goes with the process. A console program that is asked to terminate ends without being told.
+    // Windows cannot notify an event loop of the end of a pipe, so a thread waits for it; it ends with the
+    // process. There are no signals: a console program that is told to terminate ends at once.
     std::thread([] {
         char dropped[256];
         while (std::fread(dropped, 1, sizeof dropped, stdin) > 0) {

@@ -59,7 +59,7 @@ void readBus(const QJsonObject &report, ReportedBus &reported, QString *error)
         devices.addUsb(entry);
     for (const JsonReader &entry : bus.objects("hid"))
         devices.addHid(entry);
-    bus.refuseTheRest();
+    bus.rejectUnknownKeys();
     if (!error->isEmpty())
         return;
     reported.bus = devices.take();

@@ -94,7 +94,7 @@ void ReportedDevices::addUsb(JsonReader entry)
         device.description.key = freeKey(QStringLiteral("other"));
     device.description.name = device.description.key;
     device.description.product = device.description.name;
-    entry.refuseTheRest();
+    entry.rejectUnknownKeys();
     m_devices.append(device);
     // The first one beyond the limit is enough to be refused.
     if (m_devices.size() > BusDescription::maximumPosition + 1)
@@ -158,7 +158,7 @@ void ReportedDevices::addHid(JsonReader entry)
     node.reportDescriptor = entry.bytes("reportDescriptor", BusDescription::maximumReportDescriptor);
     entry.number("usagePage", 0, 0, 0xFFFF);
     entry.number("usage", 0, 0, 0xFFFF);
-    entry.refuseTheRest();
+    entry.rejectUnknownKeys();
     if (path.size() > longestPath || markers.size() > longestPath)
         entry.fail(QStringLiteral("a path is longer than any"));
     if (++m_nodes > mostNodes)

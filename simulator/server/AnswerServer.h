@@ -8,31 +8,31 @@
 
 class QTcpSocket;
 
-/// A server on 127.0.0.1 that sends prepared answers byte for byte, whatever it is asked for. It parses
-/// nothing but the end of a request, so that an answer may break every rule of HTTP.
+/// A server on 127.0.0.1 that sends prepared answers byte for byte, regardless of the requests. It only
+/// detects the end of a request, so that an answer may violate HTTP in any way.
 ///
-/// Lives on the thread that made it and works only while that thread processes events.
+/// Lives on the thread that created it and works only while that thread processes events.
 class AnswerServer : public QTcpServer
 {
 public:
     struct Answer
     {
-        /// Head and body.
+        /// The headers and the body.
         QByteArray bytes;
         /// Whether the connection is closed after the last byte. Otherwise it stays open.
         bool closes = true;
-        /// Bytes that are sent in one go; 0 for all.
+        /// The number of bytes that are sent at once; 0 for all.
         int pieceSize = 0;
     };
 
-    /// Begins to listen. The n-th request gets the n-th answer, and requests after the last answer get the
-    /// last one. A request without any answer is never answered.
+    /// Starts listening. The n-th request gets the n-th answer, and later requests get the last one. If there
+    /// are no answers, requests are never answered.
     explicit AnswerServer(const QList<Answer> &answers = {});
 
     void setAnswers(const QList<Answer> &answers);
-    /// Requests that have arrived, of all connections, since the answers were set.
+    /// Returns the number of requests on all connections since the answers were set.
     int requests() const { return m_requests; }
-    /// Whether a part of an answer is still to be sent.
+    /// Returns whether a part of an answer has not been sent yet.
     bool isSending() const { return !m_sending.isEmpty(); }
     /// Resets all connections.
     void closeConnections();
@@ -47,6 +47,6 @@ private:
 
     QList<Answer> m_answers;
     int m_requests = 0;
-    /// Connections on which an answer is under way.
+    /// The connections on which an answer is being sent.
     QSet<QTcpSocket *> m_sending;
 };

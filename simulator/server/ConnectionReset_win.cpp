@@ -6,7 +6,7 @@
 
 void resetConnection(QTcpSocket &socket)
 {
-    // A close that may not linger drops what is unsent and answers with a reset.
+    // With a linger time of 0, closing discards unsent data and resets the connection.
     const linger atOnce{1, 0};
     setsockopt(static_cast<SOCKET>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER,
                reinterpret_cast<const char *>(&atOnce), sizeof atOnce);

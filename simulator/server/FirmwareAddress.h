@@ -2,13 +2,13 @@
 
 #include <QString>
 
-/// The address from which the program of this build fetches its firmware. Servers that are to be found by
-/// the program itself, and not through a manifest, must listen there.
+/// The address from which the program of this build downloads the manifest. A server for the program must
+/// listen there.
 namespace FirmwareAddress {
 
-/// Scheme, host and port, as the build was configured with them.
+/// Returns the scheme, host and port with which the build was configured.
 QString server();
-/// The port in server(), or the scheme's own one where it names none.
+/// Returns the port in server(), or the default port of the scheme.
 quint16 port();
 
 } // namespace FirmwareAddress

@@ -63,7 +63,7 @@ void FirmwareServer::clearFaults()
 QList<ServerRequest> FirmwareServer::requests() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    // A copy of its own: a shared one would be read while the next request is added to it.
+    // A deep copy: an implicitly shared one would be read while the next request is added.
     QList<ServerRequest> copy = m_requests;
     copy.detach();
     return copy;
@@ -97,7 +97,7 @@ void FirmwareServer::accept()
             socket->deleteLater();
             continue;
         }
-        // The system would make it larger and larger, and hide how much the client has taken.
+        // Otherwise the system enlarges the buffer, and it is unknown how much the client has received.
         socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 64 * 1024);
         QObject::connect(socket, &QTcpSocket::bytesWritten, m_context, [this](qint64 bytes) {
             const std::lock_guard<std::mutex> lock(m_mutex);

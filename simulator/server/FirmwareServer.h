@@ -10,36 +10,35 @@
 
 #include <mutex>
 
-/// A firmware server on 127.0.0.1 that can be told to misbehave. It serves the files below a folder,
-/// with ranges and kept-alive connections, on a thread of its own; it is written on plain sockets
-/// because no server library sends wrong answers on request. What can go wrong and how it is
-/// switched on: ServerFault.
+/// A firmware server on 127.0.0.1 with switchable faults. It serves the files in a folder, with ranges and
+/// keep-alive, on a thread of its own. It uses plain sockets, because no server library sends wrong answers
+/// on request. See ServerFault for the faults.
 ///
-/// All operations may be called from any thread while it runs.
+/// All functions may be called from any thread while it runs.
 class FirmwareServer
 {
 public:
-    /// Serves the files below `root`.
+    /// Serves the files in `root`.
     explicit FirmwareServer(const QString &root);
     ~FirmwareServer();
     Q_DISABLE_COPY_MOVE(FirmwareServer)
 
-    /// Listens on `port`, or on one that the system chooses; false when the port is taken.
+    /// Listens on `port`; with 0 the system chooses one. Returns false if the port is in use.
     bool listen(quint16 port = 0);
     quint16 port() const { return m_port; }
-    /// The address of a file of this server; `path` begins with a slash.
+    /// Returns the address of a file on this server; `path` begins with a slash.
     QUrl url(const QString &path) const;
 
-    /// Switches a fault on; false, with the reason in `error`, when its text is not understood.
+    /// Switches a fault on. Returns false and sets `error` if the text is invalid.
     bool addFault(const QString &text, QString *error = nullptr);
     void clearFaults();
 
-    /// Every request so far, in the order of arrival.
+    /// Returns all requests so far, in the order of arrival.
     QList<ServerRequest> requests() const;
-    /// Bytes of all answers, heads included, that were handed to the system so far. It takes 64 KiB of each
-    /// connection, or what it makes of that, ahead of the client's own system.
+    /// Returns the number of bytes of all answers, including headers, that were passed to the system so far.
+    /// For each connection the system buffers about 64 KiB that the client has not received yet.
     qint64 sentBytes() const;
-    /// Connections that are open now.
+    /// Returns the number of open connections.
     int openConnections() const;
 
 private:
@@ -50,7 +49,7 @@ private:
     QString m_root;
     quint16 m_port = 0;
     QThread m_thread;
-    /// Lives on m_thread and owns listener and connections.
+    /// Lives on m_thread; owns the listener and the connections.
     QObject *m_context;
     class QTcpServer *m_listener = nullptr;
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr qint64 pieceSize = 64 * 1024;
 constexpr qint64 queueLimit = 4 * pieceSize;
-/// A reset overtakes what the peer has not read yet; this lets the last bytes arrive first.
+/// The delay before a reset, so that the peer can read the last bytes: a reset discards unread data.
 constexpr int beforeResetMs = 30;
 
 } // namespace

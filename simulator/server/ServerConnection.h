@@ -8,14 +8,14 @@
 
 class QTcpSocket;
 
-/// One connection of the server: reads requests, has each answered, and sends the answer as the
-/// reply says. Lives on the server's thread and deletes itself when the peer is gone.
+/// A connection of the server: reads requests and sends the replies that `answer` returns. Lives on the
+/// server's thread and deletes itself when the peer disconnects.
 class ServerConnection : public QObject
 {
 public:
     using Answer = std::function<ServerReply(const ServerRequest &)>;
 
-    /// Takes `socket` over.
+    /// Takes ownership of `socket`.
     ServerConnection(QTcpSocket *socket, Answer answer, QObject *parent);
 
 private:

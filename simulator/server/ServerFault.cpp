@@ -22,7 +22,7 @@ struct FaultKind
     const char *name;
     const char *keys;
     const char *what;
-    /// Null for the one that strikes before there is a reply.
+    /// Null for the fault that occurs before there is a reply.
     void (*apply)(ServerReply &reply, const ServerFault &fault);
 };
 
@@ -99,7 +99,7 @@ const FaultKind kinds[] = {
 struct Key
 {
     const char *name;
-    /// False when the value is not understood.
+    /// Parses the value. Returns false if it is invalid.
     bool (*read)(ServerFault &fault, const QString &value);
 };
 

@@ -6,36 +6,37 @@
 
 #include <optional>
 
-/// One fault that is switched on, and when it strikes. Written as
+/// A fault of the server, and the requests that it affects. It is written as
 ///
 ///     NAME[:key=value[,key=value…]]
 ///
-/// where the keys that say when are
+/// where these keys select the requests
 ///   path=PATTERN   only requests whose path matches (* and ? as in a shell; default: every path)
-///   range=I        only requests whose first byte lies in the I-th (from 0) of `of` equal parts
+///   range=I        only requests whose first byte is in the I-th (from 0) of `of` equal parts
 ///   of=N           the number of those parts (default 10)
 ///   whole=1        only requests without a range
 ///   nth=K          only from the K-th matching request on (default 1)
-///   times=C        only so often (default: always)
-/// and the keys that say what are bytes=K, ms=T, to=TARGET, name=HEADER and value=TEXT, as the fault's
-/// description in faultHelp() says. Several faults may strike one request, in the order given.
+///   times=C        only C times (default: always)
+/// and the keys bytes=K, ms=T, to=TARGET, name=HEADER and value=TEXT have the meaning that help() describes
+/// for each fault. Several faults may affect one request, in the given order.
 class ServerFault
 {
 public:
-    /// Reads a fault from its text; on failure nothing, and `error` says why.
+    /// Parses a fault. On failure returns nothing and sets `error`.
     static std::optional<ServerFault> parse(const QString &text, QString *error);
 
-    /// One line for each fault there is: its name, its keys, what it does.
+    /// Returns a line for each fault: its name, its keys and its effect.
     static QString help();
 
-    /// Whether it strikes a connection as soon as that is accepted. Such a fault knows no path.
+    /// Returns whether the fault affects a connection as soon as it is accepted. Such a fault does not depend
+    /// on the path.
     bool isAtAccept() const;
-    /// Whether this request or connection is hit; counts it.
+    /// Returns whether the fault affects this request or connection, and counts the request.
     bool strikes(const ServerRequest &request, qint64 fileSize);
-    /// Spoils `reply`.
+    /// Changes `reply` according to the fault.
     void apply(ServerReply &reply) const;
 
-    // What the text said.
+    // The values from the text.
     QString path = QStringLiteral("*");
     int range = -1;
     int of = 10;

@@ -7,11 +7,11 @@
 #include <QPair>
 #include <QString>
 
-/// What the server is about to send. It starts as the right answer; faults change it.
+/// A reply that the server is going to send. Initially it is correct; faults change it.
 struct ServerReply
 {
     enum class Ending {
-        KeepAlive, ///< the next request may come on the same connection
+        KeepAlive, ///< the next request may use the same connection
         Close,     ///< an orderly close after the last byte
         Reset,     ///< a reset after the last byte
         Stall,     ///< nothing more, and the connection stays open
@@ -20,32 +20,32 @@ struct ServerReply
     int status = 200;
     QList<QPair<QByteArray, QByteArray>> headers;
     QByteArray body;
-    /// First byte of `body` in the file, and the file's size; meaningful for 200 and 206.
+    /// The position of `body` in the file, and the size of the file; only valid for 200 and 206.
     qint64 firstByte = 0;
     qint64 fileSize = 0;
-    /// The whole file, for a fault that ignores the range.
+    /// The name of the file, for a fault that ignores the range.
     QString fileName;
 
-    /// Bytes of `body` that are sent before the ending; -1 for all.
+    /// The number of bytes of `body` that are sent before the ending; -1 for all.
     qint64 cutAfter = -1;
     Ending ending = Ending::KeepAlive;
-    /// False when not even the status line is sent.
+    /// Whether anything is sent at all.
     bool answers = true;
     bool chunked = false;
-    /// With a pace, this many bytes every so many milliseconds.
+    /// To send slowly: the number of bytes, and the interval in milliseconds at which they are sent.
     qint64 dripBytes = 0;
     int dripMs = 0;
 
     void setHeader(const QByteArray &name, const QByteArray &value);
     void removeHeader(const QByteArray &name);
-    /// Replaces body and status, and the headers that describe the body.
+    /// Replaces the body, the status, and the headers that describe the body.
     void setPage(int newStatus, const QByteArray &type, const QByteArray &page);
-    /// Sets body, "Content-Length" and, for a part, "Content-Range".
+    /// Sets the body, "Content-Length" and, for a part, "Content-Range".
     void setPart(const QByteArray &bytes, qint64 first, qint64 size, bool isPart);
 
-    /// Status line and headers as they go over the wire.
+    /// Returns the status line and the headers as they are sent.
     QByteArray head() const;
 
-    /// The right answer to `request` from the file `fileName`.
+    /// Returns the correct reply to `request` with the file `fileName`.
     static ServerReply forFile(const ServerRequest &request, const QString &fileName);
 };

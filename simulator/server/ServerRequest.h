@@ -5,30 +5,31 @@
 
 #include <optional>
 
-/// One request as it came over the wire.
+/// A request as it was received.
 struct ServerRequest
 {
     QByteArray method;
-    /// Path without query.
+    /// The path without the query.
     QByteArray path;
-    /// Values by lower-case name.
+    /// The values of the headers, by lower-case name.
     QMap<QByteArray, QByteArray> headers;
-    /// When it was complete, in milliseconds of a steady clock.
+    /// The time at which the request was complete, in milliseconds of a monotonic clock.
     qint64 atMs = 0;
 
-    /// The value of a header, in whatever case it is asked for; empty when it was not sent.
+    /// Returns the value of a header, or an empty string if it was not sent. The case of `name` is ignored.
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
 
-    /// Parses the head of a request, without its closing empty line; nothing when it is no HTTP.
+    /// Parses the headers of a request, without the empty line at the end. Returns nothing if they are not
+    /// HTTP.
     static std::optional<ServerRequest> parse(const QByteArray &head);
 };
 
-/// The bytes that a "Range" header asks for: `last` is inclusive, and -1 stands for the file's end.
+/// The bytes that a "Range" header requests; `last` is inclusive, and -1 means the end of the file.
 struct RequestedRange
 {
     qint64 first = 0;
     qint64 last = -1;
 
-    /// Only "bytes=a-b" and "bytes=a-" are understood; anything else is as good as no header.
+    /// Parses "bytes=a-b" and "bytes=a-". Returns nothing for all other values, as if there were no header.
     static std::optional<RequestedRange> parse(const QByteArray &header);
 };

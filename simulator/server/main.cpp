@@ -1,4 +1,4 @@
-// The firmware server as a program of its own, for a demo and for tests of the whole product.
+// The firmware server as a separate program, for the demo and for end-to-end tests.
 
 #include "simulator/lifetime/EndOnRequest.h"
 #include "simulator/server/FirmwareAddress.h"
@@ -19,11 +19,11 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral(
-            "Serves the files below a folder on 127.0.0.1 and misbehaves as told.\n\n"
-            "A fault is NAME[:key=value[,key=value...]]. When it strikes is said by path=PATTERN,\n"
+            "Serves the files in a folder on 127.0.0.1, with faults.\n\n"
+            "A fault is NAME[:key=value[,key=value...]]. These keys select the requests: path=PATTERN,\n"
             "range=I (the I-th, from 0, of=N equal parts of the file), whole=1 (only requests without a\n"
-            "range), nth=K (from the K-th matching request on) and times=C (only so often). The names, their "
-            "keys and what they do:\n\n") +
+            "range), nth=K (from the K-th matching request on) and times=C (only C times). The names, their "
+            "other keys and their effects:\n\n") +
         ServerFault::help());
     parser.addHelpOption();
     const QCommandLineOption portOption(QStringLiteral("port"),

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Has the standard streams pass bytes as they are: some platforms change line ends in text.
+/// Sets the standard streams to binary mode: some platforms otherwise convert line endings.
 void useByteStreams();

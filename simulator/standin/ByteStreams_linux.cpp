@@ -2,5 +2,5 @@
 
 void useByteStreams()
 {
-    // They always do here.
+    // The streams are always binary on Linux.
 }

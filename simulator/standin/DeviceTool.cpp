@@ -19,10 +19,10 @@ constexpr int failed = 1;
 constexpr std::size_t programmerArguments = 11;
 constexpr char noMicrocontroller[] = "No USB IAP device!\n";
 constexpr char noDevice[] = "Open upg device failed\n";
-// Long enough for each line to be read by itself.
+// Long enough for each line to be read separately.
 constexpr std::chrono::milliseconds betweenLines{30};
 
-/// How the IAP programmer is given its ids.
+/// Parses an id in the form of the IAP programmer's arguments.
 long idOf(const std::string &signedHex)
 {
     char *end = nullptr;

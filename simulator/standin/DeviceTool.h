@@ -5,18 +5,18 @@
 #include <string>
 #include <vector>
 
-/// An honest flasher or IAP programmer, depending on its arguments: it succeeds only when a device on the bus
-/// is ready for it.
+/// A flasher or an IAP programmer, depending on its arguments. It succeeds only if a device on the bus is
+/// ready for it.
 class DeviceTool
 {
 public:
     explicit DeviceTool(std::vector<std::string> arguments);
 
-    /// Does what the arguments ask for and returns the exit code.
+    /// Performs the operation in the arguments and returns the exit code.
     int play();
 
-    /// Hands the arguments' image to the bootloader on the bus, or to their microcontroller. Both say why not
-    /// when they cannot.
+    /// Write the image in the arguments to the bootloader on the bus, or to the microcontroller in the
+    /// arguments. On failure they print the reason and return false.
     bool burn();
     bool program();
     bool reset();
@@ -29,9 +29,9 @@ private:
     int playProgrammer();
     nlohmann::json devices();
     bool hasBootloader();
-    /// The microcontroller with the ids of the arguments, by its key; empty when it is not there.
+    /// Returns the key of the microcontroller with the ids in the arguments; empty if it is not on the bus.
     std::string microcontroller();
-    /// Empty where there is no such argument.
+    /// Returns an argument; empty if there is none with this index.
     std::string argument(std::size_t index) const;
 
     std::vector<std::string> m_arguments;

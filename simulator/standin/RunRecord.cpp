@@ -20,7 +20,7 @@ std::int64_t steadyMs()
 bool append(const std::filesystem::path &file, const Json &line)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::app);
-    // In one piece, so that the lines of two runs at one time do not mix.
+    // Written at once, so that the lines of two simultaneous runs are not mixed.
     stream << line.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n' << std::flush;
     return stream.good();
 }
@@ -47,7 +47,7 @@ bool RunRecord::start(const std::vector<std::string> &arguments)
                        {"startMs", steadyMs()}};
     if (!append(m_file, started))
         return false;
-    // Its position among the start lines is its number, even when another run has written one meanwhile.
+    // The number of the run is the position of its start line, even if another run has added one meanwhile.
     std::ifstream record(m_file, std::ios::binary);
     for (std::string line; std::getline(record, line);) {
         const Json earlier = Json::parse(line, nullptr, false);

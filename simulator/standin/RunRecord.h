@@ -4,17 +4,17 @@
 #include <string>
 #include <vector>
 
-/// Writes one run into the record of a stand-in tool, which StandinRuns reads.
+/// Writes a run to the record of a stand-in tool, which StandinRuns reads.
 class RunRecord
 {
 public:
     explicit RunRecord(const std::filesystem::path &tool);
 
-    /// Notes the start; false when the record cannot be written.
+    /// Records the start. Returns false if the record cannot be written.
     bool start(const std::vector<std::string> &arguments);
-    /// How many runs started before this one.
+    /// Returns the number of runs that started before this one.
     int earlierRuns() const { return m_earlierRuns; }
-    /// How many of them had the same first argument.
+    /// Returns how many of them had the same first argument.
     int earlierRunsLikeThis() const { return m_earlierRunsLikeThis; }
     void end(int exitCode) const;
 

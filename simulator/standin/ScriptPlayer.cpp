@@ -29,7 +29,7 @@ std::string bytesOf(const std::string &hex)
     return bytes;
 }
 
-/// In one piece or, when the step says so, in two or byte by byte.
+/// Prints the bytes at once or, if the step says so, in two pieces or byte by byte.
 void printPieces(const std::string &bytes, const Json &step)
 {
     const int pauseMs = step.value("pauseMs", 50);
@@ -45,7 +45,7 @@ void printPieces(const std::string &bytes, const Json &step)
     }
 }
 
-/// As many bytes, in lines.
+/// Returns lines with the given number of bytes in total.
 std::string flood(std::size_t bytes)
 {
     std::string text(bytes, 'x');
@@ -54,7 +54,7 @@ std::string flood(std::size_t bytes)
     return text;
 }
 
-/// Bytes that never occur in UTF-8, line feeds between them.
+/// Returns bytes that never occur in UTF-8, with line feeds between them.
 std::string garbage(std::size_t bytes)
 {
     std::string text(bytes, '\xFF');
@@ -77,7 +77,7 @@ std::filesystem::path withSuffix(std::filesystem::path path, const char *suffix)
 
 [[noreturn]] void crash()
 {
-    std::signal(SIGILL, SIG_DFL); // a sanitizer's handler would turn it into an orderly end
+    std::signal(SIGILL, SIG_DFL); // a sanitizer's handler would end the process normally
     __builtin_trap();
 }
 
@@ -138,7 +138,7 @@ bool ScriptPlayer::playDevice(const Step &step)
 
 bool ScriptPlayer::playFiles(const Step &step)
 {
-    // An absolute path stays what it is.
+    // An absolute path is not changed.
     const auto path = [this, &step](const char *key) {
         return m_self.parent_path() / std::filesystem::u8path(step[key].get<std::string>());
     };
@@ -148,12 +148,12 @@ bool ScriptPlayer::playFiles(const Step &step)
         while (!std::filesystem::exists(path("awaitFile")))
             sleepMs(20);
     } else if (step.contains("processId")) {
-        // Under its name only once it is whole.
+        // The file is renamed to its name once it is complete.
         const std::filesystem::path unfinished = withSuffix(path("processId"), ".new");
         endUnless(write(unfinished, std::to_string(StandinSystem::processId()) + '\n'));
         std::filesystem::rename(unfinished, path("processId"));
     } else if (step.contains("vanish")) {
-        // A running program can be moved on every system, but not removed.
+        // On all systems a running program can be renamed, but not everywhere can it be removed.
         std::filesystem::rename(m_self, withSuffix(m_self, ".gone"));
     } else {
         return false;

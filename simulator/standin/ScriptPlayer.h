@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <optional>
 
-/// Plays the steps of one run of a script; README.md of the simulator describes them.
+/// Plays the steps of one run of a script. They are described in the simulator's README.md.
 class ScriptPlayer
 {
 public:
-    /// `self` is the path of the stand-in that runs. `tool` does what steps want of a device, and must
+    /// `self` is the path of the running stand-in. `tool` performs the steps that access a device; it must
     /// outlive the player.
     ScriptPlayer(std::filesystem::path self, DeviceTool &tool);
 
@@ -21,7 +21,8 @@ public:
 private:
     using Step = nlohmann::json;
 
-    /// Each handles the steps that it knows and returns whether it did. What ends the run sets m_exitCode.
+    /// Each of these functions handles the steps that it knows and returns whether it did. A step that ends
+    /// the run sets m_exitCode.
     bool playOutput(const Step &step);
     bool playDevice(const Step &step);
     bool playFiles(const Step &step);

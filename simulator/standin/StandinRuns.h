@@ -4,25 +4,26 @@
 #include <QStringList>
 #include <QVector>
 
-/// What one run of a stand-in tool left in its record.
+/// A run of a stand-in tool, from its record.
 struct StandinRun
 {
     QStringList arguments;
     QString workingDirectory;
-    /// Milliseconds of the system's steady clock, comparable between processes.
+    /// Milliseconds of the system's monotonic clock, which is the same for all processes.
     qint64 startMs = 0;
-    /// -1 when the run was killed, crashed or still goes on.
+    /// -1 if the run was killed, has crashed or is not finished.
     qint64 endMs = -1;
     int exitCode = -1;
 };
 
-/// The record of a stand-in tool: "<file>.runs.jsonl" beside the tool, one line when a run starts
-/// and one when it ends.
+/// Reads the record of a stand-in tool: "<file>.runs.jsonl" beside the tool, with a line for the start and
+/// one for the end of each run.
 namespace StandinRuns {
 
-/// `tool` is the path of the stand-in's executable. In order of their starts; empty without a record.
+/// Returns the runs in the order of their starts; empty if there is no record. `tool` is the path of the
+/// stand-in's executable.
 QVector<StandinRun> read(const QString &tool);
-/// Where that record is.
+/// Returns the path of the record.
 QString recordOf(const QString &tool);
 
 } // namespace StandinRuns

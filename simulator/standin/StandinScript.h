@@ -6,16 +6,17 @@
 #include <QList>
 #include <QString>
 
-/// Scripts for stand-in tools; README.md of the simulator describes the steps.
+/// Creates scripts for stand-in tools. The steps are described in the simulator's README.md.
 namespace StandinScript {
 
-/// One step of a run.
+/// Returns a step of a run.
 inline QJsonObject step(const char *name, const QJsonValue &value = true)
 {
     return {{QLatin1String(name), value}};
 }
 
-/// A section of a script: the first run, the second one and so on, of which the last is repeated.
+/// Returns a section of a script: the steps of the first run, the second run and so on. The last run is
+/// repeated.
 inline QJsonObject runs(const QList<QJsonArray> &all)
 {
     QJsonArray list;
@@ -24,13 +25,13 @@ inline QJsonObject runs(const QList<QJsonArray> &all)
     return {{QStringLiteral("runs"), list}};
 }
 
-/// A script with the same runs whatever the arguments are.
+/// Returns a script whose runs do not depend on the arguments.
 inline QJsonDocument script(const QList<QJsonArray> &all)
 {
     return QJsonDocument(runs(all));
 }
 
-/// A script for the runs with this first argument; with others the tool stays honest.
+/// Returns a script for runs with this first argument. With other arguments the tool works normally.
 inline QJsonDocument scriptFor(const QString &firstArgument, const QList<QJsonArray> &all)
 {
     return QJsonDocument(QJsonObject{{firstArgument, runs(all)}});

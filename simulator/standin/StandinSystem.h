@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-/// What a stand-in tool has to ask the system for.
+/// The system functions that a stand-in tool needs.
 namespace StandinSystem {
 
-/// The path of the program that runs, also when it was started by its name alone.
+/// Returns the path of the running program, even if it was started by its name alone.
 std::filesystem::path ownPath();
-/// The arguments after the program's name, in UTF-8 whatever the system's own encoding is.
+/// Returns the arguments after the program's name, in UTF-8 on all systems.
 std::vector<std::string> arguments(int argc, char *argv[]);
 int processId();
 

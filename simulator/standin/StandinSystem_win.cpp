@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// After the general header, which it needs.
+// shellapi.h needs windows.h, so it comes last.
 #include <shellapi.h>
 
 namespace {
@@ -27,7 +27,7 @@ std::filesystem::path StandinSystem::ownPath()
 
 std::vector<std::string> StandinSystem::arguments(int, char *[])
 {
-    // The arguments of main() are in the system's code page, which lacks most characters.
+    // main()'s arguments are in the system's code page, which cannot represent most characters.
     int count = 0;
     wchar_t **const all = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::string> texts;

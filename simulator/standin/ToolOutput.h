@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-/// Output that whoever reads it sees at once.
+/// Writes output and flushes it, so that it can be read at once.
 inline void printTo(std::FILE *stream, const std::string &bytes)
 {
     std::fwrite(bytes.data(), 1, bytes.size(), stream);

@@ -1,6 +1,6 @@
-// Plays a tool that the program starts: an honest one, or one that follows the script beside it. It depends
-// neither on Qt nor, on Windows, on the compiler's libraries, so that it starts fast and runs from any
-// folder.
+// Plays a tool that the program starts: one that works normally, or one that follows the script beside it.
+// It depends neither on Qt nor, on Windows, on the compiler's runtime libraries, so that it starts quickly
+// and runs from any folder.
 #include "simulator/standin/ByteStreams.h"
 #include "simulator/standin/DeviceTool.h"
 #include "simulator/standin/RunRecord.h"
@@ -20,7 +20,7 @@ using Json = nlohmann::json;
 constexpr int noRecord = 97;
 constexpr int unusableScript = 98;
 
-/// The tool's script; null when there is none, discarded when it cannot be read.
+/// Returns the tool's script: null if there is none, discarded if it cannot be read.
 Json readScript(std::filesystem::path tool)
 {
     std::ifstream file(tool += ".script.json", std::ios::binary);
@@ -53,7 +53,8 @@ int play(const std::filesystem::path &self, const std::vector<std::string> &argu
         const auto last = static_cast<int>(runs.size()) - 1;
         return ScriptPlayer(self, tool).play(runs[static_cast<std::size_t>(std::min(earlier, last))]);
     }
-    // An unusable script must not pass for an honest tool, but a section may be for others only.
+    // With an unusable script the tool must not work normally, but the script may have sections for other
+    // arguments only.
     if (!script.contains("runs"))
         return tool.play();
     printTo(stderr, "stand-in: its script holds no runs\n");

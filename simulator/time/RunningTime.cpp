@@ -5,10 +5,10 @@
 
 namespace {
 constexpr int tickMs = 10;
-/// The most that one gap adds. A thread that only sleeps gets its turn well within this, also on a
-/// machine with more work than processors.
+/// The maximum that one gap adds to the running time. A thread that only sleeps is scheduled within this time
+/// even on a busy machine.
 constexpr qint64 mostPerGapMs = 50;
-/// A longer gap is a pause of the machine, and not only much work.
+/// A longer gap means that the machine was paused, not only busy.
 constexpr qint64 pauseMs = 500;
 } // namespace
 
@@ -33,7 +33,7 @@ void RunningClock::tick()
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_wake.wait_for(lock, std::chrono::milliseconds(tickMs), [this] { return m_ending; })) {
         m_beforeTickMs += sinceTickMs();
-        m_stoodStillMs += pauseSinceTickMs();
+        m_pausedMs += pauseSinceTickMs();
         m_sinceTick.restart();
     }
 }
@@ -55,15 +55,15 @@ qint64 RunningClock::nowMs() const
     return m_beforeTickMs + sinceTickMs();
 }
 
-qint64 RunningClock::stoodStillMs() const
+qint64 RunningClock::pausedMs() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_stoodStillMs + pauseSinceTickMs();
+    return m_pausedMs + pauseSinceTickMs();
 }
 
 const RunningClock &RunningClock::ofThisProcess()
 {
-    // Never deleted: threads that are still waiting when main() returns may ask it.
+    // Never deleted: threads that are still waiting when main() returns may use it.
     static const RunningClock &clock = *new RunningClock;
     return clock;
 }
@@ -76,6 +76,6 @@ RunningTimer::RunningTimer(const RunningClock &clock) : m_clock(clock)
 qint64 RunningTimer::restart()
 {
     const qint64 now = m_clock.nowMs();
-    m_stoodStillBeforeMs = m_clock.stoodStillMs();
+    m_pausedBeforeMs = m_clock.pausedMs();
     return now - std::exchange(m_startMs, now);
 }

@@ -6,13 +6,13 @@
 #include <mutex>
 #include <thread>
 
-/// How long a test waits for something that has to happen. A wait ends as soon as it happens, so this only
-/// decides how soon a test fails that fails anyway.
+/// How long a test waits for an event that must happen. The wait ends with the event, so this only determines
+/// how quickly a failing test fails.
 constexpr int eventLimitMs = 60000;
 
-/// A steady clock that stops while its process cannot run: while the process is stopped, or the machine
-/// stalls. A thread of its own ticks every few milliseconds; of a longer gap between two ticks only a
-/// fraction counts. Time never goes backwards. All functions may be called from any thread.
+/// A monotonic clock that stops while its process cannot run because the process or the machine is stopped. A
+/// thread of its own ticks every few milliseconds; only a part of a longer gap between two ticks counts. All
+/// functions may be called from any thread.
 class RunningClock
 {
 public:
@@ -21,18 +21,18 @@ public:
     RunningClock(const RunningClock &) = delete;
     RunningClock &operator=(const RunningClock &) = delete;
 
-    /// Milliseconds in which the process was able to run, since the clock was made.
+    /// Returns the milliseconds in which the process could run, since the clock was created.
     qint64 nowMs() const;
-    /// Milliseconds of the pauses of half a second and more, since the clock was made.
-    qint64 stoodStillMs() const;
+    /// Returns the total milliseconds of pauses of at least half a second, since the clock was created.
+    qint64 pausedMs() const;
 
-    /// The clock that timers use unless they are given another. It is made at the first use and ends with
-    /// the process.
+    /// Returns the default clock of timers. It is created when it is first used and exists until the process
+    /// ends.
     static const RunningClock &ofThisProcess();
 
 private:
     void tick();
-    /// What the time since the last tick adds to the two sums; both need the lock.
+    /// Return what the time since the last tick adds to the two sums. The caller must hold the lock.
     qint64 sinceTickMs() const;
     qint64 pauseSinceTickMs() const;
 
@@ -41,33 +41,33 @@ private:
     bool m_ending = false;
     QElapsedTimer m_sinceTick;
     qint64 m_beforeTickMs = 0;
-    qint64 m_stoodStillMs = 0;
+    qint64 m_pausedMs = 0;
     std::thread m_thread;
 };
 
-/// Measures time on a RunningClock. Starts when it is made.
+/// Measures time with a RunningClock, from its construction on.
 class RunningTimer
 {
 public:
     explicit RunningTimer(const RunningClock &clock = RunningClock::ofThisProcess());
 
-    /// Starts again from zero; returns the milliseconds until then.
+    /// Restarts at zero and returns the milliseconds elapsed until then.
     qint64 restart();
-    /// Milliseconds in which the process was able to run.
+    /// Returns the elapsed milliseconds in which the process could run.
     qint64 elapsed() const { return m_clock.nowMs() - m_startMs; }
     bool hasExpired(qint64 limitMs) const { return elapsed() >= limitMs; }
-    /// Milliseconds of pauses of half a second and more.
-    qint64 stoodStillMs() const { return m_clock.stoodStillMs() - m_stoodStillBeforeMs; }
+    /// Returns the total milliseconds of pauses of at least half a second.
+    qint64 pausedMs() const { return m_clock.pausedMs() - m_pausedBeforeMs; }
 
 private:
     const RunningClock &m_clock;
     qint64 m_startMs = 0;
-    qint64 m_stoodStillBeforeMs = 0;
+    qint64 m_pausedBeforeMs = 0;
 };
 
-/// Calls `wait`, which blocks for at most the milliseconds that it is given and returns whether it is
-/// done, until it is or `limitMs` of running time have passed. It is called at least once. Turns the
-/// blocking waits of Qt, whose limits count pauses, into waits whose limits do not.
+/// Calls `wait` until it returns true or `limitMs` of running time have passed, but at least once. `wait`
+/// must block for at most the given milliseconds. This makes the blocking waits of Qt, whose limits include
+/// pauses, independent of pauses.
 template <typename Wait>
 bool waitInShortSteps(const Wait &wait, int limitMs)
 {

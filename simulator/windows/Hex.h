@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/// Bytes as texts of two digits each.
+/// Returns the bytes as two hexadecimal digits each.
 inline std::string hexOf(const unsigned char *bytes, std::size_t count)
 {
     static const char digits[] = "0123456789abcdef";
@@ -16,7 +16,7 @@ inline std::string hexOf(const unsigned char *bytes, std::size_t count)
     return text;
 }
 
-/// What is no pair of digits ends the text.
+/// Converts pairs of hexadecimal digits to bytes, up to the first text that is not such a pair.
 inline std::vector<unsigned char> bytesOf(const std::string &hex)
 {
     const auto value = [](char digit) {

@@ -3,14 +3,14 @@
 
 #include <hidapi.h>
 
-// After the header that it must not be taken in before.
+// BusConnection.h must be included before windows.h.
 #include <windows.h>
 
 #include <cstdlib>
 #include <cstring>
 
-// In the place of hidapi for programs on a simulated bus, with hidapi's own contract on Windows:
-// the paths, and error texts that begin with the system's function and name its error number.
+// Replaces hidapi for programs on a simulated bus. Like hidapi on Windows, it has Windows' paths, and error
+// texts that begin with the name of a system function and contain its error number.
 
 struct hid_device_
 {
@@ -21,7 +21,7 @@ struct hid_device_
 namespace {
 
 std::unique_ptr<BusConnection> bus;
-/// What hid_error() says without a device.
+/// The text that hid_error() returns without a device.
 std::wstring globalError = L"Success";
 
 DWORD systemError(const std::string &failure)
@@ -47,7 +47,7 @@ std::wstring errorText(const wchar_t *function, const nlohmann::json &answer)
     return text;
 }
 
-/// To be freed with free(), as all texts of an enumeration are.
+/// Copies a text of an enumeration. It must be freed with free().
 template <typename Character>
 Character *copyOf(const std::basic_string<Character> &text)
 {

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
-// In the place of libusb for programs on a simulated bus: the functions that list devices, with
-// libusb's own contract. No device can be opened.
+// Replaces libusb for programs on a simulated bus. It has the functions that list devices, which behave
+// like those of libusb. Devices cannot be opened.
 
 struct libusb_device
 {
@@ -32,7 +32,7 @@ void release(libusb_device *device)
         delete device;
 }
 
-/// Numbers of two bytes lie with the low one first, there as here.
+/// Both the descriptor and this system store numbers of two bytes with the low byte first.
 libusb_device *deviceOf(const std::string &hex)
 {
     const std::vector<unsigned char> bytes = bytesOf(hex);
@@ -62,7 +62,7 @@ void setPlace(libusb_device &device, const std::string &ports, std::size_t ordin
 
 extern "C" {
 
-// Only the default context: what a program makes of its own is never asked for here.
+// Only the default context is supported; programs on the bus use no other.
 int LIBUSB_CALL libusb_init(libusb_context **context)
 {
     if (context)

@@ -11,8 +11,8 @@
 #include <string>
 #include <thread>
 
-// A small program on the bus, for the tests of what stands in for libusb and hidapi. It does what its
-// arguments say, one after the other, and prints a line of JSON for each:
+// A small program on the bus, for the tests of the replacements for libusb and hidapi. It performs the
+// operations in its arguments one after the other and prints a line of JSON for each:
 //
 //   init                        list
 //   open VENDOR PRODUCT         open-path PATH         (numbers as 0xF100)

@@ -8,16 +8,15 @@
 #include <string>
 #include <vector>
 
-// A hand for the windows of other programs, such as an installer:
+// Operates the windows of another program, such as an installer:
 //
-//   wait TEXT SECONDS     until a button with this text can be pressed
-//   press TEXT SECONDS    the same, and presses it
-//   ticked TEXT SECONDS   until there is such a box, and it is ticked; "unticked" the other way round
-//   disabled TEXT SECONDS until there is such a button, and it cannot be pressed
-//   absent TEXT SECONDS   until there is no such button, but a button "Finish"
+//   wait TEXT SECONDS     waits for an enabled button with this text
+//   press TEXT SECONDS    waits for it and presses it
+//   ticked TEXT SECONDS   waits for a ticked check box with this text; "unticked" for one that is not
+//   disabled TEXT SECONDS waits for a disabled button with this text
+//   absent TEXT SECONDS   waits until there is a button "Finish" but no button with this text
 //
-// Texts are compared without the marks of their keys. When the time is over it prints the texts of all
-// windows, and ends with 1.
+// Texts are compared without "&". When the time is up, it prints the texts of all windows and exits with 1.
 
 namespace {
 
@@ -83,7 +82,7 @@ bool isTicked(HWND box)
     return SendMessageA(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-/// Whether what is waited for has come; presses the button where that is asked for.
+/// Returns whether the condition of `verb` is true. For "press", also presses the button.
 bool isDone(const std::string &verb, const std::string &text)
 {
     if (verb == "absent")

@@ -19,19 +19,34 @@ QStringList names(Enumeration last, const NameOf &nameOf)
 
 TEST(EventNamesTest, EachStageHasTheNameThatCompanionsKnow)
 {
-    EXPECT_EQ(names(UpdateStage::Leaving, [](UpdateStage stage) { return EventNames::of(stage); }),
+    EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); }),
               list({"idle", "fetching", "asking-for-model", "entering-bootloader", "flashing", "resetting",
                     "asking-programmer", "programming", "blocked", "leaving"}));
 }
 
 TEST(EventNamesTest, EachReasonHasTheNameThatCompanionsKnow)
 {
-    EXPECT_EQ(
-        names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); }),
-        list({"none", "no-device", "another-copy", "tool-missing", "no-access", "folder-unusable",
-              "no-model-chosen", "image-unreadable", "address-not-found", "download-failed",
-              "checksum-mismatch", "bootloader-not-entered", "unknown-write-type", "tool-not-started",
-              "device-not-reachable", "writing-failed", "image-refused", "not-prepared", "interrupted"}));
+    EXPECT_EQ(names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); }),
+              list({"none",
+                    "no-device",
+                    "another-copy",
+                    "tool-missing",
+                    "no-access",
+                    "folder-unusable",
+                    "no-model-chosen",
+                    "image-unreadable",
+                    "address-not-found",
+                    "download-failed",
+                    "checksum-mismatch",
+                    "signature-refused",
+                    "bootloader-not-entered",
+                    "unknown-write-type",
+                    "tool-not-started",
+                    "device-not-reachable",
+                    "writing-failed",
+                    "image-refused",
+                    "not-prepared",
+                    "interrupted"}));
 }
 
 TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
@@ -46,7 +61,7 @@ TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
 
 TEST(EventNamesTest, NoTwoHaveTheSameName)
 {
-    EXPECT_EQ(names(UpdateStage::Leaving, [](UpdateStage stage) { return EventNames::of(stage); })
+    EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); })
                   .removeDuplicates(),
               0);
     EXPECT_EQ(names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); })

@@ -26,6 +26,8 @@ const Row rows[] = {
     {UpdateReason::AddressNotFound, before, 4},
     {UpdateReason::DownloadFailed, before, 4},
     {UpdateReason::ChecksumMismatch, before, 4},
+    {UpdateReason::SignatureRefused, UpdateStage::Idle, 4},
+    {UpdateReason::SignatureRefused, before, 4},
     {UpdateReason::BootloaderNotEntered, UpdateStage::EnteringBootloader, 1},
     {UpdateReason::UnknownWriteType, UpdateStage::EnteringBootloader, 1},
     {UpdateReason::ToolNotStarted, UpdateStage::EnteringBootloader, 1},

@@ -37,6 +37,7 @@ TEST(OptionsTest, WhatIsNotSaidIsOff)
     EXPECT_FALSE(options.json);
     EXPECT_FALSE(options.verbose);
     EXPECT_FALSE(options.noReset);
+    EXPECT_FALSE(options.requireSignature);
     EXPECT_FALSE(options.repeat);
     EXPECT_FALSE(options.yes);
     EXPECT_EQ(options.waitSeconds, 0);
@@ -51,7 +52,8 @@ TEST(OptionsTest, EachOptionIsRead)
     const Options options =
         optionsOf(list({"update", "--json", "--verbose", "--log", "a log.txt", "--model", "DevMaa", "--file",
                         "an image.img", "--md5", "0123456789ABCDEF0123456789abcdef", "--write-type", "hid",
-                        "--no-reset", "--wait", "90", "--repeat", "--yes"}));
+                        "--no-reset", "--wait", "90", "--repeat", "--yes", "--require-signature"}));
+    EXPECT_TRUE(options.requireSignature);
     EXPECT_TRUE(options.json);
     EXPECT_TRUE(options.verbose);
     EXPECT_EQ(options.logFile, QStringLiteral("a log.txt"));

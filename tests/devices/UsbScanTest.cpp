@@ -40,7 +40,7 @@ TEST_F(UsbScanTest, TheFirstSupportedDeviceOnTheBusIsChosenWhateverTheTableOrder
     const UsbScanResult result = scan();
     EXPECT_TRUE(result.found);
     EXPECT_EQ(result.device.name, QStringLiteral("DevMct"));
-    EXPECT_EQ(result.looked, 2) << "later devices are not looked at";
+    EXPECT_EQ(result.examined, 2) << "later devices are not looked at";
 }
 
 TEST_F(UsbScanTest, NothingOnTheBusFindsNothingAndLeavesTheDevice)
@@ -48,7 +48,7 @@ TEST_F(UsbScanTest, NothingOnTheBusFindsNothingAndLeavesTheDevice)
     const UsbScanResult result = scan();
     EXPECT_FALSE(result.found);
     EXPECT_EQ(result.device.name, QStringLiteral("earlier"));
-    EXPECT_EQ(result.looked, 0);
+    EXPECT_EQ(result.examined, 0);
 }
 
 TEST_F(UsbScanTest, AnErrorOfTheListingFindsNothing)
@@ -63,7 +63,7 @@ TEST_F(UsbScanTest, UnknownDevicesFindNothing)
     m_bus.plug(model("DevMaa").vendorId, 0xFFFF);
     const UsbScanResult result = scan();
     EXPECT_FALSE(result.found);
-    EXPECT_EQ(result.looked, 2);
+    EXPECT_EQ(result.examined, 2);
     EXPECT_FALSE(result.hidScanWanted || result.iapIds.has_value());
 }
 
@@ -116,7 +116,7 @@ TEST_F(UsbScanTest, InZn58ModeTheRowZn58IsChosenWithoutAHidScanAndTheFlagsStay)
     EXPECT_FALSE(result.hidScanWanted);
     EXPECT_EQ(result.device.hidPathFlag, 8);
     EXPECT_EQ(result.device.iapFlag, 7);
-    EXPECT_EQ(result.looked, 2);
+    EXPECT_EQ(result.examined, 2);
 }
 
 TEST_F(UsbScanTest, InZn58ModeADeviceWithAnotherModelsIdsIsIgnored)

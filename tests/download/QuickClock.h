@@ -28,7 +28,7 @@ public:
             m_skippedMs += milliseconds;
         return !m_leaving;
     }
-    bool isLeaving() const override { return m_leaving; }
+    bool isShuttingDown() const override { return m_leaving; }
     void leave() { m_leaving = true; }
 
     /// Whether nowMs() advances by what was slept (and running time, too) or by running time only.

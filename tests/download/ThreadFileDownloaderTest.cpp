@@ -264,7 +264,7 @@ TEST_F(ThreadFileDownloaderTest, ACountBelowOneNeverEndsByItself)
     for (const int count : {0, -1}) {
         QuickClock clock;
         RecordingReporter reporter;
-        ThreadFileDownloader worker(nullptr, nullptr, clock);
+        ThreadFileDownloader worker(clock);
         worker.url = m_worker.url;
         worker.savePath = m_worker.savePath;
         int rounds = 0;

@@ -168,7 +168,7 @@ TEST_F(DriverSequenceTest, AMissingCatalogToolIsAFailedCatalogAndTheCheckGoesOn)
 
 TEST_F(DriverSequenceTest, OnlyTheCatalogCountsNotHowItsToolEnded)
 {
-    m_system.catalogToolEnd = ToolRun::CutShort;
+    m_system.catalogToolEnd = ToolRun::Killed;
     run();
     EXPECT_TRUE(m_system.has("logged Try Create Cat And Inf Success"));
 }
@@ -205,7 +205,7 @@ TEST_F(DriverSequenceTest, ACharacterCutInTwoBetweenPiecesIsWhole)
 
 TEST_F(DriverSequenceTest, PnputilThatDoesNotEndInTimeOrIsMissingIsAnErrorOnTheDebugStreamOnly)
 {
-    for (const ToolRun::End end : {ToolRun::NotStarted, ToolRun::CutShort}) {
+    for (const ToolRun::End end : {ToolRun::NotStarted, ToolRun::Killed}) {
         m_system.events.clear();
         m_system.infToolEnd = end;
         run();

@@ -33,7 +33,7 @@ TEST_F(BootloaderTest, ADeviceAlreadyInItsBootloaderIsBurnedWithALocalImage)
                                {QStringLiteral("y"), 310},
                                {QStringLiteral("button"), QStringLiteral("middle")}}));
     ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("firmwareFileEdit"), true));
-    EXPECT_EQ(s.probe.text(QStringLiteral("firmwareFileEdit")), s.program.nameOf(image));
+    EXPECT_EQ(s.probe.text(QStringLiteral("firmwareFileEdit")), s.program.toProgramPath(image));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForText(title, QStringLiteral("Upgrade Successful"), updateLimitMs));
     EXPECT_EQ(s.burned(), bytes);

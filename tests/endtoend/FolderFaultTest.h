@@ -14,7 +14,7 @@ protected:
         return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath");
     }
     /// As the program names it.
-    QString nameOf(const QString &path) { return scenario().program.nameOf(path); }
+    QString toProgramPath(const QString &path) { return scenario().program.toProgramPath(path); }
 
     /// The title after a run that may be over before the start button is seen disabled.
     QString titleAfterQuickRun()

@@ -69,7 +69,8 @@ protected:
     QString downloadedImage()
     {
         const StagedProgram &program = scenario().program;
-        return program.nameOf(program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
+        return program.toProgramPath(program.temporaryFolder()) +
+               QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
     }
     /// The programmer's runs that begin with this argument.
     QList<QStringList> runsOf(const char *first)
@@ -101,7 +102,8 @@ protected:
         m_file = EndToEnd::makeFolder(s, "firmware") + QLatin1Char('/') + name;
         ASSERT_TRUE(WholeFile::write(m_file, contents));
         ASSERT_TRUE(FileRow::reveal(s.probe));
-        ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(m_file))) << s.probe.errorText().toStdString();
+        ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(m_file)))
+            << s.probe.errorText().toStdString();
     }
 
     QString m_file;

@@ -61,7 +61,7 @@ TEST_F(IapUpdateTest, ALocalBinFileIsProgrammedByteForByte)
     ASSERT_TRUE(s.pressStart());
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), bytes);
-    EXPECT_EQ(runsOf("Start").value(0).value(10), s.program.nameOf(m_file));
+    EXPECT_EQ(runsOf("Start").value(0).value(10), s.program.toProgramPath(m_file));
 }
 
 TEST_F(IapUpdateTest, AFileNameEndingInCapitalBinPasses)

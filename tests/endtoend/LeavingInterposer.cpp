@@ -4,7 +4,8 @@
 //   INTERPOSE_FAIL     names, separated by blanks, of libusb_init and hid_init: they return an error
 //   INTERPOSE_LOOP_MS  libusb_init runs an event loop for so long, as a tool that is waited for does
 //   INTERPOSE_HOST     looking up this host name never returns
-//   INTERPOSE_MARK     a file that is made as soon as the loop or the look-up has begun
+//   INTERPOSE_BUS      a look at the USB bus never returns
+//   INTERPOSE_MARK     a file that is made as soon as the loop, the look-up or the look has begun
 
 #include <QEventLoop>
 #include <QTimer>
@@ -29,6 +30,13 @@ void leaveMark()
 {
     if (const char *path = std::getenv("INTERPOSE_MARK"))
         close(open(path, O_CREAT | O_WRONLY, 0600));
+}
+
+[[noreturn]] void hang()
+{
+    leaveMark();
+    for (;;)
+        pause();
 }
 
 template <typename Function>
@@ -59,14 +67,18 @@ int hid_init()
     return isToFail("hid_init") ? -1 : next<int()>("hid_init")();
 }
 
+ssize_t libusb_get_device_list(void *context, void ***list)
+{
+    if (std::getenv("INTERPOSE_BUS"))
+        hang();
+    return next<ssize_t(void *, void ***)>("libusb_get_device_list")(context, list);
+}
+
 int getaddrinfo(const char *node, const char *service, const addrinfo *hints, addrinfo **result)
 {
     const char *host = std::getenv("INTERPOSE_HOST");
-    if (host && node && std::strcmp(host, node) == 0) {
-        leaveMark();
-        for (;;)
-            pause();
-    }
+    if (host && node && std::strcmp(host, node) == 0)
+        hang();
     return next<int(const char *, const char *, const addrinfo *, addrinfo **)>("getaddrinfo")(node, service,
                                                                                                hints, result);
 }

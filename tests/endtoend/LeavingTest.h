@@ -88,9 +88,9 @@ protected:
         const QStringList reasons =
             s.program.standardError().split(QLatin1Char('\n')).filter(QStringLiteral("Leaving at once"));
         m_leftAtOnceAfterPause =
-            whenPaused == WhenPaused::MayLeaveAtOnce && !reasons.isEmpty() && m_sinceClose.stoodStillMs() > 0;
+            whenPaused == WhenPaused::MayLeaveAtOnce && !reasons.isEmpty() && m_sinceClose.pausedMs() > 0;
         if (m_leftAtOnceAfterPause) {
-            std::cout << "[ PAUSED   ] The machine stood still for " << m_sinceClose.stoodStillMs()
+            std::cout << "[ PAUSED   ] The machine stood still for " << m_sinceClose.pausedMs()
                       << " ms, and the program left by its last resort." << std::endl;
             return;
         }

@@ -51,13 +51,14 @@ TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
     ASSERT_TRUE(WholeFile::write(path, bytes));
     ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_TRUE(s.probe.isVisible(chooseButton));
-    ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(path))) << s.probe.errorText().toStdString();
-    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.nameOf(folder).toUtf8());
-    EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("选择的文件: ") + s.program.nameOf(path)));
+    ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(path))) << s.probe.errorText().toStdString();
+    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.toProgramPath(folder).toUtf8());
+    EXPECT_TRUE(
+        s.program.standardError().contains(QStringLiteral("选择的文件: ") + s.program.toProgramPath(path)));
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), bytes);
     EXPECT_EQ(argumentsOf(s.program, usbFlasher).value(0),
-              (QStringList{QStringLiteral("image"), s.program.nameOf(path)}));
+              (QStringList{QStringLiteral("image"), s.program.toProgramPath(path)}));
     EXPECT_TRUE(logHas("Run LocalFile Update Model!"));
     EXPECT_FALSE(logHas("Try To Get File Address..."));
     EXPECT_EQ(WholeFile::read(path), bytes) << "the person's file was changed";
@@ -69,18 +70,18 @@ TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKee
     // Blanks and a line end around the path, as an editor leaves them.
     const QString folder = makeFolder(s, "remembered");
     const QString below = makeFolder(s, "remembered/below");
-    ASSERT_TRUE(WholeFile::write(lastDirFile(s), "  " + s.program.nameOf(folder).toUtf8() + " \r\n"));
+    ASSERT_TRUE(WholeFile::write(lastDirFile(s), "  " + s.program.toProgramPath(folder).toUtf8() + " \r\n"));
     start();
     ASSERT_TRUE(FileRow::reveal(s.probe));
     const QString before = s.probe.text(fileEdit);
     ASSERT_TRUE(FileRow::openDialog(s.probe));
-    EXPECT_EQ(shownFolder(), s.program.nameOf(folder));
+    EXPECT_EQ(shownFolder(), s.program.toProgramPath(folder));
     EXPECT_EQ(filters(), (QStringList{QStringLiteral("IMG 文件 (*.img)"), QStringLiteral("BIN 文件 (*.bin)"),
                                       QStringLiteral("所有文件 (*.*)")}));
     // Into the folder below, and away from there.
-    ASSERT_TRUE(FileRow::enterFolder(s.probe, s.program.nameOf(below)));
+    ASSERT_TRUE(FileRow::enterFolder(s.probe, s.program.toProgramPath(below)));
     ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
-    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.nameOf(below).toUtf8());
+    EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.toProgramPath(below).toUtf8());
     EXPECT_EQ(s.probe.text(fileEdit), before);
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("未选择文件")));
 }
@@ -105,7 +106,7 @@ TEST_F(LocalFileTest, OfTwoImagesNamedBAndCapitalATheLatterIsTheDefaultAndIsBurn
     ASSERT_TRUE(WholeFile::write(folder + QStringLiteral("A.img"), "the first one"));
     start();
     ASSERT_TRUE(FileRow::reveal(s.probe));
-    EXPECT_EQ(s.probe.text(fileEdit), s.program.nameOf(folder) + QStringLiteral("A.img"));
+    EXPECT_EQ(s.probe.text(fileEdit), s.program.toProgramPath(folder) + QStringLiteral("A.img"));
     EXPECT_TRUE(logHas("find default img file"));
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), QByteArray("the first one"));
@@ -117,11 +118,11 @@ TEST_F(LocalFileTest, AStartWithoutAChosenFileFailsInTheFlasherAndGivesTheContro
     UpdateScenario &s = scenario();
     const QString folder = s.program.applicationFolder() + QStringLiteral("/qmake/");
     ASSERT_TRUE(FileRow::reveal(s.probe));
-    EXPECT_EQ(s.probe.text(fileEdit), s.program.nameOf(folder));
+    EXPECT_EQ(s.probe.text(fileEdit), s.program.toProgramPath(folder));
     EXPECT_TRUE(logHas("not find default img file!"));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
     EXPECT_EQ(argumentsOf(s.program, usbFlasher),
-              (QList<QStringList>{{QStringLiteral("image"), s.program.nameOf(folder)}}));
+              (QList<QStringList>{{QStringLiteral("image"), s.program.toProgramPath(folder)}}));
     EXPECT_TRUE(s.burned().isEmpty());
 }
 
@@ -135,13 +136,14 @@ TEST_F(LocalFileTest, AFileThatHasGoneFailsInTheFlasherAndTheNextChoiceIsBurned)
     ASSERT_TRUE(WholeFile::write(gone, "too early"));
     ASSERT_TRUE(WholeFile::write(there, "in time"));
     ASSERT_TRUE(FileRow::reveal(s.probe));
-    ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(gone))) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(gone))) << s.probe.errorText().toStdString();
     ASSERT_TRUE(QFile::remove(gone));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
     EXPECT_TRUE(s.burned().isEmpty());
     // The device waits in its bootloader now; the controls are there for another try.
     ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
-    ASSERT_TRUE(FileRow::choose(s.probe, s.program.nameOf(there))) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(there)))
+        << s.probe.errorText().toStdString();
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(s.probe.waitForText(title, upgradeSuccessful, updateLimitMs));
     EXPECT_EQ(s.burned(), QByteArray("in time"));

@@ -23,7 +23,7 @@ protected:
     {
         const QString path = scenario().program.applicationFolder() + QStringLiteral("/qmake/local.img");
         EXPECT_TRUE(WholeFile::write(path, contents));
-        return scenario().program.nameOf(path);
+        return scenario().program.toProgramPath(path);
     }
 };
 

@@ -8,6 +8,8 @@ namespace OwnMounts {
 
 /// Covers the folder with an empty file system of at most `kibibytes`.
 bool inMemory(const QString &folder, int kibibytes);
+/// Uncovers the folder. What still uses the file system keeps it alive.
+void release(const QString &folder);
 /// Makes the folder, with what is in it, read-only.
 bool readOnly(const QString &folder);
 

@@ -39,6 +39,11 @@ bool OwnMounts::inMemory(const QString &folder, int kibibytes)
     return hasOwnMounts() && mount("tmpfs", path.constData(), "tmpfs", 0, options.constData()) == 0;
 }
 
+void OwnMounts::release(const QString &folder)
+{
+    umount2(QFile::encodeName(folder).constData(), MNT_DETACH);
+}
+
 bool OwnMounts::readOnly(const QString &folder)
 {
     const QByteArray path = QFile::encodeName(folder);

@@ -12,7 +12,7 @@ class PlainUpdateTest : public EndToEndTest
 {
 protected:
     QString imageFile() { return scenario().program.temporaryFolder() + imageName; }
-    QString imagePath() { return scenario().program.nameOf(imageFile()); }
+    QString imagePath() { return scenario().program.toProgramPath(imageFile()); }
 
     const QString imageName = QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.img");
 };

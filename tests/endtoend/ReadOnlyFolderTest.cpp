@@ -15,8 +15,8 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyApplicationFolderIsReportedAndTheControlsCom
     ASSERT_TRUE(OwnMounts::readOnly(s.program.applicationFolder()));
     EXPECT_EQ(update(), md5Failed);
     EXPECT_TRUE(logHas("Could not open file for writing"));
-    EXPECT_TRUE(
-        logGivesReasonAfter(nameOf(s.program.applicationFolder()) + QStringLiteral("/qmake/dev.jn: ")));
+    EXPECT_TRUE(logGivesReasonAfter(toProgramPath(s.program.applicationFolder()) +
+                                    QStringLiteral("/qmake/dev.jn: ")));
     expectUntouchedDevice();
 }
 
@@ -30,7 +30,7 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsSaidInTheWindowAndCostsOnlyTh
     EXPECT_TRUE(s.program.updateLog().isEmpty());
     QString said = s.probe.text(QStringLiteral("logTextView")).split(QLatin1Char('\n')).value(1);
     EXPECT_EQ(said.replace(QLatin1Char('\\'), QLatin1Char('/')),
-              nameOf(s.program.workingFolder()) +
+              toProgramPath(s.program.workingFolder()) +
                   QStringLiteral("/UPDLog.txt cannot be written: the log is shown here and kept nowhere."));
     EXPECT_TRUE(s.program.standardError().contains(QStringLiteral("无法打开文件进行写入")));
 }
@@ -40,7 +40,7 @@ TEST_F(ReadOnlyFolderTest, ATemporaryFolderThatCannotBeWrittenIsReportedAndTheCo
     UpdateScenario &s = scenario();
     ASSERT_TRUE(OwnMounts::readOnly(s.program.temporaryFolder()));
     EXPECT_EQ(titleAfterQuickRun(), folderFailed);
-    EXPECT_TRUE(logMentions(nameOf(downloads()) + QStringLiteral(" cannot be created.")));
+    EXPECT_TRUE(logMentions(toProgramPath(downloads()) + QStringLiteral(" cannot be created.")));
     EXPECT_TRUE(logHas("ensurePath Failed!"));
     expectUntouchedDevice();
 }
@@ -51,7 +51,7 @@ TEST_F(ReadOnlyFolderTest, ADownloadFolderThatCannotBeWrittenIsReportedAndTheCon
     ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/qmake")));
     ASSERT_TRUE(OwnMounts::readOnly(downloads() + QStringLiteral("/tmp")));
     EXPECT_EQ(titleAfterQuickRun(), folderFailed);
-    EXPECT_TRUE(logGivesReasonAfter(nameOf(downloads()) + QStringLiteral("/tmp cannot be written: ")));
+    EXPECT_TRUE(logGivesReasonAfter(toProgramPath(downloads()) + QStringLiteral("/tmp cannot be written: ")));
     expectUntouchedDevice();
 }
 

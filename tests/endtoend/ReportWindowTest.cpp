@@ -74,7 +74,7 @@ TEST_F(ReportWindowTest, TellsOfTheUpdateThatThisWindowRan)
     ASSERT_EQ(update(), upgradeSuccessful);
     ASSERT_TRUE(waitUntilRestarted());
     const QString path = fileNamed("/a report.json");
-    ASSERT_TRUE(saveReportAs(s.program.nameOf(path))) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(saveReportAs(s.program.toProgramPath(path))) << s.probe.errorText().toStdString();
     const QString said = textOfBox();
     EXPECT_TRUE(said.contains(QLatin1String("a report.json"))) << said.toStdString();
     EXPECT_TRUE(said.contains(QLatin1String("Nothing was sent anywhere."))) << said.toStdString();
@@ -106,7 +106,7 @@ TEST_F(ReportWindowTest, TheWindowStaysAliveWhileTheServerDoesNotAnswer)
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(s.probe.waitForWholeText(connection, detected));
     const QString path = fileNamed("/report.json");
-    ASSERT_TRUE(saveReportAs(s.program.nameOf(path))) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(saveReportAs(s.program.toProgramPath(path))) << s.probe.errorText().toStdString();
     const int before = looks();
     // Each look lists the bus twice; a window that hangs looks no more.
     EXPECT_TRUE(pollUntil([&] { return looks() >= before + 6; }, eventLimitMs, 50));
@@ -125,7 +125,7 @@ TEST_F(ReportWindowTest, LeavingDoesNotWaitForTheReport)
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(s.probe.waitForWholeText(connection, detected));
     const QString path = fileNamed("/report.json");
-    ASSERT_TRUE(saveReportAs(s.program.nameOf(path))) << s.probe.errorText().toStdString();
+    ASSERT_TRUE(saveReportAs(s.program.toProgramPath(path))) << s.probe.errorText().toStdString();
     EXPECT_EQ(s.closeWindow(), 0);
     EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("Leaving at once")));
     EXPECT_FALSE(QFile::exists(path));

@@ -65,7 +65,8 @@ TEST_F(RetriedUpdateTest, AMissingFlasherIsSaidInTheLog)
     EXPECT_EQ(update(), upgradeFailed);
     const QStringList lines = s.program.updateLogLines();
     EXPECT_EQ(
-        lines.filter(QStringLiteral("The flasher could not be started: ") + s.program.nameOf(path)).size(),
+        lines.filter(QStringLiteral("The flasher could not be started: ") + s.program.toProgramPath(path))
+            .size(),
         1);
 }
 

@@ -18,7 +18,7 @@ TEST_F(UserFolderTest, ChineseCharactersAndBlanksInEveryPathAreNoObstacle)
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     const QString folder =
-        s.program.nameOf(s.program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath");
+        s.program.toProgramPath(s.program.temporaryFolder()) + QStringLiteral("/QuillmarshV3TmpPath");
     EXPECT_TRUE(s.program.updateLogLines().contains(QStringLiteral("usb tmpPath: ") + folder));
     EXPECT_EQ(argumentsOf(s.program, usbFlasher).value(0),
               (QStringList{QStringLiteral("image"), folder + QStringLiteral("/tmp/dev.img")}));

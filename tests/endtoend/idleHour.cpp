@@ -3,6 +3,7 @@
 
 #include "app/bringToForeground.h"
 #include "tests/support/ProcessUse.h"
+#include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 #include "widgets/BackgroundWidget.h"
 
@@ -16,6 +17,11 @@
 QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");
+}
+
+QStringList firmwareKeys()
+{
+    return {};
 }
 
 namespace {

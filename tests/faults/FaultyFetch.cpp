@@ -35,7 +35,7 @@ bool HurryingClock::sleepMs(int milliseconds)
     if (m_isHurried)
         m_skipped += milliseconds;
     onSleep();
-    return !m_isLeaving;
+    return !m_isShuttingDown;
 }
 
 FaultyFetch::FaultyFetch(const QStringList &faults)
@@ -126,7 +126,7 @@ Outcome FaultyFetch::outcomeOf(const QString &path, const QJsonObject &manifest)
         return MergeFailed;
     if (lines.contains(QStringLiteral("File MD5 mismatch.")))
         return SumMismatch;
-    EXPECT_TRUE(m_clock.isLeaving()) << "ended by itself, for no known reason";
+    EXPECT_TRUE(m_clock.isShuttingDown()) << "ended by itself, for no known reason";
     EXPECT_FALSE(QFile::exists(m_paths.downloadedImage()));
     return GoesOnWaiting;
 }

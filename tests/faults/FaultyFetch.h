@@ -23,9 +23,9 @@ class HurryingClock : public Clock
 public:
     qint64 nowMs() const override { return m_real.elapsed() + m_skipped; }
     bool sleepMs(int milliseconds) override;
-    bool isLeaving() const override { return m_isLeaving; }
+    bool isShuttingDown() const override { return m_isShuttingDown; }
     void hurry() { m_isHurried = true; }
-    void leave() { m_isLeaving = true; }
+    void leave() { m_isShuttingDown = true; }
 
     /// Called at the end of each sleep.
     std::function<void()> onSleep;
@@ -34,7 +34,7 @@ private:
     RunningTimer m_real;
     qint64 m_skipped = 0;
     bool m_isHurried = false;
-    bool m_isLeaving = false;
+    bool m_isShuttingDown = false;
 };
 
 /// A fetch as the workflow makes it, with the real downloaders and no window, followed by the check
@@ -66,7 +66,7 @@ private:
     OwnSession m_session;
     UpdatePaths m_paths;
     FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
-    ThreadFileDownloader m_segmentWorker{nullptr, nullptr, m_clock};
+    ThreadFileDownloader m_segmentWorker{m_clock};
     int m_roundsWithSegments = 0;
     int m_lines = 0;
     qint64 m_lastStep = 0;

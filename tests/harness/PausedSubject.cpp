@@ -52,7 +52,7 @@ TEST(Clock, IsPrinted)
     const RunningTimer running;
     stopWhenAsked();
     std::cout << "wall " << wall.elapsed() << " running " << running.elapsed() << " stood still "
-              << running.stoodStillMs() << std::endl;
+              << running.pausedMs() << std::endl;
 }
 
 } // namespace

@@ -158,7 +158,7 @@ TEST_P(ProbeTest, ACloseMayBeRefusedAndTheProgramLeavesByTheNextWithItsOwnExitCo
     expectStatus(QStringLiteral("close refused"));
     ASSERT_TRUE(probe().close(QStringLiteral("window:Subject")));
     EXPECT_EQ(m_subject.host.waitForExit(), 7) << qPrintable(m_subject.errorText());
-    EXPECT_TRUE(probe().waitForGone());
+    EXPECT_TRUE(probe().waitForDisconnect());
     EXPECT_FALSE(probe().waitForText(QStringLiteral("statusLabel"), QString(), 100));
 }
 

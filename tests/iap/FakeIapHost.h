@@ -42,6 +42,12 @@ public:
     }
     IapDevice chosenIapDevice() const override { return device; }
     QString updateFile() const override { return file; }
+    UpdateReason checkUpdateFile() override
+    {
+        if (onCheck)
+            onCheck();
+        return verdictOnFile;
+    }
     void setPictureLevel(double percent) override
     {
         m_events.append(QStringLiteral("picture %1").arg(percent));
@@ -60,6 +66,9 @@ public:
 
     IapDevice device;
     QString file = QStringLiteral("/srv/dev.bin");
+    /// What checkUpdateFile() returns, and what happens meanwhile.
+    UpdateReason verdictOnFile = UpdateReason::None;
+    std::function<void()> onCheck;
     QStringList titleKeys;
     QList<TextWindow *> logWindows;
 

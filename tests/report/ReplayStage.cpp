@@ -97,7 +97,7 @@ bool ReplayStage::run(const QStringList &arguments)
 
 bool ReplayStage::writeReport(const QString &path)
 {
-    return run({QStringLiteral("report"), m_commandLine.nameOf(path)});
+    return run({QStringLiteral("report"), m_commandLine.toProgramPath(path)});
 }
 
 Seen ReplayStage::look()

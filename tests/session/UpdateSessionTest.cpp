@@ -116,8 +116,8 @@ TEST_F(UpdateSessionTest, AfterALaunchModesUpdateNothingBeginsAndTheControlsStay
 TEST_F(UpdateSessionTest, AfterTheProgramWasClosedNothingBegins)
 {
     begin();
-    end(Afterwards::Leaving);
-    EXPECT_EQ(m_session.stage(), UpdateStage::Leaving);
+    end(Afterwards::ProgramClosed);
+    EXPECT_EQ(m_session.stage(), UpdateStage::ProgramClosed);
     EXPECT_FALSE(begin());
     EXPECT_EQ(m_controlsBack, 0);
 }

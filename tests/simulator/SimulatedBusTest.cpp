@@ -3,6 +3,7 @@
 #include "harness/session/BusSession.h"
 #include "simulator/files/WholeFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -193,6 +194,19 @@ TEST_F(SimulatedBusTest, AReportThatIsShortWrongOrOnTheWrongInterfaceLeavesTheDe
     const QJsonArray reports = device.value(QLatin1String("reports")).toArray();
     ASSERT_EQ(reports.size(), 3);
     EXPECT_EQ(reports.at(2).toString(), QString::fromLatin1(m_right.toHex()));
+}
+
+TEST_F(SimulatedBusTest, ReportsArriveWhereTheTemporaryFolderHasALongName)
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    const QString folder = path("a").leftJustified(90, QLatin1Char('a'));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    qputenv("TMPDIR", folder.toLocal8Bit());
+    startBus({deviceOf(QStringLiteral("dev1"), 1,
+                       {{QStringLiteral("interfaces"), QJsonArray{node(0, "hidraw_MI_00_a", true)}}})});
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+
+    EXPECT_EQ(write("hidraw_MI_00_a", m_right), 513);
 }
 
 TEST_F(SimulatedBusTest, AMarkerStandsInThePathAsItWasWritten)

@@ -31,7 +31,7 @@ public:
     {
         if (!test.result()->Failed())
             return;
-        const qint64 pausedMs = m_sinceStart.stoodStillMs();
+        const qint64 pausedMs = m_sinceStart.pausedMs();
         if (!m_limit || pausedMs == 0) {
             m_final = true;
             return;

@@ -51,7 +51,8 @@ class KeepAwakeTest : public testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        s_folder = new QTemporaryDir;
+        // Not where TMPDIR says: the name of a socket has at most 107 bytes.
+        s_folder = new QTemporaryDir(QStringLiteral("/tmp/keep-awake-XXXXXX"));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + QFile::encodeName(socketPath()));
     }
     static void TearDownTestSuite() { delete s_folder; }
@@ -80,9 +81,11 @@ protected:
                                "</busconfig>\n"));
         m_daemon.start(QStringLiteral("dbus-daemon"),
                        {QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                        QStringLiteral("--nosyslog"), QStringLiteral("--config-file=") + configuration});
+                        QStringLiteral("--nosyslog"), QStringLiteral("--print-address"),
+                        QStringLiteral("--config-file=") + configuration});
         ASSERT_TRUE(waitForStart(m_daemon)) << m_daemon.errorString().toStdString();
-        ASSERT_TRUE(pollUntil([] { return QFile::exists(socketPath()); }))
+        // The socket is there before anybody listens on it; the address is printed afterwards.
+        ASSERT_TRUE(pollUntil([this] { return m_daemon.waitForReadyRead(10); }))
             << m_daemon.readAllStandardError().toStdString();
     }
     void startManager()
@@ -202,21 +205,21 @@ TEST_F(KeepAwakeTest, AnUpdateHoldsItFromTheFirstFlasherToEveryEnding)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     int lent = 0;
-    for (const UpdateStage ending : {UpdateStage::Idle, UpdateStage::Blocked, UpdateStage::Leaving}) {
+    for (const UpdateStage ending : {UpdateStage::Idle, UpdateStage::Blocked, UpdateStage::ProgramClosed}) {
         for (const UpdateStage writing : {UpdateStage::Flashing, UpdateStage::Programming}) {
             AwakeWhileWriting update(why, 0, m_lines.log());
             for (const UpdateStage stage : {UpdateStage::Fetching, UpdateStage::AskingForModel,
                                             UpdateStage::EnteringBootloader, UpdateStage::AskingProgrammer})
-                update.note(stage);
+                update.onStageChanged(stage);
             EXPECT_EQ(m_manager->questions().size(), lent);
-            update.note(writing);
+            update.onStageChanged(writing);
             EXPECT_TRUE(waitUntilHeld(1));
             for (const UpdateStage stage :
                  {UpdateStage::EnteringBootloader, writing, UpdateStage::Resetting}) {
-                update.note(stage);
+                update.onStageChanged(stage);
                 EXPECT_EQ(m_manager->held(), 1);
             }
-            update.note(ending);
+            update.onStageChanged(ending);
             EXPECT_TRUE(waitUntilHeld(0));
             EXPECT_EQ(m_manager->lent(), ++lent);
         }

@@ -14,7 +14,7 @@ public:
         m_now += milliseconds;
         return true;
     }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 
     /// The time of the last look.
     qint64 lastMs() const { return m_now; }
@@ -30,5 +30,5 @@ class RacingClock : public Clock
 public:
     qint64 nowMs() const override { return Clock::real().nowMs() * 1000000; }
     bool sleepMs(int) override { return true; }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 };

@@ -37,7 +37,7 @@ protected:
 TEST_F(LibrarySearchTest, ALibraryInTheWorkingFolderIsNotLoadedByItsName)
 {
     ASSERT_TRUE(canLoad(m_planted)) << "the system does not look in the working folder anyway";
-    LibrarySearch::leaveOutWorkingFolder();
+    LibrarySearch::excludeWorkingFolder();
     EXPECT_FALSE(canLoad(m_planted));
     EXPECT_TRUE(canLoad(m_folder.filePath(m_planted)));
     EXPECT_TRUE(canLoad(QStringLiteral("version.dll")));

@@ -15,7 +15,7 @@ public:
         m_now += milliseconds;
         return !m_leaving;
     }
-    bool isLeaving() const override { return m_leaving; }
+    bool isShuttingDown() const override { return m_leaving; }
 
     QList<int> sleeps() const { return m_sleeps; }
     void leave() { m_leaving = true; }

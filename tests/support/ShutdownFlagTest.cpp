@@ -40,7 +40,7 @@ TEST_F(ShutdownFlagTest, RaisingTheFlagCutsASleepOnAnotherThread)
 TEST_F(ShutdownFlagTest, ASleepAfterTheFlagWasRaisedEndsAtOnce)
 {
     ShutdownFlag::instance().raise();
-    EXPECT_TRUE(Clock::real().isLeaving());
+    EXPECT_TRUE(Clock::real().isShuttingDown());
     const RunningTimer timer;
     EXPECT_FALSE(Clock::real().sleepMs(30000));
     EXPECT_LT(timer.elapsed(), 5000);

@@ -16,11 +16,11 @@ class ToolRunTest : public testing::Test
 protected:
     void TearDown() override { ShutdownFlag::instance().lower(); }
 
-    ToolRun runTool(const ToolSteps &steps, int limitMs, WhenLeaving whenLeaving = WhenLeaving::CutShort,
+    ToolRun runTool(const ToolSteps &steps, int limitMs, OnShutdown onShutdown = OnShutdown::Kill,
                     const ToolListener &listener = {})
     {
         m_tools.write(QStringLiteral("tool"), steps);
-        return runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, limitMs, whenLeaving, listener);
+        return runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, limitMs, onShutdown, listener);
     }
 
     ScriptedTools m_tools;
@@ -61,7 +61,7 @@ TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
     };
     const ToolRun run = runTool(ToolStep::print("one\n") + m_tools.pause() + ToolStep::print("two\n") +
                                     ToolStep::printError("err\n"),
-                                30000, WhenLeaving::CutShort, listener);
+                                30000, OnShutdown::Kill, listener);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(heard, (QList<QByteArray>{"one\n", "two\n"}));
     EXPECT_EQ(errors, "err\n");
@@ -75,7 +75,7 @@ TEST_F(ToolRunTest, AListenerHearsMoreThanIsKept)
     listener.standardOutput = [&heard](const QByteArray &piece) {
         heard += piece.size();
     };
-    runTool(ToolStep::flood(3000000), 30000, WhenLeaving::CutShort, listener);
+    runTool(ToolStep::flood(3000000), 30000, OnShutdown::Kill, listener);
     EXPECT_EQ(heard, 3000000);
 }
 
@@ -98,11 +98,11 @@ TEST_F(ToolRunTest, AMissingToolSaysWhy)
 TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimitAndNotBefore)
 {
     m_tools.write(QStringLiteral("tool"), ToolStep::hang());
-    for (const WhenLeaving whenLeaving : {WhenLeaving::CutShort, WhenLeaving::WaitOn}) {
+    for (const OnShutdown onShutdown : {OnShutdown::Kill, OnShutdown::KeepWaiting}) {
         const LeapingClock clock(1000);
         const ToolRun run =
-            runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, 30000, whenLeaving, {}, clock);
-        EXPECT_EQ(run.end, ToolRun::CutShort);
+            runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, 30000, onShutdown, {}, clock);
+        EXPECT_EQ(run.end, ToolRun::Killed);
         // Looks while it starts, if there are any, do not count towards its limit.
         EXPECT_GE(clock.lastMs(), 32000);
         EXPECT_LE(clock.lastMs(), 63000);
@@ -112,7 +112,7 @@ TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimitAndNotBefore)
 TEST_F(ToolRunTest, ALimitOnTheRealClockEndsATool)
 {
     dependsOnRealTime("a limit of 100 ms for a tool, which also holds for its start");
-    EXPECT_EQ(runTool(ToolStep::hang(), 100).end, ToolRun::CutShort);
+    EXPECT_EQ(runTool(ToolStep::hang(), 100).end, ToolRun::Killed);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
 
@@ -120,7 +120,7 @@ TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
 {
     QTimer::singleShot(50, [] { ShutdownFlag::instance().raise(); });
     const ToolRun run = runTool(ToolStep::hang(), 60000);
-    EXPECT_EQ(run.end, ToolRun::CutShort);
+    EXPECT_EQ(run.end, ToolRun::Killed);
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
 
@@ -129,7 +129,7 @@ TEST_F(ToolRunTest, AToolThatMayTakeAnyTimeHasNoLimit)
     const RacingClock days;
     m_tools.write(QStringLiteral("tool"), ToolStep::sleepMs(300) + ToolStep::print("late\n"));
     const ToolRun run =
-        runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, -1, WhenLeaving::CutShort, {}, days);
+        runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, -1, OnShutdown::Kill, {}, days);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.standardOutput, "late\n");
 }
@@ -138,12 +138,12 @@ TEST_F(ToolRunTest, WhatBelongsToTheLeavingRunsAlthoughTheProgramLeaves)
 {
     dependsOnRealTime("a limit of 100 ms for a tool, which also holds for its start");
     ShutdownFlag::instance().raise();
-    EXPECT_EQ(runTool(ToolStep::hang(), 10000).end, ToolRun::CutShort);
+    EXPECT_EQ(runTool(ToolStep::hang(), 10000).end, ToolRun::Killed);
     const ToolRun run =
-        runTool(ToolStep::sleepMs(200) + ToolStep::print("done\n"), 10000, WhenLeaving::WaitOn);
+        runTool(ToolStep::sleepMs(200) + ToolStep::print("done\n"), 10000, OnShutdown::KeepWaiting);
     EXPECT_EQ(run.end, ToolRun::Finished);
     EXPECT_EQ(run.standardOutput, "done\n");
-    EXPECT_EQ(runTool(ToolStep::hang(), 100, WhenLeaving::WaitOn).end, ToolRun::CutShort);
+    EXPECT_EQ(runTool(ToolStep::hang(), 100, OnShutdown::KeepWaiting).end, ToolRun::Killed);
 }
 
 TEST_F(ToolRunTest, WhatIsWokenMeanwhileCanTellThatAToolIsWaitedFor)

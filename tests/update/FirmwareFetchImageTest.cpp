@@ -74,7 +74,7 @@ TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedIsReportedWithItsRea
 {
     m_rig.setFault(QStringLiteral("stall:path=/m1.img"));
     PumpingClock clock;
-    ThreadFileDownloader impatient(nullptr, nullptr, clock);
+    ThreadFileDownloader impatient(clock);
     m_choices.chooseImage({QStringLiteral("/srv/before.img"), FirmwareImage::Origin::User, false, {}});
     const QString path = onWorkerThread([&] {
         FirmwareFetch run(m_reporter, *m_session, m_choices, Clock::real(), m_paths, m_downloader, impatient,

@@ -99,7 +99,7 @@ protected:
     /// What the plain downloader says, apart, since it says it on another thread.
     RecordingReporter m_downloaderLog;
     FileDownloaderHTTP m_downloader{nullptr, &m_downloaderLog};
-    ThreadFileDownloader m_segmentWorker{nullptr, nullptr};
+    ThreadFileDownloader m_segmentWorker;
     QJsonObject m_manifest;
     QString m_key;
 };

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 
 /// Keeps the levels that it is given.
 class RecordingPicture : public ProgressPicture
@@ -39,8 +40,15 @@ public:
         return ManualClock::sleepMs(milliseconds);
     }
 
+    bool isShuttingDown() const override
+    {
+        return ManualClock::isShuttingDown() || (questionsLeft && --*questionsLeft < 0);
+    }
+
     QList<int> longSleeps;
     std::function<void()> whileWatching;
+    /// How often it is still answered that the program is not leaving; always while there is no number.
+    mutable std::optional<int> questionsLeft;
 };
 
 /// A flasher whose children play scripts.

@@ -21,7 +21,7 @@ class ShortClock : public Clock
 public:
     qint64 nowMs() const override { return Clock::real().nowMs(); }
     bool sleepMs(int milliseconds) override { return Clock::real().sleepMs(qMin(milliseconds, 3)); }
-    bool isLeaving() const override { return false; }
+    bool isShuttingDown() const override { return false; }
 };
 
 /// Whole updates in one process, with a real server and real flashers.
@@ -95,8 +95,7 @@ protected:
     RecordingReporter m_downloadReporter;
     std::unique_ptr<FileDownloaderHTTP> m_downloader =
         std::make_unique<FileDownloaderHTTP>(nullptr, &m_downloadReporter);
-    std::unique_ptr<ThreadFileDownloader> m_segments =
-        std::make_unique<ThreadFileDownloader>(nullptr, nullptr, m_short);
+    std::unique_ptr<ThreadFileDownloader> m_segments = std::make_unique<ThreadFileDownloader>(m_short);
     QStringList m_log;
 };
 

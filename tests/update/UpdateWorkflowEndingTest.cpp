@@ -157,7 +157,7 @@ TEST_F(UpdateWorkflowEndingTest, LeavingWhileTheFlasherRunsReportsNoResultButTha
             m_clock.leave();
     };
     EXPECT_EQ(run(), (UpdateResult{Outcome::Cancelled, UpdateStage::Flashing, UpdateReason::ProgramClosed}));
-    EXPECT_EQ(m_session->stage(), UpdateStage::Leaving);
+    EXPECT_EQ(m_session->stage(), UpdateStage::ProgramClosed);
     EXPECT_EQ(events().mid(events().size() - 2),
               (QStringList{QStringLiteral("log in usb write mode.."),
                            QStringLiteral("log The program was closed before the update had ended.")}));

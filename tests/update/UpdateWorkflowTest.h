@@ -18,9 +18,11 @@ public:
     {
         m_reporter.log(QStringLiteral("(fetch)"));
         *manifest = root;
+        if (onFetch)
+            onFetch();
         return path;
     }
-    QString deviceKey() const override { return QStringLiteral("M1"); }
+    QString deviceKey() const override { return key; }
     UpdateReason failure() const override { return UpdateReason::DownloadFailed; }
 
     /// An image at `imagePath` and a manifest with this sum for it.
@@ -34,7 +36,9 @@ public:
     }
 
     QString path;
+    QString key = QStringLiteral("M1");
     QJsonObject root;
+    std::function<void()> onFetch;
 
 private:
     Reporter &m_reporter;

@@ -112,7 +112,7 @@ TEST_F(DriverCheckTest, ThePackageIsInstalledInTheOrderOfItsSteps)
         EXPECT_EQ(WholeFile::read(inSystem32(name)), QByteArray(name));
     EXPECT_EQ(WholeFile::read(inSystem32("drivers/libusbK.dll")), QByteArray("libusbK.dll"));
     EXPECT_EQ(WholeFile::read(inSystem32("drivers/libusbK.sys")), QByteArray("libusbK.sys"));
-    const QString folder = s.program.nameOf(s.program.applicationFolder());
+    const QString folder = s.program.toProgramPath(s.program.applicationFolder());
     EXPECT_EQ(argumentsOf(s.program, catalogTool), (QList<QStringList>{{QStringLiteral("/PATH"), folder}}));
     EXPECT_EQ(systemToolRuns(infTool), (QList<QStringList>{{QStringLiteral("-i"), QStringLiteral("-a"),
                                                             folder + QStringLiteral("/Artinchip_SoC.inf")}}));

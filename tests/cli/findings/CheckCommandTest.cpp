@@ -4,10 +4,13 @@
 #include "support/ShutdownFlag.h"
 #include "tests/cli/findings/RecordedFindings.h"
 #include "tests/cli/findings/TestServerAddress.h"
+#include "tests/signature/Signatures.h"
 #include "tests/support/AnotherAttempt.h"
 #include "tests/update/ManifestServer.h"
 
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +75,20 @@ TEST_F(CheckCommandTest, WhatIsThereIsOkAndWhatIsMissingIsNot)
     for (const char *what : {"hid-flasher", "iap-programmer"})
         EXPECT_EQ(recorded.about(what).verdict, Verdict::Warning) << qPrintable(recorded.about(what).text);
     EXPECT_TRUE(recorded.about("image").text.startsWith(QStringLiteral("5000 bytes")));
+}
+
+TEST_F(CheckCommandTest, WithTheMakersKeysTheSignatureIsLookedAt)
+{
+    testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
+    check("DevMaa");
+    EXPECT_EQ(recorded.about("image-signature").verdict, Verdict::Problem);
+    const QJsonObject entry{{QStringLiteral("signature"), QString::fromUtf8(Signatures::text("good"))}};
+    const QJsonObject versions{{QStringLiteral("DevMaa"), entry}};
+    server.write(QStringLiteral("Tessilonix/firmware/firmware-version-check-test.json"),
+                 QJsonDocument(QJsonObject{{QStringLiteral("CurrentVersion"), versions}}).toJson());
+    check("DevMaa");
+    EXPECT_EQ(recorded.about("image-signature").verdict, Verdict::Ok);
+    testFirmwareKeys().clear();
 }
 
 TEST_F(CheckCommandTest, AModelThatTheManifestLacksIsAProblem)

@@ -3,10 +3,13 @@
 #include "cli/CommandContext.h"
 #include "tests/cli/findings/RecordedFindings.h"
 #include "tests/cli/findings/TestServerAddress.h"
+#include "tests/signature/Signatures.h"
 #include "tests/support/AnotherAttempt.h"
 #include "tests/update/ManifestServer.h"
 
 #include <QCryptographicHash>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +35,23 @@ protected:
                 .toUtf8());
     }
 
+    /// Serves the image of the signatures, with one of them.
+    void serveSigned(const char *signature, const char *file = "image")
+    {
+        testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
+        const QByteArray bytes = WholeFile::read(Signatures::path(file));
+        server.write(QStringLiteral("a.img"), bytes);
+        const QString url = server.server.url(QStringLiteral("/a.img")).toString();
+        const QByteArray sum = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
+        const QJsonObject entry{
+            {QStringLiteral("fileURL"), url},
+            {QStringLiteral("downloadURL"), url},
+            {QStringLiteral("md5"), QString::fromLatin1(sum)},
+            {QStringLiteral("signature"), QString::fromUtf8(Signatures::text(signature))}};
+        const QJsonObject versions{{QStringLiteral("DevMaa"), entry}};
+        server.setManifest(QJsonDocument(QJsonObject{{QStringLiteral("CurrentVersion"), versions}}).toJson());
+    }
+
     ExitCode verify(const QString &source, bool download = false)
     {
         recorded.findings.clear();
@@ -42,6 +62,8 @@ protected:
         CommandContext context(options, recorded);
         return runManifestCommand(context);
     }
+
+    void TearDown() override { testFirmwareKeys().clear(); }
 
     const QByteArray image = QByteArray(50000, 'q') + QByteArray(50000, 'r');
     ManifestServer server;
@@ -57,6 +79,42 @@ TEST_F(ManifestCommandTest, ARightManifestPassesFromAnAddressAndFromAFile)
     EXPECT_EQ(verify(server.folder.filePath(QStringLiteral("manifest.json"))), ExitCode::Done);
     EXPECT_EQ(recorded.remarks(), QStringList());
     EXPECT_EQ(recorded.about("DevMaa/image").verdict, Finding::Verdict::Ok);
+}
+
+TEST_F(ManifestCommandTest, WithTheMakersKeysASignatureIsNeeded)
+{
+    testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/signature problem")});
+}
+
+TEST_F(ManifestCommandTest, WithTheMakersKeysEachImageIsVerified)
+{
+    serveSigned("good");
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::Done);
+    EXPECT_EQ(recorded.remarks(), QStringList());
+    EXPECT_EQ(recorded.about("DevMaa/signature").verdict, Finding::Verdict::Ok);
+    EXPECT_EQ(recorded.about("DevMaa/signed-image").verdict, Finding::Verdict::Ok);
+    serveSigned("other-model");
+    EXPECT_EQ(verify(server.manifestUrl()), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/signature problem")});
+}
+
+TEST_F(ManifestCommandTest, AnImageThatWasNotSignedShowsOnlyWhenItIsFetched)
+{
+    serveSigned("good", "other-image");
+    EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/signed-image problem")});
+}
+
+TEST_F(ManifestCommandTest, WithoutKeysNothingIsSaidOfSignatures)
+{
+    serveSigned("other-model");
+    testFirmwareKeys().clear();
+    EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::Done);
+    for (const Finding &finding : recorded.findings)
+        EXPECT_FALSE(finding.what.contains(QLatin1String("sign"))) << qPrintable(finding.what);
 }
 
 TEST_F(ManifestCommandTest, WithoutASourceItIsTheProgramsOwnServer)

@@ -8,13 +8,13 @@
 #include <memory>
 #include <optional>
 
-/// Answers the probe's requests. Lives on the GUI thread; every answer is given at once.
-class ProbeDialogue
+/// Handles the probe's requests. Lives on the GUI thread; all requests are answered at once.
+class ProbeRequestHandler
 {
 public:
-    ProbeDialogue();
+    ProbeRequestHandler();
 
-    /// The answer to one request; an unknown operation or object is {"ok":false,"error":..}.
+    /// Returns the answer to a request. It is {"ok":false,"error":..} for an unknown operation or object.
     QJsonObject answer(const QJsonObject &request);
 
 private:
@@ -23,7 +23,7 @@ private:
     qint64 lateness() const;
 
     QTimer m_timer;
-    /// Made with the first question, so that no other run has its thread.
+    /// Created with the first request, so that runs that do not use it do not have its thread.
     std::unique_ptr<RunningClock> m_clock;
     std::optional<RunningTimer> m_sinceTick;
     qint64 m_largestLateness = 0;

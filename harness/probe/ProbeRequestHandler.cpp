@@ -1,4 +1,4 @@
-#include "harness/probe/ProbeDialogue.h"
+#include "harness/probe/ProbeRequestHandler.h"
 
 #include "harness/probe/ObjectLookup.h"
 #include "harness/probe/Operate.h"
@@ -11,7 +11,7 @@ namespace {
 constexpr int tickMs = 10;
 }
 
-ProbeDialogue::ProbeDialogue()
+ProbeRequestHandler::ProbeRequestHandler()
 {
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(tickMs);
@@ -21,7 +21,7 @@ ProbeDialogue::ProbeDialogue()
     });
 }
 
-QJsonObject ProbeDialogue::answer(const QJsonObject &request)
+QJsonObject ProbeRequestHandler::answer(const QJsonObject &request)
 {
     const QString operation = request.value(QLatin1String("op")).toString();
     if (operation == QLatin1String("windows"))
@@ -42,7 +42,8 @@ QJsonObject ProbeDialogue::answer(const QJsonObject &request)
     return answerFor(*widget, operation, request);
 }
 
-QJsonObject ProbeDialogue::answerFor(QWidget &widget, const QString &operation, const QJsonObject &request)
+QJsonObject ProbeRequestHandler::answerFor(QWidget &widget, const QString &operation,
+                                           const QJsonObject &request)
 {
     if (operation == QLatin1String("read"))
         return Answer::success(Read::widget(widget));
@@ -63,20 +64,20 @@ QJsonObject ProbeDialogue::answerFor(QWidget &widget, const QString &operation, 
     return Answer::failure(QStringLiteral("no operation ") + operation);
 }
 
-qint64 ProbeDialogue::lateness() const
+qint64 ProbeRequestHandler::lateness() const
 {
     return qMax<qint64>(0, m_sinceTick->elapsed() - tickMs);
 }
 
-QJsonObject ProbeDialogue::timerLate()
+QJsonObject ProbeRequestHandler::timerLate()
 {
-    // Not running before it is first asked for: its ticks would wake an event loop that hangs.
+    // Started only when it is needed, because its ticks would wake an event loop that hangs.
     if (!m_timer.isActive()) {
         m_clock = std::make_unique<RunningClock>();
         m_sinceTick.emplace(*m_clock);
         m_timer.start();
     }
-    // The request may come in before the tick that was held up, so the running wait counts, too.
+    // The request may arrive before the delayed tick, so the current wait counts, too.
     const qint64 late = qMax(m_largestLateness, lateness());
     m_largestLateness = 0;
     return Answer::success({{QLatin1String("ms"), late}});

@@ -1,0 +1,11 @@
+# quillmarsh_windows_resources(<target> <description>)
+#
+# Gives a program for Windows its icon, version and manifest; does nothing elsewhere.
+function(quillmarsh_windows_resources target description)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(program ${target})
+    configure_file("${PROJECT_SOURCE_DIR}/packaging/windows/quillmarsh.rc.in" ${target}.rc @ONLY)
+    target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+endfunction()

@@ -1,0 +1,45 @@
+#include "tests/cli/CliEndingTest.h"
+
+namespace {
+
+TEST_P(CliEndingTest, TheExitCodeAndTheLastEventTellIt)
+{
+    const Ending &ending = GetParam();
+    s();
+    if (ending.prepare)
+        ending.prepare(*this);
+    ASSERT_FALSE(HasFatalFailure());
+    m_reportsBefore = reports();
+    start(ending.arguments);
+    ASSERT_FALSE(HasFatalFailure());
+    if (ending.meanwhile)
+        ending.meanwhile(*this);
+    ASSERT_FALSE(HasFatalFailure());
+    const int exitCode = waitForExit();
+    const QString last = lastEventText();
+    const QString became = device();
+    EXPECT_EQ(exitCode, ending.exitCode);
+    EXPECT_EQ(last, QLatin1String(ending.lastEvent));
+    EXPECT_EQ(became, QLatin1String(ending.device));
+    EXPECT_EQ(lastEvent().value(QLatin1String("exitCode")).toInt(-1), exitCode);
+    std::cout << "ending: " << exitCode << " | " << ending.text << " | " << last.toStdString() << " | "
+              << became.toStdString() << std::endl;
+}
+
+std::string nameOfEnding(const testing::TestParamInfo<Ending> &ending)
+{
+    return ending.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, CliEndingTest, testing::ValuesIn(endings()), nameOfEnding);
+
+TEST(CliEndingTableTest, NoExitCodeIsMissing)
+{
+    QList<int> seen;
+    for (const Ending &ending : endings())
+        seen.append(ending.exitCode);
+    for (const int exitCode : {0, 1, 2, 3, 4, 5, 6, 130})
+        EXPECT_TRUE(seen.contains(exitCode)) << exitCode;
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "tests/cli/OtherCopy.h"
+
+#include <csignal>
+#include <functional>
+#include <ostream>
+
+class CliEndingTest;
+
+/// One way for quillmarsh-cli to end, and how it has to tell it.
+struct Ending
+{
+    const char *name;
+    /// The ending in words.
+    const char *text;
+    const char *model;
+    QStringList arguments;
+    int exitCode;
+    /// Outcome, stage and reason of the last event; empty if there is none.
+    const char *lastEvent;
+    /// What became of the device, as CliEndingTest::device() tells it.
+    const char *device;
+    /// Prepares the scenario; may be empty.
+    std::function<void(CliEndingTest &)> prepare = {};
+    /// Happens once the program runs; may be empty.
+    std::function<void(CliEndingTest &)> meanwhile = {};
+};
+
+inline void PrintTo(const Ending &ending, std::ostream *out)
+{
+    *out << ending.text;
+}
+
+/// Each ending with its exit code and its last event. What the program really did is printed as a line
+/// "ending: ...", of which scripts/cli-endings.sh makes a table.
+class CliEndingTest : public CliTest, public testing::WithParamInterface<Ending>
+{
+public:
+    CliScenario &s() { return scenario(GetParam().model); }
+    void playBurn(const QJsonArray &steps)
+    {
+        s().program.setScript(CliCases::usbFlasher, CliCases::scriptFor(QStringLiteral("image"), {steps}));
+    }
+    void waitForStage(const char *stage) { ASSERT_TRUE(s().waitForEvent(CliCases::inStage(stage))); }
+    void waitUntilSaid(const char *text)
+    {
+        ASSERT_TRUE(pollUntil([&] { return s().program.standardError().contains(QLatin1String(text)); }));
+    }
+    void interrupt() { ASSERT_EQ(kill(static_cast<pid_t>(s().bus.programId()), SIGINT), 0); }
+    void interruptTwice()
+    {
+        dependsOnRealTime("the five seconds for the second request");
+        interrupt();
+        waitUntilSaid("the update goes on");
+        interrupt();
+    }
+    void remove(const QString &tool)
+    {
+        ASSERT_TRUE(QFile::remove(s().program.applicationFolder() + QLatin1Char('/') + tool));
+    }
+    QString besideTheFolders(const char *name)
+    {
+        return s().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
+    }
+    std::unique_ptr<OtherCopy> other;
+
+protected:
+    int reports() { return s().bus.device(s().model()).value(QLatin1String("reports")).toArray().size(); }
+    bool wasStarted(const QString &tool, const QString &firstArgument)
+    {
+        const QList<QStringList> all = argumentsOf(tool);
+        return std::any_of(all.begin(), all.end(),
+                           [&](const QStringList &arguments) { return arguments.value(0) == firstArgument; });
+    }
+    QString lastEventText()
+    {
+        const QJsonObject last = lastEvent();
+        if (last.value(QLatin1String("event")) != QLatin1String("result"))
+            return last.value(QLatin1String("event")).toString();
+        QStringList texts;
+        for (const char *field : {"outcome", "stage", "reason"})
+            texts.append(last.value(QLatin1String(field)).toString());
+        return texts.join(QLatin1String(", "));
+    }
+    /// Returns what became of the device through this program.
+    QString device()
+    {
+        const QJsonObject seen = s().bus.device(s().model());
+        const bool isInBootloader = seen.value(QLatin1String("state")) == QLatin1String("bootloader");
+        const QString place = isInBootloader ? QStringLiteral(", in its bootloader") : QString();
+        if (seen.value(QLatin1String("burns")).toInt() > 0)
+            return (s().burned() == s().image() ? QStringLiteral("has the new firmware")
+                                                : QStringLiteral("has other bytes")) +
+                   place;
+        const bool wasProgrammed = wasStarted(CliCases::iapProgrammer, QStringLiteral("Start"));
+        if (s().program.runs(CliCases::usbFlasher).isEmpty() &&
+            s().program.runs(CliCases::hidFlasher).isEmpty() && !wasProgrammed &&
+            reports() == m_reportsBefore)
+            return QStringLiteral("untouched");
+        return QStringLiteral("may need another update") + place;
+    }
+
+    /// Which another copy has sent before.
+    int m_reportsBefore = 0;
+};
+
+/// Returns all endings.
+const QVector<Ending> &endings();

@@ -1,0 +1,76 @@
+#include "tests/cli/CliTest.h"
+
+#include <csignal>
+
+namespace {
+
+using namespace CliCases;
+
+const QString unknownHost = QStringLiteral("never-found.invalid");
+
+/// The program meets something that cannot be interrupted.
+class CliLastResortTest : public CliTest
+{
+protected:
+    /// Before the first start.
+    void interpose(const char *variable, const QString &value)
+    {
+        StagedProgram &program = scenario().program;
+        program.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAVING_INTERPOSER));
+        program.setVariable(QStringLiteral("INTERPOSE_MARK"), mark());
+        program.setVariable(QLatin1String(variable), value);
+    }
+    void waitUntilItHangs()
+    {
+        ASSERT_TRUE(pollUntil([&] { return QFile::exists(mark()); }));
+    }
+    void interruptAndExpectEnd(int exitCode)
+    {
+        const RunningTimer sinceSignal;
+        ASSERT_EQ(kill(static_cast<pid_t>(scenario().bus.programId()), SIGINT), 0);
+        EXPECT_EQ(waitForExit(), exitCode);
+        EXPECT_LE(sinceSignal.elapsed(), 2000);
+    }
+    QString mark() { return scenario().program.workingFolder() + QLatin1String("/../hangs"); }
+};
+
+TEST_F(CliLastResortTest, ANameLookupInAnUpdateDoesNotHoldAnInterruption)
+{
+    CliScenario &s = scenario();
+    s.firmware.setField(s.model(), QStringLiteral("fileURL"),
+                        QStringLiteral("http://%1/DevMaa.img").arg(unknownHost));
+    interpose("INTERPOSE_HOST", unknownHost);
+    start({update});
+    waitUntilItHangs();
+    interruptAndExpectEnd(130);
+    expectResult("cancelled", "fetching", "interrupted", 130);
+    expectUntouchedDevice();
+}
+
+TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruption)
+{
+    interpose("INTERPOSE_BUS", QStringLiteral("1"));
+    start({update, QStringLiteral("--model"), scenario().model()});
+    waitUntilItHangs();
+    interruptAndExpectEnd(130);
+    expectResult("cancelled", "idle", "interrupted", 130);
+    EXPECT_EQ(lastEvent().value(QLatin1String("model")).toString(), scenario().model());
+}
+
+TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruptionOfAList)
+{
+    interpose("INTERPOSE_BUS", QStringLiteral("1"));
+    start({QStringLiteral("list")});
+    waitUntilItHangs();
+    interruptAndExpectEnd(130);
+}
+
+TEST_F(CliLastResortTest, ANameLookupDoesNotHoldTheEndOfACommandThatWasNotInterrupted)
+{
+    interpose("INTERPOSE_HOST", unknownHost);
+    const QString address = QStringLiteral("http://%1/manifest.json").arg(unknownHost);
+    EXPECT_EQ(run({QStringLiteral("manifest"), QStringLiteral("verify"), address}), 4);
+    EXPECT_TRUE(QFile::exists(mark()));
+}
+
+} // namespace

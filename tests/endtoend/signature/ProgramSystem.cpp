@@ -1,0 +1,6 @@
+#include "tests/endtoend/EndToEnd.h"
+
+std::unique_ptr<TargetSystem> EndToEnd::programSystem()
+{
+    return makeNativeSystem(QStringLiteral(SIGNING_PROGRAM));
+}
