@@ -57,7 +57,7 @@ QByteArray busOf(const QString &report)
 
 ReplayStage::System ReplayStage::nativeSystem()
 {
-    return {&makeNativeSystem, BuildPaths::commandLineProgram(), false};
+    return {[] { return makeNativeSystem(); }, BuildPaths::commandLineProgram(), false};
 }
 
 ReplayStage::ReplayStage(const char *switchedOn, const System &system)
