@@ -7,6 +7,7 @@
 #include "app/window/ConnectionDisplay.h"
 #include "app/window/MainWindowLayout.h"
 #include "app/window/MainWindowLook.h"
+#include "checks/Texts.h"
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "iap/IAPUpDate.h"
@@ -78,6 +79,7 @@ void bringToForeground::initialiseLanguage()
 {
     LanguageUtilities::instance().setLanguage(SystemReport::isCountryChina() ? QStringLiteral("zh_CN")
                                                                              : QStringLiteral("en"));
+    Texts::setLanguage(Texts::languageOfSystem());
 }
 
 void bringToForeground::connectSignals()
@@ -183,6 +185,9 @@ void bringToForeground::connectControls()
             m_updates->start();
     });
     MainWindowLayout::connectLogBox(m_widgets, m_logWindow.get());
+    m_reports = std::make_unique<ReportSaver>(
+        ReportSaver::Dependencies{*m_usb, *m_hid, m_updateLock, m_libraries.usbReady(), m_paths,
+                                  [this] { return LastRun::of(m_session); }, *m_logWindow});
 }
 
 void bringToForeground::reduceInterface()

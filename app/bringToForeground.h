@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ImageChoice.h"
+#include "app/ReportSaver.h"
 #include "app/SystemAccess.h"
 #include "app/UpdateStarter.h"
 #include "app/window/MainWindowWidgets.h"
@@ -151,6 +152,8 @@ private:
     UpdateLock m_updateLock{ProgramPaths::updateLock()};
     UpdateSession m_session{m_updateLock};
     std::unique_ptr<UpdateStarter> m_updates;
+    /// Declared after everything that a report is made from.
+    std::unique_ptr<ReportSaver> m_reports;
     /// A child of the background window. Deleted first in the destructor, while everything it uses still
     /// exists.
     IAPUpDate *m_iapPanel = nullptr;

@@ -31,12 +31,23 @@ HidPort &CommandContext::hid()
     return *m_hid;
 }
 
+bool CommandContext::isUsbReady()
+{
+    usb();
+    return m_libraries.usbReady();
+}
+
 QString CommandContext::folder()
 {
     if (!m_folder)
         m_folder =
             std::make_unique<QTemporaryDir>(QDir::tempPath() + QLatin1String("/quillmarsh-cli-XXXXXX"));
     return m_folder->isValid() ? m_folder->path() : QString();
+}
+
+QString CommandContext::downloadFolder()
+{
+    return folder().isEmpty() ? QDir::tempPath() : folder();
 }
 
 std::function<int()> CommandContext::lastWords(ExitCode exitCode) const

@@ -1,6 +1,6 @@
 #include "cli/DeviceStates.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 
 using State = DeviceInfo::State;
 

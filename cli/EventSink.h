@@ -1,41 +1,14 @@
 #pragma once
 
+#include "checks/DeviceInfo.h"
+#include "checks/Finding.h"
 #include "cli/ExitCode.h"
-#include "cli/Finding.h"
 #include "session/UpdateResult.h"
 
 #include <QMap>
 #include <QString>
 
 #include <optional>
-
-/// A connected device that the model table knows.
-struct DeviceInfo
-{
-    enum class State {
-        Ready,
-        InBootloader,       ///< Its model is not known.
-        NeedsIapProgrammer, ///< Ready, and updated through the IAP programmer.
-        NoPermission,       ///< This user may not open it.
-        SwitchedOff,        ///< The control list does not switch its model on.
-    };
-
-    /// Empty for a device in its bootloader.
-    QString model;
-    quint32 vendorId = 0;
-    quint32 productId = 0;
-    /// Bus and ports from the root hub on, as in "1-2.3"; empty where the system does not tell.
-    QString position;
-    State state = State::Ready;
-    /// False for the event that a device is gone.
-    bool connected = true;
-
-    bool operator==(const DeviceInfo &other) const
-    {
-        return model == other.model && vendorId == other.vendorId && productId == other.productId &&
-               position == other.position && state == other.state && connected == other.connected;
-    }
-};
 
 /// The progress of a stage.
 struct UpdateProgress
@@ -73,6 +46,8 @@ public:
     virtual void result(const UpdateSummary &summary) = 0;
     /// Something that was checked. Only "check" and "manifest verify" tell of findings.
     virtual void finding(const Finding & /*finding*/) {}
+    /// A report was written to this file.
+    virtual void report(const QString & /*path*/) {}
     /// A sentence for the person in front of the screen. Programs get it on standard error.
     virtual void tell(const QString &sentence) = 0;
 };

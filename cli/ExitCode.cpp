@@ -43,3 +43,8 @@ ExitCode exitCodeOf(const UpdateResult &result)
         return ExitCode::UpdateFailed;
     }
 }
+
+ExitCode exitCodeOf(const QVector<Finding> &findings, ExitCode problemCode)
+{
+    return Findings::hasProblem(findings) ? problemCode : ExitCode::Done;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checks/Finding.h"
 #include "session/UpdateResult.h"
 
 /// What the program's exit code means. Companions rely on these numbers.
@@ -16,3 +17,6 @@ enum class ExitCode : int {
 
 /// Returns the exit code for the end of an update.
 ExitCode exitCodeOf(const UpdateResult &result);
+
+/// Returns `problemCode` if one of the findings is a problem, else ExitCode::Done.
+ExitCode exitCodeOf(const QVector<Finding> &findings, ExitCode problemCode);

@@ -1,8 +1,8 @@
 #include "cli/Interruption.h"
 
+#include "checks/Texts.h"
 #include "cli/EventSink.h"
 #include "cli/LastResort.h"
-#include "cli/Texts.h"
 #include "session/UpdateSession.h"
 #include "support/ShutdownFlag.h"
 

@@ -1,7 +1,7 @@
 #include "cli/JsonEvents.h"
 
 #include "cli/DeviceStates.h"
-#include "cli/EventNames.h"
+#include "session/EventNames.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -86,6 +86,11 @@ void JsonEvents::finding(const Finding &finding)
                       {QStringLiteral("verdict"), Findings::nameOf(finding.verdict)},
                       {QStringLiteral("text"), finding.text},
                       {QStringLiteral("remedy"), finding.remedy}});
+}
+
+void JsonEvents::report(const QString &path)
+{
+    write("report", {{QStringLiteral("path"), path}});
 }
 
 void JsonEvents::tell(const QString &sentence)

@@ -22,6 +22,7 @@ public:
     void log(const QString &line) override;
     void result(const UpdateSummary &summary) override;
     void finding(const Finding &finding) override;
+    void report(const QString &path) override;
     void tell(const QString &sentence) override;
 
 private:

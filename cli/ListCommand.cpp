@@ -1,8 +1,8 @@
 #include "cli/ListCommand.h"
 
+#include "checks/DeviceSearch.h"
+#include "checks/Texts.h"
 #include "cli/CommandContext.h"
-#include "cli/DeviceSearch.h"
-#include "cli/Texts.h"
 
 ExitCode runListCommand(CommandContext &context)
 {

@@ -1,12 +1,12 @@
 #include "cli/ManifestCommand.h"
 
+#include "checks/DeviceFindings.h"
+#include "checks/ManifestFindings.h"
+#include "checks/ServerCheck.h"
+#include "checks/SignatureFindings.h"
+#include "checks/WebLook.h"
 #include "cli/CliReporter.h"
 #include "cli/CommandContext.h"
-#include "cli/DeviceFindings.h"
-#include "cli/ManifestFindings.h"
-#include "cli/ServerCheck.h"
-#include "cli/SignatureFindings.h"
-#include "cli/WebLook.h"
 #include "download/ThreadFileDownloader.h"
 #include "signature/ImageVerifier.h"
 #include "support/Clock.h"
@@ -68,7 +68,7 @@ ExitCode Verification::run()
     }
     if (ShutdownFlag::instance().isRaised())
         return ExitCode::Interrupted;
-    return Findings::exitCodeOf(m_findings, ExitCode::FirmwareUnusable);
+    return exitCodeOf(m_findings, ExitCode::FirmwareUnusable);
 }
 
 void Verification::verifyEntry(const QString &model, const QJsonObject &root)

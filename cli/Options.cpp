@@ -15,6 +15,7 @@ const QLatin1String
               "  update           updates a device\n"
               "  check            shows whether everything that an update needs is there\n"
               "  manifest verify  checks a firmware manifest, for makers\n"
+              "  report           writes what the program sees here to a file for support\n"
               "\n"
               "\"quillmarsh-cli COMMAND --help\" shows the options of a command; --version the version.\n"
               "\n"
@@ -39,7 +40,10 @@ public:
         add("lang", "Speaks English (en) or Chinese (zh).", "LANGUAGE");
         add("verbose", "Writes diagnostics to standard error.");
         add("json", "Writes events for a program, one JSON object a line.");
-        add("log", "Appends the log to FILE.", "FILE");
+        add("log",
+            command == Options::Command::Report ? "Includes this log instead of the newest one."
+                                                : "Appends the log to FILE.",
+            "FILE");
         if (command == Options::Command::List)
             add("watch", "Goes on with devices that come and go.");
         if (command == Options::Command::Update)
@@ -91,6 +95,8 @@ QString nameOf(Options::Command command)
         return QStringLiteral("check");
     case Options::Command::VerifyManifest:
         return QStringLiteral("manifest verify");
+    case Options::Command::Report:
+        return QStringLiteral("report");
     }
     return {};
 }
@@ -99,8 +105,12 @@ QString nameOf(Options::Command command)
 QString CommandParser::help() const
 {
     const QString text = m_parser.helpText();
-    return QStringLiteral("Usage: quillmarsh-cli %1 [OPTIONS]").arg(nameOf(m_command)) +
-           (m_command == Options::Command::VerifyManifest ? QStringLiteral(" [MANIFEST]") : QString()) +
+    QString file;
+    if (m_command == Options::Command::VerifyManifest)
+        file = QStringLiteral(" [MANIFEST]");
+    if (m_command == Options::Command::Report)
+        file = QStringLiteral(" [FILE]");
+    return QStringLiteral("Usage: quillmarsh-cli %1 [OPTIONS]").arg(nameOf(m_command)) + file +
            text.mid(text.indexOf(QLatin1Char('\n')));
 }
 
@@ -170,6 +180,10 @@ ParsedCommandLine CommandParser::parse(const QStringList &arguments, Options opt
         if (!rest.isEmpty())
             options.manifest = rest.takeFirst();
     }
+    if (m_command == Options::Command::Report && !rest.isEmpty())
+        options.reportFile = rest.takeFirst();
+    if (problem.isEmpty() && options.json && options.reportFile == QLatin1String("-"))
+        problem = QStringLiteral("--json writes events where the report would go: name a file.");
     if (problem.isEmpty() && !rest.isEmpty())
         problem = QStringLiteral("Unexpected argument: ") + rest.first();
     if (!problem.isEmpty())
@@ -195,6 +209,8 @@ ParsedCommandLine parseOptions(const QStringList &arguments, Texts::Language sys
         return CommandParser(Options::Command::Update).parse(arguments.mid(1), options);
     if (command == QLatin1String("check"))
         return CommandParser(Options::Command::Check).parse(arguments.mid(1), options);
+    if (command == QLatin1String("report"))
+        return CommandParser(Options::Command::Report).parse(arguments.mid(1), options);
     if (command == QLatin1String("manifest")) {
         if (arguments.value(1) != QLatin1String("verify"))
             return usageError(QStringLiteral("\"manifest\" needs \"verify\"."));

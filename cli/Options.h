@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 
 #include <QString>
 #include <QStringList>
@@ -10,12 +10,12 @@
 /// What the command line asks for.
 struct Options
 {
-    enum class Command { List, Update, Check, VerifyManifest };
+    enum class Command { List, Update, Check, VerifyManifest, Report };
 
     Command command = Command::List;
     bool json = false;
     bool verbose = false;
-    /// A file for the log; empty for none.
+    /// A file for the log, or with "report" the log that it includes; empty for none.
     QString logFile;
     Texts::Language language = Texts::Language::English;
 
@@ -43,6 +43,10 @@ struct Options
     /// An address or a file; empty for the program's own server.
     QString manifest;
     bool download = false;
+
+    // report
+    /// Empty for a name of its own in the working folder, "-" for standard output.
+    QString reportFile;
 };
 
 /// What parsing came to: options, or a text and an exit code with which the program ends at once.

@@ -1,8 +1,8 @@
 #include "cli/UpdateRun.h"
 
+#include "checks/Texts.h"
 #include "cli/CommandContext.h"
 #include "cli/ProgrammerRun.h"
-#include "cli/Texts.h"
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "support/LaunchOptions.h"

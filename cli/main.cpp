@@ -9,6 +9,7 @@
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/PersonEvents.h"
+#include "cli/ReportCommand.h"
 #include "cli/SystemSignals.h"
 #include "cli/Terminal.h"
 #include "cli/UpdateCommand.h"
@@ -43,6 +44,8 @@ ExitCode run(CommandContext &context, const Options &options)
         return runCheckCommand(context);
     case Options::Command::VerifyManifest:
         return runManifestCommand(context);
+    case Options::Command::Report:
+        return runReportCommand(context);
     case Options::Command::List:
     case Options::Command::Update:
         break;

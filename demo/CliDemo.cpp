@@ -53,7 +53,7 @@ bool CliDemo::open()
                                                       : ModelOnBus::application(m_options.model);
     return m_program.isValid() && m_server.start(m_firmware.folder(), FirmwareAddress::port(), {}) &&
            WholeFile::write(description, ModelOnBus::describe({device})) &&
-           m_bus.startController(m_program.system().busController(description));
+           m_bus.startController(m_program.system().busController(description, BusFile::Description));
 }
 
 QStringList CliDemo::arguments() const

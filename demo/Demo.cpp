@@ -1,5 +1,6 @@
 #include "demo/CliDemo.h"
 #include "demo/DemoScenario.h"
+#include "demo/ReplayByItself.h"
 #include "demo/UpdateByItself.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,10 @@ const char *whatToDo(const DemoOptions &options)
 {
     if (options.isLaunchMode())
         return "The window is open: it updates the device by itself. Close it when you have seen enough.\n";
+    if (!options.report.isEmpty())
+        return "The window is open on the devices of the report. Look at it, press its start button to try "
+               "an "
+               "update,\nand close it when you have seen enough.\n";
     if (options.throughIapPanel)
         return "The window is open: tick \"IAPSet\" to see the IAP panel, press the start button, and close "
                "the\n"
@@ -55,7 +60,11 @@ int main(int argc, char *argv[])
         out() << scenario.failure() << '\n';
         return 1;
     }
-    const bool well = options.automatic ? updateByItself(scenario) : watchAPerson(scenario);
+    bool well = false;
+    if (!options.automatic)
+        well = watchAPerson(scenario);
+    else
+        well = options.report.isEmpty() ? updateByItself(scenario) : replayByItself(scenario);
     if (options.automatic)
         scenario.closeWindow();
     return well ? 0 : 1;

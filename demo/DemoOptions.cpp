@@ -82,6 +82,19 @@ void readWindowsBuild(DemoOptions &options, const QString &folder)
     options.windowsBuild = QFileInfo(folder).canonicalFilePath();
 }
 
+void readReport(DemoOptions &options, const QString &name)
+{
+    QString problem;
+    const std::optional<ReportedBus> reported = ReportedBus::read(name, &problem);
+    if (!reported)
+        refuse(problem);
+    options.report = QFileInfo(name).canonicalFilePath();
+    options.reported = *reported;
+    options.chinese = reported->isChinese;
+    if (!reported->model.isEmpty())
+        options.model = reported->model;
+}
+
 } // namespace
 
 DemoOptions DemoOptions::read(const QStringList &arguments)
@@ -94,6 +107,7 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         option("bootloader", "The device waits in its bootloader, its model is asked for.");
     const auto iap = option("iap", "Program this microcontroller model through the IAP panel.", "MODEL");
     const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
+    const auto report = option("report", "Show the devices of this user's report.", "file");
     const auto windows =
         option("windows", "Show the Windows program of this build folder, under Wine.", "folder");
     const auto cli = option("cli", "Show the program without a window, in this terminal.");
@@ -104,12 +118,15 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
                                  QStringLiteral("[MODEL]"));
-    parser.addOptions({automatic, language, mode, bootloader, iap, local, windows, cli, json, pictures});
+    parser.addOptions(
+        {automatic, language, mode, bootloader, iap, local, report, windows, cli, json, pictures});
     parser.process(arguments);
 
     DemoOptions options;
     options.automatic = parser.isSet(automatic) || qEnvironmentVariableIsEmpty("DISPLAY");
     options.inBootloader = parser.isSet(bootloader);
+    if (parser.isSet(report))
+        readReport(options, parser.value(report));
     if (parser.isSet(language))
         readLanguage(options, parser.value(language));
     if (parser.isSet(mode))
@@ -127,6 +144,10 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     if (options.throughIapPanel && options.inBootloader)
         refuse(QStringLiteral("a microcontroller has no bootloader of that kind: --iap or --bootloader"));
     options.withoutWindow = parser.isSet(cli);
+    if (!options.report.isEmpty() &&
+        (options.withoutWindow || options.isLaunchMode() || options.inBootloader || options.throughIapPanel))
+        refuse(QStringLiteral("--report tells itself what is connected, and shows a window: leave --cli, "
+                              "--mode, --bootloader and --iap out"));
     options.json = parser.isSet(json);
     if (options.json && !options.withoutWindow)
         refuse(QStringLiteral("--json goes with --cli"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "simulator/report/ReportedBus.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -27,6 +29,10 @@ struct DemoOptions
     bool withoutWindow = false;
     /// It writes events for a program.
     bool json = false;
+    /// A user's report whose bus is shown instead of the model's, absolute; empty for none.
+    QString report;
+    /// What is read from it.
+    ReportedBus reported;
     /// The build folder whose Windows program is shown under Wine; empty for the program of this build.
     QString windowsBuild;
 

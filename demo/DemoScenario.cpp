@@ -6,6 +6,8 @@
 #include "harness/window/FileRow.h"
 #include "simulator/files/WholeFile.h"
 
+#include <QFile>
+
 namespace {
 
 std::unique_ptr<TargetSystem> systemOf(const DemoOptions &options)
@@ -38,6 +40,20 @@ DemoScenario::DemoScenario(const DemoOptions &options)
     }
     if (!options.localFile.isEmpty())
         m_rightImage = WholeFile::read(options.localFile);
+    if (!options.report.isEmpty())
+        showReport();
+}
+
+/// Puts what the user had in the place of the model's device.
+void DemoScenario::showReport()
+{
+    report = m_options.report;
+    // The log window stands below the other one, and tells the reasons.
+    screen = QSize(800, 700);
+    if (m_options.reported.controlList)
+        program.setControlList(*m_options.reported.controlList);
+    else
+        QFile::remove(program.applicationFolder() + QLatin1String("/qmake/ControlDevList.json"));
 }
 
 bool DemoScenario::open()

@@ -23,6 +23,8 @@ public:
     QString failure() const;
 
 private:
+    void showReport();
+
     const DemoOptions m_options;
     QByteArray m_rightImage;
 };

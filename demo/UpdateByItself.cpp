@@ -1,6 +1,7 @@
 #include "demo/UpdateByItself.h"
 
 #include "demo/DemoScenario.h"
+#include "demo/Pictures.h"
 #include "harness/process/Polling.h"
 
 #include <QDir>
@@ -15,17 +16,6 @@ const QString startButton = QStringLiteral("startButton");
 const QString stateTitle = QStringLiteral("stateTitleLabel");
 const QString connection = QStringLiteral("statusLabel");
 const QString chooser = QStringLiteral("firmwareChooser");
-
-void takePicture(DemoScenario &s, const char *name)
-{
-    const QString path =
-        s.program.toProgramPath(QDir(s.options().pictures).absoluteFilePath(QLatin1String(name)));
-    // Wine draws frames around its windows, and with the wrong letters.
-    if (s.options().windowsBuild.isEmpty())
-        s.probe.grabScreen(path);
-    else
-        s.probe.grab(QStringLiteral("backgroundWidget"), path);
-}
 
 /// The panel, set up for the device: before that is done, a press of Start would do nothing.
 bool showTheIapPanel(DemoScenario &s)

@@ -13,6 +13,17 @@ DeviceLibraries::~DeviceLibraries()
         libusb_exit(nullptr);
 }
 
+QString DeviceLibraries::usbVersion()
+{
+    const libusb_version &version = *libusb_get_version();
+    return QStringLiteral("%1.%2.%3").arg(version.major).arg(version.minor).arg(version.micro);
+}
+
+QString DeviceLibraries::hidVersion()
+{
+    return QString::fromLatin1(hid_version_str());
+}
+
 bool DeviceLibraries::initialiseUsb()
 {
     const int result = libusb_init(nullptr);

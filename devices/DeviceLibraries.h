@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 /// Keeps libusb and hidapi initialised during its lifetime. Main thread only.
 class DeviceLibraries
 {
@@ -12,6 +14,10 @@ public:
     /// Initialises the library and returns whether it can be used. Call it at most once.
     bool initialiseUsb();
     bool initialiseHid();
+
+    /// Return the versions of libusb and hidapi, as in "1.0.26".
+    static QString usbVersion();
+    static QString hidVersion();
 
     bool usbReady() const { return m_usbReady; }
     bool hidReady() const { return m_hidReady; }

@@ -1,19 +1,12 @@
 #include "devices/HidMarkers.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include "devices/HidDetails.h"
 
 namespace {
 
 int countInSystem(const QByteArray &path)
 {
-    const QString node = QFileInfo(QFile::decodeName(path)).fileName();
-    QFile file(QLatin1String("/sys/class/hidraw/") + node + QLatin1String("/device/report_descriptor"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    // The kernel's limit.
-    constexpr qint64 maximumBytes = 4096;
-    return HidMarkers::topLevelCollections(file.read(maximumBytes));
+    return HidMarkers::topLevelCollections(HidDetails::reportDescriptor(path));
 }
 
 } // namespace

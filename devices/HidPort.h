@@ -28,6 +28,9 @@ struct HidInterface
     QByteArray path;
     /// bInterfaceNumber; -1 if it is not known.
     int interfaceNumber = -1;
+    /// What its top-level collection is for; 0 when the platform does not tell.
+    quint16 usagePage = 0;
+    quint16 usage = 0;
     /// The position of the interface on its device, in the form that paths have on Windows ("MI_00",
     /// "Col04"); empty on Windows. See HidMarkers.h.
     QString markers;

@@ -43,12 +43,20 @@ void logInterface(const HidInterface &seen, const QString &path, const QString &
     stream << "Found device: VID: " << seen.vendorId << " PID: " << seen.productId << "Path:" << path << '\n';
 }
 
-bool hasMarker(const HidInterface &seen, const QString &path, QLatin1String marker)
+} // namespace
+
+QLatin1String HidScan::markerOf(const QString &name)
 {
-    return path.contains(marker, Qt::CaseInsensitive) || seen.markers.contains(marker, Qt::CaseInsensitive);
+    return searchFor(name).marker;
 }
 
-} // namespace
+bool HidScan::hasMarker(const HidInterface &seen, QLatin1String marker)
+{
+    if (marker.isEmpty())
+        return false;
+    return QString::fromUtf8(seen.path).contains(marker, Qt::CaseInsensitive) ||
+           seen.markers.contains(marker, Qt::CaseInsensitive);
+}
 
 std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &name, quint32 vendorId,
                                                   quint32 productId, Reporter &reporter,
@@ -62,7 +70,7 @@ std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &
         if (seen.vendorId != vendorId || seen.productId != productId || search.marker.isEmpty())
             continue;
         qDebug().noquote().nospace() << "duoDevstr: " << path;
-        if (seen.path.isNull() || !hasMarker(seen, path, search.marker))
+        if (seen.path.isNull() || !hasMarker(seen, search.marker))
             continue;
         if (std::unique_ptr<HidDevice> handle = port.openPath(seen.path)) {
             reporter.log(search.foundText);

@@ -12,6 +12,13 @@
 /// GUI thread only.
 namespace HidScan {
 
+/// Returns the word in its path, or in its markers, by which the interface of the model `name` is found;
+/// empty for a model that needs no certain one.
+QLatin1String markerOf(const QString &name);
+
+/// Returns whether the interface has the marker, in whatever letter case. Returns false for an empty marker.
+bool hasMarker(const HidInterface &seen, QLatin1String marker);
+
 /// Opens the HID interface that the model `name` needs: the first one that has the marker and can be opened.
 /// Returns null if there is none. Appends a line to the file `interfaceLogPath` for each interface that is
 /// examined.

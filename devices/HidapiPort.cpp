@@ -109,6 +109,8 @@ private:
             // Null while the system is still setting up the interface.
             entry.path = QByteArray(info->path);
             entry.interfaceNumber = info->interface_number;
+            entry.usagePage = info->usage_page;
+            entry.usage = info->usage;
             interfaces.append(entry);
         }
         return interfaces;

@@ -1,3 +1,4 @@
+#include "devices/LibusbPosition.h"
 #include "devices/UsbBus.h"
 
 #include <libusb.h>
@@ -8,17 +9,6 @@ struct ListDeleter
 {
     void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
 };
-
-QString positionOf(libusb_device *device)
-{
-    // USB allows at most seven levels of hubs and devices.
-    quint8 ports[7];
-    const int count = libusb_get_port_numbers(device, ports, sizeof ports);
-    QString position = QString::number(libusb_get_bus_number(device));
-    for (int i = 0; i < count; ++i)
-        position += QLatin1Char(i == 0 ? '-' : '.') + QString::number(ports[i]);
-    return position;
-}
 
 class LibusbBus : public UsbBus
 {
@@ -41,7 +31,7 @@ public:
             if (libusb_get_device_descriptor(devices[i], &descriptor) != LIBUSB_SUCCESS)
                 continue;
             listing.descriptors.append(descriptor);
-            listing.positions.append(positionOf(devices[i]));
+            listing.positions.append(libusbPosition(devices[i]));
         }
         return listing;
     }
@@ -51,6 +41,17 @@ private:
 };
 
 } // namespace
+
+QString libusbPosition(libusb_device *device)
+{
+    // USB allows no more than seven hubs and devices in a row.
+    quint8 ports[7];
+    const int count = libusb_get_port_numbers(device, ports, sizeof ports);
+    QString position = QString::number(libusb_get_bus_number(device));
+    for (int i = 0; i < count; ++i)
+        position += QLatin1Char(i == 0 ? '-' : '.') + QString::number(ports[i]);
+    return position;
+}
 
 std::unique_ptr<UsbBus> makeLibusbBus(bool initialised)
 {

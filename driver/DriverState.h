@@ -16,8 +16,9 @@ struct DriverState
     /// Files of the driver package that are not beside the program.
     QStringList missingFiles;
 
-    /// Returns the state of the driver on `system`. GUI thread only.
+    /// Returns the state of the driver on `system`. May be called from any thread.
     static DriverState of(DriverSystem &system);
-    /// Returns the state of the driver on this system, or nothing if it does not need one. GUI thread only.
+    /// Returns the state of the driver on this system, or nothing if it does not need one. May be called from
+    /// any thread.
     static std::optional<DriverState> ofThisSystem();
 };

@@ -26,6 +26,8 @@ public:
 
     /// The devices on the bus; initially the model's device.
     QList<QJsonObject> devices;
+    /// The file of a report whose bus is shown in their place; empty for none.
+    QString report;
     /// Whether there is a firmware server, and its faults.
     bool withServer = true;
     QStringList serverFaults;

@@ -41,7 +41,10 @@ bool UpdateScenario::start()
     const QString description = program.workingFolder() + QLatin1String("/../bus.json");
     if (!WholeFile::write(description, ModelOnBus::describe(devices)))
         return fail(QStringLiteral("the bus description"), QStringLiteral("cannot write ") + description);
-    if (!bus.startController(program.system().busController(description)))
+    const QStringList controller = report.isEmpty()
+                                       ? program.system().busController(description, BusFile::Description)
+                                       : program.system().busController(report, BusFile::Report);
+    if (!bus.startController(controller))
         return fail(QStringLiteral("the bus"), bus.errorText());
     if (!bus.run(program.launch(arguments)))
         return fail(QStringLiteral("the program"), bus.errorText());

@@ -3,8 +3,9 @@
 # button; without one, or with --auto, it presses Start itself and saves pictures in build/demo. --lang zh shows
 # the window in Chinese, --mode zn58 and --mode tessilonix MODEL start the update as a companion program does,
 # --bootloader makes the program ask for the model, --iap MODEL programs a microcontroller with the IAP panel,
-# --local FILE burns a file. --cli runs the program without a window in this terminal, --cli --json prints only
-# its events to standard output; --help describes the other options.
+# --local FILE burns a file, --report FILE shows the devices of a user's report. --cli runs the program without a
+# window in this terminal, --cli --json prints only its events to standard output; --help describes the other
+# options.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 

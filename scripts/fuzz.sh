@@ -9,7 +9,7 @@ keep=${2:-}
 
 cmake --preset fuzz >build/fuzz-configure.log 2>&1 || { cat build/fuzz-configure.log; exit 1; }
 cmake --build --preset fuzz
-for name in manifest control-list flasher-output content-range iap-texts signature answers; do
+for name in manifest control-list flasher-output content-range iap-texts report signature answers; do
     found=build/fuzz/found/$name
     mkdir -p "$found"
     dictionary=()

@@ -38,6 +38,19 @@ UpdateResult UpdateSession::lastResult() const
     return m_lastResult;
 }
 
+QMap<UpdateStage, double> UpdateSession::lastSeconds() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_lastSeconds;
+}
+
+/// Adds the time since the last call to the current stage.
+void UpdateSession::noteTimeLocked()
+{
+    constexpr double millisecondsInASecond = 1000;
+    m_seconds[m_stage] += static_cast<double>(m_inStage.restart()) / millisecondsInASecond;
+}
+
 bool UpdateSession::begin(UpdateStage stage, Reporter &reporter)
 {
     {
@@ -49,6 +62,8 @@ bool UpdateSession::begin(UpdateStage stage, Reporter &reporter)
             return false;
         m_stage = stage;
         m_image.clear();
+        m_seconds.clear();
+        m_inStage.start();
     }
     notifyWatcher(stage);
     return true;
@@ -60,6 +75,7 @@ void UpdateSession::enter(UpdateStage stage)
         const std::lock_guard<std::mutex> guard(m_mutex);
         if (!isRunningLocked() || m_stage == stage)
             return;
+        noteTimeLocked();
         m_stage = stage;
     }
     notifyWatcher(stage);
@@ -82,6 +98,8 @@ void UpdateSession::end(UpdateReason reason, Afterwards afterwards,
         const std::lock_guard<std::mutex> guard(m_mutex);
         if (!isRunningLocked())
             return;
+        noteTimeLocked();
+        m_lastSeconds = m_seconds;
         m_lastResult = {outcomeOf(reason), m_stage, reason};
         m_hold.reset();
         m_image.clear();

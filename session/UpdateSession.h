@@ -4,6 +4,8 @@
 #include "session/UpdateStage.h"
 #include "support/UpdateLock.h"
 
+#include <QElapsedTimer>
+#include <QMap>
 #include <QString>
 
 #include <functional>
@@ -37,6 +39,9 @@ public:
     QString image() const;
     /// Returns the result of the last update.
     UpdateResult lastResult() const;
+    /// Returns the seconds that the last update spent in each stage that it reached; empty before the first
+    /// has ended.
+    QMap<UpdateStage, double> lastSeconds() const;
     UpdateLock &lock() { return m_lock; }
 
     /// Begins an update in `stage` and takes the lock. Returns false if no start is allowed, and, after
@@ -56,6 +61,7 @@ public:
 
 private:
     bool isRunningLocked() const;
+    void noteTimeLocked();
     void notifyWatcher(UpdateStage stage) const;
 
     UpdateLock &m_lock;
@@ -65,4 +71,7 @@ private:
     UpdateLock::Hold m_hold;
     QString m_image;
     UpdateResult m_lastResult;
+    QElapsedTimer m_inStage;
+    QMap<UpdateStage, double> m_seconds;
+    QMap<UpdateStage, double> m_lastSeconds;
 };

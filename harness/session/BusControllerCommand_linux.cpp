@@ -2,8 +2,8 @@
 
 #include "harness/BuildPaths.h"
 
-QStringList busControllerCommand(const QString &descriptionFile)
+QStringList busControllerCommand(const QString &file, BusFile kind)
 {
-    return {QStringLiteral("umockdev-wrapper"), BuildPaths::busController(), QStringLiteral("--description"),
-            descriptionFile};
+    return QStringList{QStringLiteral("umockdev-wrapper"), BuildPaths::busController()} +
+           busControllerArguments(file, kind);
 }

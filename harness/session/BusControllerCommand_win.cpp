@@ -2,8 +2,8 @@
 
 #include "harness/BuildPaths.h"
 
-QStringList busControllerCommand(const QString &descriptionFile)
+QStringList busControllerCommand(const QString &file, BusFile kind)
 {
     // Without a wrapper script, because nothing has to be preloaded on Windows.
-    return {BuildPaths::listedBusController(), QStringLiteral("--description"), descriptionFile};
+    return QStringList{BuildPaths::listedBusController()} + busControllerArguments(file, kind);
 }

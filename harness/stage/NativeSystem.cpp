@@ -15,9 +15,9 @@ public:
 
     QString program() const override { return m_program; }
     QString standIn() const override { return BuildPaths::standIn(); }
-    QStringList busController(const QString &descriptionFile) const override
+    QStringList busController(const QString &file, BusFile kind) const override
     {
-        return busControllerCommand(descriptionFile);
+        return busControllerCommand(file, kind);
     }
 
     QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) override

@@ -20,6 +20,8 @@ public:
     explicit StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName = QString());
     /// Copies `executable`, a program for the system of this process.
     explicit StagedProgram(const QString &executable);
+    /// Copies `executable`, a program of `system`.
+    StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName, const QString &executable);
     ~StagedProgram();
     StagedProgram(const StagedProgram &) = delete;
     StagedProgram &operator=(const StagedProgram &) = delete;
@@ -81,8 +83,6 @@ public:
     QString standardError() const;
 
 private:
-    StagedProgram(std::unique_ptr<TargetSystem> system, const QString &folderName, const QString &executable);
-
     QString inStage(const char *name) const;
     QString textOf(const QString &path) const;
     void fail(const QString &what);

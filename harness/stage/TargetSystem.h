@@ -1,5 +1,7 @@
 #pragma once
 
+#include "harness/session/BusControllerCommand.h"
+
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -27,7 +29,7 @@ public:
     virtual QString program() const = 0;
     virtual QString standIn() const = 0;
     /// Returns the command that starts a controller whose bus is visible to programs of this system.
-    virtual QStringList busController(const QString &descriptionFile) const = 0;
+    virtual QStringList busController(const QString &file, BusFile kind) const = 0;
 
     /// Adds the files and variables that programs of this system need to the stage. Returns the error, or an
     /// empty string.

@@ -25,9 +25,9 @@ public:
 
     QString program() const override { return m_build + QLatin1String("/bin/") + m_program; }
     QString standIn() const override { return m_build + QLatin1String("/bin/quillmarsh-standin.exe"); }
-    QStringList busController(const QString &descriptionFile) const override
+    QStringList busController(const QString &file, BusFile kind) const override
     {
-        return {BuildPaths::listedBusController(), QStringLiteral("--description"), descriptionFile};
+        return QStringList{BuildPaths::listedBusController()} + busControllerArguments(file, kind);
     }
 
     QString prepareStage(const StageFolders &folders, QProcessEnvironment &environment) override

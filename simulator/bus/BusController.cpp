@@ -1,12 +1,27 @@
 #include "simulator/bus/BusController.h"
 
 #include "simulator/jsonlines/JsonLine.h"
+#include "simulator/report/ReportedBus.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
 
 #include <cstdio>
+
+namespace {
+
+std::optional<BusDescription> readReport(const QString &path)
+{
+    QString problem;
+    const std::optional<ReportedBus> reported = ReportedBus::read(path, &problem);
+    if (reported)
+        return reported->bus;
+    BusController::fail(problem);
+    return std::nullopt;
+}
+
+} // namespace
 
 int BusController::fail(const QString &text)
 {
@@ -20,8 +35,13 @@ std::optional<BusDescription> BusController::readDescription()
     parser.addHelpOption();
     const QCommandLineOption descriptionOption(
         QStringLiteral("description"), QStringLiteral("The bus description."), QStringLiteral("file"));
-    parser.addOption(descriptionOption);
+    const QCommandLineOption reportOption(QStringLiteral("report"),
+                                          QStringLiteral("A report of the program's; its bus is shown."),
+                                          QStringLiteral("file"));
+    parser.addOptions({descriptionOption, reportOption});
     parser.process(*QCoreApplication::instance());
+    if (parser.isSet(reportOption))
+        return readReport(parser.value(reportOption));
 
     QFile file(parser.value(descriptionOption));
     if (!file.open(QIODevice::ReadOnly)) {

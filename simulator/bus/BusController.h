@@ -9,8 +9,8 @@
 /// The parts that all controllers of a simulated bus have in common, whatever presenter they use.
 namespace BusController {
 
-/// Reads the bus description that is named in the application's arguments. On failure prints the reason to
-/// standard error and returns nothing.
+/// Reads the bus description, or the bus in the report, that is named in the application's arguments. On
+/// failure prints the reason to standard error and returns nothing.
 std::optional<BusDescription> readDescription();
 
 /// Presents the described devices through `presenter` and serves requests until it is told to quit. Prints

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int longestDelayMs = 600000;
+constexpr int longestDescriptors = 64 * 1024;
 
 ReportAnswer reportAnswer(JsonReader reader, ReportAnswer answer)
 {
@@ -70,15 +71,16 @@ UsbIds usbIds(JsonReader reader, UsbIds ids)
 HidNodeDescription hidNode(JsonReader reader)
 {
     HidNodeDescription node;
-    node.number = reader.number("number", node.number, 0, 31);
+    node.number = reader.number("number", node.number, -1, 31);
     node.collection = reader.number("collection", node.collection, 1, 15);
     node.collections = reader.number("collections", node.collections, 1, 15);
     node.node = reader.text("node", node.node);
     node.acceptsReport = reader.flag("acceptsReport", node.acceptsReport);
     node.openable = reader.flag("openable", node.openable);
     node.pathless = reader.flag("pathless", node.pathless);
+    node.reportDescriptor = reader.bytes("reportDescriptor", BusDescription::maximumReportDescriptor);
     // The node becomes a file, and its name is part of other file names.
-    static const QRegularExpression fileName(QStringLiteral("^[A-Za-z0-9_.&-]*$"));
+    static const QRegularExpression fileName(QStringLiteral("^([A-Za-z0-9_][A-Za-z0-9_.&-]*)?\\z"));
     if (!fileName.match(node.node).hasMatch())
         reader.fail(QStringLiteral("node \"%1\" is no plain file name").arg(node.node));
     reader.rejectUnknownKeys();
@@ -98,6 +100,11 @@ DeviceDescription device(JsonReader reader, int index)
     device.application = usbIds(reader.object("application"), device.application);
     device.bootloader = usbIds(reader.object("bootloader"), device.bootloader);
     device.position = reader.number("position", index, 0, BusDescription::maximumPosition);
+    device.ports = reader.text("ports", QString());
+    if (!device.ports.isEmpty() && !BusDescription::isPorts(device.ports))
+        reader.fail(QStringLiteral("ports \"%1\" are none such as \"1-2.3\"").arg(device.ports));
+    device.deviceClass = reader.number("class", 0, 0, 255);
+    device.descriptors = reader.bytes("descriptors", longestDescriptors);
     device.start = reader.choice(
         "start", device.start,
         {{"absent", Start::Absent}, {"application", Start::Application}, {"bootloader", Start::Bootloader}});
@@ -123,7 +130,11 @@ QString clash(const QVector<DeviceDescription> &devices)
     QSet<QString> keys;
     QSet<QString> nodes;
     QSet<int> positions;
+    QSet<QString> ports;
     for (const DeviceDescription &device : devices) {
+        if (!device.ports.isEmpty() && ports.contains(device.ports))
+            return QStringLiteral("two devices are connected at \"%1\"").arg(device.ports);
+        ports.insert(device.ports);
         if (keys.contains(device.key))
             return QStringLiteral("two devices have the key \"%1\"").arg(device.key);
         keys.insert(device.key);
@@ -192,13 +203,29 @@ std::optional<BusDescription> BusDescription::parse(const QByteArray &json, QStr
         reader.rejectUnknownKeys();
     }
     if (problem.isEmpty())
-        problem = clash(bus.devices);
+        problem = bus.complete();
     if (error)
         *error = problem;
     if (!problem.isEmpty())
         return std::nullopt;
-    std::sort(bus.devices.begin(), bus.devices.end(),
-              [](const auto &left, const auto &right) { return left.position < right.position; });
-    assignNodeNames(bus.devices);
     return bus;
+}
+
+QString BusDescription::complete()
+{
+    QString problem = clash(devices);
+    if (!problem.isEmpty())
+        return problem;
+    std::sort(devices.begin(), devices.end(),
+              [](const auto &left, const auto &right) { return left.position < right.position; });
+    assignNodeNames(devices);
+    return {};
+}
+
+bool BusDescription::isPorts(const QString &text)
+{
+    // It becomes the name of a folder. USB allows seven hubs and devices in a row.
+    static const QRegularExpression ports(
+        QStringLiteral("^[1-9][0-9]{0,2}-[1-9][0-9]{0,2}(\\.[1-9][0-9]{0,2}){0,6}\\z"));
+    return ports.match(text).hasMatch();
 }

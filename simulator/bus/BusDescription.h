@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <optional>
@@ -16,6 +17,7 @@ struct UsbIds
 /// A HID interface, or one top-level collection on systems where each collection has its own path.
 struct HidNodeDescription
 {
+    /// bInterfaceNumber; -1 for one that the system does not tell.
     int number = 0;
     /// The ordinal of the top-level collection if several nodes have the same interface number.
     int collection = 1;
@@ -29,6 +31,10 @@ struct HidNodeDescription
     bool openable = true;
     /// Whether enumerations list the node without a path.
     bool pathless = false;
+    /// Its report descriptor; empty: one is made for `collections`.
+    QByteArray reportDescriptor;
+    /// Its paths where paths are those of Windows, one for each enumerated collection; empty: made.
+    QStringList windowsPaths;
 };
 
 /// The reaction of a device to the update-mode report.
@@ -76,6 +82,12 @@ struct DeviceDescription
     UsbIds bootloader{0x33C3, 0x8899};
     /// Devices that are on the bus when a program starts are listed in the order of their positions.
     int position = 0;
+    /// Where it is connected, as in "1-2.3"; empty: made from the position.
+    QString ports;
+    /// bDeviceClass of the application.
+    int deviceClass = 0;
+    /// Device descriptor and configurations, shown while the device has the ids in them; empty: made.
+    QByteArray descriptors;
     Start start = Start::Application;
     QString manufacturer;
     QString product;
@@ -103,8 +115,14 @@ struct BusDescription
     QVector<DeviceDescription> devices;
 
     static constexpr int maximumPosition = 125;
+    /// How long a report descriptor may be, in bytes.
+    static constexpr int maximumReportDescriptor = 4096;
 
     /// Parses a description. Returns nothing if it is invalid; `error` (may be null) is then set to the
     /// reason.
     static std::optional<BusDescription> parse(const QByteArray &json, QString *error);
+    /// Puts devices into bus order and names nodes without a name. Returns which two clash; empty if none do.
+    QString complete();
+    /// Whether the text is one for DeviceDescription::ports.
+    static bool isPorts(const QString &text);
 };

@@ -13,8 +13,10 @@ public:
     {
         UsbIds ids;
         int position = 0;
-        /// The device class; 9 for a hub.
+        /// As in DeviceDescription.
+        QString ports;
         int deviceClass = 0;
+        QByteArray descriptors;
         QString manufacturer;
         QString product;
         QString serial;

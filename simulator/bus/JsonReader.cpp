@@ -20,6 +20,12 @@ bool JsonReader::has(const char *key) const
     return m_object.contains(QLatin1String(key));
 }
 
+bool JsonReader::isNull(const char *key)
+{
+    const QJsonValue value = take(key);
+    return value.isUndefined() || value.isNull();
+}
+
 QJsonValue JsonReader::take(const char *key)
 {
     m_known.insert(QString::fromLatin1(key));
@@ -63,6 +69,39 @@ int JsonReader::number(const char *key, int fallback, int least, int most)
         return fallback;
     }
     return static_cast<int>(number);
+}
+
+QByteArray JsonReader::bytesOf(const QJsonValue &value, const char *key, int most)
+{
+    const QString digits = value.toString();
+    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
+    // The conversion leaves out what is no digit.
+    if (!value.isString() || QString::fromLatin1(bytes.toHex()).compare(digits, Qt::CaseInsensitive) != 0) {
+        fail(QStringLiteral("\"%1\" must be hexadecimal digits, two for each byte").arg(QLatin1String(key)));
+        return {};
+    }
+    if (bytes.size() > most) {
+        fail(QStringLiteral("\"%1\" may have at most %2 bytes").arg(QLatin1String(key)).arg(most));
+        return {};
+    }
+    return bytes;
+}
+
+QByteArray JsonReader::bytes(const char *key, int most)
+{
+    const QJsonValue value = take(key);
+    return value.isUndefined() || value.isNull() ? QByteArray() : bytesOf(value, key, most);
+}
+
+QVector<QByteArray> JsonReader::byteTexts(const char *key, int most, int count)
+{
+    const QJsonArray list = take(key).toArray();
+    QVector<QByteArray> all;
+    if (list.size() > count)
+        fail(QStringLiteral("\"%1\" may have at most %2 entries").arg(QLatin1String(key)).arg(count));
+    for (int i = 0; i < list.size() && i < count; ++i)
+        all.append(bytesOf(list.at(i), key, most));
+    return all;
 }
 
 JsonReader JsonReader::object(const char *key)

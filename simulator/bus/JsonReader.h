@@ -17,10 +17,16 @@ public:
     JsonReader(const QJsonObject &object, const QString &where, QString *error);
 
     bool has(const char *key) const;
+    /// Whether the key is absent or its value is null; counts as asking for it.
+    bool isNull(const char *key);
     QString text(const char *key, const QString &fallback);
     bool flag(const char *key, bool fallback);
     /// Reads a JSON number or a string such as "0x33C3".
     int number(const char *key, int fallback, int least, int most);
+    /// A text of hexadecimal digits; empty when absent or null. `most` is in bytes.
+    QByteArray bytes(const char *key, int most);
+    /// A list of such texts, at most `count`.
+    QVector<QByteArray> byteTexts(const char *key, int most, int count);
     template <typename Value>
     Value choice(const char *key, Value fallback,
                  std::initializer_list<std::pair<const char *, Value>> choices)
@@ -44,6 +50,7 @@ public:
 
 private:
     QJsonValue take(const char *key);
+    QByteArray bytesOf(const QJsonValue &value, const char *key, int most);
 
     QJsonObject m_object;
     QString m_where;

@@ -43,7 +43,7 @@ QJsonObject hidInterface(const BusPresenter::Device &device, int node, int colle
     const HidNodeDescription &described = device.nodes.at(node);
     const QByteArray path = WindowsHidPath::of(device, node, collection);
     return {
-        {QStringLiteral("path"), described.pathless ? QJsonValue() : QJsonValue(QString::fromLatin1(path))},
+        {QStringLiteral("path"), described.pathless ? QJsonValue() : QJsonValue(QString::fromUtf8(path))},
         {QStringLiteral("vendorId"), device.ids.vendorId},
         {QStringLiteral("productId"), device.ids.productId},
         {QStringLiteral("interfaceNumber"), described.number},
@@ -77,7 +77,7 @@ std::optional<QJsonObject> ListedBus::perform(const QJsonObject &request)
     if (operation == QLatin1String("hidInterfaces"))
         return hidInterfaces();
     if (operation == QLatin1String("hidOpen"))
-        return open(request.value(QLatin1String("path")).toString().toLatin1());
+        return open(request.value(QLatin1String("path")).toString().toUtf8());
     if (operation == QLatin1String("hidWrite"))
         return write(handle,
                      QByteArray::fromHex(request.value(QLatin1String("report")).toString().toLatin1()));
@@ -101,12 +101,22 @@ QList<int> ListedBus::inBusOrder() const
 QJsonObject ListedBus::usbDevices() const
 {
     QJsonArray devices;
+    QJsonArray configurations;
+    QJsonArray ports;
+    const auto list = [&](const BusPresenter::Device &device) {
+        devices.append(deviceDescriptor(device));
+        configurations.append(
+            QString::fromLatin1(UsbRecords::descriptors(device).mid(deviceDescriptorBytes).toHex()));
+        ports.append(device.ports);
+    };
     const QList<int> ids = inBusOrder();
     for (const int id : ids)
-        devices.append(deviceDescriptor(m_shown[id].device));
+        list(m_shown[id].device);
     if (m_rootHub)
-        devices.append(deviceDescriptor(rootHub()));
-    return Answer::success({{QStringLiteral("devices"), devices}});
+        list(rootHub());
+    return Answer::success({{QStringLiteral("devices"), devices},
+                            {QStringLiteral("configurations"), configurations},
+                            {QStringLiteral("ports"), ports}});
 }
 
 QJsonObject ListedBus::hidInterfaces() const

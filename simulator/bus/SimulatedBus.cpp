@@ -1,5 +1,7 @@
 #include "simulator/bus/SimulatedBus.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cerrno>
 
@@ -20,11 +22,23 @@ int errorNumber(BusModel::WriteResult::Failure failure)
     return ENODEV;
 }
 
+/// Returns the ids in a device descriptor; zeros if it is too short.
+UsbIds idsIn(const QByteArray &descriptors)
+{
+    constexpr int vendorAt = 8;
+    constexpr int productAt = 10;
+    if (descriptors.size() < productAt + 2)
+        return {};
+    return {qFromLittleEndian<quint16>(descriptors.constData() + vendorAt),
+            qFromLittleEndian<quint16>(descriptors.constData() + productAt)};
+}
+
 BusPresenter::Device shownAs(const BusModel::Device &device)
 {
     const DeviceDescription &description = device.description;
     BusPresenter::Device shown;
     shown.position = description.position;
+    shown.ports = description.ports;
     shown.manufacturer = description.manufacturer;
     shown.product = description.product;
     shown.serial = description.serial;
@@ -34,7 +48,11 @@ BusPresenter::Device shownAs(const BusModel::Device &device)
     } else {
         shown.ids = description.application;
         shown.nodes = description.nodes;
+        shown.deviceClass = description.deviceClass;
     }
+    const UsbIds described = idsIn(description.descriptors);
+    if (described.vendorId == shown.ids.vendorId && described.productId == shown.ids.productId)
+        shown.descriptors = description.descriptors;
     return shown;
 }
 

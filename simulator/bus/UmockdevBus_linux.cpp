@@ -47,6 +47,36 @@ QByteArray hex4(int value)
     return QByteArray::number(value, 16).rightJustified(4, '0');
 }
 
+int busOf(const BusPresenter::Device &device)
+{
+    return device.ports.isEmpty() ? 1 : device.ports.section(QLatin1Char('-'), 0, 0).toInt();
+}
+
+/// Returns the name of the device's folder, by which libusb knows its ports.
+QByteArray nameOf(const BusPresenter::Device &device)
+{
+    return device.ports.isEmpty() ? "1-" + QByteArray::number(lastPort - device.position)
+                                  : device.ports.toLatin1();
+}
+
+/// Returns a folder around the device's own for ports that do not stand in bus order themselves: libusb lists
+/// devices against the order of their paths.
+QByteArray orderOf(const BusPresenter::Device &device)
+{
+    if (device.ports.isEmpty())
+        return {};
+    return "/order-" + QByteArray::number(lastPort - device.position);
+}
+
+/// Returns the name of an interface's folder. Where ports were given each node has one of its own, in their
+/// order, as its number may be unknown.
+QByteArray interfaceName(const BusPresenter::Device &device, int index)
+{
+    const int number = device.nodes.at(index).number;
+    const bool isNumbered = device.ports.isEmpty() && number >= 0;
+    return nameOf(device) + ":1." + QByteArray::number(isNumbered ? number : 100 + index);
+}
+
 } // namespace
 
 struct UmockdevBus::Private
@@ -101,17 +131,19 @@ struct UmockdevBus::Private
     {
         const int address = device.address;
         const QByteArray number = QByteArray::number(address).rightJustified(3, '0');
+        const QByteArray bus = QByteArray::number(busOf(description)).rightJustified(3, '0');
         const QByteArray data = UsbRecords::descriptors(description);
         QByteArray record =
-            "P: " + device.usb + "\nN: bus/usb/001/" + number + '=' + hexDump(data) +
-            "\nE: DEVNAME=/dev/bus/usb/001/" + number +
+            "P: " + device.usb + "\nN: bus/usb/" + bus + '/' + number + '=' + hexDump(data) +
+            "\nE: DEVNAME=/dev/bus/usb/" + bus + '/' + number +
             "\nE: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nE: DRIVER=usb\nE: MAJOR=" +
             QByteArray::number(usbMajor) + "\nE: MINOR=" + QByteArray::number(address - 1) +
-            "\nE: BUSNUM=001\nE: DEVNUM=" + number +
+            "\nE: BUSNUM=" + bus + "\nE: DEVNUM=" + number +
             "\nE: PRODUCT=" + QByteArray::number(description.ids.vendorId, 16) + '/' +
             QByteArray::number(description.ids.productId, 16) +
             "/100\nA: dev=" + QByteArray::number(usbMajor) + ':' + QByteArray::number(address - 1) +
-            "\\n\nA: busnum=1\\n\nA: devnum=" + QByteArray::number(address) +
+            "\\n\nA: busnum=" + QByteArray::number(busOf(description)) +
+            "\\n\nA: devnum=" + QByteArray::number(address) +
             "\\n\nA: speed=480\\n\nA: bConfigurationValue=1\\n\nA: bcdDevice=0100\\n\nA: idVendor=" +
             hex4(description.ids.vendorId) + "\\n\nA: idProduct=" + hex4(description.ids.productId) + "\\n\n";
         const auto addText = [&record](const char *name, const QString &text) {
@@ -127,10 +159,13 @@ struct UmockdevBus::Private
 
     QString addInterface(const QByteArray &path, int number) const
     {
+        const QByteArray told =
+            number < 0
+                ? QByteArray()
+                : "A: bInterfaceNumber=" + QByteArray::number(number, 16).rightJustified(2, '0') + "\\n\n";
         return addRecord(
-            "P: " + path + "\nE: DEVTYPE=usb_interface\nE: SUBSYSTEM=usb\nE: DRIVER=usbhid\n" +
-            "A: bInterfaceNumber=" + QByteArray::number(number, 16).rightJustified(2, '0') +
-            "\\n\nA: bInterfaceClass=03\\n\nA: bInterfaceSubClass=00\\n\nA: bInterfaceProtocol=00\\n\n\n");
+            "P: " + path + "\nE: DEVTYPE=usb_interface\nE: SUBSYSTEM=usb\nE: DRIVER=usbhid\n" + told +
+            "A: bInterfaceClass=03\\n\nA: bInterfaceSubClass=00\\n\nA: bInterfaceProtocol=00\\n\n\n");
     }
 
     QString addHid(const QByteArray &path, const Device &device, const HidNodeDescription &node) const
@@ -141,7 +176,7 @@ struct UmockdevBus::Private
                          "\nE: HID_NAME=" + device.product.toUtf8() +
                          "\nE: HID_PHYS=usb-sim_hcd.0\nE: HID_UNIQ=" + device.serial.toUtf8() +
                          "\nE: SUBSYSTEM=hid\nH: report_descriptor=" +
-                         hexDump(UsbRecords::reportDescriptor(node.collections)) + "\n\n");
+                         hexDump(UsbRecords::reportDescriptor(node)) + "\n\n");
     }
 
     QString attach(int id, int index, const HidNodeDescription &node)
@@ -149,8 +184,8 @@ struct UmockdevBus::Private
         const QByteArray name = node.node.toUtf8();
         std::unique_ptr<UmockdevNode> &entry = nodes[name];
         if (!entry) {
-            entry = std::make_unique<UmockdevNode>(id, index, UsbRecords::reportDescriptor(node.collections),
-                                                   handler, *context);
+            entry = std::make_unique<UmockdevNode>(id, index, UsbRecords::reportDescriptor(node), handler,
+                                                   *context);
             const QString problem = node.openable ? entry->attach(testbed, "/dev/" + name) : QString();
             if (!problem.isEmpty())
                 return problem;
@@ -250,26 +285,21 @@ void UmockdevBus::setWriteHandler(WriteHandler handler)
 QString UmockdevBus::add(int id, const Device &device)
 {
     Private::Shown shown;
-    const int port = lastPort - device.position;
-    const QByteArray name = "1-" + QByteArray::number(port);
-    shown.usb = d->controller + '/' + name;
+    shown.usb = d->controller + orderOf(device) + '/' + nameOf(device);
     shown.address = d->freeAddress();
     QString problem = d->addUsb(shown, device);
-    const QVector<int> numbers = UsbRecords::interfaceNumbers(device);
-    for (const int number : numbers) {
-        if (!problem.isEmpty())
-            break;
-        const QByteArray path = shown.usb + '/' + name + ":1." + QByteArray::number(number);
-        problem = d->addInterface(path, number);
-        shown.interfaces.append(path);
-    }
     for (int index = 0; index < device.nodes.size() && problem.isEmpty(); ++index) {
         const HidNodeDescription &node = device.nodes.at(index);
-        const QByteArray hid = shown.usb + '/' + name + ":1." + QByteArray::number(node.number) +
-                               "/0003:" + hex4(device.ids.vendorId).toUpper() + ':' +
+        const QByteArray interface = shown.usb + '/' + interfaceName(device, index);
+        if (!shown.interfaces.contains(interface)) {
+            problem = d->addInterface(interface, node.number);
+            shown.interfaces.append(interface);
+        }
+        const QByteArray hid = interface + "/0003:" + hex4(device.ids.vendorId).toUpper() + ':' +
                                hex4(device.ids.productId).toUpper() + '.' + hex4(++d->lastHid).toUpper();
         const QByteArray hidraw = hid + "/hidraw/" + node.node.toUtf8();
-        problem = d->addHid(hid, device, node);
+        if (problem.isEmpty())
+            problem = d->addHid(hid, device, node);
         if (problem.isEmpty())
             problem = d->attach(id, index, node);
         if (problem.isEmpty())

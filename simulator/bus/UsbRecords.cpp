@@ -24,7 +24,7 @@ QVector<int> UsbRecords::interfaceNumbers(const BusPresenter::Device &device)
 {
     QVector<int> numbers;
     for (const HidNodeDescription &node : device.nodes) {
-        if (!numbers.contains(node.number))
+        if (node.number >= 0 && !numbers.contains(node.number))
             numbers.append(node.number);
     }
     std::sort(numbers.begin(), numbers.end());
@@ -33,6 +33,8 @@ QVector<int> UsbRecords::interfaceNumbers(const BusPresenter::Device &device)
 
 QByteArray UsbRecords::descriptors(const BusPresenter::Device &device)
 {
+    if (!device.descriptors.isEmpty())
+        return device.descriptors;
     QByteArray bytes = fromList({18, 1, 0x00, 0x02, device.deviceClass, 0, 0, 64});
     appendWord(bytes, device.ids.vendorId);
     appendWord(bytes, device.ids.productId);
@@ -52,6 +54,11 @@ QByteArray UsbRecords::descriptors(const BusPresenter::Device &device)
     appendWord(bytes, 9 + interfaces.size());
     bytes += fromList({numbers.size(), 1, 0, 0x80, 50});
     return bytes + interfaces;
+}
+
+QByteArray UsbRecords::reportDescriptor(const HidNodeDescription &node)
+{
+    return node.reportDescriptor.isEmpty() ? reportDescriptor(node.collections) : node.reportDescriptor;
 }
 
 QByteArray UsbRecords::reportDescriptor(int collections)

@@ -12,7 +12,9 @@ QByteArray descriptors(const BusPresenter::Device &device);
 /// Returns a vendor-specific report descriptor with `collections` top-level collections, each with output
 /// report 4.
 QByteArray reportDescriptor(int collections);
-/// Returns the interface numbers of the device in ascending order, without duplicates.
+/// The report descriptor of a node: its own, or a made one.
+QByteArray reportDescriptor(const HidNodeDescription &node);
+/// Returns the known interface numbers of the device in ascending order, without duplicates.
 QVector<int> interfaceNumbers(const BusPresenter::Device &device);
 
 } // namespace UsbRecords

@@ -23,12 +23,14 @@ bool hasSeveralCollections(const BusPresenter::Device &device, const HidNodeDesc
 
 int WindowsHidPath::collectionsOf(const HidNodeDescription &node)
 {
-    return std::max(1, node.collections);
+    return std::max({1, node.collections, node.windowsPaths.size()});
 }
 
 QByteArray WindowsHidPath::of(const BusPresenter::Device &device, int node, int collection)
 {
     const HidNodeDescription &described = device.nodes.at(node);
+    if (collection <= described.windowsPaths.size())
+        return described.windowsPaths.at(collection - 1).toUtf8();
     const int ordinal = described.collection + collection - 1;
     QByteArray path =
         "\\\\?\\hid#vid_" + hex(device.ids.vendorId, 4) + "&pid_" + hex(device.ids.productId, 4);

@@ -186,6 +186,11 @@ int HID_API_CALL hid_write(hid_device *device, const unsigned char *data, std::s
     return -1;
 }
 
+const char *HID_API_CALL hid_version_str()
+{
+    return "0.0.0";
+}
+
 const wchar_t *HID_API_CALL hid_error(hid_device *device)
 {
     return device ? device->error.c_str() : globalError.c_str();

@@ -1,10 +1,12 @@
 #include "simulator/connection/BusConnection.h"
+#include "simulator/windows/ConfigurationDescriptor.h"
 #include "simulator/windows/Hex.h"
 
 #include <libusb.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 
 // Replaces libusb for programs on a simulated bus. It has the functions that list devices, which behave
@@ -14,7 +16,9 @@ struct libusb_device
 {
     std::atomic<int> references{1};
     libusb_device_descriptor descriptor{};
-    std::uint8_t port = 0;
+    std::vector<std::vector<unsigned char>> configurations;
+    std::uint8_t bus = 1;
+    std::vector<std::uint8_t> ports;
 };
 
 namespace {
@@ -38,6 +42,20 @@ libusb_device *deviceOf(const std::string &hex)
     static_assert(sizeof device->descriptor == LIBUSB_DT_DEVICE_SIZE, "the descriptor as it is on the wire");
     std::memcpy(&device->descriptor, bytes.data(), LIBUSB_DT_DEVICE_SIZE);
     return device;
+}
+
+/// Takes a place such as "3-2.1" apart; without one, a device stands at a port of the root hub.
+void setPlace(libusb_device &device, const std::string &ports, std::size_t ordinal)
+{
+    device.ports.clear();
+    const std::size_t hyphen = ports.find('-');
+    if (hyphen == std::string::npos) {
+        device.ports.push_back(static_cast<std::uint8_t>(ordinal));
+        return;
+    }
+    device.bus = static_cast<std::uint8_t>(std::atoi(ports.c_str()));
+    for (std::size_t at = hyphen; at != std::string::npos; at = ports.find('.', at + 1))
+        device.ports.push_back(static_cast<std::uint8_t>(std::atoi(ports.c_str() + at + 1)));
 }
 
 } // namespace
@@ -73,10 +91,12 @@ ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context * /*context*/, libusb_
     if (!answer.value("ok", false))
         return LIBUSB_ERROR_IO;
     std::vector<libusb_device *> devices;
-    for (const auto &descriptor : answer.at("devices")) {
-        if (libusb_device *device = deviceOf(descriptor.get<std::string>())) {
+    for (std::size_t i = 0; i < answer.at("devices").size(); ++i) {
+        if (libusb_device *device = deviceOf(answer.at("devices").at(i).get<std::string>())) {
             devices.push_back(device);
-            device->port = static_cast<std::uint8_t>(devices.size());
+            device->configurations =
+                ConfigurationDescriptor::split(bytesOf(answer.at("configurations").at(i).get<std::string>()));
+            setPlace(*device, answer.at("ports").at(i).get<std::string>(), devices.size());
         }
     }
     *list = new libusb_device *[devices.size() + 1]();
@@ -97,17 +117,37 @@ int LIBUSB_CALL libusb_get_device_descriptor(libusb_device *device, libusb_devic
     return LIBUSB_SUCCESS;
 }
 
-uint8_t LIBUSB_CALL libusb_get_bus_number(libusb_device * /*device*/)
+int LIBUSB_CALL libusb_get_config_descriptor(libusb_device *device, uint8_t index,
+                                             libusb_config_descriptor **config)
 {
-    return 1;
+    if (index >= device->configurations.size())
+        return LIBUSB_ERROR_NOT_FOUND;
+    *config = ConfigurationDescriptor::parse(device->configurations[index]);
+    return *config ? LIBUSB_SUCCESS : LIBUSB_ERROR_IO;
+}
+
+void LIBUSB_CALL libusb_free_config_descriptor(libusb_config_descriptor *config)
+{
+    ConfigurationDescriptor::release(config);
+}
+
+const libusb_version *LIBUSB_CALL libusb_get_version()
+{
+    static const libusb_version version{1, 0, 0, 0, "", "https://stand-in.example"};
+    return &version;
+}
+
+uint8_t LIBUSB_CALL libusb_get_bus_number(libusb_device *device)
+{
+    return device->bus;
 }
 
 int LIBUSB_CALL libusb_get_port_numbers(libusb_device *device, uint8_t *ports, int length)
 {
-    if (length < 1)
+    if (length < static_cast<int>(device->ports.size()))
         return LIBUSB_ERROR_OVERFLOW;
-    ports[0] = device->port;
-    return 1;
+    std::copy(device->ports.begin(), device->ports.end(), ports);
+    return static_cast<int>(device->ports.size());
 }
 
 } // extern "C"

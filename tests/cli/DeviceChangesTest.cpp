@@ -1,4 +1,4 @@
-#include "cli/DeviceSearch.h"
+#include "checks/DeviceSearch.h"
 
 #include "cli/DeviceStates.h"
 #include "tests/support/TextList.h"

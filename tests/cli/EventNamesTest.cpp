@@ -1,4 +1,4 @@
-#include "cli/EventNames.h"
+#include "session/EventNames.h"
 
 #include "cli/DeviceStates.h"
 #include "tests/support/TextList.h"

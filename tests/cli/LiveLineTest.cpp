@@ -1,6 +1,6 @@
 #include "cli/LiveLine.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 
 #include <gtest/gtest.h>
 

@@ -28,6 +28,7 @@ TEST(OptionsTest, EachCommandIsKnown)
     EXPECT_EQ(optionsOf(list({"update"})).command, Command::Update);
     EXPECT_EQ(optionsOf(list({"check"})).command, Command::Check);
     EXPECT_EQ(optionsOf(list({"manifest", "verify"})).command, Command::VerifyManifest);
+    EXPECT_EQ(optionsOf(list({"report"})).command, Command::Report);
 }
 
 TEST(OptionsTest, WhatIsNotSaidIsOff)
@@ -161,6 +162,18 @@ TEST(OptionsTest, TheHelpOfACommandNamesTheCommand)
         parse(list({"update", "--help"})).text.startsWith(QLatin1String("Usage: quillmarsh-cli update ")));
     EXPECT_TRUE(parse(list({"manifest", "verify", "--help"}))
                     .text.startsWith(QLatin1String("Usage: quillmarsh-cli manifest verify ")));
+}
+
+TEST(OptionsTest, AReportHasAFileAtMost)
+{
+    EXPECT_EQ(optionsOf(list({"report"})).reportFile, QString());
+    EXPECT_EQ(optionsOf(list({"report", "a file.json"})).reportFile, QStringLiteral("a file.json"));
+    EXPECT_EQ(optionsOf(list({"report", "-"})).reportFile, QStringLiteral("-"));
+    EXPECT_EQ(optionsOf(list({"report", "--log", "x.txt"})).logFile, QStringLiteral("x.txt"));
+    EXPECT_EQ(parse(list({"report", "a", "b"})).exitCode, 2);
+    EXPECT_EQ(parse(list({"report", "-", "--json"})).exitCode, 2);
+    EXPECT_TRUE(parse(list({"report", "--help"}))
+                    .text.startsWith(QLatin1String("Usage: quillmarsh-cli report [OPTIONS] [FILE]\n")));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "cli/ToolFiles.h"
+#include "checks/ToolFiles.h"
 
 #include "simulator/files/WholeFile.h"
 

@@ -1,4 +1,4 @@
-#include "cli/ToolFolders.h"
+#include "checks/ToolFolders.h"
 
 #include <gtest/gtest.h>
 

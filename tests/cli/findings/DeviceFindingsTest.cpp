@@ -1,4 +1,4 @@
-#include "cli/DeviceFindings.h"
+#include "checks/DeviceFindings.h"
 
 #include <gtest/gtest.h>
 

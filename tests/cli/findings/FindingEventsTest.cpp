@@ -1,4 +1,4 @@
-#include "cli/Finding.h"
+#include "checks/Finding.h"
 #include "cli/JsonEvents.h"
 #include "cli/PersonEvents.h"
 
@@ -39,10 +39,10 @@ TEST(FindingEventsTest, OnlyAProblemChangesTheExitCode)
 {
     const Finding ok = Findings::ok(QStringLiteral("a"), QStringLiteral("b"));
     const Finding warning = Findings::warning(QStringLiteral("a"), QStringLiteral("b"));
-    EXPECT_EQ(Findings::exitCodeOf({}, ExitCode::NotPrepared), ExitCode::Done);
-    EXPECT_EQ(Findings::exitCodeOf({ok, warning}, ExitCode::NotPrepared), ExitCode::Done);
-    EXPECT_EQ(Findings::exitCodeOf({missing, ok}, ExitCode::NotPrepared), ExitCode::NotPrepared);
-    EXPECT_EQ(Findings::exitCodeOf({ok, missing}, ExitCode::FirmwareUnusable), ExitCode::FirmwareUnusable);
+    EXPECT_EQ(exitCodeOf({}, ExitCode::NotPrepared), ExitCode::Done);
+    EXPECT_EQ(exitCodeOf({ok, warning}, ExitCode::NotPrepared), ExitCode::Done);
+    EXPECT_EQ(exitCodeOf({missing, ok}, ExitCode::NotPrepared), ExitCode::NotPrepared);
+    EXPECT_EQ(exitCodeOf({ok, missing}, ExitCode::FirmwareUnusable), ExitCode::FirmwareUnusable);
 }
 
 } // namespace

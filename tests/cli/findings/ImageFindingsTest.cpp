@@ -1,4 +1,4 @@
-#include "cli/ImageFindings.h"
+#include "checks/ImageFindings.h"
 
 #include <gtest/gtest.h>
 

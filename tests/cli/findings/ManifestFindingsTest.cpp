@@ -1,4 +1,4 @@
-#include "cli/ManifestFindings.h"
+#include "checks/ManifestFindings.h"
 
 #include "tests/cli/findings/RecordedFindings.h"
 

@@ -1,6 +1,6 @@
-#include "cli/SignatureFindings.h"
+#include "checks/SignatureFindings.h"
 
-#include "cli/Texts.h"
+#include "checks/Texts.h"
 #include "tests/signature/Signatures.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/SystemFindings.h"
+#include "checks/SystemFindings.h"
 
 #include <gtest/gtest.h>
 

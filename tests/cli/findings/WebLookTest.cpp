@@ -1,4 +1,4 @@
-#include "cli/WebLook.h"
+#include "checks/WebLook.h"
 
 #include "support/ShutdownFlag.h"
 #include "tests/update/ManifestServer.h"

@@ -1,0 +1,120 @@
+#include "app/ReportSaver.h"
+
+#include "checks/Texts.h"
+#include "report/ReportMaker.h"
+#include "report/ReportText.h"
+#include "support/LogFile.h"
+#include "support/ShutdownFlag.h"
+#include "widgets/TextWindow.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStandardPaths>
+#include <QTextEdit>
+#include <QtConcurrent>
+
+namespace {
+
+/// Returns the tools that the window program uses: those beside it.
+ToolFiles toolsBeside(const QString &folder)
+{
+    return ToolFiles::findIn({folder}, {folder + QLatin1String("/qmake")});
+}
+
+QString askForFile(QWidget *owner)
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QFileDialog dialog(owner, Texts::pick("Save report", "保存报告"), folder,
+                       Texts::pick("Report (*.json)", "报告 (*.json)"));
+    dialog.setObjectName(QStringLiteral("reportDialog"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("json"));
+    dialog.selectFile(ReportText::proposedName());
+    QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, &dialog, &QDialog::reject);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+ReportSaver::ReportSaver(Dependencies dependencies) : m_dependencies(std::move(dependencies))
+{
+    m_pool.setMaxThreadCount(1);
+    QTextEdit *view = m_dependencies.window.textView();
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(view, &QWidget::customContextMenuRequested, &m_watcher,
+                     [this](const QPoint &place) { showMenu(place); });
+    QObject::connect(&m_watcher, &QFutureWatcher<Saved>::finished, &m_watcher,
+                     [this] { tell(m_watcher.result()); });
+}
+
+ReportSaver::~ReportSaver()
+{
+    m_watcher.disconnect();
+    m_pool.waitForDone();
+}
+
+void ReportSaver::showMenu(const QPoint &place)
+{
+    QTextEdit *view = m_dependencies.window.textView();
+    m_menu.reset(view->createStandardContextMenu(place));
+    m_menu->setObjectName(QStringLiteral("logMenu"));
+    m_menu->addSeparator();
+    QAction *action =
+        m_menu->addAction(m_watcher.isRunning() ? Texts::pick("The report is being made…", "正在生成报告…")
+                                                : Texts::pick("Save report…", "保存报告…"));
+    action->setObjectName(QStringLiteral("saveReport"));
+    action->setEnabled(!m_watcher.isRunning());
+    QObject::connect(action, &QAction::triggered, &m_watcher, [this] { askAndSave(); });
+    m_menu->popup(view->viewport()->mapToGlobal(place));
+}
+
+void ReportSaver::askAndSave()
+{
+    const QString path = askForFile(&m_dependencies.window);
+    // The menu may have been used a second time while the dialog was open.
+    if (!path.isEmpty() && !m_watcher.isRunning() && !ShutdownFlag::instance().isRaised())
+        save(path);
+}
+
+void ReportSaver::save(const QString &path)
+{
+    ReportMaker::Source source{m_dependencies.usb,
+                               m_dependencies.hid,
+                               m_dependencies.lock,
+                               m_dependencies.usbReady,
+                               toolsBeside(m_dependencies.paths.applicationDir),
+                               m_dependencies.paths.temporaryFolder,
+                               QFileInfo(LogFile::updateLogPath()).absoluteFilePath(),
+                               Texts::pick("en", "zh"),
+                               m_dependencies.lastRun()};
+    m_watcher.setFuture(QtConcurrent::run(&m_pool, [source, path] {
+        const QByteArray report = ReportMaker::make(source);
+        return report.isEmpty() ? Saved{path, QString(), true}
+                                : Saved{path, ReportText::save(report, path), false};
+    }));
+}
+
+void ReportSaver::tell(const Saved &saved)
+{
+    if (saved.isCutShort || ShutdownFlag::instance().isRaised())
+        return;
+    if (!m_box) {
+        m_box = new QMessageBox(&m_dependencies.window);
+        m_box->setObjectName(QStringLiteral("reportBox"));
+        m_box->setWindowTitle(m_dependencies.window.windowTitle());
+        m_box->setStandardButtons(QMessageBox::Ok);
+        QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, m_box.data(), &QDialog::reject);
+    }
+    const QString file = QDir::toNativeSeparators(saved.path);
+    m_box->setIcon(saved.problem.isEmpty() ? QMessageBox::Information : QMessageBox::Warning);
+    m_box->setText(saved.problem.isEmpty()
+                       ? Texts::pick("The report is in %1. Nothing was sent anywhere.",
+                                     "报告已保存到 %1,未发送到任何地方。")
+                             .arg(file)
+                       : Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
+                             .arg(file, saved.problem));
+    m_box->open();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "checks/DeviceInfo.h"
+#include "devices/ModelTable.h"
+#include "devices/UsbBus.h"
+
+#include <QString>
+#include <QVector>
+
+/// Finds the connected devices that the model table knows, and those in their bootloader. Main thread.
+class DeviceSearch
+{
+public:
+    /// `bus` must outlive the search. `controlList` is the path of the controlled-device list, which is read
+    /// anew for each search.
+    DeviceSearch(UsbBus &bus, const QString &controlList);
+
+    /// Returns the devices in bus order.
+    QVector<DeviceInfo> find();
+
+private:
+    DeviceInfo::State stateOf(const ModelRow &row) const;
+
+    UsbBus &m_bus;
+    const QString m_controlList;
+    const ModelTable m_table;
+};
+
+/// Returns what has changed between two searches: first the devices that are gone, then those that are new or
+/// in another state.
+QVector<DeviceInfo> changesBetween(const QVector<DeviceInfo> &before, const QVector<DeviceInfo> &after);

@@ -1,0 +1,34 @@
+#include "checks/ToolFolders.h"
+
+#include <QStandardPaths>
+
+namespace {
+
+/// The user's own folder, which the launcher of the window program uses as well.
+QString ownFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QLatin1String("/quillmarsh");
+}
+
+/// Returns `folder`, which lies beside the program. Beside an installed program there is nothing: that folder
+/// belongs to the system's own programs.
+QStringList besideProgram(const QString &applicationFolder, const QString &folder)
+{
+    return applicationFolder == QLatin1String("/usr/bin") ? QStringList() : QStringList{folder};
+}
+
+} // namespace
+
+QStringList toolFolders(const QString &applicationFolder)
+{
+    return besideProgram(applicationFolder, applicationFolder) +
+           QStringList{ownFolder(), QStringLiteral("/usr/local/lib/quillmarsh"),
+                       QStringLiteral("/usr/lib/quillmarsh/tools")};
+}
+
+QStringList controlListFolders(const QString &applicationFolder)
+{
+    return besideProgram(applicationFolder, applicationFolder + QLatin1String("/qmake")) +
+           QStringList{ownFolder(), QStringLiteral("/etc/quillmarsh")};
+}

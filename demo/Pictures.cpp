@@ -1,0 +1,17 @@
+#include "demo/Pictures.h"
+
+#include "demo/DemoScenario.h"
+
+#include <QDir>
+
+void takePicture(DemoScenario &scenario, const char *name)
+{
+    const DemoOptions &options = scenario.options();
+    const QString path =
+        scenario.program.toProgramPath(QDir(options.pictures).absoluteFilePath(QLatin1String(name)));
+    // Wine draws frames around its windows, and with the wrong letters.
+    if (options.windowsBuild.isEmpty())
+        scenario.probe.grabScreen(path);
+    else
+        scenario.probe.grab(QStringLiteral("backgroundWidget"), path);
+}

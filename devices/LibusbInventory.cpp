@@ -1,0 +1,57 @@
+#include "devices/BusInventory.h"
+#include "devices/LibusbPosition.h"
+#include "devices/UsbDescriptorBytes.h"
+
+#include <libusb.h>
+
+#include <memory>
+
+namespace {
+
+struct ListDeleter
+{
+    void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
+};
+struct ConfigurationDeleter
+{
+    void operator()(libusb_config_descriptor *descriptor) const { libusb_free_config_descriptor(descriptor); }
+};
+
+QVector<QByteArray> configurationsOf(libusb_device *device, int count)
+{
+    QVector<QByteArray> configurations;
+    for (int index = 0; index < count; ++index) {
+        libusb_config_descriptor *descriptor = nullptr;
+        if (libusb_get_config_descriptor(device, static_cast<quint8>(index), &descriptor) != LIBUSB_SUCCESS)
+            continue;
+        const std::unique_ptr<libusb_config_descriptor, ConfigurationDeleter> owner(descriptor);
+        configurations.append(UsbDescriptorBytes::of(*descriptor));
+    }
+    return configurations;
+}
+
+} // namespace
+
+void readUsbInventory(bool usbReady, const BusInventory::IsWanted &isWanted, BusInventory &inventory)
+{
+    if (!usbReady)
+        return;
+    libusb_device **devices = nullptr;
+    inventory.usbCount = libusb_get_device_list(nullptr, &devices);
+    const std::unique_ptr<libusb_device *[], ListDeleter> owner(devices);
+    for (qint64 i = 0; i < inventory.usbCount; ++i) {
+        libusb_device_descriptor descriptor{};
+        if (libusb_get_device_descriptor(devices[i], &descriptor) != LIBUSB_SUCCESS)
+            continue;
+        UsbRecord record;
+        record.vendorId = descriptor.idVendor;
+        record.productId = descriptor.idProduct;
+        record.deviceClass = descriptor.bDeviceClass;
+        if (isWanted(descriptor.idVendor)) {
+            record.descriptor = UsbDescriptorBytes::of(descriptor);
+            record.configurations = configurationsOf(devices[i], descriptor.bNumConfigurations);
+            record.position = libusbPosition(devices[i]);
+        }
+        inventory.usb.append(record);
+    }
+}

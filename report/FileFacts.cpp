@@ -1,0 +1,59 @@
+#include "report/FileFacts.h"
+
+#include "support/ShutdownFlag.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+constexpr qint64 pieceBytes = 1024 * 1024;
+constexpr int mostEntries = 100;
+
+QJsonValue sha256Of(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > FileFacts::largestHashed)
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    while (!file.atEnd()) {
+        if (ShutdownFlag::instance().isRaised())
+            return {};
+        const QByteArray piece = file.read(pieceBytes);
+        if (piece.isEmpty())
+            return {};
+        hash.addData(piece);
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+} // namespace
+
+QJsonObject FileFacts::of(const QString &path)
+{
+    // A named pipe would block in open().
+    const QFileInfo file(path);
+    const bool exists = file.isFile();
+    return {{QStringLiteral("path"), path},
+            {QStringLiteral("size"), exists ? QJsonValue(file.size()) : QJsonValue()},
+            {QStringLiteral("sha256"), exists ? sha256Of(path) : QJsonValue()}};
+}
+
+QJsonArray FileFacts::contentsOf(const QString &folder)
+{
+    QJsonArray entries;
+    const QDir root(folder);
+    // Links are named but not followed.
+    QDirIterator all(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                     QDirIterator::Subdirectories);
+    while (all.hasNext() && entries.size() < mostEntries) {
+        const QFileInfo entry(all.next());
+        entries.append(
+            QJsonObject{{QStringLiteral("name"), root.relativeFilePath(entry.filePath())},
+                        {QStringLiteral("size"), entry.isFile() ? QJsonValue(entry.size()) : QJsonValue()}});
+    }
+    return entries;
+}

@@ -1,0 +1,45 @@
+#include "report/ReportText.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+QByteArray ReportText::of(QJsonObject told, const QJsonObject &bus)
+{
+    // Members are written in the order of their names: this one comes first.
+    told.insert(
+        QStringLiteral("about"),
+        QJsonArray{
+            QStringLiteral("A report of quillmarsh for support: what the program sees on this computer."),
+            QStringLiteral("The program wrote it to this file only and sent it nowhere. Read it before you "
+                           "pass it on."),
+            QStringLiteral("The home folder is replaced by <home>, the user's name by <user>. It holds no "
+                           "firmware image."),
+            QStringLiteral("本报告仅保存在此文件中,未发送到任何地方。主文件夹和用户名已被替换。")});
+    told.insert(QStringLiteral("format"), QStringLiteral("quillmarsh-report"));
+    told.insert(QStringLiteral("formatVersion"), formatVersion);
+    told.insert(QStringLiteral("bus"), bus);
+    return QJsonDocument(told).toJson(QJsonDocument::Indented);
+}
+
+QString ReportText::save(const QByteArray &report, const QString &path)
+{
+    // Opening a named pipe would block, and a device is no place for a report.
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile())
+        return QStringLiteral("not a plain file");
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    if (file.write(report) != report.size() || !file.commit())
+        return file.errorString();
+    return {};
+}
+
+QString ReportText::proposedName()
+{
+    return QStringLiteral("quillmarsh-report-%1.json")
+        .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
+}
