@@ -86,6 +86,10 @@ protected:
     /// Returns what became of the device through this program.
     QString device()
     {
+        // A device that was reset comes back a moment later.
+        if (s().bus.device(s().model()).value(QLatin1String("resets")).toInt() > 0) {
+            EXPECT_TRUE(s().bus.waitForDevice(s().model(), CliCases::application));
+        }
         const QJsonObject seen = s().bus.device(s().model());
         const bool isInBootloader = seen.value(QLatin1String("state")) == QLatin1String("bootloader");
         const QString place = isInBootloader ? QStringLiteral(", in its bootloader") : QString();
