@@ -49,13 +49,14 @@ const QVector<Ending> &endings()
          "succeeded, resetting, none",
          "has the new firmware",
          [](CliEndingTest &t) {
-             t.playBurn({step("awaitFile", QStringLiteral("go-on.exe")), step("burn"), step("success")});
+             t.playBurn(
+                 {step("awaitFile", QStringLiteral("upgcmd.exe.go-on")), step("burn"), step("success")});
          },
          [](CliEndingTest &t) {
              t.waitForStage("flashing");
              t.interrupt();
              t.waitUntilSaid("the update goes on");
-             WholeFile::write(t.s().program.applicationFolder() + QLatin1String("/go-on.exe"));
+             WholeFile::write(t.s().program.applicationFolder() + QLatin1String("/upgcmd.exe.go-on"));
          }},
 
         {"FlasherFails",
