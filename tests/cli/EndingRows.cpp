@@ -49,7 +49,8 @@ const QVector<Ending> &endings()
          "succeeded, resetting, none",
          "has the new firmware",
          [](CliEndingTest &t) {
-             t.playBurn({step("awaitFile", QStringLiteral("upgcmd.exe.go-on")), step("burn"), step("success")});
+             t.playBurn(
+                 {step("awaitFile", QStringLiteral("upgcmd.exe.go-on")), step("burn"), step("success")});
          },
          [](CliEndingTest &t) {
              t.waitForStage("flashing");
