@@ -171,6 +171,8 @@ void bringToForeground::createDownloaders()
 {
     m_downloader = new FileDownloaderHTTP(this, this);
     m_segmentWorker = std::make_unique<ThreadFileDownloader>(nullptr, m_widgets.stateTitleLabel);
+    connect(m_segmentWorker.get(), &ThreadFileDownloader::setStateLabel, &m_titleAnnouncer,
+            &Announcer::announce);
     m_updates = std::make_unique<UpdateStarter>(
         UpdateStarter::Dependencies{*this, m_session, m_choices, *this, m_paths, m_launch, *m_downloader,
                                     *m_segmentWorker, parentWidget() ? parentWidget()->effectiveWinId() : 0});
@@ -229,6 +231,7 @@ void bringToForeground::apply(const MonitorOutcome &outcome)
     if (outcome.iapIds)
         m_iapPanel->setDeviceIds(outcome.iapIds->productId, outcome.iapIds->vendorId);
     showConnection(outcome, m_widgets);
+    m_connectionAnnouncer.announce(connectionInWords(outcome));
     if (outcome.pressStart)
         m_widgets.startButton->click();
     if (outcome.prepareIapPanel)
@@ -341,6 +344,7 @@ void bringToForeground::onSetprogressBarValue(int value)
 void bringToForeground::onSetStateTitle(QString text)
 {
     m_widgets.stateTitleLabel->setText(text);
+    m_titleAnnouncer.announce(text);
 }
 
 void bringToForeground::appendToFile(QString filePath, QString content)
@@ -373,6 +377,10 @@ bool bringToForeground::parseDevices(QByteArray jsonData, QString dev)
 
 void bringToForeground::onIAPStateChanged(int state)
 {
-    if (m_iapPanel)
-        m_iapPanel->setVisible(state == Qt::Checked);
+    if (!m_iapPanel)
+        return;
+    m_iapPanel->setVisible(state == Qt::Checked);
+    // Window managers leave the focus where it is when a tool window opens, out of the keyboard's reach.
+    if (m_iapPanel->isVisible())
+        m_iapPanel->activateWindow();
 }

@@ -16,6 +16,7 @@
 #include "update/UpdateChoices.h"
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
+#include "widgets/Announcer.h"
 #include "widgets/LocalFileHost.h"
 
 #include <QJsonObject>
@@ -140,6 +141,8 @@ private:
     AfterToolWait m_startPress{[this] {
         m_widgets.startButton->click();
     }};
+    Announcer m_titleAnnouncer{this};
+    Announcer m_connectionAnnouncer{this};
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
     SystemAccess m_access;

@@ -2,11 +2,13 @@
 #include "app/Departure.h"
 #include "app/SystemReport.h"
 #include "app/bringToForeground.h"
+#include "app/window/MainWindowAccess.h"
 #include "app/window/MainWindowLook.h"
 #include "support/Diagnostics.h"
 #include "support/LibrarySearch.h"
 #include "support/ProgramArguments.h"
 #include "widgets/BackgroundWidget.h"
+#include "widgets/FocusRing.h"
 
 #include <QApplication>
 
@@ -46,6 +48,8 @@ int main(int argc, char *argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     MainWindowLook::applyProgramFont(SystemReport::isCountryChina());
     MainWindowLook::applyProgramIcon();
+    MainWindowAccess::reportWindows();
+    const FocusRing focusRing;
 
     const int exitCode = run(ProgramArguments(argc, argv));
     Diagnostics::flush(100);

@@ -30,6 +30,9 @@ const QVector<Subject> &subjects()
         {"memory", Subjects::downloadMemory},
         {"log", Subjects::logFlood},
         {"idle", Subjects::idle},
+        {"cli-start", Subjects::cliStart},
+        {"cli-update", Subjects::cliUpdate},
+        {"serve", Subjects::serve},
     };
     return all;
 }

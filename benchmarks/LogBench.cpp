@@ -62,10 +62,10 @@ QString Subjects::logFlood(BenchContext &context)
     const QJsonObject result = QJsonDocument::fromJson(file.readAll()).object();
     const QVector<double> late = figures(result.value(QLatin1String("late")));
     const QVector<double> rss = figures(result.value(QLatin1String("rss")));
-    if (late.size() < 100 || rss.size() < 10)
+    if (late.isEmpty() || rss.size() < 10)
         return QStringLiteral("too few figures");
     context.results.keep(QStringLiteral("log/late ms"), late);
-    context.results.keep(QStringLiteral("log/RSS KiB each second"), rss);
+    context.results.keep(QStringLiteral("log/RSS KiB, five a second"), rss);
     const double worst = *std::max_element(late.begin(), late.end());
     context.results.add(
         {QStringLiteral("100,000 log lines at 5,000 a second, log window open: a 10 ms timer's worst"),

@@ -33,6 +33,8 @@ struct Memory
 Memory memoryOf(qint64 processId);
 /// False where the system does not permit it.
 bool forgetPeak(qint64 processId);
+/// The processes that a process has started and that still run.
+QVector<qint64> childrenOf(qint64 processId);
 /// Processor time that a process has used so far, in milliseconds; -1 when it is gone.
 double processorMs(qint64 processId);
 

@@ -43,6 +43,17 @@ bool Measuring::forgetPeak(qint64 processId)
     return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write("5") == 1;
 }
 
+QVector<qint64> Measuring::childrenOf(qint64 processId)
+{
+    QVector<qint64> children;
+    const QByteArray name = "task/" + QByteArray::number(processId) + "/children";
+    for (const QByteArray &child : read(processId, name.constData()).simplified().split(' ')) {
+        if (!child.isEmpty())
+            children.append(child.toLongLong());
+    }
+    return children;
+}
+
 double Measuring::processorMs(qint64 processId)
 {
     // The name, in parentheses, may hold blanks; the times are the 14th and 15th field of all.

@@ -28,7 +28,11 @@ void Results::add(const ResultRow &row)
     m_rows.append(row);
     save();
     QTextStream(stdout) << row.what << ": " << row.ours << " | " << row.peer << " | " << row.ratio << " | "
-                        << row.goal << " | " << (row.isMet ? "met" : "MISSED") << '\n';
+                        << row.goal << " | "
+                        << (row.goal.isEmpty() ? ""
+                            : row.isMet        ? "met"
+                                               : "MISSED")
+                        << '\n';
 }
 
 void Results::keep(const QString &what, const QVector<double> &figures)
@@ -37,6 +41,12 @@ void Results::keep(const QString &what, const QVector<double> &figures)
     for (const double figure : figures)
         list.append(figure);
     m_raw.insert(what, list);
+    save();
+}
+
+void Results::addText(const QString &text)
+{
+    m_texts.append(text);
     save();
 }
 
@@ -55,7 +65,13 @@ QString Results::table() const
            << "| what | ours | peer | ratio | goal | met? |\n|---|---|---|---|---|---|\n";
     for (const ResultRow &row : m_rows)
         stream << "| " << row.what << " | " << row.ours << " | " << row.peer << " | " << row.ratio << " | "
-               << row.goal << " | " << (row.isMet ? "yes" : "**no**") << " |\n";
+               << row.goal << " | "
+               << (row.goal.isEmpty() ? ""
+                   : row.isMet        ? "yes"
+                                      : "**no**")
+               << " |\n";
+    for (const QString &below : m_texts)
+        stream << '\n' << below << '\n';
     for (const QString &failure : m_failures)
         stream << "\nNot measured: " << failure << '\n';
     return text;

@@ -12,6 +12,7 @@ struct ResultRow
     QString ours;
     QString peer;
     QString ratio;
+    /// Empty for a figure that has no goal.
     QString goal;
     bool isMet = false;
 };
@@ -26,6 +27,8 @@ public:
     void add(const ResultRow &row);
     /// The figures that a row was made of, in the order in which they were taken.
     void keep(const QString &what, const QVector<double> &figures);
+    /// A text of its own below the table, in Markdown.
+    void addText(const QString &text);
     /// What could not be measured, and why.
     void fail(const QString &subject, const QString &why);
 
@@ -38,6 +41,7 @@ private:
     QString m_folder;
     QString m_start;
     QVector<ResultRow> m_rows;
+    QStringList m_texts;
     QStringList m_failures;
     QJsonObject m_raw;
 };

@@ -27,5 +27,8 @@ QString md5(BenchContext &context);
 QString signature(BenchContext &context);
 QString logFlood(BenchContext &context);
 QString idle(BenchContext &context);
+QString cliStart(BenchContext &context);
+QString cliUpdate(BenchContext &context);
+QString serve(BenchContext &context);
 
 } // namespace Subjects

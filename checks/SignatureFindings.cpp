@@ -29,8 +29,6 @@ QString problemOf(const ImageVerifier::Result &result, const QString &model)
         return Texts::pick("The image cannot be read.", "无法读取镜像。");
     case SignatureVerdict::OtherImage:
         return Texts::pick("The image is not the one that was signed.", "镜像不是被签名的那一个。");
-    case SignatureVerdict::LibraryFailed:
-        return Texts::pick("The library that verifies signatures cannot be used.", "无法使用验证签名的库。");
     case SignatureVerdict::Interrupted:
         return Texts::pick("It was not verified: the program was told to end.", "未验证:程序被要求退出。");
     }

@@ -1,5 +1,5 @@
-# libusb and hidapi as imported targets: device::libusb, device::hidapi. On Linux hidapi is the
-# hidraw back end, the one that reports a path for each interface without detaching its driver.
+# libusb and hidapi as imported targets: device::libusb, device::hidapi. On Linux this is the hidraw
+# back end of hidapi, which reports a path for each interface without detaching its driver.
 
 pkg_check_modules(libusb REQUIRED IMPORTED_TARGET libusb-1.0)
 add_library(device::libusb ALIAS PkgConfig::libusb)

@@ -1,8 +1,8 @@
 # quillmarsh_firmware_source(<name> SERVER <address> [KEYS <key> ...])
 #
-# Where a program gets its firmware from and whose it takes, as an object library quillmarsh::<name>: scheme, host
-# and port of the server, and the public keys of the maker. Only programs link it: each test has its own. Stops
-# the configuration where a key is not one of minisign's.
+# An object library quillmarsh::<name> with the firmware source of a program: scheme, host and port of the
+# server, and the public keys of the maker. Only programs link it; each test defines its own. The configuration
+# fails if a key is not a public key of minisign.
 function(quillmarsh_firmware_source name)
     cmake_parse_arguments(SOURCE "" "SERVER" "KEYS" ${ARGN})
     string(REPLACE " " ";" SOURCE_KEYS "${SOURCE_KEYS}")

@@ -2,10 +2,10 @@ include(ModuleList)
 
 # quillmarsh_library(<name> SOURCES ... [PLATFORM ...] [LINK ...] [MOC] [WITHOUT_QT])
 #
-# One static library of a module, quillmarsh::<name>. SOURCES are relative to the folder. Each PLATFORM
-# stem names a pair of sources, <stem>_win.cpp and <stem>_linux.cpp, of which the right one is taken.
-# LINK lists libraries of modules that cmake/ModuleList.cmake allows, and outside libraries. MOC is for
-# libraries with classes that say Q_OBJECT: they do not link without it, and the others build faster.
+# Adds a static library of a module, quillmarsh::<name>. SOURCES are relative to the folder. Each PLATFORM
+# stem stands for a pair of sources, <stem>_win.cpp and <stem>_linux.cpp, of which the one for the platform is
+# compiled. LINK lists external libraries, and those of modules that cmake/ModuleList.cmake allows. MOC is
+# needed for classes with Q_OBJECT; libraries without it build faster.
 function(quillmarsh_library name)
     cmake_parse_arguments(LIBRARY "MOC;WITHOUT_QT" "" "SOURCES;PLATFORM;LINK" ${ARGN})
     if(WIN32)
@@ -26,7 +26,7 @@ function(quillmarsh_library name)
     quillmarsh_check_links(${name} ${LIBRARY_LINK})
 endfunction()
 
-# Stops the configuration where a library links one of a module that its own module may not include.
+# Stops the configuration if a library links one of a module that its own module may not include.
 function(quillmarsh_check_links name)
     quillmarsh_module_of_folder("${CMAKE_CURRENT_SOURCE_DIR}" module)
     set_target_properties(quillmarsh_${name} PROPERTIES QUILLMARSH_MODULE ${module})
@@ -42,7 +42,7 @@ function(quillmarsh_check_links name)
     endforeach()
 endfunction()
 
-# The module that a folder belongs to: the uppermost folder below the project's.
+# Returns the module to which a folder belongs: the top-level folder.
 function(quillmarsh_module_of_folder folder result)
     file(RELATIVE_PATH path "${PROJECT_SOURCE_DIR}" "${folder}")
     string(REGEX REPLACE "/.*" "" module "${path}")

@@ -1,11 +1,11 @@
-# The modules of the project: the one list of their names and of what each may include. A module is a
-# folder of that name. The build (cmake/Module.cmake) and, through cmake/print-modules.cmake, the checks
-# below scripts/ read it from here.
+# The modules of the project: the only list of their names and of the modules that each may include. A module
+# is a top-level folder with its name. The build (cmake/Module.cmake) uses this list, and so do the checks in
+# scripts/, through cmake/print-modules.cmake.
 #
 # quillmarsh_declare_module(<name> [PRODUCT] [MAY_INCLUDE <module> ...])
 #
-# PRODUCT modules are what a user gets; the static analysis and the guides' check look at them. A module may
-# always include its own headers.
+# PRODUCT modules are shipped to users; they are subject to the static analysis and to the check of the guides.
+# A module may always include its own headers.
 macro(quillmarsh_declare_module name)
     cmake_parse_arguments(DECLARED "PRODUCT" "" "MAY_INCLUDE" ${ARGN})
     list(APPEND QUILLMARSH_MODULES ${name})

@@ -1,14 +1,14 @@
-# How long a build takes: precompiled headers for everything, and no optimisation of what is not shipped.
-# The headers save time and replace no include: scripts/analyse.sh compiles without them
+# Shortens the build: precompiled headers for everything, and no optimisation of code that is not shipped.
+# Sources must still include all headers that they need: scripts/analyse.sh compiles without precompiled headers
 # (CMAKE_DISABLE_PRECOMPILE_HEADERS).
 #
 # quillmarsh_precompile(<target> [TESTS])
 #
-# Uses one precompiled header for <target> and for all others of its kind: the product's modules and the
-# benchmarks; the simulated world and the harness; with TESTS, programs with GoogleTest. The last two kinds are
-# not optimised, which halves the time that a test takes to compile. The target has to link quillmarsh::common
-# and Qt5::Core: the compiler refuses a header that was compiled with other options, or with a macro that the
-# target does not define.
+# Uses one precompiled header for <target> and all others of its kind: the product's modules and the
+# benchmarks; the simulator and the test harness; with TESTS, programs with GoogleTest. The last two kinds are
+# not optimised, which halves the time to compile a test. The target must link quillmarsh::common and
+# Qt5::Core: the compiler rejects a header that was compiled with other options, or with a macro that the target
+# does not define.
 function(quillmarsh_precompile target)
     cmake_parse_arguments(PRECOMPILE "TESTS" "" "" ${ARGN})
     set(headers
@@ -29,7 +29,7 @@ function(quillmarsh_precompile target)
         set(kind harness)
     endif()
     if(NOT kind STREQUAL "product")
-        # The checks of _FORTIFY_SOURCE are part of the optimiser.
+        # _FORTIFY_SOURCE needs optimisation.
         target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
     endif()
     if(CMAKE_DISABLE_PRECOMPILE_HEADERS)
@@ -37,7 +37,7 @@ function(quillmarsh_precompile target)
     endif()
 
     if(kind STREQUAL "harness")
-        # Small sources that seldom change: fewer, larger pieces compile in a fraction of the time.
+        # Small sources that rarely change: as a unity build they compile in a fraction of the time.
         set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_UNIQUE_ID QUILLMARSH_UNITY)
     endif()
     set(shared quillmarsh_precompiled_${kind})
@@ -48,7 +48,7 @@ function(quillmarsh_precompile target)
         if(NOT kind STREQUAL "product")
             target_compile_options(${shared} PRIVATE -O0 -U_FORTIFY_SOURCE)
         endif()
-        # Only their headers: linked, they would define QT_NETWORK_LIB and the like.
+        # Only the headers: linking the libraries would define macros such as QT_NETWORK_LIB.
         foreach(library Qt5::Network Qt5::Gui Qt5::Widgets)
             target_include_directories(${shared} SYSTEM PRIVATE
                 $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)

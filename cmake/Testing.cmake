@@ -1,24 +1,24 @@
 # quillmarsh_test(<name> SOURCES ... LINK ... [GUI] [TIMEOUT seconds] [LABELS ...] [PREFIX text] [SERIAL])
 #
-# One GoogleTest program; each of its tests is a ctest entry of its own. With GUI the program has a
-# QApplication on Qt's offscreen platform, else a QCoreApplication. A prefix comes before the names of
-# its entries. Serial tests have the machine to themselves: those that look at how late something is.
+# Adds a GoogleTest program; each of its tests is a separate ctest entry. With GUI the program has a QApplication
+# on Qt's offscreen platform, otherwise a QCoreApplication. PREFIX is prepended to the names of the entries.
+# SERIAL tests, which measure delays, run while no other test does.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
-# A build for another system cannot run anything; there ctest asks the programs for their tests.
+# A cross build cannot run programs, so ctest lists their tests instead of the build.
 if(CMAKE_CROSSCOMPILING)
     set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
 endif()
 
 # quillmarsh_test_environment(<list> [NAME=VALUE ...])
 #
-# Sets the environment of the tests whose names the discovery leaves in <list>: what every test has,
-# and more. It happens when ctest starts, since of a list among gtest_discover_tests()'s properties
-# only the first item arrives.
+# Sets the environment of the tests in <list>, which the discovery of tests has filled: the variables of all
+# tests, and the given ones. This happens when ctest starts, because gtest_discover_tests() uses only the first
+# item of a list among its properties.
 function(quillmarsh_test_environment list)
-    # Under Wine the windows are real ones: it hands none of the toolkit's variables on.
+    # Under Wine the windows are real ones, because Wine does not pass Qt's variables on.
     set(environment
         QT_QPA_PLATFORM=offscreen
         LC_ALL=C.UTF-8
@@ -29,7 +29,7 @@ function(quillmarsh_test_environment list)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${afterwards}")
 endfunction()
 
-# How GoogleTest prints Qt's types has to be known before the first test that compares them.
+# The printers for Qt's types must be declared before the first test that compares them.
 function(quillmarsh_print_qt_types target)
     quillmarsh_precompile(${target} TESTS)
     if(CMAKE_DISABLE_PRECOMPILE_HEADERS)
@@ -39,7 +39,7 @@ endfunction()
 
 function(quillmarsh_test name)
     cmake_parse_arguments(TEST "GUI;SERIAL" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
-    # A last resort against tests that hang: pauses of the machine and a second attempt have to fit into it.
+    # Only for tests that hang: it must be long enough for pauses of the machine and a second attempt.
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 300)
     endif()
@@ -67,8 +67,8 @@ function(quillmarsh_test name)
     quillmarsh_test_environment(${name}_TESTS)
 endfunction()
 
-# quillmarsh_own_network_test(...): quillmarsh_test() for tests that need the fixed port of the
-# firmware server. Each runs in a network of its own, or takes turns where that is not permitted.
+# quillmarsh_own_network_test(...): like quillmarsh_test(), for tests that need the fixed port of the firmware
+# server. Each runs in a network namespace of its own. If namespaces are not allowed, they run one after the other.
 function(quillmarsh_own_network_test)
     if(WIN32)
         quillmarsh_test(${ARGV})

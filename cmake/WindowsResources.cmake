@@ -1,6 +1,6 @@
 # quillmarsh_windows_resources(<target> <description>)
 #
-# Gives a program for Windows its icon, version and manifest; does nothing elsewhere.
+# Adds icon, version and manifest to a Windows program; does nothing on other systems.
 function(quillmarsh_windows_resources target description)
     if(NOT WIN32)
         return()

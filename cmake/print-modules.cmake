@@ -1,4 +1,4 @@
-# Prints the list of modules for scripts, a line each: "support product: support", "demo: demo harness".
+# Prints the list of modules for scripts, one on each line: "support product: support", "demo: demo harness".
 # Usage: cmake -P cmake/print-modules.cmake
 cmake_minimum_required(VERSION 3.24)
 include("${CMAKE_CURRENT_LIST_DIR}/ModuleList.cmake")
@@ -8,6 +8,6 @@ foreach(module IN LISTS QUILLMARSH_MODULES)
         set(kind " product")
     endif()
     list(JOIN QUILLMARSH_MAY_INCLUDE_${module} " " allowed)
-    # message() writes to the standard error.
+    # Not message(), which writes to standard error.
     execute_process(COMMAND "${CMAKE_COMMAND}" -E echo "${module}${kind}: ${allowed}")
 endforeach()

@@ -31,6 +31,11 @@ QString BuildPaths::busController()
     return programInBuild("quillmarsh-sim-bus");
 }
 
+QString BuildPaths::gadgetBusController()
+{
+    return programInBuild("quillmarsh-sim-bus-gadget");
+}
+
 QString BuildPaths::listedBusController()
 {
     return programInBuild("quillmarsh-sim-bus-listed");

@@ -13,6 +13,8 @@ QString commandLineProgram();
 QString busController();
 /// The controller of the bus that only the replacements for libusb and hidapi can see.
 QString listedBusController();
+/// The one whose devices are gadgets on the kernel's own bus.
+QString gadgetBusController();
 QString firmwareServer();
 /// The stand-in for all tools that the program starts.
 QString standIn();

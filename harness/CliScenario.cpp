@@ -1,6 +1,5 @@
 #include "harness/CliScenario.h"
 
-#include "harness/BuildPaths.h"
 #include "harness/process/Polling.h"
 #include "harness/session/ModelOnBus.h"
 #include "simulator/files/WholeFile.h"
@@ -18,19 +17,26 @@ namespace {
 
 constexpr int cliImageBytes = 1024 * 1024 + 7;
 
+/// Returns whether this is a record or a script of the stand-in tools.
+bool belongsToTools(const QString &name)
+{
+    return name.contains(QLatin1String(".exe."));
+}
+
 } // namespace
 
-CliScenario::CliScenario(const QString &model, const QString &executable)
+CliScenario::CliScenario(const QString &model, std::unique_ptr<TargetSystem> system,
+                         const QString &folderName)
     : devices{ModelOnBus::application(model)},
       firmware(FirmwareAddress::server()),
-      program(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
-      m_executable(executable.isEmpty() ? BuildPaths::commandLineProgram() : executable),
+      program(system ? std::move(system) : makeNativeSystem(BuildPaths::commandLineProgram()), folderName),
       m_model(model),
       m_image(firmware.addModel(model, cliImageBytes))
 {
     program.addAllTools(program.system().standIn());
     program.setControlList({model}, {QStringLiteral("USB")});
-    for (const char *name : {"DISPLAY", "QT_QPA_PLATFORM", "QT_QPA_GENERIC_PLUGINS", "QT_PLUGIN_PATH"})
+    for (const char *name : {"DISPLAY", "QT_QPA_PLATFORM", "QT_QPA_GENERIC_PLUGINS", "QT_PLUGIN_PATH",
+                             "WINEQT_QPA_PLATFORM", "WINEQT_QPA_GENERIC_PLUGINS"})
         program.unsetVariable(QLatin1String(name));
 }
 
@@ -50,6 +56,7 @@ bool CliScenario::startServerAndBus()
                                        : program.system().busController(report, BusFile::Report);
     if (!bus.startController(controller))
         return fail(QStringLiteral("the bus"), bus.errorText());
+    m_before = files();
     m_started = true;
     return true;
 }
@@ -115,26 +122,25 @@ QByteArray CliScenario::burned(const QString &key)
     return WholeFile::read(path);
 }
 
-bool CliScenario::belongsToStage(const QString &name) const
+QStringList CliScenario::files() const
 {
-    return name == QFileInfo(m_executable).fileName() || name == QLatin1String("ControlDevList.json") ||
-           name.contains(QLatin1String(".exe"));
+    QStringList all;
+    for (const QString &folder : {program.temporaryFolder(), program.workingFolder(), program.homeFolder(),
+                                  program.applicationFolder()}) {
+        const QDir::Filters filters = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+        QDirIterator entries(folder, filters, QDirIterator::Subdirectories);
+        while (entries.hasNext())
+            all.append(entries.next());
+    }
+    return all;
 }
 
 QStringList CliScenario::filesLeft() const
 {
     QStringList left;
-    for (const QString &folder : {program.temporaryFolder(), program.workingFolder(), program.homeFolder(),
-                                  program.applicationFolder()}) {
-        const bool isApplication = folder == program.applicationFolder();
-        const QDir::Filters filters = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-        QDirIterator entries(folder, filters, QDirIterator::Subdirectories);
-        while (entries.hasNext()) {
-            const QFileInfo entry(entries.next());
-            const bool isFolderOfStage = entry.isDir() && (isApplication || folder == program.homeFolder());
-            if (!isFolderOfStage && !(isApplication && belongsToStage(entry.fileName())))
-                left.append(entry.filePath());
-        }
+    for (const QString &path : files()) {
+        if (!m_before.contains(path) && !belongsToTools(QFileInfo(path).fileName()))
+            left.append(path);
     }
     return left;
 }

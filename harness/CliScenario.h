@@ -16,9 +16,11 @@
 class CliScenario
 {
 public:
-    /// Prepares a server with an image for `model`, a bus with that device, and a control list with it.
-    /// The program is `executable`, or that of the build.
-    explicit CliScenario(const QString &model, const QString &executable = QString());
+    /// Prepares a server with an image for `model`, a bus with that device, and a control list with it. The
+    /// program is that of `system`, or the one of the build, and lies in a folder whose name begins with
+    /// `folderName`.
+    explicit CliScenario(const QString &model, std::unique_ptr<TargetSystem> system = nullptr,
+                         const QString &folderName = QString());
     CliScenario(const CliScenario &) = delete;
     CliScenario &operator=(const CliScenario &) = delete;
 
@@ -63,15 +65,14 @@ public:
 
 private:
     bool startServerAndBus();
+    /// Returns the files in the program's temporary, working and home folder, and beside itself.
+    QStringList files() const;
     bool fail(const QString &what, const QString &why);
 
-    /// Returns whether a file of this name lay beside the program from the start, or is a record of the
-    /// stand-in tools.
-    bool belongsToStage(const QString &name) const;
-
-    QString m_executable;
     QString m_model;
     QByteArray m_image;
     QString m_error;
     bool m_started = false;
+    /// What lay there before the first start.
+    QStringList m_before;
 };

@@ -31,7 +31,8 @@ bool UpdateScenario::start()
         return fail(QStringLiteral("staging"), program.errorText());
     if (withServer && !server.start(firmware.folder(), FirmwareAddress::port(), serverFaults))
         return fail(QStringLiteral("the firmware server"), server.errorText());
-    if (!(onExistingDisplay ? display.useExistingDisplay() : display.start(screen)))
+    const bool hasDisplay = !display.display().isEmpty();
+    if (!hasDisplay && !(onExistingDisplay ? display.useExistingDisplay() : display.start(screen)))
         return fail(QStringLiteral("the display"), display.errorText());
     program.setDisplay(display.display());
     if (!display.authority().isEmpty())

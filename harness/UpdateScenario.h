@@ -36,7 +36,7 @@ public:
     QStringList arguments;
     /// Whether to use the display of this process, so that people can watch, instead of a separate one.
     bool onExistingDisplay = false;
-    /// The size of the separate display.
+    /// The size of the separate display. A case may have started that already.
     QSize screen{1280, 900};
 
     FirmwareRoot firmware;

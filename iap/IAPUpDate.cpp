@@ -131,7 +131,7 @@ void IAPUpDate::onPortTypeChanged(int index)
 
 void IAPUpDate::showPortType(const QString &type)
 {
-    const IapPortType::Look look = IapPortType::look(type);
+    const IapPortType::Appearance look = IapPortType::appearance(type);
     if (look.portLabel)
         m_form.portNameLabel->setText(*look.portLabel);
     m_form.address->setEnabled(look.addressEnabled);
@@ -178,7 +178,7 @@ bool IAPUpDate::beginRun()
     return checkImage();
 }
 
-/// Has the file checked that the user wants programmed, and ends the run if it is refused.
+/// Lets the main widget check the file that the user wants to program, and ends the run if it is refused.
 bool IAPUpDate::checkImage()
 {
     m_form.portType->setEnabled(false);

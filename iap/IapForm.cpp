@@ -57,6 +57,7 @@ IapForm IapForm::build(QWidget *panel)
     form.download->setText(QStringLiteral("Download"));
 
     auto *layout = new QFormLayout(panel);
+    form.portNameLabel->setBuddy(form.portName);
     layout->addRow(QStringLiteral("Port Type: "), form.portType);
     layout->addRow(form.portNameLabel, form.portName);
     layout->addRow(QStringLiteral("Baud Rate: "), form.baudRate);

@@ -15,8 +15,8 @@ public:
     virtual IapDevice chosenIapDevice() const = 0;
     /// Returns the path of the firmware file to program.
     virtual QString updateFile() const = 0;
-    /// Checks whether the user's firmware file may be programmed. Returns None, or why not, which it has
-    /// reported. May run a local event loop.
+    /// Checks whether the user's firmware file may be programmed. Returns None, or the reason after reporting
+    /// it. May run a local event loop.
     virtual UpdateReason checkUpdateFile() = 0;
     /// Connects the panel's sigAppendLog directly to the log window. The panel calls this in its constructor.
     /// Its lines must not use log(), which would queue them behind others.

@@ -45,7 +45,7 @@ QStringList IapPortType::rates(const QString &type)
     return {};
 }
 
-IapPortType::Look IapPortType::look(const QString &type)
+IapPortType::Appearance IapPortType::appearance(const QString &type)
 {
     if (type == usart)
         return {QStringLiteral("Port Name: "), false, false};

@@ -18,7 +18,7 @@ int number(const QString &type);
 QStringList rates(const QString &type);
 
 /// The appearance of the panel's fields for a type. Fields without a value keep their appearance.
-struct Look
+struct Appearance
 {
     std::optional<QString> portLabel;
     bool addressEnabled = false;
@@ -26,6 +26,6 @@ struct Look
 };
 
 /// Returns the appearance for a type.
-Look look(const QString &type);
+Appearance appearance(const QString &type);
 
 } // namespace IapPortType

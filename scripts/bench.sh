@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Measures the program beside what else could do the same work, and prints one table; it stays in
-# build/bench/table.md, with every figure in raw.json beside it. Takes about ten minutes and a quiet
-# machine. Names choose subjects (--help lists them); --rounds sets how often each is repeated.
+# Measures the program and other programs that do the same work, and prints one table. The table is stored in
+# build/bench/table.md, with all figures in raw.json beside it. Takes about ten minutes and needs an otherwise
+# idle machine. Arguments select subjects (--help lists them); --rounds sets how often each is repeated.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

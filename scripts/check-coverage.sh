@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Holds tests/COVERAGE.md against the tests that there are: every fact names at least one test, every
-# test named exists (and is not disabled), and the numbers at the top are those of the lines below.
-# Wants the preset "test" built. Other inputs, to try the check itself: check-coverage.sh FILE LISTING
+# Compares tests/COVERAGE.md with the existing tests: each fact must name at least one test, each named test must
+# exist (and not be disabled), and the numbers at the top must be those of the lines below.
+# Needs a build of the preset "test". To test the check itself with other inputs: check-coverage.sh FILE LISTING
 set -euo pipefail
 cd "$(dirname "$0")/.."
 file=${1:-tests/COVERAGE.md}
@@ -23,16 +23,16 @@ listing=${2:-}
     /^\| (Fact|---)/ || /^\|---/ { next }
     /^\|/ {
         ++proved
-        if (open) complain("a proved fact among those that are not")
+        if (open) complain("a proved fact under \"Not proved yet\"")
         if (split($0, cell, / \| /) != 2 || cell[2] !~ / \|$/) {
-            complain("not a line of two columns: " $0)
+            complain("this line does not have two columns: " $0)
             next
         }
-        if (facts[cell[1]]++) complain("the same fact twice: " cell[1])
+        if (facts[cell[1]]++) complain("this fact occurs twice: " cell[1])
         named = 0
         names = rest = cell[2]
         gsub(/`[^`]+`/, "", rest)
-        if (rest ~ /[^ ,|]/) complain("words beside the names of tests: " rest)
+        if (rest ~ /[^ ,|]/) complain("other text than names of tests: " rest)
         while (match(names, /`[^`]+`/)) {
             name = substr(names, RSTART + 1, RLENGTH - 2)
             names = substr(names, RSTART + RLENGTH)

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Holds the guides against the sources: what they quote as said by the program stands in it, and
-# docs/support.md explains every line and title that it can say. It looks at the first column of the
-# tables that are headed Line, Title or Text; … stands for what differs from case to case. No table of any guide
-# may have a "|" in quoted text that is not escaped: the row would break there.
+# Compares the guides with the sources: the program must contain each text that they quote, and docs/support.md
+# must explain each log line and title of the program. The quoted texts are in the first column of tables with the
+# heading Line, Title or Text; … stands for variable parts. In all tables of the guides a "|" in quoted text must
+# be escaped, because it would split the cell.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 guides=(docs/support.md docs/companions.md)
@@ -16,7 +16,7 @@ perl -CSD -Mutf8 -e '
     sub complain { print STDERR "@_\n"; $failed = 1; }
     sub slurp { local $/; open my $in, "<", shift or die $!; return <$in>; }
 
-    # Adjacent literals are one text.
+    # Join adjacent string literals.
     my $code = "";
     for my $file (@files) {
         my $text = slurp($file);
@@ -54,7 +54,7 @@ perl -CSD -Mutf8 -e '
         complain("$guide has no table of quoted texts") unless $rows;
     }
 
-    # A run without an address ends before the download that would say these.
+    # Never shown: a run without an address ends before the download.
     my %unreachable = map { $_ => 1 } "ERR: Json url is null", "CurrentStatus: Error 1";
     my $explained = join "\n", keys %quoted;
     my $lines = 0;

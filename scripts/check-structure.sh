@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 failed=0
 complain() { echo "$*" >&2; failed=1; }
 
-# The rules stand in cmake/ModuleList.cmake: "NAME [product]: WHAT IT MAY INCLUDE" a line.
+# The rules are in cmake/ModuleList.cmake and are printed as "NAME [product]: ALLOWED MODULES" lines.
 modules=$(cmake -P cmake/print-modules.cmake)
 names=$(sed -E 's/[ :].*//' <<<"$modules")
 product=$(sed -nE 's/ product:.*//p' <<<"$modules")
@@ -23,7 +23,7 @@ while IFS=: read -r module allowed; do
     done < <(grep -nE "^#include \"($(paste -sd '|' <<<"$names"))/" "${sources[@]}" /dev/null || true)
 done <<<"$modules"
 
-# Every header is named from the project's folder on, so that the rule above sees it.
+# The path of each include must begin at the project's folder, so that the check above can find it.
 mapfile -t sources < <(sources_of $names)
 unnamed=$(grep -nE '^#include "' "${sources[@]}" | grep -vE "#include \"($(paste -sd '|' <<<"$names"))/|\.(moc|inc)\"" || true)
 [ -z "$unnamed" ] || complain "Includes that do not begin with a module's name:"$'\n'"$unnamed"
@@ -33,9 +33,9 @@ conditionals=$(git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h
     xargs grep -nE '^\s*#\s*(if|ifdef|ifndef|elif).*(_WIN32|Q_OS_|__linux__|_MSC_VER)' || true)
 [ -z "$conditionals" ] || complain "Platform conditionals outside the platform files:"$'\n'"$conditionals"
 headers=$(git ls-files --cached --others --exclude-standard -- '*.h' | xargs grep -nE '#include <windows\.h>' || true)
-[ -z "$headers" ] || complain "The Windows header in a header:"$'\n'"$headers"
+[ -z "$headers" ] || complain "Headers that include windows.h:"$'\n'"$headers"
 
-# On Windows the locale's codec is UTF-16: whoever converts by it gives the system two bytes for one.
+# On Windows the locale's codec is UTF-16, so these conversions would pass wrong texts to the system.
 by_locale=$(sources_of $product |
     grep -v '_linux\.cpp$' |
     xargs grep -nE '(to|from)Local8Bit|qPrintable|codecForLocale|QFile::(en|de)codeName' || true)
@@ -43,5 +43,5 @@ by_locale=$(sources_of $product |
 
 main_widget=app/bringToForeground.cpp
 [ "$(wc -l <"$main_widget")" -le 400 ] || complain "$main_widget has more than 400 lines"
-[ "$failed" -eq 0 ] && echo 'The structure is as it should be.'
+[ "$failed" -eq 0 ] && echo 'The structure follows the rules.'
 exit "$failed"

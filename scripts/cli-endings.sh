@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Has quillmarsh-cli end in each of its ways and prints the exit code, the last event and what became of the
-# device, as the tests saw them. Fails if one of them was not as described.
+# Runs the tests of all ways in which quillmarsh-cli can end, and prints the exit code, the last event and the
+# state of the device of each. Fails if one of them differs from the description.
 # Usage: scripts/cli-endings.sh [BUILD_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Fetches from a server at fault, once for each fault and place, and prints how each fetch came out and
-# how often. Fails when one came out wrong. Usage: scripts/fault-table.sh [BUILD_FOLDER]
+# Downloads from a faulty server, once for each fault and place, and prints the outcome of each download and the
+# number of each outcome. Fails if an outcome is wrong. Usage: scripts/fault-table.sh [BUILD_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/test}
@@ -19,7 +19,7 @@ awk -F ' *[|] *' '
         for (outcome in count)
             printf "%4d  %s\n", count[outcome], outcome | "sort -rn"
         close("sort -rn")
-        printf "%4d  in all\n", all
+        printf "%4d  in total\n", all
     }' <<<"$rows"
 grep -E 'tests passed|\((Failed|Timeout|SEGFAULT|Not Run)\)' "$output"
 exit "$status"

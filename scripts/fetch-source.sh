@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# fetch-source.sh NAME DIR: unpacks the distribution's source package NAME below DIR, patched as the
-# distribution builds it, and prints the folder. Needs no rights and leaves the machine's own list of
-# sources alone: it reads a copy of it that asks for sources, with lists of its own in DIR/.apt.
+# fetch-source.sh NAME DIR: unpacks the distribution's source package NAME in DIR, with the distribution's
+# patches, and prints the folder. Needs no special rights and does not change the package sources of the machine:
+# it uses a copy of them for source packages, with separate lists in DIR/.apt.
 set -euo pipefail
 name=$1
 mkdir -p "$2"
@@ -12,7 +12,7 @@ unpacked() { find "$directory" -mindepth 1 -maxdepth 1 -type d -name "$name-*" |
 if [ ! -e "$directory/.fetched-$name" ]; then
     apt=$directory/.apt
     mkdir -p "$apt/sources.d" "$apt/lists/partial"
-    # Either form that a machine may have its sources in, asked for source packages.
+    # Both formats of package sources, changed to source packages.
     for list in /etc/apt/sources.list.d/*.sources; do
         [ ! -e "$list" ] || sed 's/^Types:.*/Types: deb-src/' "$list" >"$apt/sources.d/$(basename "$list")"
     done
@@ -21,7 +21,7 @@ if [ ! -e "$directory/.fetched-$name" ]; then
     done
     options=(-o "Dir::Etc::sourcelist=/dev/null" -o "Dir::Etc::sourceparts=$apt/sources.d"
         -o "Dir::State::lists=$apt/lists" -o "Dir::Cache::pkgcache=" -o "Dir::Cache::srcpkgcache=")
-    # A list that has no sources is no reason to stop.
+    # A repository without source packages is not an error.
     apt-get "${options[@]}" update -q >&2 || true
     (cd "$directory" && apt-get "${options[@]}" source -q "$name") >&2
     touch "$directory/.fetched-$name"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Lets each fuzzer search for a while, starting from the inputs that are kept in tests/fuzz/corpus.
+# Runs each fuzzer for a while, starting with the inputs in tests/fuzz/corpus.
 # Usage: scripts/fuzz.sh [SECONDS_EACH] [--keep]
-# With --keep, what was found to reach new code is added to the kept inputs.
+# With --keep, inputs that reach new code are added to that folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-10}

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs, from the distribution, what building, testing and demonstrating the program needs.
-# Does nothing, and needs no rights, where all of it is there. Arguments are packages to install as well.
+# Installs the distribution's packages that are needed to build, test and demonstrate the program. Does nothing,
+# and needs no special rights, if all of them are installed. Arguments are additional packages.
 set -euo pipefail
 
 packages=(
@@ -9,12 +9,12 @@ packages=(
     libsodium-dev minisign
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
-    clang libclang-rt-14-dev clang-format clang-tidy
+    clang libclang-rt-dev clang-format clang-tidy
     nlohmann-json3-dev
-    nginx-core openssl dbus-daemon python3 python3-jsonschema jq
-    xvfb xauth xdotool openbox wmctrl
+    nginx-core jq osslsigncode openssl dbus-daemon python3 python3-jsonschema
+    xvfb xauth xdotool openbox wmctrl at-spi2-core gir1.2-atspi-2.0 python3-gi
     fonts-dejavu-core fonts-noto-cjk
-    iproute2 util-linux
+    iproute2 util-linux unzip
     "$@"
 )
 
@@ -29,7 +29,7 @@ as_root=()
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 
-# The web server is for the tests, which start it themselves: its service stays off.
+# The tests start the web server themselves, so its service must not be started.
 policy=/usr/sbin/policy-rc.d
 if [ ! -e "$policy" ]; then
     trap '"${as_root[@]}" rm -f "$policy"' EXIT

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Plays a maker's day with signatures on this machine: makes a key, builds the program with it, signs an image,
-# publishes it, updates a simulated device, tampers with the image on the server and has it refused, then changes
-# the key and updates again. The server is nginx, the keys and signatures are minisign's. Without a display.
+# Performs a maker's tasks with signatures on this machine: creates a key, builds the program with it, signs an
+# image, publishes it, updates a simulated device, tampers with the image on the server and expects that it is
+# refused, then changes the key and updates again. Uses nginx and minisign. Needs no display.
 # Usage: scripts/maker-day-check.sh
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
@@ -18,7 +18,7 @@ fail() {
 make_key() { minisign -G -W -p "$stage/$1.pub" -s "$stage/$1.key" >/dev/null; } # NAME
 public_key() { sed -n 2p "$stage/$1.pub"; }                                    # NAME
 
-# Builds quillmarsh-cli with these keys as $stage/NAME.
+# Builds quillmarsh-cli with these keys and stores it as $stage/NAME.
 build_program() { # NAME [KEY...]
     local name=$1 keys
     shift
@@ -32,7 +32,7 @@ configure() { # KEYS
         { tail -n 30 "$stage/build.log"; fail 'the program was not built'; }
 }
 
-# The part that needs the port of the firmware server, in a network of its own.
+# This part needs the port of the firmware server and runs in a network of its own.
 if [ "${1-}" = --inside ]; then
     stage=$2
     served=$stage/server/served

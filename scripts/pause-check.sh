@@ -1,28 +1,29 @@
 #!/usr/bin/env bash
-# Runs the tests on a machine that stands still now and then: every 10 to 20 seconds all processes of the run
-# are stopped for three to five seconds. Fails when a run fails or when it was too short for a pause.
+# Runs the tests with pauses: every 10 to 20 seconds all processes of the run are stopped for three to five
+# seconds. Fails if a run fails or was too short for a pause.
 #
 # scripts/pause-check.sh [RUNS] [-- CTEST ARGUMENTS]
 #
-# For example: scripts/pause-check.sh 3 -- -R 'Leaving|LogLoad'
-# The tests have to be built. Needs process namespaces: run it as root, or where users may have namespaces.
+# For example: scripts/pause-check.sh 3 -- -R 'Close|LogLoad'
+# The tests must have been built. Needs process namespaces: run it as root, or on a system that allows user
+# namespaces.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 self=$PWD/scripts/$(basename "$0")
 
-# Everything below this line up to the check runs as the first process of a namespace of its own, where a
-# signal to "all" reaches the processes of the run and nobody else.
+# Everything from here to the check runs as the first process of a separate namespace, in which a signal to all
+# processes reaches only those of the run.
 if [ "${1-}" = --inside ]; then
     outside=$2
     shift 2
     if [ "$$" -ne 1 ] || [ "$(readlink /proc/self/ns/pid)" = "$outside" ]; then
-        echo 'This is not a namespace of its own: nothing is stopped.' >&2
+        echo 'Not in a separate process namespace: no processes are stopped.' >&2
         exit 2
     fi
     log=$1
     private=$2
     shift 2
-    # X servers leave their process ids in /tmp, and ids from elsewhere mean nothing here, nor ours there.
+    # X servers store their process ids in /tmp, and process ids are different outside of the namespace.
     if [[ $PWD/ != /tmp/* ]]; then
         mount --bind "$private" /tmp
     fi
@@ -31,7 +32,7 @@ if [ "${1-}" = --inside ]; then
         while sleep "$wait"; do
             length=$((3000 + RANDOM % 2001))
             at=$SECONDS
-            # Reaches neither its sender nor the first process. What stops cannot start anything meanwhile.
+            # Does not reach its sender and the first process. Stopped processes cannot start others meanwhile.
             kill -STOP -1
             sleep "$((length / 1000)).$(printf %03d $((length % 1000)))"
             kill -CONT -1
@@ -41,7 +42,7 @@ if [ "${1-}" = --inside ]; then
     ) &
     status=0
     ctest --preset test --parallel 4 --output-on-failure "$@" </dev/null || status=$?
-    # Its end ends the namespace and everybody in it.
+    # The end of this process ends all processes in the namespace.
     exit "$status"
 fi
 
@@ -61,7 +62,7 @@ namespace=(unshare --pid --mount-proc --fork --kill-child)
 if ! "${namespace[@]}" true 2>/dev/null; then
     namespace=(unshare --user --map-root-user --pid --mount-proc --fork --kill-child)
     if ! "${namespace[@]}" true 2>/dev/null; then
-        echo 'pause-check: no process namespace is permitted here: run it as root.' >&2
+        echo 'pause-check: process namespaces are not allowed: run it as root.' >&2
         exit 2
     fi
 fi
@@ -77,7 +78,7 @@ for ((run = 1; run <= runs; ++run)); do
     "${namespace[@]}" "$self" --inside "$(readlink /proc/self/ns/pid)" "$pauses" "$private" "$@" || result=failed
     count=$(wc -l <"$pauses")
     [ "$count" -gt 0 ] || result='failed: it was too short for a pause'
-    # Tests that depend on a time limit of the program run once more when a pause broke them.
+    # Tests that depend on a time limit of the program are repeated if they failed because of a pause.
     again=$(grep -c '^\[ PAUSED   \] Once more' build/test/Testing/Temporary/LastTest.log || true)
     echo "run $run of $runs: $result, $count pauses, $again tests run once more"
     grep '^\[ PAUSED   \]' build/test/Testing/Temporary/LastTest.log || true

@@ -11,7 +11,6 @@ stage=$1 model=$2
 address=$(scripts/print-server-address.sh)
 [[ $address =~ ^https://([^:/]+)(:([0-9]+))?$ ]] || { echo "$address is not an HTTPS address." >&2; exit 1; }
 host=${BASH_REMATCH[1]} port=${BASH_REMATCH[3]:-443}
-scripts/install-dependencies.sh jq
 
 mkdir -p "$stage/nginx"
 echo "$host" >"$stage/host"
@@ -20,7 +19,7 @@ key=()
 [ -z "${QUILLMARSH_RELEASE_KEY-}" ] || key=(--key "$QUILLMARSH_RELEASE_KEY")
 docs/firmware-server/add-model.sh "${key[@]}" "$stage/served" "$address" "$model" "$stage/image"
 
-# The guide's site, with this server's name and files.
+# The configuration from the guide, with the name and the files of this server.
 HOST=$host PORT=$port SERVED=$stage/served DAEMON=on \
     harness/session/site-configuration.sh docs/firmware-server/origin.conf >"$stage/nginx/nginx.conf"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds everything with warnings as errors and passes all tests. One command on a fresh machine.
+# Builds everything with warnings as errors and runs all tests. Installs the required packages first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

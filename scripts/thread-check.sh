@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the tests under the thread sanitizer and prints how many reports came, by what they are about.
-# Fails when there is one, or when a test fails. Arguments go to ctest, for instance -R NAME.
+# Runs the tests with the thread sanitizer and prints the number of reports of each kind. Fails if there is a
+# report or if a test fails. Arguments are passed to ctest, for example -R NAME.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,15 +10,15 @@ mkdir -p build
 cmake --preset tsan >build/tsan-configure.log 2>&1 || { cat build/tsan-configure.log; exit 1; }
 cmake --build --preset tsan
 
-# Of the libraries that are not built with the sanitizer it sees no synchronisation, so what it would
-# say of their own memory is left out: it still watches everything of ours, and of Qt's Core and Network.
-# A process ends at its first report: no test passes on a program that vanishes, and each prints what
-# its program wrote. (With a log_path, programs on the simulated bus find no device.)
+# The sanitizer cannot see the synchronisation in libraries that were built without it, so reports about their
+# memory are suppressed. Our code and Qt's Core and Network libraries are checked completely. A process ends at
+# its first report: a test fails if its program ends, and prints the output of the program. (With a log_path,
+# programs on the simulated bus would not find any device.)
 export LD_LIBRARY_PATH=$libraries${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 export TSAN_OPTIONS="ignore_noninstrumented_modules=1:halt_on_error=1:second_deadlock_stack=1:history_size=4"
 TSAN_OPTIONS+=":suppressions=$PWD/cmake/races-of-libraries.supp:print_suppressions=0"
 
-# Their limits are those of the program as it is shipped, which runs several times as fast.
+# These tests have the time limits of the shipped program, which is several times as fast.
 speed='FiveThousandLinesASecond|WellBelowFiveMilliseconds'
 log=$PWD/build/tsan/thread-check.log
 status=0

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds Qt's Core and Network with the thread sanitizer, from the distribution's own source of the
-# installed version, in a cache folder outside the tree, and prints the folder of the two libraries.
-# They take the place of the installed ones in the thread check only: what Qt hands from one thread to
-# another is invisible to the sanitizer otherwise, and all behind such a hand-over looks like a race.
-# Takes about ten minutes, once. QUILLMARSH_THREAD_QT_CACHE names another folder.
+# Builds Qt's Core and Network libraries with the thread sanitizer, from the distribution's sources of the
+# installed version, in a cache folder outside the repository, and prints the folder of the two libraries. They
+# replace the installed ones in the thread check only: without them the sanitizer cannot see how Qt passes data
+# between threads and reports false races. The first build takes about ten minutes. QUILLMARSH_THREAD_QT_CACHE
+# sets another cache folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts=$PWD/scripts
@@ -27,7 +27,7 @@ if [ ! -e "$build/.done" ]; then
     ccache=()
     ! command -v ccache >/dev/null || ccache=(-ccache)
     if [ ! -e .configured ]; then
-        # The folders are the installed ones: plugins are found where they are.
+        # With the folders of the installed Qt, in which the plugins are found.
         MAKEFLAGS=-j$jobs "$source/configure" -opensource -confirm-license -silent -release -shared \
             -sanitize thread "${ccache[@]}" -platform linux-g++ \
             -prefix /usr -libdir "/usr/lib/$multiarch" -archdatadir "/usr/lib/$multiarch/qt5" \
@@ -38,11 +38,11 @@ if [ ! -e "$build/.done" ]; then
             -no-gui -no-widgets -no-dbus -no-feature-sql -no-feature-testlib -no-feature-concurrent \
             -no-feature-xml -nomake examples -nomake tests QMAKE_CXXFLAGS_RELEASE+=-g1 >&2
         make -s -j"$jobs" sub-src-qmake_all >&2
-        # The installed tools do; building them takes as long as one of the libraries.
+        # Uses the installed tools; building them would take as long as one of the libraries.
         for tool in moc rcc; do
             ln -sf "/usr/lib/qt5/bin/$tool" bin/
         done
-        # The sanitizer's stacks are better, and the build is faster, with little optimisation.
+        # With little optimisation the sanitizer's stack traces are better and the build is faster.
         sed -i '/^C\(XX\)\?FLAGS /{s/-O[23]/-O1/}' src/corelib/Makefile src/network/Makefile
         touch .configured
     fi

@@ -15,7 +15,7 @@ enum class UpdateReason {
     AddressNotFound,      ///< The manifest did not arrive or has no address for the model.
     DownloadFailed,       ///< The image did not arrive completely.
     ChecksumMismatch,     ///< The image has a different checksum than the manifest, or the manifest has none.
-    SignatureRefused,     ///< The image needs a valid signature of its maker and has none.
+    SignatureRefused,     ///< The image has no valid signature of the maker but needs one.
     BootloaderNotEntered, ///< The device did not accept the update-mode report.
     UnknownWriteType,     ///< The write type is neither "USB" nor "HID".
     ToolNotStarted,       ///< The flasher or the IAP programmer could not be started.

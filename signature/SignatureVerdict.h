@@ -11,6 +11,5 @@ enum class SignatureVerdict {
     OtherModel,      ///< The trusted comment does not name the model.
     ImageUnreadable, ///< The image cannot be read.
     OtherImage,      ///< The signature is that of another image.
-    LibraryFailed,   ///< libsodium cannot be used.
     Interrupted,     ///< The program is leaving.
 };

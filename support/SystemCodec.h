@@ -6,5 +6,5 @@ class QTextCodec;
 /// system calls that take bytes. Returns the one for UTF-8 if Qt has no such codec. May be called from any
 /// thread.
 ///
-/// QTextCodec::codecForLocale() would be wrong here, because it is not always an 8-bit codec.
+/// The codec of the locale would be wrong here, because it is not always an 8-bit codec.
 const QTextCodec &systemCodec();

@@ -3,6 +3,7 @@
 #include "download/HttpAnswer.h"
 #include "support/Reporter.h"
 #include "support/ShutdownFlag.h"
+#include "support/SpokenText.h"
 #include "update/FirmwareManifest.h"
 
 #include <QCloseEvent>
@@ -23,6 +24,7 @@ ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *pa
     connect(this, &ChosefirmwareWidget::sigSetHide, this, &ChosefirmwareWidget::onSetHide);
     setObjectName(QStringLiteral("firmwareChooser"));
     setWindowTitle(QStringLiteral("选择你的设备"));
+    setAccessibleName(spoken("Choose your device", "选择你的设备"));
     setFixedSize(200, 270);
     setWindowFlags(Qt::Window | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);

@@ -43,7 +43,7 @@ Address fileAddress(const QJsonObject &root, const QString &deviceKey);
 /// Returns the MD5 of the image according to the manifest, or an empty string.
 QString md5(const QJsonObject &root, const QString &deviceKey);
 
-/// Returns the image's signature as the manifest gives it, or an empty text.
+/// Returns the signature of the image according to the manifest, or an empty string.
 QString signature(const QJsonObject &root, const QString &deviceKey);
 
 /// Returns the download URL of every model in "CurrentVersion", by model name.

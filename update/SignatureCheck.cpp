@@ -7,11 +7,12 @@
 
 namespace {
 
-/// Returns the bytes of a signature's file, or one more than a signature may have; none if it cannot be read.
+/// Reads a signature file, up to one byte more than the maximum size of a signature. Returns nothing if it
+/// cannot be read.
 QByteArray readSignature(const QString &name)
 {
     QFile file(name);
-    // A named pipe would block in open().
+    // Opening a named pipe would block.
     if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly))
         return {};
     return file.read(MinisignSignature::sizeLimit + 1);

@@ -10,25 +10,26 @@
 #include <QString>
 #include <QStringList>
 
-/// Decides by its signature whether an image may be written, and logs why not. Without keys everything may,
-/// and nothing is logged. Reads the whole image: not for the GUI thread.
+/// Checks by its signature whether an image may be written, and logs the reason if not. Without keys all
+/// images may be written, and nothing is logged. Reads the whole image, so do not use it on the GUI thread.
 class SignatureCheck
 {
 public:
-    /// `keys` are the maker's, see firmwareKeys(). `reporter` and `clock` must outlive this object.
+    /// `keys` are the maker's keys, see firmwareKeys(). `reporter` and `clock` must outlive this object.
     SignatureCheck(Reporter &reporter, const Clock &clock, const QStringList &keys);
 
-    /// Checks a downloaded image by the signature in the manifest's entry for `deviceKey`, which is also the
-    /// model that it must be for. Returns None, SignatureRefused or ProgramClosed.
+    /// Checks a downloaded image by the signature in the manifest's entry for `deviceKey`. The signature must
+    /// be for that model. Returns None, SignatureRefused or ProgramClosed.
     UpdateReason checkServerImage(const QString &file, const QJsonObject &manifest,
                                   const QString &deviceKey) const;
 
-    /// Checks a file of the user's by the signature beside it, which is called like it with ".minisig" after
-    /// the name. A file without one may be written unless a signature is required. `model` is empty for a
-    /// device of which nobody has said what it is: then any model may be signed. Returns as above.
+    /// Checks a file of the user by the signature in the file beside it, whose name has ".minisig" appended.
+    /// A file without a signature may be written unless one is required. If `model` is empty because the
+    /// model of the device is not known, the signature may be for any model. Returns the same values as
+    /// checkServerImage().
     UpdateReason checkLocalImage(const QString &file, const QString &model, bool isRequired) const;
 
-    /// Returns the name of the file that holds the signature of `image`.
+    /// Returns the path of the file with the signature of `image`.
     static QString signatureFile(const QString &image);
 
 private:

@@ -16,7 +16,7 @@ struct UpdatePaths
     QString manifestUrl;
     /// The file in which the manifest is stored.
     QString savedManifest;
-    /// The keys of which one must have signed an image; see firmwareKeys().
+    /// The keys, with one of which an image must be signed; see firmwareKeys().
     QStringList firmwareKeys;
 
     QString downloadedImage() const { return temporaryFolder + QLatin1String("/tmp/dev.img"); }

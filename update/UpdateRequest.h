@@ -15,12 +15,12 @@ struct UpdateRequest
     bool localFileMode = false;
     /// The image to burn in local-file mode.
     FirmwareImage image;
-    /// The model of the device in its bootloader as somebody has named it beforehand; empty if nobody has.
+    /// The model of the device in its bootloader, if it was specified beforehand; otherwise empty.
     QString namedModel;
     /// Whether a local image without a signature is refused.
     bool requireSignature = false;
 
-    /// Returns the model that is updated as far as it is known before the user is asked.
+    /// Returns the model to update, if it is known before the user is asked.
     QString model() const { return inBootloader ? namedModel : device.name; }
 
     /// Returns whether the IAP programmer writes the image. A device in its bootloader is always written by a

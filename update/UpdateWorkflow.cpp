@@ -90,8 +90,8 @@ UpdateWorkflow::Ending UpdateWorkflow::checkServerSignature(const QString &image
                         .checkServerImage(image, manifest, m_d.source.deviceKey()));
 }
 
-/// Returns how the run ends after a check of its image's signature. A refused image ends it as a wrong sum
-/// does.
+/// Returns how the run ends after the check of the image's signature. A refused image ends it in the same way
+/// as a wrong MD5.
 UpdateWorkflow::Ending UpdateWorkflow::endingOf(UpdateReason reason)
 {
     if (reason == UpdateReason::None)

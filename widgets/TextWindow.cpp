@@ -1,6 +1,7 @@
 #include "widgets/TextWindow.h"
 
 #include "support/LogFile.h"
+#include "support/SpokenText.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -54,6 +55,7 @@ TextWindow::TextWindow(QWidget *parent) : QWidget(parent)
     setWindowTitle(QStringLiteral("Log"));
     m_textView = new QTextEdit;
     m_textView->setObjectName(QStringLiteral("logTextView"));
+    m_textView->setAccessibleName(spoken("Log", "日志"));
     m_textView->setReadOnly(true);
     m_textView->setUndoRedoEnabled(false);
     auto *layout = new QVBoxLayout(this);

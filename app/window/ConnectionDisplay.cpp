@@ -13,3 +13,11 @@ void showConnection(const MonitorOutcome &outcome, const MainWindowWidgets &widg
         widgets.deviceModelLabel->setText(MainWindowTexts::translated(MainWindowTexts::connectedModel) +
                                           outcome.device.name);
 }
+
+QString connectionInWords(const MonitorOutcome &outcome)
+{
+    const QString status = MainWindowTexts::translated(statusOf(outcome.state).text);
+    return outcome.setDeviceModel && !outcome.device.name.isEmpty()
+               ? status + QLatin1String(", ") + outcome.device.name
+               : status;
+}

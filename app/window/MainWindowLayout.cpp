@@ -1,5 +1,6 @@
 #include "app/window/MainWindowLayout.h"
 
+#include "app/window/MainWindowAccess.h"
 #include "app/window/MainWindowLowerPart.h"
 #include "app/window/MainWindowPage.h"
 #include "app/window/MainWindowTexts.h"
@@ -74,6 +75,8 @@ void MainWindowLayout::buildRest(QWidget *mainWidget, bool chineseLocale, const 
     whole->addLayout(bottomRow);
     mainWidget->setLayout(whole);
     mainWidget->setWindowTitle(QStringLiteral("Custom Tab Size Example"));
+    MainWindowAccess::nameControls(chineseLocale, widgets);
+    MainWindowAccess::orderFocus(widgets);
 }
 
 void MainWindowLayout::connectLogBox(const MainWindowWidgets &widgets, QWidget *logWindow)

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStyleOptionButton>
@@ -94,10 +95,31 @@ QHBoxLayout *buildFileRow(MainWindowWidgets &widgets)
     return row;
 }
 
-/// A button that is drawn faded while it is disabled. Its images have no disabled state of their own.
+/// A button that is drawn faded while it is disabled. Its images have no disabled state of their own. When it
+/// is enabled again it takes the keyboard focus back that it lost by that, unless the user has moved it on.
 class FadingButton : public QPushButton
 {
 protected:
+    void focusOutEvent(QFocusEvent *event) override
+    {
+        m_lostFocus = !isEnabled();
+        QPushButton::focusOutEvent(event);
+    }
+
+    void changeEvent(QEvent *event) override
+    {
+        QPushButton::changeEvent(event);
+        if (event->type() != QEvent::EnabledChange || !m_lostFocus)
+            return;
+        if (!isEnabled()) {
+            m_standIn = window()->focusWidget();
+            return;
+        }
+        m_lostFocus = false;
+        if (m_standIn == window()->focusWidget())
+            setFocus(Qt::OtherFocusReason);
+    }
+
     void paintEvent(QPaintEvent *event) override
     {
         if (isEnabled()) {
@@ -110,6 +132,10 @@ protected:
         painter.setOpacity(0.45);
         style()->drawControl(QStyle::CE_PushButton, &option, &painter, this);
     }
+
+private:
+    bool m_lostFocus = false;
+    QPointer<QWidget> m_standIn;
 };
 
 QHBoxLayout *buildStartButtonRow(bool chineseLocale, MainWindowWidgets &widgets)

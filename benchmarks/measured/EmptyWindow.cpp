@@ -1,12 +1,13 @@
 #include <QApplication>
+#include <QDebug>
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QPushButton>
 #include <QSslSocket>
 
 /// What any program with a window of the product's size takes: the peer of its start and its memory.
-/// With an argument it also has what no program of the kind goes without: a text, a button, TLS and
-/// network access.
+/// With an argument it also has what no program of the kind goes without: a text, a button, a report of the
+/// TLS versions, and network access.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
@@ -15,7 +16,8 @@ int main(int argc, char *argv[])
     if (argc > 1) {
         new QLabel(QStringLiteral("A text"), &window);
         new QPushButton(QStringLiteral("A button"), &window);
-        QSslSocket::supportsSsl();
+        qDebug() << QSslSocket::sslLibraryBuildVersionString() << QSslSocket::supportsSsl()
+                 << QSslSocket::sslLibraryVersionString();
         new QNetworkAccessManager(&window);
     }
     window.show();

@@ -1,4 +1,5 @@
 #include "harness/CliScenario.h"
+#include "harness/stage/TargetSystem.h"
 #include "simulator/files/WholeFile.h"
 
 #include <QCommandLineParser>
@@ -7,14 +8,15 @@
 
 namespace {
 
-/// Stands for a program that did not end by itself.
+/// The exit code for a program that did not end by itself.
 constexpr int noExitCode = 125;
 
-/// Runs the program and writes what the device received; returns its exit code.
+/// Runs the program and writes the image that the device received to a file. Returns the exit code of the
+/// program.
 int run(const QString &program, const QString &model, const QString &burned, const QStringList &arguments)
 {
-    CliScenario scenario(model, program);
-    // The firmware server is the script's.
+    CliScenario scenario(model, makeNativeSystem(program));
+    // The script provides the firmware server.
     scenario.withServer = false;
     const std::optional<int> exitCode = scenario.run(arguments);
     QTextStream(stdout) << scenario.program.standardOutput();

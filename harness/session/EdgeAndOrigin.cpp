@@ -99,7 +99,7 @@ QString EdgeAndOrigin::errorLogs() const
 
 void EdgeAndOrigin::forgetRequests() const
 {
-    // nginx appends, so what follows begins at the start again.
+    // nginx appends to the file, so its next line is written at the start again.
     for (const char *name : {"edge", "origin"})
         QFile::resize(folder(name) + QStringLiteral("/access.log"), 0);
 }

@@ -5,9 +5,9 @@
 
 #include <QTemporaryDir>
 
-/// A firmware server and a caching server in front of it: two nginx processes on loopback, each with its site
-/// of docs/firmware-server, over HTTPS, with certificates of an authority of this object's own. The ports are
-/// fixed, so run it in a network of its own.
+/// A firmware server (the origin) and a caching server in front of it (the edge): two nginx processes on
+/// loopback, each with its site from docs/firmware-server, over HTTPS, with certificates by a separate
+/// authority. The ports are fixed, so use it in a network namespace of its own.
 class EdgeAndOrigin
 {
 public:
@@ -16,41 +16,41 @@ public:
 
     struct Options
     {
-        /// Worker processes of the edge.
+        /// The number of worker processes of the edge.
         int workers = 1;
-        /// Bytes a second for each connection of a client; 0 for no limit.
+        /// The maximum bytes per second for each connection of a client; 0 for no limit.
         int bytesPerConnection = 0;
-        /// Seconds for which the manifest may be kept, in place of the example's; 0 for the example's.
+        /// How long the manifest may be cached, in seconds; 0 for the value of the example.
         int manifestSeconds = 0;
-        /// Limits of the cache as nginx writes them, in place of the example's.
+        /// The limits of the cache in the form of nginx; empty for those of the example.
         QString cacheSize = QStringLiteral("20g");
         QString cacheFree = QStringLiteral("16m");
     };
 
     EdgeAndOrigin();
 
-    /// Starts both. Returns false if that fails: see errorText().
+    /// Starts both servers. Returns false on failure; see errorText().
     bool start(const Options &options);
     bool startEdge() { return m_edge.start(folder("edge")); }
     bool startOrigin() { return m_origin.start(folder("origin")); }
     void killEdge() { m_edge.kill(); }
     void killOrigin() { m_origin.kill(); }
     QString errorText() const { return m_error + m_edge.errorText() + m_origin.errorText(); }
-    /// The process id of the edge's master process.
+    /// Returns the process id of the edge's master process.
     qint64 edgeProcessId() const { return m_edge.processId(); }
 
-    /// Puts an image onto the origin as a maker does, with add-model.sh. Returns false if that fails.
+    /// Publishes an image on the origin with add-model.sh, as a maker does. Returns false on failure.
     bool addModel(const QString &model, const QByteArray &image);
 
     static QString manifestUrl();
-    /// The manifest's file on the origin.
+    /// Returns the path of the manifest on the origin.
     QString manifestFile() const;
     QString authorityFile() const { return folder("certificates") + QStringLiteral("/authority.crt"); }
     QString cacheFolder() const { return folder("cache"); }
-    /// What each has answered so far. The answers to requests that still run are not among them.
+    /// Return the requests that each server has completed so far.
     QVector<ServedRequest> edgeRequests() const;
     QVector<ServedRequest> originRequests() const;
-    /// What both have written to their error logs.
+    /// Returns the error logs of both servers.
     QString errorLogs() const;
     void forgetRequests() const;
 

@@ -16,7 +16,7 @@ bool NginxProcess::start(const QString &folder, const QStringList &through)
         m_error = QStringLiteral("nginx is not installed. ");
         return false;
     }
-    // Of an nginx that was killed it is still there.
+    // An nginx that was killed leaves this file behind.
     const QString ready = folder + QStringLiteral("/nginx.pid");
     QFile::remove(ready);
     m_process = std::make_unique<ChildProcess>();

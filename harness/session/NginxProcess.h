@@ -7,24 +7,25 @@
 
 #include <memory>
 
-/// One nginx with a prefix folder of its own, in the foreground. The destructor ends it, with its workers.
+/// An nginx process in the foreground, with a separate prefix folder. The destructor ends it and its workers.
 class NginxProcess
 {
 public:
-    /// Starts nginx in `folder`, which holds nginx.conf; that has to name "nginx.pid" as the file of the
-    /// process id. `through` is a command that starts nginx somewhere else, such as in another network; it
-    /// goes before nginx's own. Returns whether nginx serves; otherwise errorText() has the reason.
+    /// Starts nginx in `folder`, which must contain nginx.conf with "nginx.pid" as the file for the process
+    /// id. `through` is a command that runs nginx elsewhere, for example in another network namespace; the
+    /// command line of nginx is appended to it. Returns whether nginx accepts connections; if not,
+    /// errorText() returns the reason.
     bool start(const QString &folder, const QStringList &through = {});
-    /// Ends nginx and its workers as a power failure would: without a last word to anybody.
+    /// Kills nginx and its workers without closing their connections properly, as a power failure would.
     void kill();
     bool isRunning() { return m_process && m_process->isRunning(); }
     qint64 processId() const { return m_process ? m_process->processId() : 0; }
     QString errorText() const;
 
-    /// The path of a script of this folder.
+    /// Returns the path of a script in this folder.
     static QString script(const char *name);
-    /// Runs a tool in `folder` until its end; its output goes to `output` unless that is null. Returns
-    /// whether it ended with 0; otherwise `error` has the reason.
+    /// Runs a tool in `folder` to its end and stores its output in `output`, unless that is null. Returns
+    /// whether it ended with 0; if not, `error` is set to the reason.
     static bool runTool(const QStringList &command, const QString &folder, QString *error,
                         QByteArray *output = nullptr, const QStringList &environment = {});
 

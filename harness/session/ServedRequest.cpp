@@ -10,7 +10,7 @@ QVector<ServedRequest> ServedRequest::parse(const QByteArray &log)
     static const QRegularExpression form(QStringLiteral("^(\\d+) (\\d+) (\\d+) \"([^\"]*)\" (\\S+)$"),
                                          QRegularExpression::MultilineOption);
     QVector<ServedRequest> requests;
-    // What is behind the last line's end may be half a line.
+    // The text after the last line feed may be an incomplete line.
     auto lines = form.globalMatch(QString::fromUtf8(log.left(log.lastIndexOf('\n') + 1)));
     while (lines.hasNext()) {
         const QRegularExpressionMatch line = lines.next();

@@ -4,19 +4,19 @@
 #include <QString>
 #include <QVector>
 
-/// One line of the access log that site-configuration.sh asks for.
+/// A request from the access log that site-configuration.sh configures.
 struct ServedRequest
 {
     int status = 0;
-    /// Bytes of the body, and of the whole answer.
+    /// The bytes of the body, and of the whole response.
     qint64 bodyBytes = 0;
     qint64 bytes = 0;
-    /// The header "Range"; empty when there was none.
+    /// The header "Range"; empty if there was none.
     QString range;
     QString path;
 
-    /// Returns the lines' requests. Lines that are not of that form, such as an unfinished last one, are left
-    /// out.
+    /// Returns the requests in the lines. Lines with another format, such as an incomplete last one, are
+    /// skipped.
     static QVector<ServedRequest> parse(const QByteArray &log);
 };
 

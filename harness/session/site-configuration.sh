@@ -1,21 +1,21 @@
 #!/usr/bin/env bash
-# Prints an nginx configuration around a site of docs/firmware-server, with the names, ports and files of a test
-# in place of the example's; everything else of the site stays as it is. nginx writes its process id to nginx.pid
-# of its prefix once it has bound its port, and a line for each request to access.log: status, bytes of the body,
-# bytes in all, "range", path.
+# Prints an nginx configuration with a site from docs/firmware-server, in which the names, ports and files of the
+# example are replaced by those of a test; everything else is unchanged. nginx writes its process id to nginx.pid
+# in its prefix once it has bound its port, and a line for each request to access.log: status, bytes of the body,
+# bytes in total, "range", path.
 # Usage: NAME=VALUE... site-configuration.sh SITE
-#   HOST PORT              where the site answers, on all addresses; its certificate is the prefix's server.crt
+#   HOST PORT              name and port of the site, on all addresses; its certificate is server.crt in the prefix
 #   SERVED                 the folder that an origin serves
 #   ORIGIN_HOST ORIGIN_PORT AUTHORITY CACHE
-#                          the origin of an edge, on loopback; who signed its certificate; the cache's folder
+#                          the origin of an edge, on loopback; the authority of its certificate; the cache folder
 #   MANIFEST_SECONDS CACHE_SIZE CACHE_FREE
-#                          how long the manifest may be kept and the limits of the cache, if not the example's
+#                          how long the manifest may be cached, and the limits of the cache, unless the example's
 #   WORKERS EXTRA DAEMON   worker processes, lines for the http block, "on" to go to the background
 set -euo pipefail
 site=$1
 
-# When root starts it, also as the root of a user namespace, it would give its folders to a user who cannot read
-# them or does not exist there.
+# Without "user", nginx started by root (also of a user namespace) would give its folders to a user who cannot
+# read them or does not exist there.
 cat <<END
 daemon ${DAEMON:-off}; user root; pid nginx.pid; worker_processes ${WORKERS:-1}; worker_rlimit_nofile $(ulimit -Hn);
 events { worker_connections 8192; }

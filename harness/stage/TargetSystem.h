@@ -46,6 +46,6 @@ public:
     virtual QString text(const QByteArray &contents) const = 0;
 };
 
-/// Returns the system on which this process runs. The program under test is `program`, or that of this
-/// process's own build where it is empty.
+/// Returns the system on which this process runs. The program under test is `program`, or the one of this
+/// process's build if that is empty.
 std::unique_ptr<TargetSystem> makeNativeSystem(const QString &program = QString());

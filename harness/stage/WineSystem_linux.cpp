@@ -12,8 +12,9 @@ namespace {
 class WineSystem : public TargetSystem
 {
 public:
-    WineSystem(const QString &build, WindowsVersion version, WindowFrames frames)
+    WineSystem(const QString &build, const QString &program, WindowsVersion version, WindowFrames frames)
         : m_build(build),
+          m_program(program),
           m_version(version),
           m_frames(frames),
           m_prefix(build + QLatin1String("/wine"))
@@ -22,7 +23,7 @@ public:
 
     QString systemDrive() const { return m_prefix.systemDrive(); }
 
-    QString program() const override { return m_build + QLatin1String("/bin/quillmarsh.exe"); }
+    QString program() const override { return m_build + QLatin1String("/bin/") + m_program; }
     QString standIn() const override { return m_build + QLatin1String("/bin/quillmarsh-standin.exe"); }
     QStringList busController(const QString &file, BusFile kind) const override
     {
@@ -110,6 +111,7 @@ private:
     }
 
     QString m_build;
+    QString m_program;
     WindowsVersion m_version;
     WindowFrames m_frames;
     WinePrefix m_prefix;
@@ -120,7 +122,13 @@ private:
 std::unique_ptr<TargetSystem> makeWineSystem(const QString &build, WindowsVersion version,
                                              WindowFrames frames)
 {
-    return std::make_unique<WineSystem>(build, version, frames);
+    return std::make_unique<WineSystem>(build, QStringLiteral("quillmarsh.exe"), version, frames);
+}
+
+std::unique_ptr<TargetSystem> makeWineCommandLineSystem(const QString &build)
+{
+    return std::make_unique<WineSystem>(build, QStringLiteral("quillmarsh-cli.exe"),
+                                        WindowsVersion::Windows10, WindowFrames::ByWine);
 }
 
 QString systemDriveOf(const TargetSystem &wineSystem)

@@ -21,5 +21,8 @@ enum class WindowFrames {
 std::unique_ptr<TargetSystem> makeWineSystem(const QString &build, WindowsVersion version,
                                              WindowFrames frames = WindowFrames::ByWine);
 
+/// Returns a Windows 10 whose program under test is the one without a window.
+std::unique_ptr<TargetSystem> makeWineCommandLineSystem(const QString &build);
+
 /// Returns the folder that is drive C: of a system returned by makeWineSystem().
 QString systemDriveOf(const TargetSystem &wineSystem);

@@ -1,6 +1,6 @@
 ; The installer for Windows; scripts/windows/package.sh compiles it and passes VERSION, LISTS (the folder with
-; the lists of what is installed and removed), ICON, PICTURE, OUTPUT, and HAS_DRIVER when the driver package is
-; packed with it.
+; the lists of what is installed and removed), ICON, PICTURE, OUTPUT, HAS_DRIVER when the driver package is
+; packed with it, and SIGN, the command that signs a file, when it is to be signed.
 ;
 ;   setup.exe             installs for one user, without any rights
 ;   setup.exe /S          the same in silence; nothing is taken from beside the installer
@@ -44,6 +44,9 @@ Var takesTools
 Var found
 Var agreement
 
+!ifdef SIGN
+    !uninstfinalize `${SIGN} "%1"` = 0
+!endif
 Name Quillmarsh
 OutFile ${OUTPUT}
 ; The program writes beside itself, so it lies where its user may write.

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Installs the package into an empty Debian 12, updates a simulated device there as an ordinary user, with the
-# window and with quillmarsh-cli, removes it, and prints what is left: nothing but the user's own files. Needs
-# root.
+# Installs the package into a minimal system of the Debian release that this runs on, updates a simulated device
+# there as an ordinary user, with the window and with quillmarsh-cli, removes the package, and prints the remaining
+# files: only the user's own files may remain. Needs root.
 # Usage: scripts/linux/check-package.sh PACKAGE HARNESS_BUILD [BASE]
-# HARNESS_BUILD is a build folder with the test harness; BASE a minimal system to copy instead of fetching one.
+# HARNESS_BUILD is a build folder with the test harness; BASE is a minimal system to copy instead of downloading
+# one.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -11,8 +12,8 @@ model=DevMaa
 user=1000
 home=/home/tester
 
-# What is mounted here is seen by nobody else and goes with the processes, so that the folders can
-# be removed afterwards; the network is but loopback.
+# The mounts are only visible to the processes of this script and end with them, so that the folders can be
+# removed afterwards. There is no network except loopback.
 if [ "${1-}" = --inside ]; then
     root=$2 stage=$3 harness=$4
     mount -t proc proc "$root/proc"
@@ -25,7 +26,7 @@ if [ "${1-}" = --inside ]; then
             --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
             -- chroot "--userspec=$user:$user" "$root" "/usr/bin/$1"
     }
-    # Of the two, this one must leave nothing behind.
+    # Unlike the window program, this one must not leave any files.
     update_with quillmarsh-cli --cli || { tail -n 30 "$stage/stderr"; exit 1; }
     left=$(find "$root$home" "$root/tmp" -newer "$stage/started" ! -type d)
     [ -z "$left" ] || { echo "quillmarsh-cli has left $left" >&2; exit 1; }
@@ -45,7 +46,7 @@ in_root() {
     unshare --mount --pid --fork --mount-proc="$root/proc" \
         chroot "$root" env DEBIAN_FRONTEND=noninteractive LC_ALL=C "$@"
 }
-# Everything but what package tools write down of their own work.
+# Everything except the records of the package tools.
 listing() {
     (cd "$root" && find . -xdev \
         \( -path ./proc -o -path ./tmp -o -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/cache \
@@ -58,7 +59,7 @@ step 'An empty system'
 if [ -n "$base" ]; then
     cp -a "$base" "$root"
 else
-    debootstrap --variant=minbase bookworm "$root" >"$work/log"
+    debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" >"$work/log"
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp "$package" "$root/tmp/quillmarsh.deb"
@@ -96,7 +97,7 @@ if readelf -d "$root/usr/bin/quillmarsh-cli" | grep -E 'libQt5(Gui|Widgets)'; th
     echo 'quillmarsh-cli needs libraries for windows.' >&2
     exit 1
 fi
-echo 'Completion and manual pages are there.'
+echo 'Completion and manual pages are installed.'
 
 step 'Update, without a window and with it'
 touch "$stage/started"
@@ -108,11 +109,11 @@ in_root dpkg --purge quillmarsh
 listing >"$work/after"
 
 step 'What is left'
-diff "$work/before" "$work/after" >"$work/left" && { echo 'Nothing at all, not even a log: the program did not run.'; exit 1; }
+diff "$work/before" "$work/after" >"$work/left" && { echo 'There is not even a log: the program did not run.'; exit 1; }
 cat "$work/left"
 own="[<>] \.$home(/\.local(/share(/quillmarsh(/UPDLog\.txt|/log\.txt)?)?)?|/\.cache(/.*)?)? "
 if grep -E '^[<>]' "$work/left" | grep -vE "^$own"; then
-    echo 'The lines above should not be there.' >&2
+    echo 'The files above should not exist.' >&2
     exit 1
 fi
-echo 'No more than the logs in the user'\''s folder, and a cache.'
+echo 'Only the logs in the user'\''s folder and a cache remain.'

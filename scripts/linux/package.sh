@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
-# Builds the package for Debian 12, build/packages/quillmarsh_VERSION_amd64.deb, and checks it.
-# Arguments go to CMake, such as -DQUILLMARSH_FIRMWARE_SERVER=https://firmware.example.com.
+# Builds the package for the Debian release that this runs on, build/packages/quillmarsh_VERSION_amd64.deb, and
+# checks it. Arguments are passed to CMake, for example -DQUILLMARSH_FIRMWARE_SERVER=https://firmware.example.com.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 packages=$PWD/build/packages
 log=$PWD/build/package.log
-scripts/install-dependencies.sh lintian appstream desktop-file-utils dpkg-dev
+scripts/install-dependencies.sh lintian appstream desktop-file-utils dpkg-dev jq python3
 
 sources=packaging/linux
 desktop-file-validate "$sources/quillmarsh.desktop"
 appstreamcli validate --no-net --pedantic "$sources"/*.metainfo.xml
 
-# Hardened as the distribution hardens what it builds itself.
+SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
+export SOURCE_DATE_EPOCH
+# With the hardening options of the distribution's own packages.
 flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get "$1"; }
 mkdir -p "$packages"
 CXXFLAGS="$(flags CPPFLAGS) $(flags CXXFLAGS)" LDFLAGS=$(flags LDFLAGS) \
@@ -22,12 +24,24 @@ rm -rf "$packages/_CPack_Packages"
 
 version=$(dpkg-parsechangelog -l "$sources/changelog" -S Version)
 package=$packages/quillmarsh_${version}_$(dpkg --print-architecture).deb
-[ -f "$package" ] || { echo "The changelog's version is $version, the project's is another." >&2; exit 1; }
+[ -f "$package" ] || { echo "The version in the changelog, $version, differs from that of the project." >&2; exit 1; }
 for text in quillmarsh.1 quillmarsh-cli.1 example.quillmarsh.quillmarsh.metainfo.xml; do
-    grep -qF "$version" "$sources/$text" || { echo "$sources/$text does not name $version." >&2; exit 1; }
+    grep -qF "$version" "$sources/$text" || { echo "$sources/$text does not contain $version." >&2; exit 1; }
 done
-lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error,warning "$package"
+# Software centres are not to offer the program for a device: the ids in the rules are the maker's to fill in.
+lintian --allow-root --no-cfg --tag-display-limit 0 --fail-on error,warning \
+    --suppress-tags appstream-metadata-missing-modalias-provide "$package"
 for program in quillmarsh quillmarsh-cli; do
     scripts/check-server-address.sh "build/package/bin/$program" build/package
 done
+
+# What the package holds and needs, beside it.
+contents=$(mktemp -d)
+trap 'rm -rf "$contents"' EXIT
+dpkg-deb -x "$package" "$contents"
+list=${package%.deb}.spdx.json
+scripts/make-spdx.py linux "$contents" "$(basename "$package" .deb)" "$version" \
+    --depends "$(dpkg-deb -f "$package" Depends)" >"$list.new"
+mv "$list.new" "$list"
+scripts/check-spdx.sh "$list" "$package"
 echo "$package"

@@ -1,24 +1,26 @@
 #!/usr/bin/env bash
-# Puts Windows programs and all that they need into one folder.
+# Copies Windows programs and all files that they need to one folder.
 # Usage: scripts/windows/assemble.sh EXECUTABLE LIBRARIES FOLDER [EXECUTABLE...]
 set -euo pipefail
 executable=$1 libraries=$2 folder=$3
 shift 3
 project=$(cd "$(dirname "$0")/../.." && pwd)
+SOURCE_DATE_EPOCH=$("$project/scripts/source-date.sh")
+export SOURCE_DATE_EPOCH
 
 triplet=x86_64-w64-mingw32
 sources=("$libraries/bin" "$(dirname "$($triplet-g++-posix -print-file-name=libstdc++-6.dll)")" "/usr/$triplet/lib")
 
-[ ! -e "$folder/lib" ] || { echo "$folder is no folder that this script has made." >&2; exit 1; }
+[ ! -e "$folder/lib" ] || { echo "$folder was not created by this script." >&2; exit 1; }
 rm -rf "$folder"
 mkdir -p "$folder"/{platforms,styles,qmake}
 cp "$executable" "$@" "$folder/"
-# What Qt loads by name: the window system and the look of the controls.
+# The plugins that Qt loads: the window system and the style.
 cp "$libraries/plugins/platforms/qwindows.dll" "$folder/platforms/"
 cp "$libraries/plugins/styles/qwindowsvistastyle.dll" "$folder/styles/"
 cp "$project/packaging/ControlDevList.json" "$folder/qmake/"
 
-# What these name, and what that names in turn; the rest is Windows' own.
+# The DLLs that they need, and those that these need in turn; the others belong to Windows.
 pending=("$folder"/*.exe "$folder"/*/*.dll)
 while [ "${#pending[@]}" -gt 0 ]; do
     named=$($triplet-objdump -p "${pending[@]}" | sed -n 's/^\tDLL Name: //p' | sort -u)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Cross-builds the program for Windows x64, and every test of it, with warnings as errors. What is to be
-# shipped is left in build/windows/quillmarsh, a folder that starts as it is on Windows.
-# The first time on a machine takes half an hour, for the libraries (libraries.sh).
+# Cross-builds the programs for Windows x64 and all their tests, with warnings as errors. The files to ship are in
+# build/windows/quillmarsh, from which the programs can be run on Windows. The first run on a machine takes half
+# an hour, because it builds the libraries (libraries.sh). With --product, builds only what is shipped.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -15,16 +15,18 @@ QUILLMARSH_WINDOWS_ROOT=$(scripts/windows/libraries.sh)
 export QUILLMARSH_WINDOWS_ROOT
 echo "They are in $QUILLMARSH_WINDOWS_ROOT."
 
-# A folder that was configured with other libraries keeps their paths.
+# A build folder that was configured with other libraries would keep their paths.
 for build in build/mingw build/mingw-release; do
     if [ -e "$build/CMakeCache.txt" ] && ! grep -qF "=$QUILLMARSH_WINDOWS_ROOT/" "$build/CMakeCache.txt"; then
         rm -r "$build"
     fi
 done
 
-step 'Program and tests'
-cmake --preset mingw
-cmake --build --preset mingw
+if [ "${1-}" != --product ]; then
+    step 'Program and tests'
+    cmake --preset mingw
+    cmake --build --preset mingw
+fi
 
 step 'Program, as it is shipped'
 cmake --preset mingw-release

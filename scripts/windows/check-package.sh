@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Tries the Windows packages in a fresh Windows of Wine's: unpacks the archive, runs the installer, updates a
-# simulated device with either, removes them, and prints what is left in files and registry: nothing, or
-# logs and settings. Needs root, and the archive beside the installer.
+# Tests the Windows packages in a new Wine prefix: unpacks the archive, runs the installer, updates a simulated
+# device with each, removes them, and prints the remaining files and registry entries: only logs and settings may
+# remain. Needs root, and the archive beside the installer.
 # Usage: scripts/windows/check-package.sh SETUP HARNESS_BUILD WINDOWS_BUILD
 # HARNESS_BUILD is a build folder with the test harness, WINDOWS_BUILD one of the preset mingw.
 set -euo pipefail
@@ -10,7 +10,7 @@ setup=$(realpath "$1") harness=$(realpath "$2") windows=$(realpath "$3")
 archive=${setup%-setup.exe}.zip
 model=DevMaa
 
-# From here on the network is but loopback, and what is mounted is seen by nobody else.
+# From here on there is no network except loopback, and mounts are only visible to this script.
 if [ -z "${QUILLMARSH_CHECK_STAGE-}" ]; then
     stage=$(mktemp -d --tmpdir quillmarsh-windows-check.XXXXXX)
     trap 'rm -rf "$stage"' EXIT
@@ -25,7 +25,7 @@ if [ -z "${WINEPREFIX-}" ]; then
     ip link set lo up
     { cat /etc/hosts; echo "127.0.0.1 $(cat "$stage/host")"; } >"$stage/hosts"
     mount --bind "$stage/hosts" /etc/hosts
-    # Wine's Windows trusts whom the system around trusts.
+    # Wine trusts the certificate authorities of the host system.
     cat /etc/ssl/certs/ca-certificates.crt "$stage/authority.crt" >"$stage/authorities"
     mount --bind "$stage/authorities" /etc/ssl/certs/ca-certificates.crt
     nginx -p "$stage/nginx" -c nginx.conf -e error.log
@@ -40,9 +40,9 @@ uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\quillmar
 
 step() { printf '\n== %s\n' "$*"; }
 fail() { echo "FAILED: $*" >&2; exit 1; }
-# Files without the hives, the folder that Windows has for a user's programs, its cache of certificates,
-# and the copy of itself that an uninstaller leaves for the next start to remove; of the registry what a
-# setup may write to, without what Windows and Wine themselves keep there.
+# Lists the files, except the registry hives, the folder of the user's programs, the cache of certificates, and the
+# copy of an uninstaller that the next start removes; and the parts of the registry to which a setup may write,
+# without the entries of Windows and Wine.
 listing() {
     (cd "$WINEPREFIX" && find . \( -type f -o -type d -o -type l \) ! -name '*.reg' ! -name .update-timestamp \
         ! -path '*/AppData/Local/Programs' ! -path '*/AppData/LocalLow/*' ! -path '*/Temp/~nsu*' |
@@ -56,16 +56,16 @@ listing() {
         grep -vxF '[HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Uninstall]' |
         LC_ALL=C sort >"$1.registry"
 }
-# Prints what changed since LISTING.
+# Prints the changes since LISTING.
 left_since() {
     listing "$work/now"
     for kind in files registry; do
         diff "$1.$kind" "$work/now.$kind" | grep '^[<>]' || true
     done
 }
-# Updates a device with the programs in FOLDER, the one without a window first: it leaves nothing behind.
+# Updates a device with the programs in FOLDER, first with quillmarsh-cli, which must not leave any files.
 update_with() {
-    # Where Wine has no buses, libraries beside the program stand in for those that look at them.
+    # Wine has no USB and HID buses, so replacements for libusb and hidapi are put beside the program.
     mkdir -p "$work/real" "$1/generic"
     for library in libusb-1.0.dll libhidapi.dll; do
         mv "$1/$library" "$work/real/"
@@ -76,7 +76,7 @@ update_with() {
     local left=$work/left-by-cli
     listing "$left"
     run_update "$1/quillmarsh-cli.exe" --cli || { tail -n 30 "$stage/stdout" "$stage/stderr"; exit 1; }
-    # What the stand-in tool records is no work of the program's.
+    # The records of the stand-in tool were not written by the program.
     left_since "$left" | grep -v '/upgcmd\.exe\.' >"$work/left" || true
     [ ! -s "$work/left" ] || { cat "$work/left"; fail 'quillmarsh-cli has left something'; }
     run_update "$1/quillmarsh.exe" || { tail -n 30 "$stage/stderr" "$1/UPDLog.txt"; exit 1; }
@@ -92,12 +92,12 @@ run_update() {
         --image "$stage/image" --stage "$stage" --listed-controller "$harness/bin/quillmarsh-sim-bus-listed" -- \
         wine "$1"
 }
-# The driver belongs to the device, and the program has installed it: as administrator, as everybody is here.
+# The program has installed the driver, which belongs to the device: under Wine every user is an administrator.
 without_driver() { grep -vE '[\/]libusbK(\.sys|[]])$' || true; }
 install() { wine "$setup" /S "$@"; }
 remove() {
     wine "$installed/uninstall.exe" /S
-    # It goes on as a copy of itself.
+    # It continues as a copy of itself.
     for _ in $(seq 600); do
         wine reg query "$uninstall_key" >/dev/null 2>&1 || return 0
         sleep 0.1
@@ -107,14 +107,15 @@ remove() {
 
 listing "$work/before"
 left_since "$work/before" >"$work/left"
-[ ! -s "$work/left" ] || { cat "$work/left"; fail 'the comparison finds a difference where there is none'; }
+[ ! -s "$work/left" ] || { cat "$work/left"; fail 'the comparison reports a difference although nothing has changed'; }
 
 step 'Installed and removed'
 install
 for program in quillmarsh quillmarsh-cli; do
-    [ -f "$installed/$program.exe" ] || fail "$program is not there"
+    [ -f "$installed/$program.exe" ] || fail "$program is missing"
 done
 wine "$installed/quillmarsh-cli.exe" --version | grep -q '^quillmarsh-cli [0-9]' || fail 'quillmarsh-cli does not start'
+ls "$installed"/libsodium-*.dll >/dev/null || fail 'the library that verifies signatures is not there'
 cmp -s "$installed/qmake/ControlDevList.json" packaging/ControlDevList.json || fail 'the control list is not the shipped one'
 wine reg query "$uninstall_key" /v DisplayVersion
 find "$WINEPREFIX" -name Quillmarsh.lnk -path '*Start Menu*' | grep . || fail 'there is no start-menu entry'
@@ -145,7 +146,7 @@ echo sum >"$installed/Artinchip_SoC.cat"
 echo '{ "devices": [] }' >"$installed/qmake/ControlDevList.json"
 install
 grep -q '"devices": \[\]' "$installed/qmake/ControlDevList.json" || fail "the user's control list was replaced"
-# The list of what was copied names no files but those that an installer copies.
+# The uninstaller must ignore entries in the list of copied files that an installer would not write.
 victims=("$installed/../victim.txt" "$installed/own.txt" "$installed/own.exe" "$WINEPREFIX/drive_c/victim.txt")
 for victim in "${victims[@]}"; do
     echo victim >"$victim"
@@ -163,12 +164,12 @@ expected="> $folder
 > $folder/log.txt
 > $folder/qmake
 > $folder/qmake/ControlDevList.json"
-[ "$(LC_ALL=C sort "$work/left")" = "$(LC_ALL=C sort <<<"$expected")" ] || fail 'something else is left, or less'
-echo "Left are the logs and the user's own control list."
+[ "$(LC_ALL=C sort "$work/left")" = "$(LC_ALL=C sort <<<"$expected")" ] || fail 'other files remain than expected'
+echo "The logs and the user's own control list remain."
 rm -r "$installed"
 
 step 'Installed by hand: what lies beside the installer is shown, and used only when the user agrees'
-# Wine sometimes takes a minute for a start.
+# Wine sometimes takes a minute to start a program.
 hand() {
     wine "$windows/stand-ins/quillmarsh-button-presser.exe" "$@" 180 && return
     cat "$work/by-hand"
@@ -220,19 +221,19 @@ hand unticked 'Install the driver from these files'
 hand disabled Install
 cmp -s "$work/amd64/libusbK.sys" "$protected/amd64/libusbK.sys" || fail 'the driver is not in its own folder'
 [ ! -e "$protected/upgcmd.exe" ] || fail 'what is no part of the driver was taken'
-# From here on it does not matter what lies beside the installer.
+# From here on the files beside the installer must not matter.
 echo exchanged >"$work/amd64/libusbK.sys"
 hand press 'Install the driver from these files'
 hand press Install
 hand press 'Next >'
 wait
 [ "$(cat "$WINEPREFIX/drive_c/windows/system32/drivers/libusbK.sys")" = amd64/libusbK.sys ] ||
-    fail 'another driver was installed than the one that was agreed to'
+    fail 'the installed driver is not the one to which the user agreed'
 left_since "$work/before" | tee "$work/left"
 if without_driver <"$work/left" | grep .; then
     fail 'the lines above should not be there'
 fi
-echo "Left are the driver and its service."
+echo "The driver and its service remain."
 rm "$WINEPREFIX/drive_c/windows/system32/drivers/libusbK.sys"
 wine reg delete 'HKLM\System\CurrentControlSet\Services\libusbK' /f
 rm "$work"/upgcmd.exe "$work"/Artinchip_SoC.inf
@@ -248,7 +249,7 @@ left_since "$work/before" | tee "$work/left"
 [ ! -s "$work/left" ] || fail 'something is left'
 
 step 'Unpacked from the archive, a device updated, and the folder removed'
-# Not on the desktop, which in Wine may be a link out of its folder.
+# Not on the desktop, which may be a link out of the Wine prefix.
 unzip -q "$archive" -d "$WINEPREFIX/drive_c"
 unpacked=$(echo "$WINEPREFIX"/drive_c/quillmarsh-*)
 update_with "$unpacked"
@@ -258,7 +259,7 @@ left_since "$work/before" | tee "$work/left"
 if without_driver <"$work/left" | grep -vE '/Temp/QuillmarshV3TmpPath(/|$)'; then
     fail 'the lines above should not be there'
 fi
-echo "Left are the temporary folder and the driver's service."
+echo "The temporary folder and the driver's service remain."
 
 logs="> $folder
 > $folder/UPDLog.txt
@@ -272,7 +273,7 @@ left_since "$work/before" | tee "$work/left"
 if grep -vxF "$logs" "$work/left"; then
     fail 'the lines above should not be there'
 fi
-echo 'Left are the logs.'
+echo 'The logs remain.'
 rm -r "$installed"
 
 step 'The same with the driver beside the installer'
@@ -284,12 +285,12 @@ left_since "$work/before" | tee "$work/left"
 if without_driver <"$work/left" | grep -vxF "$logs"; then
     fail 'the lines above should not be there'
 fi
-grep -q '/drivers/libusbK.sys$' "$work/left" || fail 'the driver is not there any more'
-echo 'Left are the logs and the driver.'
+grep -q '/drivers/libusbK.sys$' "$work/left" || fail 'the driver was removed'
+echo 'The logs and the driver remain.'
 
 step 'Installed while the program runs'
 install
-# Wine has no HID devices, and so the program waits in a box that says so; it runs, which is all here.
+# Wine has no HID devices, so the program shows a message box and waits. That it runs is sufficient here.
 (cd "$installed" && exec wine quillmarsh.exe ZN58UpDate) >"$work/stdout" 2>"$work/stderr" &
 for _ in $(seq 100); do
     code=0
@@ -300,4 +301,4 @@ done
 wine taskkill /f /im quillmarsh.exe >"$work/ended" || { cat "$work/stderr"; fail 'the program does not run'; }
 wait
 [ "$code" -eq 2 ] || fail "the installer ended with $code"
-echo 'The installer refused with 2.'
+echo 'The installer refused to run, with exit code 2.'

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the end-to-end tests on the real Windows program, under Wine, on the simulated bus. The tests
-# themselves are programs of this system. Arguments go to ctest.
+# Runs the end-to-end tests with the real Windows program, under Wine, on the simulated bus. The test programs
+# themselves are native. Arguments are passed to ctest.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -10,10 +10,10 @@ step 'Tools'
 scripts/windows/install-tools.sh
 [ -e build/mingw/beside.made ] || scripts/windows/build.sh
 
-# A build folder of its own: the other one's tests are compared with those of the Windows build.
+# A separate build folder, because the tests of the other one are compared with those of the Windows build.
 step 'Tests'
 cmake --preset test -B build/wine -DQUILLMARSH_WINE_TESTS="$PWD/build/mingw"
-cmake --build build/wine --target windows_endtoend_tests windows_library_tests quillmarsh-demo
+cmake --build build/wine --target windows_endtoend_tests windows_cli_tests windows_library_tests quillmarsh-demo
 ctest --test-dir build/wine --label-regex '^wine$' --output-on-failure --no-tests=error \
     --parallel "$(nproc)" "$@"
 step 'Done'

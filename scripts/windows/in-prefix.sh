@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Runs a command with a fresh Windows 10 for scripts/windows/wine.sh, a display, and nothing of
-# either left behind. Usage: scripts/windows/in-prefix.sh COMMAND [ARGUMENT...]
+# Runs a command with a new Wine prefix (Windows 10) and a display, and removes both afterwards.
+# Usage: scripts/windows/in-prefix.sh COMMAND [ARGUMENT...]
 set -euo pipefail
 
 folder=$(mktemp -d "${TMPDIR:-/tmp}/quillmarsh-windows.XXXXXX")
 mkdir "$folder/prefix"
 export WINEPREFIX=$folder/prefix WINEARCH=win64 WINEDEBUG=-all
-# No questions, no menu entries, and no debugger that looks at programs which end by a crash.
+# No questions, no menu entries, and no debugger for programs that crash.
 export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d'
 display_server=''
 end() {
@@ -24,10 +24,10 @@ read -r -t 30 number <"$folder/display"
 export DISPLAY=:$number
 unset WAYLAND_DISPLAY XDG_SESSION_TYPE
 
-# One server for all programs: they start in half the time.
+# One server for all programs, which halves the time of their start.
 wineserver -p
 wine wineboot --init >"$folder/start.log" 2>&1 || { cat "$folder/start.log" >&2; exit 1; }
-# Left alone it says that it is Windows 7.
+# By default it reports Windows 7.
 wine winecfg -v win10
 cat >"$folder/settings.reg" <<'REG'
 Windows Registry Editor Version 5.00
@@ -46,7 +46,7 @@ Windows Registry Editor Version 5.00
 "Microsoft YaHei UI"="Noto Sans CJK SC"
 REG
 wine regedit /S "$folder/settings.reg"
-# Made anew, a prefix has two service managers that know nothing of each other's services.
+# A new prefix has two service managers that do not know each other's services.
 wineserver -k
 wineserver -w
 wineserver -p

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what building for Windows and running the result under Wine needs, beside what everything needs.
+# Installs the packages that are needed to build for Windows and to run the programs under Wine, in addition to
+# the general ones.
 set -euo pipefail
 exec "$(dirname "$0")/../install-dependencies.sh" \
     g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev googletest dpkg-dev bzip2 patch perl xz-utils \

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds Qt, libusb, hidapi, libsodium and GoogleTest for Windows, from the distribution's own sources, and
-# prints the folder that holds them. What was built stays in ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows}
-# and is built again only when its recipe below has changed. The first time takes half an hour.
+# Builds Qt, libusb, hidapi, libsodium and GoogleTest for Windows from the distribution's sources, and prints the
+# folder that contains them. They are kept in ${QUILLMARSH_WINDOWS_CACHE:-~/.cache/quillmarsh-windows} and built
+# again only if their recipe below changes. The first build takes half an hour.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
 cache=${QUILLMARSH_WINDOWS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quillmarsh-windows}
@@ -11,13 +11,13 @@ cache=$(cd "$cache" && pwd)
 host=x86_64-w64-mingw32
 say() { printf '%s\n' "$*" >&2; }
 
-# recipe_NAME builds one library: run in an empty folder that goes away, it leaves what is to be kept below
-# $out, laid out as bin, include, lib. A changed recipe is a new folder in the cache.
+# recipe_NAME builds one library. It runs in an empty temporary folder and installs the library to $out, with the
+# folders bin, include and lib. A changed recipe results in a new folder in the cache.
 recipe_qt() {
-    # The folder that is kept is cache enough; precompiled headers and the compiler cache cost each other time.
+    # Without ccache: the result is cached anyway, and precompiled headers and ccache slow each other down.
     export CCACHE_DISABLE=1
     unpack qtbase-opensource-src
-    # The names of two system libraries are spelled as only a file system without letter case finds them.
+    # The names of two system libraries have a letter case that only a case-insensitive file system finds.
     sed -i 's/-lCrypt32/-lcrypt32/g; s/-lSecur32/-lsecur32/g' source/src/network/ssl/ssl.pri
     mkdir build && cd build
     ../source/configure -opensource -confirm-license -prefix "$out" -xplatform win32-g++ \
@@ -33,7 +33,7 @@ recipe_qt() {
 recipe_libusb() {
     unpack libusb-1.0
     cd source
-    # In this order nothing looks older than what it is made from, and so nothing is made again.
+    # In this order no file is older than its sources, so that nothing is generated again.
     touch aclocal.m4 && sleep 1 && touch configure config.h.in && find . -name Makefile.in -exec touch {} +
     ./configure --host=$host --prefix="$out" --enable-shared --disable-static
     make -j"$(nproc)"
@@ -50,7 +50,7 @@ recipe_hidapi() {
 recipe_libsodium() {
     unpack libsodium
     cd source
-    # The distribution packs it without a configure script.
+    # The source package has no configure script.
     autoreconf --force --install
     ./configure --host=$host --prefix="$out" --enable-shared --disable-static
     make -j"$(nproc)"
@@ -63,12 +63,12 @@ recipe_googletest() {
     cmake --build build --target install
 }
 
-# The distribution's source package of that name, its patches applied, into "source".
+# Unpacks the distribution's source package with this name, with its patches, to "source".
 unpack() { mv "$("$project/scripts/fetch-source.sh" "$1" "$PWD")" source; }
 
 key_of() { { declare -f "recipe_$1" unpack; printf '%s\n' "$host"; } | sha256sum | cut -c1-12; }
 
-# The compiler with POSIX threads under the plain names, through the compiler cache.
+# Makes the compiler with POSIX threads available under the usual names, through ccache.
 compilers() {
     mkdir "$1"
     local tool
@@ -86,7 +86,7 @@ build() {
     say "Building $name for Windows; the log is $log"
     compilers "$work/compilers"
     mkdir "$work/in"
-    # In the background, since the shell forgets about errors where a status is asked for.
+    # In the background, because "set -e" has no effect where the exit status is tested.
     (
         set -e
         out=$work/out toolchain=$project/cmake/mingw-w64.cmake
@@ -115,14 +115,14 @@ for name in "${libraries[@]}"; do
     [ -d "$kept" ] || build "$name" "$kept"
 done
 
-# One folder of all of them, of links to the same files.
+# One folder with all libraries, made of links to the same files.
 root=$cache/root-$(printf '%s\n' "${keys[@]}" | sha256sum | cut -c1-12)
 if [ ! -d "$root" ]; then
     assembled=$(mktemp -d "$cache/building-root.XXXXXX")
     for key in "${keys[@]}"; do
         cp -al "$cache/$key/." "$assembled"
     done
-    # They were built to lie where they were built.
+    # The installed files contain the path in which they were built.
     for file in "$assembled"/lib/pkgconfig/*.pc; do
         sed 's|^prefix=.*|prefix=${pcfiledir}/../..|' "$file" >"$file.new" && mv "$file.new" "$file"
     done

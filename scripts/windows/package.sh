@@ -1,21 +1,26 @@
 #!/usr/bin/env bash
-# Makes build/packages/quillmarsh-VERSION-windows-x64.zip and -setup.exe of the folder that
-# scripts/windows/build.sh leaves. With --tools, everything in that folder (the maker's flashers, IAP
-# programmer and driver package) is packed with it.
-# Usage: scripts/windows/package.sh [--tools FOLDER] [PROGRAM_FOLDER]
+# Creates build/packages/quillmarsh-VERSION-windows-x64.zip and -setup.exe from the folder that
+# scripts/windows/build.sh creates, and -windows-x64.spdx.json, which lists what they contain. With --tools, all
+# files in FOLDER (the maker's flashers, IAP programmer and driver package) are included. With --sign, our own
+# programs, the installer and the uninstaller are signed (scripts/windows/sign.sh).
+# Usage: scripts/windows/package.sh [--sign CERTIFICATE] [--tools FOLDER] [PROGRAM_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-tools=
-if [ "${1-}" = --tools ]; then
-    tools=$2
+tools='' certificate=''
+while [[ ${1-} == --* ]]; do
+    case $1 in
+    --tools) tools=$2 ;;
+    --sign) certificate=$(realpath "$2") ;;
+    *) sed -n '2,6s/^# //p' "$0" >&2; exit 2 ;;
+    esac
     shift 2
-fi
+done
 program=${1:-build/windows/quillmarsh}
 for name in quillmarsh quillmarsh-cli; do
     [ -f "$program/$name.exe" ] || { echo "There is no $program/$name.exe: run scripts/windows/build.sh." >&2; exit 1; }
 done
 scripts/install-dependencies.sh nsis zip g++-mingw-w64-x86-64-posix mingw-w64-common libqt5core5a \
-    libusb-1.0-0 libhidapi-hidraw0 libsodium23
+    libusb-1.0-0 libhidapi-hidraw0 libsodium23 osslsigncode 7zip unzip jq python3
 for name in quillmarsh quillmarsh-cli; do
     scripts/check-server-address.sh "$program/$name.exe"
 done
@@ -25,12 +30,16 @@ name=quillmarsh-$version-windows-x64
 work=build/packages/windows
 folder=$work/quillmarsh-$version
 rm -rf "$work"
+# Modes, times and the order of names are in the archive and the installer.
+umask 022
+SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
+export SOURCE_DATE_EPOCH TZ=UTC
 mkdir -p "$folder/licences"
 cp -r "$program/." "$folder/"
 cp "$folder/qmake/ControlDevList.json" "$folder/qmake/ControlDevList.default.json"
 [ -z "$tools" ] || cp -r "$tools/." "$folder/"
 
-# Windows' own line ends: a plain editor shows them.
+# With the line endings of Windows, for simple editors.
 windows_text() { sed 's/\r*$/\r/' "$1" >"$2"; }
 windows_text packaging/windows/README.txt "$folder/README.txt"
 licence() { # NAME FILE
@@ -48,11 +57,24 @@ for text in LGPL-2.1 LGPL-3 GPL-2 GPL-3; do
 done
 windows_text packaging/windows/LICENCES.txt "$folder/licences/README.txt"
 
-(cd "$work" && zip -q -9 -X -r "../$name.zip.new" "quillmarsh-$version")
+sign=()
+if [ -n "$certificate" ]; then
+    sign=(scripts/windows/sign.sh "$certificate")
+    "${sign[@]}" "$folder"/quillmarsh*.exe
+fi
+
+libraries=${QUILLMARSH_WINDOWS_ROOT:-${QUILLMARSH_WINDOWS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quillmarsh-windows}/current}
+list=build/packages/$name.spdx.json
+scripts/make-spdx.py windows "$folder" "$name" "$version" --libraries "$libraries" >"$list"
+
+find "$folder" -type f -exec chmod 644 {} + -o -type d -exec chmod 755 {} +
+find "$folder" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+rm -f "build/packages/$name.zip.new"
+(cd "$work" && find "quillmarsh-$version" | LC_ALL=C sort | zip -q -9 -X -@ "../$name.zip.new")
 mv "build/packages/$name.zip.new" "build/packages/$name.zip"
 
-# What is installed and removed, file by file. The list is written by the installer itself: the
-# user's may be another.
+# The files that are installed and removed. The control list is not among them: the installer itself writes it,
+# and the user may have changed it.
 files=$(cd "$folder" && find . -type f ! -path ./qmake/ControlDevList.json -printf '%P\n' | LC_ALL=C sort)
 folders=$(cd "$folder" && find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort)
 windows_path() { printf '%s\n' "${1//\//\\}"; }
@@ -73,8 +95,8 @@ windows_path() { printf '%s\n' "${1//\//\\}"; }
         echo "RMDir \"\$INSTDIR\\$(windows_path "$inner")\""
     done < <(LC_ALL=C sort -r <<<"$folders")
 } >"$work/uninstall.nsh"
-# What the driver step unpacks: what installs the driver, the libraries that it names, and the driver package
-# where that is packed.
+# The files that the driver step unpacks: the program that installs the driver, its libraries, and the driver
+# package if it is included.
 driver_files=$(cd "$folder" && {
     pending=(quillmarsh-driver.exe)
     while [ "${#pending[@]}" -gt 0 ]; do
@@ -92,10 +114,14 @@ driver_files=$(cd "$folder" && {
 while IFS= read -r file; do
     echo "File \"/oname=\${DRIVER_FOLDER}\\$(windows_path "$file")\" \"$PWD/$folder/$file\""
 done <<<"$driver_files" >"$work/driver.nsh"
-has_driver=()
-[ ! -e "$folder/Artinchip_SoC.inf" ] || has_driver=(-DHAS_DRIVER)
-makensis -V2 -WX "${has_driver[@]}" "-DVERSION=$version" "-DLISTS=$PWD/$work" \
+options=()
+[ ! -e "$folder/Artinchip_SoC.inf" ] || options+=(-DHAS_DRIVER)
+[ "${#sign[@]}" -eq 0 ] || options+=("-DSIGN=$(printf '%q ' "${sign[@]}")")
+makensis -V2 -WX "${options[@]}" "-DVERSION=$version" "-DLISTS=$PWD/$work" \
     "-DICON=$PWD/resources/images/quillmarsh.ico" "-DPICTURE=$PWD/packaging/windows/finish.bmp" \
     "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
     packaging/windows/quillmarsh.nsi
+[ "${#sign[@]}" -eq 0 ] || "${sign[@]}" "build/packages/$name-setup.exe"
+scripts/check-spdx.sh "$list" "build/packages/$name.zip"
+scripts/check-spdx.sh "$list" "build/packages/$name-setup.exe" | tail -n 1
 ls -l "build/packages/$name".* "build/packages/$name-setup.exe"

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# The part of test.sh that runs below in-prefix.sh. Usage: run-tests.sh EXCLUSIONS [CTEST ARGUMENT...]
+# The part of test.sh that is run by in-prefix.sh. Usage: run-tests.sh EXCLUSIONS [CTEST ARGUMENT...]
 set -euo pipefail
 exclusions=$1
 shift
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# "NUMBER PROGRAM/TEST" of each test of a preset; the program is "script" where it is one.
+# Prints "NUMBER PROGRAM/TEST" for each test of a preset; for scripts the program is "script".
 tests_of() {
     ctest --preset "$1" --show-only --verbose | sed -nE '
         s/^[0-9]+: Test command: .*\/tests\/([A-Za-z0-9_-]+)(\.exe)?"?( .*)?$/\1/
@@ -28,7 +28,7 @@ tests_of mingw >"$work/windows.numbered"
 for system in linux windows; do
     cut -d ' ' -f 2- "$work/$system.numbered" | sort >"$work/$system"
 done
-# "PATTERN: reason" each; a pattern is for the whole of PROGRAM/TEST.
+# Lines "PATTERN: reason"; a pattern must match the whole of PROGRAM/TEST.
 grep -vE '^(#|$)' "$exclusions" >"$work/exclusions"
 sed -E 's/: .*//; s/.*/^(&)$/' "$work/exclusions" >"$work/patterns"
 sort -u "$work/linux" "$work/windows" | grep -Ef "$work/patterns" >"$work/excluded" || true
@@ -39,27 +39,27 @@ failed=0
 while IFS= read -r line; do
     count=$(grep -cE "^(${line%%: *})\$" "$work/excluded") || true
     printf '%5d  %s\n' "$count" "$line"
-    [ "$count" -gt 0 ] || { echo '       It stands for no test.' >&2; failed=1; }
+    [ "$count" -gt 0 ] || { echo '       It matches no test.' >&2; failed=1; }
 done <"$work/exclusions"
 if comm -23 "$work/linux" <(sort -u "$work/run" "$work/excluded") | grep .; then
-    echo 'These tests are neither in the Windows build nor named as left out.' >&2
+    echo 'These tests are neither in the Windows build nor excluded.' >&2
     failed=1
 fi
 echo "$(wc -l <"$work/run") tests to run, of $(wc -l <"$work/linux") on Linux; $(comm -13 "$work/linux" "$work/run" | wc -l) are for Windows alone."
 [ "$failed" -eq 0 ] || exit 1
 
-# By number, as ctest has no other way to be given so many.
+# Selected by number, because ctest has no other way to select so many tests.
 {
     printf '0,0,0'
     awk 'NR == FNR { run[$0]; next } { number = $1; sub(/^[0-9]+ /, ""); if ($0 in run) printf ",%s", number }' \
         "$work/run" "$work/windows.numbered"
     echo
 } >"$work/numbers"
-# Twice the processors: much of a test's time goes into waiting.
+# Twice as many jobs as processors, because tests mostly wait.
 status=0
 ctest --preset mingw --parallel "$((2 * $(nproc)))" --no-tests=error --tests-information "$work/numbers" "$@" 2>&1 |
     tee "$work/output" || status=$?
-# A skipped test is not one that has passed.
+# A skipped test has not passed.
 if grep -E '\*\*\*(Skipped|Not Run)' "$work/output"; then
     echo 'These tests did not run.' >&2
     exit 1

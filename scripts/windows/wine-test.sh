@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
-# Runs a Windows program as wine.sh does, and prints what it printed when it has ended. Whoever reads
-# that would otherwise wait for everybody who holds the stream, and of a console program that was
-# killed while it started, Wine leaves its console behind.
+# Runs a Windows program like wine.sh, and prints its output when it has ended. Otherwise the reader of the output
+# would wait for all processes that have the stream open, and Wine leaves a console process behind if a console
+# program is killed while it starts.
 set -euo pipefail
 output=$(mktemp)
 trap 'rm -f "$output"' EXIT
 status=0
 "$(dirname "$0")/wine.sh" "$@" </dev/null >"$output" 2>&1 || status=$?
-# Now and then, seen once in two thousand starts, it ends at once and without a word. A test that has
-# begun has said so, and is not run again.
+# In about one of two thousand starts the program ends at once without any output. A test that has started has
+# printed something and is not run again.
 if [ "$status" -ne 0 ] && [ ! -s "$output" ]; then
-    echo "The start came to nothing, with $status; once more."
+    echo "The program did not start (exit code $status); trying again."
     status=0
     "$(dirname "$0")/wine.sh" "$@" </dev/null >"$output" 2>&1 || status=$?
 fi

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Runs a Windows program here. Usage: scripts/windows/wine.sh LIBRARIES PROGRAM [ARGUMENT...]
-# LIBRARIES is the folder of its DLLs; the compiler's own are found by themselves. Run it below
-# in-prefix.sh, which gives it a Windows to run in.
+# Runs a Windows program under Wine. Usage: scripts/windows/wine.sh LIBRARIES PROGRAM [ARGUMENT...]
+# LIBRARIES is the folder of its DLLs; those of the compiler are found automatically. Run it with in-prefix.sh,
+# which provides a Wine prefix.
 set -euo pipefail
-[ -n "${WINEPREFIX:-}" ] || { echo "${0##*/}: no WINEPREFIX; run this below in-prefix.sh" >&2; exit 2; }
+[ -n "${WINEPREFIX:-}" ] || { echo "${0##*/}: no WINEPREFIX; run this with in-prefix.sh" >&2; exit 2; }
 folders=("$1" "$(dirname "$(x86_64-w64-mingw32-g++-posix -print-file-name=libstdc++-6.dll)")" /usr/x86_64-w64-mingw32/lib)
 shift
 

@@ -28,6 +28,11 @@ QByteArray hexDump(const QByteArray &bytes)
     return bytes.toHex().toUpper();
 }
 
+QByteArray usbNumber(int address)
+{
+    return QByteArray::number(usbMajor) + ':' + QByteArray::number(address - 1);
+}
+
 /// Makes umockdev create its testbed in /tmp if TMPDIR is too long. The testbed's sockets are deep in its
 /// folder, and the path of a socket has at most 107 bytes.
 void keepSocketNamesShort()
@@ -222,11 +227,16 @@ struct UmockdevBus::Private
         return QString();
     }
 
-    void removeDevice(const QByteArray &path) const
+    /// `number` is the major and minor number, empty for a device without one.
+    void removeDevice(const QByteArray &path, const QByteArray &number = QByteArray()) const
     {
         // The event comes first, because afterwards it would have no properties.
         umockdev_testbed_uevent(testbed, ("/sys" + path).constData(), "remove");
         umockdev_testbed_remove_device(testbed, ("/sys" + path).constData());
+        // The testbed leaves this link, and would fail to make it for the next device of the number:
+        // addresses come again after 127 devices.
+        if (!number.isEmpty())
+            unlink((root + "/sys/dev/char/" + number).constData());
     }
 };
 
@@ -245,6 +255,7 @@ UmockdevBus::UmockdevBus(bool rootHub) : d(std::make_unique<Private>())
     if (rootHub) {
         Device hub;
         hub.ids = {0x1D6B, 0x0002};
+        hub.deviceClass = 9;
         hub.product = QStringLiteral("Simulated host controller");
         Private::Shown shown;
         shown.usb = d->controller;
@@ -322,5 +333,5 @@ void UmockdevBus::remove(int id)
         d->removeDevice(path);
     for (const QByteArray &path : shown.interfaces)
         d->removeDevice(path);
-    d->removeDevice(shown.usb);
+    d->removeDevice(shown.usb, usbNumber(shown.address));
 }

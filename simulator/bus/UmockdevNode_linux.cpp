@@ -71,6 +71,13 @@ std::optional<ControlAnswer> answerTo(gulong request, const QByteArray &reportDe
     return std::nullopt;
 }
 
+/// Returns whether the kernel's hidraw hands a report of this size on: it wants an id and a byte at least.
+bool isReportSize(gsize bytes)
+{
+    constexpr gsize largest = 16384;
+    return bytes >= 2 && bytes <= largest;
+}
+
 } // namespace
 
 UmockdevNode::UmockdevNode(int device, int index, const QByteArray &reportDescriptor,
@@ -165,6 +172,10 @@ void UmockdevNode::written(UMockdevIoctlClient *client) const
         if (isStale(client) || !m_handler)
             return;
         const UMockdevIoctlData *bytes = umockdev_ioctl_client_get_arg(client);
+        if (!isReportSize(bytes->data_len)) {
+            answer.errorNumber = EINVAL;
+            return;
+        }
         answer = m_handler(m_device, m_index,
                            QByteArray(reinterpret_cast<const char *>(bytes->data), bytes->data_len));
     });

@@ -88,7 +88,7 @@ void FirmwareServer::accept()
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             for (ServerFault &fault : m_faults)
-                isRefused = (fault.isAtAccept() && fault.strikes({}, 0)) || isRefused;
+                isRefused = (fault.isAtAccept() && fault.registerRequest({}, 0)) || isRefused;
             if (!isRefused)
                 ++m_openConnections;
         }
@@ -118,7 +118,7 @@ ServerReply FirmwareServer::answer(const ServerRequest &request)
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_requests.append(request);
     for (ServerFault &fault : m_faults) {
-        if (!fault.isAtAccept() && fault.strikes(request, reply.fileSize))
+        if (!fault.isAtAccept() && fault.registerRequest(request, reply.fileSize))
             fault.apply(reply);
     }
     return reply;

@@ -173,7 +173,7 @@ bool ServerFault::isAtAccept() const
     return kinds[m_kind].apply == nullptr;
 }
 
-bool ServerFault::strikes(const ServerRequest &request, qint64 fileSize)
+bool ServerFault::registerRequest(const ServerRequest &request, qint64 fileSize)
 {
     if (!isAtAccept()) {
         const QRegularExpression pattern(

@@ -32,7 +32,7 @@ public:
     /// on the path.
     bool isAtAccept() const;
     /// Returns whether the fault affects this request or connection, and counts the request.
-    bool strikes(const ServerRequest &request, qint64 fileSize);
+    bool registerRequest(const ServerRequest &request, qint64 fileSize);
     /// Changes `reply` according to the fault.
     void apply(ServerReply &reply) const;
 

@@ -274,7 +274,7 @@ TEST(MainWindowLayoutTest, EveryWidgetHasAnObjectNameOfItsOwn)
     const MainWindowOnGround window(english());
     QSet<QString> names;
     for (const QWidget *widget : window.mainWidget->findChildren<QWidget *>()) {
-        // The toolkit names or leaves nameless what is inside its own widgets.
+        // Qt determines the names of the child widgets of its own widgets.
         const QString name = widget->objectName();
         if (name.isEmpty()) {
             const QByteArray type = widget->metaObject()->className();

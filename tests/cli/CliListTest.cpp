@@ -73,17 +73,6 @@ TEST_F(CliListTest, AnEmptyBusIsNoFailure)
     EXPECT_EQ(s.program.standardOutput(), QStringLiteral("没有连接已知的设备。\n"));
 }
 
-TEST_F(CliListTest, NoLibraryForWindowsIsLoaded)
-{
-    start({list, QStringLiteral("--watch")});
-    ASSERT_TRUE(waitUntilTold({QStringLiteral("DevMaa ready")}));
-    const QByteArray loaded =
-        WholeFile::read(QStringLiteral("/proc/%1/maps").arg(scenario().bus.programId()));
-    EXPECT_TRUE(loaded.contains("/libQt5Core.so"));
-    for (const char *library : {"/libQt5Gui.so", "/libQt5Widgets.so", "/libX11.so", "/libGL.so"})
-        EXPECT_FALSE(loaded.contains(library)) << library;
-}
-
 TEST_F(CliListTest, WatchingTellsOfDevicesThatComeAndGoUntilItIsInterrupted)
 {
     CliScenario &s = scenario();

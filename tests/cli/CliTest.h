@@ -16,6 +16,13 @@
 
 namespace CliCases {
 
+/// The system of the program under test; each test program has its own.
+std::unique_ptr<TargetSystem> programSystem();
+/// The signals that ask that program to end.
+QVector<int> endingSignals();
+/// The milliseconds in which it has to end after one of them, unless a device is being written.
+int leaveLimitMs();
+
 using StandinScript::script;
 using StandinScript::scriptFor;
 using StandinScript::step;
@@ -45,6 +52,8 @@ inline QString sumOf(const QByteArray &bytes)
 class CliTest : public testing::Test
 {
 protected:
+    CliTest() { dependsOnRealTime("the time limits of the program itself"); }
+
     void TearDown() override
     {
         if (!m_scenario)
@@ -63,10 +72,11 @@ protected:
                           << "\nerror: " << m_scenario->errorText().toStdString();
     }
 
-    CliScenario &scenario(const char *model = "DevMaa")
+    CliScenario &scenario(const char *model = "DevMaa", const QString &folderName = QString())
     {
         if (!m_scenario)
-            m_scenario = std::make_unique<CliScenario>(QString::fromLatin1(model));
+            m_scenario = std::make_unique<CliScenario>(QString::fromLatin1(model), CliCases::programSystem(),
+                                                       folderName);
         return *m_scenario;
     }
 

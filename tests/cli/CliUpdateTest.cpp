@@ -10,9 +10,12 @@ class CliUpdateTest : public CliTest
 protected:
     QString imageFile(const char *name, const QByteArray &bytes)
     {
-        const QString path = scenario().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
-        EXPECT_TRUE(WholeFile::write(path, bytes));
-        return path;
+        EXPECT_TRUE(WholeFile::write(onThisSystem(name), bytes));
+        return scenario().program.toProgramPath(onThisSystem(name));
+    }
+    QString onThisSystem(const char *name)
+    {
+        return scenario().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
     }
 
     const QByteArray m_bytes = QByteArray("an image of one's own \0 with a zero", 35).repeated(300);
@@ -149,7 +152,7 @@ TEST_F(CliUpdateTest, AFileIsWrittenWithoutAServer)
     EXPECT_EQ(run({update, QStringLiteral("--file"), image}), 0);
     expectSucceeded("resetting");
     EXPECT_EQ(s.burned(), m_bytes);
-    EXPECT_EQ(WholeFile::read(image), m_bytes) << "the user's file stays";
+    EXPECT_EQ(WholeFile::read(onThisSystem("mine.img")), m_bytes) << "the user's file stays";
     EXPECT_EQ(lastEvent().value(QLatin1String("sum")).toString(), sumOf(m_bytes));
 }
 

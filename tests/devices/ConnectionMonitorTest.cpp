@@ -22,7 +22,7 @@ namespace {
 class ConnectionMonitorTest : public testing::Test
 {
 protected:
-    /// One tick on the device that the tick before left, as the window does it.
+    /// Runs a tick on the device that the previous tick returned, as the window does.
     MonitorOutcome tick(const LaunchOptions &options = LaunchOptions())
     {
         MonitorOutcome outcome = monitor(options).tick(m_device);
@@ -113,7 +113,7 @@ TEST_F(ConnectionMonitorTest, WithoutTheListNoModelIsDetected)
                                                   QStringLiteral("Find deviceName: DevMaa")}));
 }
 
-TEST_F(ConnectionMonitorTest, TheListIsAskedOnEveryTickAlsoWithoutADeviceAndInTheAutomaticModes)
+TEST_F(ConnectionMonitorTest, TheListIsReadOnEveryTickEvenWithoutADeviceAndInTheAutomaticModes)
 {
     const QString line = QStringLiteral("Failed to open file: dev json.!");
     tick();
@@ -135,7 +135,7 @@ TEST_F(ConnectionMonitorTest, UnpluggingShowsNoDeviceOnTheNextTick)
     expectNoDevice();
 }
 
-TEST_F(ConnectionMonitorTest, ClearingLeavesFlagsAndHandle)
+TEST_F(ConnectionMonitorTest, ClearingKeepsFlagsAndHandle)
 {
     switchOn("DevMah");
     plug("DevMah");
@@ -151,7 +151,7 @@ TEST_F(ConnectionMonitorTest, ClearingLeavesFlagsAndHandle)
     EXPECT_NE(m_device.hidHandle, nullptr);
 }
 
-TEST_F(ConnectionMonitorTest, AnIapDevicePreparesThePanelAndHandsItsIdsOver)
+TEST_F(ConnectionMonitorTest, AnIapDevicePreparesThePanelAndPassesItsIds)
 {
     switchOn("DevMdq");
     plug("DevMdq");
@@ -164,7 +164,7 @@ TEST_F(ConnectionMonitorTest, AnIapDevicePreparesThePanelAndHandsItsIdsOver)
     EXPECT_EQ(m_device.iapFlag, 1);
 }
 
-TEST_F(ConnectionMonitorTest, AnIapDeviceThatIsSwitchedOffHandsItsIdsOverAllTheSame)
+TEST_F(ConnectionMonitorTest, AnIapDeviceThatIsSwitchedOffStillPassesItsIds)
 {
     plug("DevMdq");
     const MonitorOutcome outcome = tick();
@@ -173,7 +173,7 @@ TEST_F(ConnectionMonitorTest, AnIapDeviceThatIsSwitchedOffHandsItsIdsOverAllTheS
     EXPECT_TRUE(outcome.iapIds.has_value());
 }
 
-TEST_F(ConnectionMonitorTest, ADevMdhIsAnIapDeviceWhoseIdsAreNotHandedOver)
+TEST_F(ConnectionMonitorTest, DevMdhIsAnIapDeviceWhoseIdsAreNotPassed)
 {
     switchOn("DevMdh");
     plug("DevMdh");
@@ -183,7 +183,7 @@ TEST_F(ConnectionMonitorTest, ADevMdhIsAnIapDeviceWhoseIdsAreNotHandedOver)
     EXPECT_FALSE(outcome.iapIds.has_value());
 }
 
-TEST_F(ConnectionMonitorTest, ZN58ModePressesStartWithoutAskingTheList)
+TEST_F(ConnectionMonitorTest, ZN58ModePressesStartWithoutCheckingTheList)
 {
     plug("ZN58");
     const MonitorOutcome outcome = tick(zn58Mode());
@@ -292,7 +292,7 @@ TEST_F(ConnectionMonitorTest, OtherModelsOfTheSocsVendorAreNoBootloaders)
     EXPECT_EQ(m_device.name, QStringLiteral("DevMdm"));
 }
 
-TEST_F(ConnectionMonitorTest, TheBootloaderFlagFallsWithTheLastBootloader)
+TEST_F(ConnectionMonitorTest, TheBootloaderFlagIsClearedWithTheLastBootloader)
 {
     plugBootloader();
     EXPECT_TRUE(tick().bootloaderPresent);
@@ -300,7 +300,7 @@ TEST_F(ConnectionMonitorTest, TheBootloaderFlagFallsWithTheLastBootloader)
     EXPECT_FALSE(tick().bootloaderPresent);
 }
 
-TEST_F(ConnectionMonitorTest, AHidPathModelWhoseInterfaceIsMissingIsDetectedAllTheSame)
+TEST_F(ConnectionMonitorTest, AHidPathModelWhoseInterfaceIsMissingIsStillDetected)
 {
     switchOn("DevMah");
     plug("DevMah");
@@ -337,7 +337,7 @@ TEST_F(ConnectionMonitorTest, ATickWritesNoDescriptorsToTheUpdateLog)
     EXPECT_FALSE(QFile::exists(path("UPDLog.txt")));
 }
 
-TEST_F(ConnectionMonitorTest, AScanThatIsAskedToDumpsEveryDescriptorItLooksAt)
+TEST_F(ConnectionMonitorTest, AScanDumpsEveryExaminedDescriptorOnRequest)
 {
     m_usb.plug(0x1D6B, 2);
     plug("DevMaa");
@@ -347,7 +347,7 @@ TEST_F(ConnectionMonitorTest, AScanThatIsAskedToDumpsEveryDescriptorItLooksAt)
     EXPECT_EQ(WholeFile::read(path("UPDLog.txt")).count("get_device_descriptor.PID: "), 2);
 }
 
-TEST_F(ConnectionMonitorTest, AScanThatFindsNothingLeavesTheDevice)
+TEST_F(ConnectionMonitorTest, AScanThatFindsNothingDoesNotChangeTheDevice)
 {
     m_device.name = QStringLiteral("DevMaa");
     std::optional<IapIds> iapIds;

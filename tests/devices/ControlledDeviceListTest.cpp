@@ -46,7 +46,7 @@ protected:
     RecordedDebugStream m_debug;
 };
 
-TEST_F(ControlledDeviceListTest, LiesBelowTheApplicationFolder)
+TEST_F(ControlledDeviceListTest, IsBelowTheApplicationFolder)
 {
     EXPECT_EQ(path(QStringLiteral("/opt/tool")), QStringLiteral("/opt/tool/qmake/ControlDevList.json"));
 }
@@ -58,14 +58,14 @@ TEST_F(ControlledDeviceListTest, AListedModelThatIsOnIsOnAndLogged)
     EXPECT_TRUE(m_debug.lines().isEmpty());
 }
 
-TEST_F(ControlledDeviceListTest, AListedModelThatIsOffIsOffAndLoggedAllTheSame)
+TEST_F(ControlledDeviceListTest, AListedModelThatIsOffIsOffButStillLogged)
 {
     EXPECT_FALSE(parse(example, "DevMbr"));
     EXPECT_EQ(m_reporter.logLines(), QStringList{QStringLiteral("Find dev for json dev: DevMbr")});
     EXPECT_EQ(m_debug.lines(), QStringList{QStringLiteral("Device ID:DevMaa, Status:true")});
 }
 
-TEST_F(ControlledDeviceListTest, AModelThatIsNotListedIsOffAndGivesDebugLinesOnly)
+TEST_F(ControlledDeviceListTest, AModelThatIsNotListedIsOffAndOnlyWritesDebugLines)
 {
     EXPECT_FALSE(parse(example, "DevMcc"));
     EXPECT_TRUE(m_reporter.logLines().isEmpty());
@@ -88,7 +88,7 @@ TEST_F(ControlledDeviceListTest, OnlyTheFirstEntryOfAModelCounts)
 TEST_F(ControlledDeviceListTest, ElementsThatAreNoObjectsAreSkipped)
 {
     EXPECT_TRUE(parse(R"({"devices":[1,"A",null,["A"],{"id":"A","is_on":true}]})", "A"));
-    EXPECT_TRUE(m_debug.lines().isEmpty()) << "they leave no line either";
+    EXPECT_TRUE(m_debug.lines().isEmpty()) << "they cause no lines either";
 }
 
 TEST_F(ControlledDeviceListTest, AnEntryWithoutIsOnIsOff)
@@ -166,7 +166,7 @@ TEST_F(ControlledDeviceListTest, AnEmptyFileIsInvalidRatherThanMissing)
     EXPECT_EQ(m_reporter.logLines(), QStringList{QStringLiteral("Invalid JSON format!")});
 }
 
-TEST_F(ControlledDeviceListTest, AnEditOfTheFileCountsAtOnce)
+TEST_F(ControlledDeviceListTest, AChangeOfTheFileTakesEffectAtOnce)
 {
     write(R"({"devices":[{"id":"A","is_on":true}]})");
     EXPECT_TRUE(findDevForJson(listPath(), QStringLiteral("A"), m_reporter));
@@ -184,7 +184,7 @@ TEST_F(ControlledDeviceListTest, WriteTypesAreReadFromTheFile)
     EXPECT_EQ(m_debug.lines(), QStringList{QStringLiteral("InitUseWirteType...")});
 }
 
-TEST_F(ControlledDeviceListTest, AMissingFileLeavesTheWriteTypesAndOnlyTheDebugStreamTells)
+TEST_F(ControlledDeviceListTest, AMissingFileKeepsTheWriteTypesAndIsReportedOnTheDebugStreamOnly)
 {
     WriteType type;
     EXPECT_FALSE(readWriteType(listPath(), type));

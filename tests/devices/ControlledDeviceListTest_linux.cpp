@@ -12,7 +12,7 @@
 
 namespace {
 
-// Opening a pipe that nobody writes to would hold up the window for ever.
+// Opening a pipe to which nobody writes would block the window forever.
 TEST(ControlledDeviceListPipeTest, ANamedPipeOfThatNameCountsAsAFileThatCannotBeOpened)
 {
     const QTemporaryDir folder;

@@ -69,7 +69,7 @@ TEST(DescriptorDumpTest, TheFileGetsDecimalFieldsAndFortyOneHyphens)
                   "-----------------------------------------\n");
 }
 
-TEST(DescriptorDumpTest, TheFileIsOnlyAddedTo)
+TEST(DescriptorDumpTest, TheFileIsOnlyAppendedTo)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("UPDLog.txt"));

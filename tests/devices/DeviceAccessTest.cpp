@@ -15,7 +15,7 @@ protected:
     }};
 };
 
-TEST_F(DeviceAccessTest, ARefusedDeviceThatWasThereFromTheStartIsToldAtOnceWithTheRuleToInstall)
+TEST_F(DeviceAccessTest, ARefusedDeviceThatIsConnectedAtStartIsReportedAtOnceWithTheRulesToInstall)
 {
     m_refused = QStringLiteral("/dev/hidraw3");
     const QString hint = m_access.checkSettled();
@@ -24,14 +24,14 @@ TEST_F(DeviceAccessTest, ARefusedDeviceThatWasThereFromTheStartIsToldAtOnceWithT
     EXPECT_TRUE(hint.contains(QStringLiteral("/etc/udev/rules.d")));
 }
 
-TEST_F(DeviceAccessTest, WithoutARefusedDeviceNothingIsTold)
+TEST_F(DeviceAccessTest, WithoutARefusedDeviceNothingIsReported)
 {
     EXPECT_EQ(m_access.checkSettled(), QString());
     EXPECT_EQ(m_access.check(), QString());
     EXPECT_EQ(m_access.check(), QString());
 }
 
-TEST_F(DeviceAccessTest, ADeviceThatIsGivenAccessAMomentAfterItCameIsNotToldOf)
+TEST_F(DeviceAccessTest, ADeviceThatBecomesAccessibleShortlyAfterItAppearsIsNotReported)
 {
     EXPECT_EQ(m_access.checkSettled(), QString());
     m_refused = QStringLiteral("/dev/hidraw3");
@@ -42,14 +42,14 @@ TEST_F(DeviceAccessTest, ADeviceThatIsGivenAccessAMomentAfterItCameIsNotToldOf)
     EXPECT_EQ(m_access.check(), QString());
 }
 
-TEST_F(DeviceAccessTest, ADeviceThatIsStillRefusedAtTheSecondLookIsToldOf)
+TEST_F(DeviceAccessTest, ADeviceThatIsStillRefusedAtTheSecondCheckIsReported)
 {
     m_refused = QStringLiteral("/dev/bus/usb/001/004");
     EXPECT_EQ(m_access.check(), QString());
     EXPECT_TRUE(m_access.check().contains(m_refused));
 }
 
-TEST_F(DeviceAccessTest, ItIsToldOnceInARun)
+TEST_F(DeviceAccessTest, OnlyOneHintIsGivenInARun)
 {
     m_refused = QStringLiteral("/dev/hidraw3");
     EXPECT_NE(m_access.checkSettled(), QString());

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A "sys" of a test's own, laid out like the kernel's.
+/// A folder with the same structure as the kernel's "sys".
 class DeviceFilesTest : public testing::Test
 {
 protected:
@@ -33,7 +33,7 @@ protected:
     QTemporaryDir m_root;
 };
 
-TEST_F(DeviceFilesTest, UsbDevicesAreFoundByBusAndDeviceNumberAndInterfacesPassedOver)
+TEST_F(DeviceFilesTest, UsbDevicesAreFoundByBusAndDeviceNumberAndInterfacesAreSkipped)
 {
     write("sys/bus/usb/devices/1-1/idVendor", "33c3\n");
     write("sys/bus/usb/devices/1-1/idProduct", "8899\n");
@@ -56,7 +56,7 @@ TEST_F(DeviceFilesTest, HidInterfacesAreFoundByTheIdsOfTheirDevice)
     EXPECT_EQ(found(), (QStringList{QStringLiteral("/dev/hidraw0 f102:a002")}));
 }
 
-TEST_F(DeviceFilesTest, WithoutDevicesThereAreNone)
+TEST_F(DeviceFilesTest, WithoutDevicesThereAreNoFiles)
 {
     EXPECT_TRUE(found().isEmpty());
 }

@@ -5,14 +5,14 @@
 
 #include <QString>
 
-/// The table's row of that number, counted from 1 as in ModelIds.inc.
+/// Returns a row of the table by its number, counted from 1 as in ModelIds.inc.
 inline const ModelRow &modelRow(int row)
 {
     static const ModelTable table;
     return table.rows().at(row - 1);
 }
 
-/// The first row with that name.
+/// Returns the first row with this name.
 inline const ModelRow &model(const char *name)
 {
     static const ModelTable table;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The table as it was agreed upon, written down a second time so that a slip in the first shows.
+/// A second copy of the required table, so that a mistake in the first one is noticed.
 struct ExpectedModel
 {
     int row;

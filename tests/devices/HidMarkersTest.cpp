@@ -44,7 +44,7 @@ TEST(HidMarkersTest, NeighboursWithTheSamePathAreCollectionsOfOneInterface)
                            QStringLiteral("MI_01&Col04"), QStringLiteral("MI_00&Col01")}));
 }
 
-TEST(HidMarkersTest, InterfacesWithoutAPathAreNotTakenForOne)
+TEST(HidMarkersTest, InterfacesWithoutAPathAreNotTreatedAsOne)
 {
     EXPECT_EQ(markersOf({entry(nullptr, 0), entry(nullptr, 1)}),
               (QStringList{QStringLiteral("MI_00&Col01"), QStringLiteral("MI_01&Col01")}));
@@ -70,7 +70,7 @@ TEST(HidMarkersTest, TopLevelCollectionsAreCountedWithoutTheNestedOnes)
         << "long item";
 }
 
-TEST(HidMarkersTest, ADescriptorThatMakesNoSenseIsSurvived)
+TEST(HidMarkersTest, AMalformedDescriptorDoesNoHarm)
 {
     EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray()), 0);
     EXPECT_EQ(HidMarkers::topLevelCollections(QByteArray::fromHex("fe")), 0);

@@ -79,7 +79,7 @@ TEST_F(HidScanTest, ADevMahWhoseMi00PathIsInLowerCaseIsStillFound)
     EXPECT_NE(m_device.hidHandle, nullptr);
 }
 
-TEST_F(HidScanTest, EachListLooksForItsOwnMarkerOnly)
+TEST_F(HidScanTest, ModelsOfEachListAreFoundByTheirOwnMarkerOnly)
 {
     choose("DevMcw");
     add("DevMcw", "MI_00");
@@ -109,7 +109,7 @@ TEST_F(HidScanTest, InterfacesOfOtherDevicesAreSkipped)
     m_port.add(m_device.vendorId + 1, m_device.productId, "MI_00#vendor");
     scan();
     expectNothingOpened();
-    EXPECT_EQ(logFile().count('\n'), 3) << "they are listed all the same";
+    EXPECT_EQ(logFile().count('\n'), 3) << "they are listed anyway";
 }
 
 TEST_F(HidScanTest, AModelInNeitherListOpensNothing)
@@ -121,7 +121,7 @@ TEST_F(HidScanTest, AModelInNeitherListOpensNothing)
     EXPECT_TRUE(m_debug.lines().filter(QStringLiteral("duoDevstr")).isEmpty());
 }
 
-TEST_F(HidScanTest, AnInterfaceThatCannotBeOpenedIsPassedOver)
+TEST_F(HidScanTest, AnInterfaceThatCannotBeOpenedIsSkipped)
 {
     choose("DevMah");
     add("DevMah", "MI_00#first");
@@ -132,7 +132,7 @@ TEST_F(HidScanTest, AnInterfaceThatCannotBeOpenedIsPassedOver)
     EXPECT_EQ(m_reporter.logLines(), QStringList{mi00Found});
 }
 
-TEST_F(HidScanTest, AnInterfaceWithoutAPathIsPassedOverEvenWithTheRightPosition)
+TEST_F(HidScanTest, AnInterfaceWithoutAPathIsSkippedEvenIfItsPositionMatches)
 {
     choose("DevMah");
     add("DevMah", nullptr, "MI_00&Col01");
@@ -149,7 +149,7 @@ TEST_F(HidScanTest, AnEmptyEnumerationIsLoggedOnce)
     EXPECT_EQ(logFile(), "(no file)");
 }
 
-TEST_F(HidScanTest, AnEarlierHandleStaysWhenNothingIsFound)
+TEST_F(HidScanTest, AnEarlierHandleIsKeptWhenNothingIsFound)
 {
     choose("DevMah");
     add("DevMah", "MI_00");
@@ -162,7 +162,7 @@ TEST_F(HidScanTest, AnEarlierHandleStaysWhenNothingIsFound)
     EXPECT_EQ(m_port.openPaths().size(), 1);
 }
 
-TEST_F(HidScanTest, RepeatedScansDoNotPileUpHandles)
+TEST_F(HidScanTest, RepeatedScansDoNotAccumulateHandles)
 {
     choose("DevMah");
     add("DevMah", "MI_00");
@@ -172,7 +172,7 @@ TEST_F(HidScanTest, RepeatedScansDoNotPileUpHandles)
     EXPECT_EQ(m_port.openPaths().size(), 1);
 }
 
-TEST_F(HidScanTest, AHandleThatSomebodyWritesToStaysOpenWhenItIsReplaced)
+TEST_F(HidScanTest, AHandleInUseStaysOpenWhenItIsReplaced)
 {
     choose("DevMah");
     add("DevMah", "MI_00");
@@ -197,7 +197,7 @@ TEST_F(HidScanTest, EachInterfaceAddsALineToTheLogWithNoBlankBetweenPathAndItsVa
                                             QStringLiteral("Found device: VID: 2 PID: 3 Path: two")}));
 }
 
-TEST_F(HidScanTest, TheLogIsOnlyAddedTo)
+TEST_F(HidScanTest, TheLogIsOnlyAppendedTo)
 {
     choose("DevMah");
     m_port.add(1, 2, "one");
@@ -216,7 +216,7 @@ TEST_F(HidScanTest, AnInterfaceThatIsOpenedEndsTheScanAndTheLines)
     EXPECT_EQ(m_debug.lines().last(), QStringLiteral("duoDevstr: MI_00"));
 }
 
-TEST_F(HidScanTest, ALogThatCannotBeOpenedCostsAWarningAndTheScanGoesOn)
+TEST_F(HidScanTest, ALogThatCannotBeOpenedCausesAWarningAndTheScanContinues)
 {
     choose("DevMah");
     add("DevMah", "MI_00");
@@ -225,7 +225,7 @@ TEST_F(HidScanTest, ALogThatCannotBeOpenedCostsAWarningAndTheScanGoesOn)
     EXPECT_NE(m_device.hidHandle, nullptr);
 }
 
-TEST_F(HidScanTest, TheFixedTextsNameModelsThatTheListsDoNot)
+TEST_F(HidScanTest, TheLoggedTextsNameModelsThatAreNotInTheLists)
 {
     choose("DevMcw");
     add("DevMcw", "Col04");

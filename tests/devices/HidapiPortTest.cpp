@@ -1,5 +1,4 @@
-// What the port asks of hidapi. This program has a hidapi of its own, which is linked in place of the real
-// one.
+// Tests how the port uses hidapi. This program is linked with a fake hidapi instead of the real one.
 #include "devices/HidPort.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +26,7 @@ struct FakeHidapi
     std::atomic<int> overlaps{0};
     std::atomic<int> calls{0};
     std::atomic<int> open{0};
-    /// As in the real library: of the last call that concerned no open device.
+    /// As in the real library, the result of the last call that did not concern an open device.
     std::wstring text = L"Success";
 };
 
@@ -37,7 +36,7 @@ FakeHidapi &library()
     return fake;
 }
 
-/// Stays in the library for long enough to be met there.
+/// A call that takes long enough to overlap with another one.
 class Visit
 {
 public:
@@ -117,7 +116,7 @@ protected:
     std::unique_ptr<HidPort> m_port = makeHidapiPort();
 };
 
-TEST_F(HidapiPortTest, OneThreadAtATimeIsInTheLibrary)
+TEST_F(HidapiPortTest, CallsFromSeveralThreadsAreSerialised)
 {
     const std::vector<std::function<void()>> visitors{
         [this] { m_port->enumerate(); },
@@ -127,7 +126,7 @@ TEST_F(HidapiPortTest, OneThreadAtATimeIsInTheLibrary)
             device->write("report");
             EXPECT_EQ(device->errorText(), QStringLiteral("of the device"));
         },
-        // A port of its own is no library of its own.
+        // A separate port still uses the same library.
         [] { makeHidapiPort()->openPath("there"); },
         [this] { m_port->openPath("gone"); },
     };
@@ -156,7 +155,7 @@ TEST_F(HidapiPortTest, ADeviceThatOutlivesItsPortIsClosed)
     EXPECT_EQ(library().open, 0);
 }
 
-TEST_F(HidapiPortTest, TheErrorTextIsThatOfTheLastOpenThatFailedWhateverWentWellSince)
+TEST_F(HidapiPortTest, TheErrorTextOfTheLastFailedOpenIsKeptAfterSuccessfulCalls)
 {
     EXPECT_EQ(m_port->openErrorText(), QString());
     EXPECT_TRUE(m_port->open(1, 2));

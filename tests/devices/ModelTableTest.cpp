@@ -121,7 +121,7 @@ TEST(ModelTableTest, TheLastRowHasTheBootloadersIds)
     EXPECT_EQ(modelRow(100).productId, Bootloader::productId);
 }
 
-TEST(ModelListsTest, TheThreeListsHoldTheirModels)
+TEST(ModelListsTest, TheThreeListsContainTheirModels)
 {
     EXPECT_EQ(sorted(ModelLists::col04), sortedWords("DevMar DevMcb DevMce DevMcc DevMbs DevMbr DevMcw"));
     EXPECT_EQ(sorted(ModelLists::mi00),
@@ -141,7 +141,7 @@ TEST(ModelListsTest, TheHandOverListIsTheIapRowsWithoutDevMdh)
     }
 }
 
-TEST(ModelListsTest, TwentyFiveModelsAreReachedByAPath)
+TEST(ModelListsTest, TwentyFiveModelsAreFoundByTheirPath)
 {
     const ModelTable table;
     int count = 0;
@@ -153,7 +153,7 @@ TEST(ModelListsTest, TwentyFiveModelsAreReachedByAPath)
     EXPECT_EQ(count, 25);
 }
 
-TEST(ModelListsTest, NamesCompareWholeAndCaseSensitively)
+TEST(ModelListsTest, WholeNamesAreComparedCaseSensitively)
 {
     EXPECT_TRUE(ModelLists::isMi00(QStringLiteral("DevMah")));
     EXPECT_FALSE(ModelLists::isMi00(QStringLiteral("devmah")));

@@ -24,7 +24,7 @@ QString rules()
 /// Vendor and product id.
 using Ids = QPair<quint32, quint32>;
 
-/// The ids in the lines that match `pattern` as a whole.
+/// Returns the ids in the lines that match the whole `pattern`.
 QSet<Ids> idsIn(const QString &pattern)
 {
     QSet<Ids> ids;
@@ -47,7 +47,7 @@ QSet<Ids> idsOfTheTable()
     return ids;
 }
 
-// udev compares as text: in small letters in the one place and in capitals in the other.
+// udev compares ids as text: USB ids in lower case, HID ids in upper case.
 
 const QString usbLine =
     QStringLiteral(R"_(SUBSYSTEM=="usb", ENV\{DEVTYPE\}=="usb_device", )_"
@@ -76,7 +76,7 @@ TEST(UdevRulesTest, NoOtherLineGivesAccess)
         EXPECT_TRUE(usb.match(line).hasMatch() || hid.match(line).hasMatch()) << line.toStdString();
 }
 
-TEST(UdevRulesTest, TheRulesAreWhatTheScriptMakesOfTheModelIdsToday)
+TEST(UdevRulesTest, TheRulesAreUpToDateWithTheModelIds)
 {
     QProcess script;
     script.start(folder + QStringLiteral("make-udev-rules.sh"), QStringList());

@@ -40,10 +40,10 @@ TEST_F(UsbScanTest, TheFirstSupportedDeviceOnTheBusIsChosenWhateverTheTableOrder
     const UsbScanResult result = scan();
     EXPECT_TRUE(result.found);
     EXPECT_EQ(result.device.name, QStringLiteral("DevMct"));
-    EXPECT_EQ(result.examined, 2) << "later devices are not looked at";
+    EXPECT_EQ(result.examined, 2) << "later devices are not examined";
 }
 
-TEST_F(UsbScanTest, NothingOnTheBusFindsNothingAndLeavesTheDevice)
+TEST_F(UsbScanTest, AnEmptyBusFindsNothingAndDoesNotChangeTheDevice)
 {
     const UsbScanResult result = scan();
     EXPECT_FALSE(result.found);
@@ -51,7 +51,7 @@ TEST_F(UsbScanTest, NothingOnTheBusFindsNothingAndLeavesTheDevice)
     EXPECT_EQ(result.examined, 0);
 }
 
-TEST_F(UsbScanTest, AnErrorOfTheListingFindsNothing)
+TEST_F(UsbScanTest, AListingErrorFindsNothing)
 {
     m_bus.failWith(LIBUSB_ERROR_NO_MEM);
     EXPECT_FALSE(scan().found);
@@ -67,7 +67,7 @@ TEST_F(UsbScanTest, UnknownDevicesFindNothing)
     EXPECT_FALSE(result.hidScanWanted || result.iapIds.has_value());
 }
 
-TEST_F(UsbScanTest, NormalModeTakesNameIdsAndFlagsOfEveryModel)
+TEST_F(UsbScanTest, NormalModeCopiesNameIdsAndFlagsOfEveryModel)
 {
     for (int number = 1; number <= 100; ++number) {
         const ModelRow &row = modelRow(number);
@@ -96,7 +96,7 @@ TEST_F(UsbScanTest, AHandOverModelPassesItsIdsToTheIapPanel)
     EXPECT_EQ(result.iapIds->productId, model("DevMdu").productId);
 }
 
-TEST_F(UsbScanTest, ANormalModeDevMdhIsChosenButItsIdsAreNotPassedToTheIapPanel)
+TEST_F(UsbScanTest, InNormalModeDevMdhIsChosenButItsIdsAreNotPassedToTheIapPanel)
 {
     plug("DevMdh");
     const UsbScanResult result = scan();
@@ -125,7 +125,7 @@ TEST_F(UsbScanTest, InZn58ModeADeviceWithAnotherModelsIdsIsIgnored)
     EXPECT_FALSE(scan(zn58Mode()).found);
 }
 
-TEST_F(UsbScanTest, ATessilonixRunChoosesOnlyTheWantedModelAndDoesNotCopyTheIapFlag)
+TEST_F(UsbScanTest, InTessilonixModeOnlyTheWantedModelIsChosenAndTheIapFlagIsNotCopied)
 {
     plug("DevMaa");
     plug("DevMdq");
@@ -133,11 +133,11 @@ TEST_F(UsbScanTest, ATessilonixRunChoosesOnlyTheWantedModelAndDoesNotCopyTheIapF
     EXPECT_EQ(result.device.name, QStringLiteral("DevMdq"));
     EXPECT_EQ(result.device.iapFlag, 7);
     EXPECT_EQ(result.device.hidPathFlag, 0);
-    EXPECT_FALSE(result.iapIds.has_value()) << "nor are the ids handed over";
+    EXPECT_FALSE(result.iapIds.has_value()) << "the ids are not passed either";
     EXPECT_FALSE(scan(tessilonixMode("DevMbr")).found);
 }
 
-TEST_F(UsbScanTest, ATessilonixRunLooksForTheInterfaceOfAHidPathModel)
+TEST_F(UsbScanTest, InTessilonixModeTheInterfaceOfAHidPathModelIsSearchedFor)
 {
     plug("DevMbr");
     const UsbScanResult result = scan(tessilonixMode("DevMbr"));

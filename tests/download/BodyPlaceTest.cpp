@@ -15,7 +15,7 @@ struct Case
     qint64 position, wantedEnd, usableEnd;
 };
 
-TEST(BodyPlaceTest, ABodyBelongsWhereItsHeadSaysAndGoesNoFurther)
+TEST(BodyPlaceTest, ThePlaceOfABodyFollowsFromItsHeaders)
 {
     const Case cases[] = {
         {"the whole file", 200, "", {}, 0, 0, 0, 0},

@@ -22,7 +22,7 @@ TEST_F(DiskFullTest, AMergeOntoAFullDiskFails)
               QStringList{QStringLiteral("Could not write target file: /dev/full")});
 }
 
-TEST_F(DiskFullTest, AMergeOntoAFullDiskIsToldWithItsReason)
+TEST_F(DiskFullTest, AMergeOntoAFullDiskIsReportedWithItsReason)
 {
     ASSERT_TRUE(QFile::link(fullDisk, m_worker.savePath));
     EXPECT_FALSE(run());
@@ -53,7 +53,7 @@ TEST_F(DiskFullTest, ASegmentThatGaveUpOnAFullDiskIsLoggedWithItsReason)
         hurry();
         if (m_worker.segments.size() == 10 && m_worker.segments.at(3)->hasGivenUp() &&
             !m_reporter.logLines().filter(QStringLiteral("gave up")).isEmpty())
-            m_clock.leave();
+            m_clock.shutDown();
     };
     EXPECT_FALSE(run());
     const QStringList told = m_reporter.logLines().filter(QStringLiteral("gave up"));

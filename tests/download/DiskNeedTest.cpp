@@ -6,14 +6,14 @@
 
 namespace {
 
-TEST(DiskNeedTest, PartsAndFileAreThereAtOnceAndWhatIsOnDiskIsNotNeededAgain)
+TEST(DiskNeedTest, PartsAndFileNeedSpaceAtTheSameTimeAndBytesOnDiskAreSubtracted)
 {
     EXPECT_EQ(bytesToReserve(1000, 0), 2000);
     EXPECT_EQ(bytesToReserve(1000, 300), 1700);
     EXPECT_EQ(bytesToReserve(1000, 2500), -500);
 }
 
-TEST(DiskNeedTest, ASizeThatCannotBeDoubledNeedsAllThereCouldBe)
+TEST(DiskNeedTest, ASizeThatCannotBeDoubledNeedsTheLargestNumber)
 {
     constexpr qint64 largest = std::numeric_limits<qint64>::max();
     EXPECT_EQ(bytesToReserve(largest, 0), largest);

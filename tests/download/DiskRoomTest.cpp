@@ -4,7 +4,7 @@
 
 namespace {
 
-/// What becomes of a download that cannot be stored.
+/// Downloads that cannot be stored.
 class DiskRoomTest : public SegmentedTest
 {
 protected:
@@ -14,14 +14,14 @@ protected:
     }
 };
 
-TEST_F(DiskRoomTest, AFileThatCannotBeStoredIsReportedOnceAndFetchedWhenItCanBe)
+TEST_F(DiskRoomTest, AFileThatCannotBeStoredIsReportedOnceAndDownloadedAsSoonAsItCanBe)
 {
     const QString folder = local("later");
     m_worker.savePath = folder + QStringLiteral("/dev.img");
     std::atomic<int> rounds{0};
     m_clock.onSleep = [&] {
         hurry();
-        // Well before the retries are used up: each round has time for one at the most.
+        // Well before the retries are used up: there is at most one in each round.
         if (++rounds >= 8 && !toldThatItCannotBeStored().isEmpty())
             QDir().mkpath(folder);
     };

@@ -16,12 +16,12 @@ TEST(DownloadProgressTest, ThePercentageIsRoundedHalfAwayFromZero)
     EXPECT_EQ(roundedPercent(1000, 1000), 100);
 }
 
-TEST(DownloadProgressTest, EarlierRunsTakeThePercentageAbove100)
+TEST(DownloadProgressTest, BytesOfEarlierRunsRaiseThePercentageAbove100)
 {
     EXPECT_EQ(roundedPercent(2000, 1000), 200);
 }
 
-TEST(DownloadProgressTest, APercentageThatNoBarCanShowIsTheLargest)
+TEST(DownloadProgressTest, APercentageBeyondTheBarsRangeIsLimited)
 {
     EXPECT_EQ(barValue(42.0), 42);
     EXPECT_EQ(barValue(roundedPercent(Q_INT64_C(30000000000), 1)), std::numeric_limits<int>::max());
@@ -40,7 +40,7 @@ TEST(DownloadProgressTest, TheManifestsPercentageIsTruncatedAndWithoutBlanks)
     EXPECT_EQ(receivedLine(Q_INT64_C(4000000000), Q_INT64_C(8000000000)), QStringLiteral("Progress:50%"));
 }
 
-TEST(DownloadProgressTest, AnUnknownSizeGivesTheBytesInstead)
+TEST(DownloadProgressTest, WithAnUnknownSizeTheBytesAreShown)
 {
     EXPECT_EQ(receivedLine(2048, -1), QStringLiteral("Received:2048bytes"));
     EXPECT_EQ(receivedLine(2048, 0), QStringLiteral("Received:2048bytes"));

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-/// Bytes that look like nothing else of the same file.
+/// Returns bytes in which no two parts are equal.
 inline QByteArray someBytes(int size)
 {
     QRandomGenerator generator(quint32(size) + 1);
@@ -27,7 +27,8 @@ inline QByteArray someBytes(int size)
     return bytes;
 }
 
-/// "signal name(types)" or "slot name(types)" for each entry of a class of its own, in order.
+/// Returns "signal name(types)" or "slot name(types)" for each entry that the class itself declares, in
+/// order.
 inline std::vector<std::string> entriesOf(const QMetaObject &type)
 {
     std::vector<std::string> entries;
@@ -65,7 +66,7 @@ protected:
         write(m_served.path() + path, content);
         return m_server.url(path);
     }
-    /// Where a download may go.
+    /// Returns the path of a file in the download folder.
     QString local(const char *name) const { return m_local.filePath(QString::fromUtf8(name)); }
 
     static void write(const QString &path, const QByteArray &content)
@@ -82,7 +83,7 @@ protected:
         return ranges;
     }
 
-    /// Processes events for a while, for what must not happen.
+    /// Processes events for a while, to show that something does not happen.
     static void pumpFor(int milliseconds)
     {
         QElapsedTimer timer;

@@ -36,7 +36,7 @@ protected:
     FileDownloaderHTTP m_downloader{nullptr, &m_reporter};
 };
 
-TEST_F(FileDownloaderHTTPTest, SignalAndSlotsStandInTheirOrderAndNothingElse)
+TEST_F(FileDownloaderHTTPTest, TheSignalAndTheSlotsAreDeclaredInOrderAndThereAreNoOthers)
 {
     EXPECT_EQ(entriesOf(FileDownloaderHTTP::staticMetaObject),
               (std::vector<std::string>{"signal sigDownloadFile(QString,QString)", "slot onReadyRead()",
@@ -45,7 +45,7 @@ TEST_F(FileDownloaderHTTPTest, SignalAndSlotsStandInTheirOrderAndNothingElse)
                                         "slot onError(QNetworkReply::NetworkError)"}));
 }
 
-TEST_F(FileDownloaderHTTPTest, AFileIsFetchedAndToldInPercent)
+TEST_F(FileDownloaderHTTPTest, AFileIsDownloadedAndItsProgressIsLoggedInPercent)
 {
     start();
     ASSERT_TRUE(processEventsUntil([&] { return m_downloader.succeeded.load(); }));
@@ -58,7 +58,7 @@ TEST_F(FileDownloaderHTTPTest, AFileIsFetchedAndToldInPercent)
     EXPECT_GE(m_messages.countBeginning(QStringLiteral("Progress: 100 %")), 1);
 }
 
-TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
+TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreLoggedInstead)
 {
     fault("chunked");
     fault("slow-drip:bytes=5000,ms=150");
@@ -69,7 +69,7 @@ TEST_F(FileDownloaderHTTPTest, WithoutAContentLengthTheBytesAreToldInstead)
     EXPECT_FALSE(m_reporter.logLines().filter(received).isEmpty());
     const QRegularExpression toldReceived(QStringLiteral("^Received: [1-9][0-9]* bytes$"));
     EXPECT_FALSE(m_messages.lines().filter(toldReceived).isEmpty());
-    // At the end the toolkit knows the size after all.
+    // At the end Qt does know the size.
     EXPECT_EQ(countLines(QStringLiteral("Progress:")), countLines(QStringLiteral("Progress:100%")));
 }
 
@@ -99,7 +99,7 @@ TEST_F(FileDownloaderHTTPTest, AnInvalidAddressIsRefusedWithoutARequest)
     EXPECT_FALSE(m_downloader.succeeded);
 }
 
-TEST_F(FileDownloaderHTTPTest, AFileThatCannotBeOpenedIsToldAndNothingIsAsked)
+TEST_F(FileDownloaderHTTPTest, AFileThatCannotBeOpenedIsReportedAndNothingIsRequested)
 {
     const QString path = local("missing/dev.jn");
     emit m_downloader.sigDownloadFile(m_url, path);
@@ -115,7 +115,7 @@ TEST_F(FileDownloaderHTTPTest, AFileThatCannotBeOpenedIsToldAndNothingIsAsked)
     EXPECT_FALSE(m_downloader.succeeded);
 }
 
-TEST_F(FileDownloaderHTTPTest, AnErrorRemovesTheFileAndIsTold)
+TEST_F(FileDownloaderHTTPTest, AnErrorRemovesTheFileAndIsReported)
 {
     fault("404");
     start();
@@ -148,7 +148,7 @@ TEST_F(FileDownloaderHTTPTest, AConnectionThatBreaksIsNoSuccess)
 
 TEST_F(FileDownloaderHTTPTest, AResetConnectionIsNoSuccess)
 {
-    // The toolkit loses some resets; the caller's limit then ends the wait.
+    // Qt misses some resets; the wait then ends with the caller's time limit.
     fault("reset-after:bytes=10000");
     start();
     processEventsUntil([&] { return countLines(QStringLiteral("Download finished")) > 0; }, 500);
@@ -168,7 +168,7 @@ TEST_F(FileDownloaderHTTPTest, ARedirectIsFollowed)
     EXPECT_EQ(read(m_path), m_content);
 }
 
-TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNeitherFileNorLines)
+TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNoFileAndLogsNothing)
 {
     fault("stall-after:bytes=5000");
     start();
@@ -182,7 +182,7 @@ TEST_F(FileDownloaderHTTPTest, AnAbandonedRequestLeavesNeitherFileNorLines)
     EXPECT_FALSE(m_downloader.succeeded);
 }
 
-TEST_F(FileDownloaderHTTPTest, ARequestAfterAnAbandonedOneIsWholeAndItsOwn)
+TEST_F(FileDownloaderHTTPTest, ARequestAfterAnAbandonedOneIsComplete)
 {
     fault("slow-drip:bytes=1000,ms=10,times=1");
     start();
@@ -195,7 +195,7 @@ TEST_F(FileDownloaderHTTPTest, ARequestAfterAnAbandonedOneIsWholeAndItsOwn)
     EXPECT_EQ(countLines(QStringLiteral("Download finished")), 1);
 }
 
-TEST_F(FileDownloaderHTTPTest, ANewRequestDropsOneThatStillRuns)
+TEST_F(FileDownloaderHTTPTest, ANewRequestAbortsARunningOne)
 {
     fault("stall-after:bytes=5000,times=1");
     start();

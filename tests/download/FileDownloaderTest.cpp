@@ -14,7 +14,7 @@ class FileDownloaderTest : public DownloadTest
 protected:
     FileDownloaderTest() { serve(QStringLiteral("/image.bin"), m_content); }
 
-    /// A downloader of bytes [start, end) with retries that do not keep the test waiting.
+    /// Creates a downloader of bytes [start, end) with a short retry delay.
     std::unique_ptr<FileDownloader> make(qint64 start, qint64 end, const QString &path)
     {
         auto downloader = std::make_unique<FileDownloader>(server().url(QStringLiteral("/image.bin")), path);
@@ -41,7 +41,7 @@ protected:
     const QString m_path = local("part");
 };
 
-TEST_F(FileDownloaderTest, TheSlotsStandInTheirOrderAndNothingElse)
+TEST_F(FileDownloaderTest, TheSlotsAreDeclaredInOrderAndThereAreNoOthers)
 {
     EXPECT_EQ(entriesOf(FileDownloader::staticMetaObject),
               (std::vector<std::string>{
@@ -50,7 +50,7 @@ TEST_F(FileDownloaderTest, TheSlotsStandInTheirOrderAndNothingElse)
                   "slot onErrorOccurred(QNetworkReply::NetworkError)", "slot pause()", "slot resume()"}));
 }
 
-TEST_F(FileDownloaderTest, ANewOneRunsWith20RetriesASecondApart)
+TEST_F(FileDownloaderTest, ANewDownloaderHas20RetriesASecondApart)
 {
     const FileDownloader downloader(QUrl(), m_path);
     EXPECT_EQ(downloader.state, 0);
@@ -81,7 +81,7 @@ TEST_F(FileDownloaderTest, EndZeroAndNoLocalFileIsAPlainGetOfTheWholeFile)
     EXPECT_GE(messages.countBeginning(QStringLiteral("m_totalSize: 100000")), 1);
 }
 
-TEST_F(FileDownloaderTest, EndZeroAndALocalFileIsAskedForFromItsLengthOn)
+TEST_F(FileDownloaderTest, WithEndZeroAndALocalFileTheRestIsRequested)
 {
     RecordedDebugStream messages;
     write(m_path, m_content.left(1234));
@@ -94,7 +94,7 @@ TEST_F(FileDownloaderTest, EndZeroAndALocalFileIsAskedForFromItsLengthOn)
     EXPECT_EQ(messages.countBeginning(QStringLiteral("Resuming from byte: 1234")), 1);
 }
 
-TEST_F(FileDownloaderTest, ARangeIsAskedForWithAnInclusiveEnd)
+TEST_F(FileDownloaderTest, ARangeIsRequestedWithAnInclusiveEnd)
 {
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
@@ -104,7 +104,7 @@ TEST_F(FileDownloaderTest, ARangeIsAskedForWithAnInclusiveEnd)
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 2000);
 }
 
-TEST_F(FileDownloaderTest, ARangeWithALocalFileIsAskedForFromItsLengthOn)
+TEST_F(FileDownloaderTest, WithALocalFileTheRestOfTheRangeIsRequested)
 {
     RecordedDebugStream messages;
     write(m_path, m_content.mid(1000, 500));
@@ -133,7 +133,7 @@ TEST_F(FileDownloaderTest, ARangeThatIsOnDiskFinishesAtOnceWithoutARequest)
     }
 }
 
-TEST_F(FileDownloaderTest, ARangeThatLacksOneByteIsAskedForIt)
+TEST_F(FileDownloaderTest, IfOneByteOfARangeIsMissingThatByteIsRequested)
 {
     write(m_path, m_content.mid(1000, 1999));
     const auto downloader = make(1000, 3000);
@@ -148,7 +148,7 @@ TEST_F(FileDownloaderTest, A416CountsAsFinishedAndIsNotRetried)
     RecordedDebugStream messages;
     write(m_path, m_content);
     const auto downloader = make(0, 0);
-    downloader->startDownload(); // asks for what follows the last byte
+    downloader->startDownload(); // requests the bytes after the last one
     ASSERT_TRUE(
         processEventsUntil([&] { return messages.countBeginning(QStringLiteral("state Code: 416")) == 1; }));
     pumpFor(50);
@@ -160,7 +160,7 @@ TEST_F(FileDownloaderTest, A416CountsAsFinishedAndIsNotRetried)
     EXPECT_EQ(read(m_path), m_content);
 }
 
-TEST_F(FileDownloaderTest, ContentRangeIsLookedAtBeforeContentLength)
+TEST_F(FileDownloaderTest, ContentRangeTakesPrecedenceOverContentLength)
 {
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
@@ -168,7 +168,7 @@ TEST_F(FileDownloaderTest, ContentRangeIsLookedAtBeforeContentLength)
     EXPECT_EQ(downloader->m_totalSize, 100000);
 }
 
-TEST_F(FileDownloaderTest, AContentRangeWithoutASlashLeavesTheTotalSizeAsItWas)
+TEST_F(FileDownloaderTest, AContentRangeWithoutASlashDoesNotChangeTheTotalSize)
 {
     fault("header:name=Content-Range,value=bytes 1000-2999");
     const auto downloader = make(1000, 3000);
@@ -240,7 +240,7 @@ TEST_F(FileDownloaderTest, PauseResumeAndRetryDoNothingInOtherStates)
     EXPECT_TRUE(messages.lines().isEmpty());
 }
 
-TEST_F(FileDownloaderTest, AskingForARetryCountsAndStartsAgainAfterTheDelay)
+TEST_F(FileDownloaderTest, ARequestedRetryIsCountedAndStartsAfterTheDelay)
 {
     RecordedDebugStream messages;
     const auto downloader = make(1000, 3000);
@@ -251,14 +251,14 @@ TEST_F(FileDownloaderTest, AskingForARetryCountsAndStartsAgainAfterTheDelay)
     EXPECT_EQ(read(m_path), m_content.mid(1000, 2000));
 }
 
-TEST_F(FileDownloaderTest, ANetworkErrorIsToldAndRetried)
+TEST_F(FileDownloaderTest, ANetworkErrorIsReportedAndRetried)
 {
     RecordedDebugStream messages;
     fault("503:times=1");
     const auto downloader = make(1000, 3000);
     downloader->startDownload();
     ASSERT_TRUE(waitFor(*downloader, 1));
-    EXPECT_EQ(read(m_path), m_content.mid(1000, 2000)) << "an error page is no part of the file";
+    EXPECT_EQ(read(m_path), m_content.mid(1000, 2000)) << "an error page is not part of the file";
     QStringList told;
     const QStringList texts = messages.lines();
     for (const QString &text : texts) {
@@ -392,7 +392,7 @@ TEST_F(FileDownloaderTest, AFileThatCannotBeOpenedIsTriedAgainWithoutANewRequest
 
 TEST_F(FileDownloaderTest, AFullBufferIsReadAgainWhenTheFileCanBeOpened)
 {
-    // Larger than the read buffer: without a retry of the read nothing would ever come again.
+    // Larger than the read buffer: without another read, no more data would arrive.
     const QByteArray content = someBytes(3 * 1024 * 1024);
     const QUrl url = serve(QStringLiteral("/large.bin"), content);
     const QString folder = local("folder");
@@ -451,7 +451,7 @@ TEST_F(FileDownloaderTest, AShortRangeIsRetriedWhileRetriesBringBytes)
     EXPECT_EQ(downloader->retryCount, 3);
 }
 
-TEST_F(FileDownloaderTest, ARetryThatBringsNothingCountsAsFinishedAndIsLeftToTheSum)
+TEST_F(FileDownloaderTest, ARetryWithoutBytesCountsAsFinishedAndIsLeftToTheMd5Check)
 {
     fault("short-206:bytes=600,times=1");
     fault("short-206:bytes=0,nth=2");
@@ -495,7 +495,7 @@ TEST_F(FileDownloaderTest, ProgressCountsFromTheResumeOffset)
     downloader->startDownload();
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 500);
     ASSERT_TRUE(processEventsUntil([&] { return QFileInfo(m_path).size() == 600; }));
-    // Qt counts what it has received; what is not on the disk yet does not count.
+    // Qt counts the bytes that it has received, but only bytes on disk count here.
     downloader->onDownloadProgress(250, 1500);
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 600);
 }

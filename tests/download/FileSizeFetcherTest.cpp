@@ -25,13 +25,13 @@ protected:
     }
 };
 
-TEST_F(FileSizeFetcherTest, TheSlotsStandInTheirOrderAndNothingElse)
+TEST_F(FileSizeFetcherTest, TheSlotsAreDeclaredInOrderAndThereAreNoOthers)
 {
     EXPECT_EQ(entriesOf(FileSizeFetcher::staticMetaObject),
               (std::vector<std::string>{"slot onMetaDataChanged()", "slot onFinished(QNetworkReply*)"}));
 }
 
-TEST_F(FileSizeFetcherTest, TheSizeComesFromTheHeadOfAnOrdinaryGet)
+TEST_F(FileSizeFetcherTest, TheSizeComesFromTheHeadersOfAGetRequest)
 {
     FileSizeFetcher probe(m_url);
     EXPECT_EQ(probe.fileSize, 0);
@@ -44,7 +44,7 @@ TEST_F(FileSizeFetcherTest, TheSizeComesFromTheHeadOfAnOrdinaryGet)
     EXPECT_EQ(server().requests().first().header("Accept-Encoding"), "identity");
 }
 
-TEST_F(FileSizeFetcherTest, OfBothHeadersContentLengthCounts)
+TEST_F(FileSizeFetcherTest, IfThereAreBothHeadersContentLengthCounts)
 {
     fault("header:name=Content-Range,value=bytes 0-4999/77777");
     FileSizeFetcher probe(m_url);
@@ -64,7 +64,7 @@ TEST_F(FileSizeFetcherTest, WithoutAContentLengthTheTotalOfContentRangeCounts)
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("File size: 5000 bytes")), 1);
 }
 
-TEST_F(FileSizeFetcherTest, AContentRangeWithoutASlashGivesTheCriticalLineAndLeavesTheSize)
+TEST_F(FileSizeFetcherTest, AContentRangeWithoutASlashCausesACriticalLineAndDoesNotChangeTheSize)
 {
     fault("no-length");
     fault("header:name=Content-Range,value=bytes 0-99");
@@ -72,7 +72,7 @@ TEST_F(FileSizeFetcherTest, AContentRangeWithoutASlashGivesTheCriticalLineAndLea
     probe.fileSize = 77;
     probe.fetchFileSize();
     ASSERT_TRUE(waitForText("Request completed."));
-    EXPECT_EQ(probe.fileSize, 77) << "what was known before stays";
+    EXPECT_EQ(probe.fileSize, 77) << "the known size is kept";
     EXPECT_EQ(m_messages.lines(QtCriticalMsg),
               QStringList{QStringLiteral("Could not determine file size from Content-Range header.")});
 }
@@ -93,7 +93,7 @@ TEST_F(FileSizeFetcherTest, AFailedRequestIsRepeatedAtOnce)
     auto *manager = probe.findChild<QNetworkAccessManager *>();
     ASSERT_NE(manager, nullptr);
     int repeated = 0;
-    // Comes after the probe's own handler of the same signal.
+    // // Called after the probe's own slot for the same signal.
     QObject::connect(manager, &QNetworkAccessManager::finished, manager, [&](const QNetworkReply *ended) {
         const QList<QNetworkReply *> replies = manager->findChildren<QNetworkReply *>();
         repeated += std::any_of(replies.begin(), replies.end(), [&](const QNetworkReply *reply) {
@@ -106,7 +106,7 @@ TEST_F(FileSizeFetcherTest, AFailedRequestIsRepeatedAtOnce)
     EXPECT_EQ(probe.fileSize, 5000) << "the size of an error page is not the file's";
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Error fetching file size:")), 50);
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Retrying... Attempt 50 of 999")), 1);
-    EXPECT_EQ(probe.retryCount, 0) << "a success starts the count again";
+    EXPECT_EQ(probe.retryCount, 0) << "a success resets the count";
 }
 
 TEST_F(FileSizeFetcherTest, After999RetriesItGivesUp)
@@ -122,7 +122,7 @@ TEST_F(FileSizeFetcherTest, After999RetriesItGivesUp)
     EXPECT_EQ(probe.fileSize, 0);
 }
 
-TEST_F(FileSizeFetcherTest, TheSizeOfARedirectIsNotTakenForTheFiles)
+TEST_F(FileSizeFetcherTest, TheSizeOfARedirectIsIgnored)
 {
     serve(QStringLiteral("/other.bin"), someBytes(7000));
     fault("redirect:path=/image.bin,to=/other.bin");
@@ -148,11 +148,11 @@ TEST_F(FileSizeFetcherTest, TheBodyIsReadAtNoMoreThan16KibibytesASecond)
     double mostPerLimit = 0;
     QObject::connect(reply, &QNetworkReply::downloadProgress, [&](qint64 bytes) {
         received = bytes;
-        // What fits into the read buffer comes at once.
+        // The bytes that fit into the read buffer arrive at once.
         const double seconds = double(timer.elapsed()) / 1000;
         mostPerLimit = std::max(mostPerLimit, double(bytes) / (16 * 1024 * (1 + seconds)));
     });
-    ASSERT_TRUE(processEventsUntil([&] { return received >= 48 * 1024; })) << "the body goes on arriving";
+    ASSERT_TRUE(processEventsUntil([&] { return received >= 48 * 1024; })) << "the body continues to arrive";
     EXPECT_LE(mostPerLimit, 1);
     EXPECT_EQ(probe.fileSize, 1024 * 1024);
     EXPECT_EQ(server().openConnections(), 1);
@@ -160,7 +160,7 @@ TEST_F(FileSizeFetcherTest, TheBodyIsReadAtNoMoreThan16KibibytesASecond)
     EXPECT_EQ(m_messages.countBeginning(QStringLiteral("Request completed.")), 0);
 }
 
-TEST_F(FileSizeFetcherTest, TheBodyIsReadToItsEndAndDropped)
+TEST_F(FileSizeFetcherTest, TheBodyIsReadToItsEndAndDiscarded)
 {
     const QUrl url = serve(QStringLiteral("/large.bin"), someBytes(5 * 1024 * 1024));
     FileSizeFetcher probe(url);
@@ -179,9 +179,9 @@ TEST_F(FileSizeFetcherTest, TheBodyIsReadToItsEndAndDropped)
     EXPECT_LE(held, 128 * 1024);
 }
 
-TEST_F(FileSizeFetcherTest, ABodyThatDoesNotTellTheSizeIsReadAtFullSpeed)
+TEST_F(FileSizeFetcherTest, WithoutASizeTheBodyIsReadAtFullSpeed)
 {
-    // An error page would otherwise hold up the next request.
+    // Otherwise an error page would delay the next request.
     const QUrl url = serve(QStringLiteral("/large.bin"), someBytes(20 * 1024 * 1024));
     fault("chunked");
     FileSizeFetcher probe(url);

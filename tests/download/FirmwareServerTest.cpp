@@ -1,4 +1,4 @@
-// The server speaks for itself here, over a bare socket: what the downloads' tests rely on.
+// Tests the simulated firmware server, on which the tests of the downloads rely, with a plain socket.
 
 #include "harness/process/Polling.h"
 #include "tests/download/DownloadTest.h"
@@ -24,7 +24,8 @@ protected:
         socket.connectToHost(QHostAddress(QHostAddress::LocalHost), server().port());
         ASSERT_TRUE(socket.waitForConnected(eventLimitMs));
     }
-    /// What arrives until the connection ends or `quietMs` of running time pass without a byte.
+    /// Returns the bytes that arrive until the connection ends or `quietMs` of running time pass without a
+    /// byte.
     static QByteArray receive(QTcpSocket &socket, int quietMs = 150)
     {
         QByteArray all;
@@ -72,7 +73,7 @@ TEST_F(FirmwareServerTest, AFileIsSentWithItsLengthAndTheConnectionIsKept)
     EXPECT_LE(requests.at(0).atMs, requests.at(1).atMs);
 }
 
-TEST_F(FirmwareServerTest, RangesAreAnsweredAsAsked)
+TEST_F(FirmwareServerTest, RangesAreAnsweredAsRequested)
 {
     const struct
     {
@@ -110,7 +111,7 @@ TEST_F(FirmwareServerTest, NothingOutsideTheFolderIsServed)
     EXPECT_TRUE(ask({}, "/").startsWith("HTTP/1.1 404"));
 }
 
-TEST_F(FirmwareServerTest, EachCutSendsExactlySoManyBytes)
+TEST_F(FirmwareServerTest, EachCutSendsExactlyTheGivenNumberOfBytes)
 {
     fault("close-after:bytes=7,times=1");
     QByteArray reply = ask();
@@ -136,7 +137,7 @@ TEST_F(FirmwareServerTest, EachCutSendsExactlySoManyBytes)
     EXPECT_FALSE(m_isOpen);
 }
 
-TEST_F(FirmwareServerTest, AnswersAreSpoiledAsTheirNamesSay)
+TEST_F(FirmwareServerTest, FaultsChangeTheAnswersAsTheirNamesSay)
 {
     const struct
     {
@@ -168,7 +169,7 @@ TEST_F(FirmwareServerTest, AnswersAreSpoiledAsTheirNamesSay)
     EXPECT_FALSE(ask("bytes=10-19").isEmpty());
 }
 
-TEST_F(FirmwareServerTest, AFaultStrikesWhereAndWhenItIsTold)
+TEST_F(FirmwareServerTest, AFaultAffectsOnlyTheSelectedRequests)
 {
     serve(QStringLiteral("/other.bin"), m_content);
     fault("404:path=/f*.bin,range=3,nth=2,times=1");
@@ -180,10 +181,10 @@ TEST_F(FirmwareServerTest, AFaultStrikesWhereAndWhenItIsTold)
     EXPECT_FALSE(isHit("", "/file.bin")) << "no range";
     EXPECT_FALSE(isHit("bytes=300-399", "/other.bin")) << "another path";
     EXPECT_TRUE(isHit("bytes=399-399")) << "the second match";
-    EXPECT_FALSE(isHit("bytes=300-399")) << "it struck once";
+    EXPECT_FALSE(isHit("bytes=300-399")) << "it affects one request only";
 }
 
-TEST_F(FirmwareServerTest, AFaultThatIsNotUnderstoodIsRefusedWithAReason)
+TEST_F(FirmwareServerTest, AnInvalidFaultIsRejectedWithAReason)
 {
     for (const char *text : {"", "nothing", "404:times=x", "404:times=-1", "404:sometimes=1", "404:times"}) {
         QString error;
@@ -192,7 +193,7 @@ TEST_F(FirmwareServerTest, AFaultThatIsNotUnderstoodIsRefusedWithAReason)
     }
 }
 
-TEST_F(FirmwareServerTest, TheProgramTellsItsPortServesAndEndsWithItsInput)
+TEST_F(FirmwareServerTest, TheProgramPrintsItsPortServesAndEndsWithItsInput)
 {
     QTemporaryDir folder;
     write(folder.filePath(QStringLiteral("file.bin")), m_content);
@@ -217,7 +218,7 @@ TEST_F(FirmwareServerTest, TheProgramTellsItsPortServesAndEndsWithItsInput)
     EXPECT_EQ(program.exitCode(), 0);
 }
 
-TEST_F(FirmwareServerTest, TheProgramRefusesAFaultThatItDoesNotKnow)
+TEST_F(FirmwareServerTest, TheProgramRejectsAnUnknownFault)
 {
     QProcess program;
     program.start(QStringLiteral(SIM_SERVER_PROGRAM), {QStringLiteral("--port"), QStringLiteral("0"),

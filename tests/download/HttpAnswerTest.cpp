@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(HttpAnswerTest, CertificateErrorsAreIgnoredOnlyAfterA2xxHead)
+TEST(HttpAnswerTest, CertificateErrorsAreIgnoredOnlyAfterTheHeadersOfA2xxResponse)
 {
     const struct
     {
@@ -33,7 +33,7 @@ TEST(HttpAnswerTest, ARequestFollowsRedirectsWithoutDowngradeAndRefusesCompressi
     EXPECT_EQ(request.rawHeader("Accept-Encoding"), "identity");
 }
 
-TEST(HttpAnswerTest, TheTotalIsWhatFollowsTheOneSlash)
+TEST(HttpAnswerTest, TheTotalFollowsTheOnlySlash)
 {
     EXPECT_EQ(HttpAnswer::totalOfContentRange("bytes 0-99/5000"), 5000);
     EXPECT_EQ(HttpAnswer::totalOfContentRange("bytes 0-99/*"), 0);
@@ -43,7 +43,7 @@ TEST(HttpAnswerTest, TheTotalIsWhatFollowsTheOneSlash)
     EXPECT_FALSE(HttpAnswer::totalOfContentRange("bytes 0-99/5000/1"));
 }
 
-TEST(HttpAnswerTest, TheFirstByteIsWhatFollowsTheUnit)
+TEST(HttpAnswerTest, TheFirstByteFollowsTheUnit)
 {
     constexpr qint64 largest = std::numeric_limits<qint64>::max();
     EXPECT_EQ(HttpAnswer::firstOfContentRange("bytes 100-199/5000"), 100);
@@ -55,7 +55,7 @@ TEST(HttpAnswerTest, TheFirstByteIsWhatFollowsTheUnit)
         EXPECT_FALSE(HttpAnswer::firstOfContentRange(value)) << value;
 }
 
-TEST(HttpAnswerTest, TheEndIsBehindTheLastByte)
+TEST(HttpAnswerTest, TheEndIsAfterTheLastByte)
 {
     constexpr qint64 largest = std::numeric_limits<qint64>::max();
     EXPECT_EQ(HttpAnswer::endOfContentRange("bytes 100-199/5000"), 200);
@@ -69,7 +69,7 @@ TEST(HttpAnswerTest, TheEndIsBehindTheLastByte)
         EXPECT_FALSE(HttpAnswer::endOfContentRange(value)) << value;
 }
 
-TEST(HttpAnswerTest, ABodyIsWhatWasAskedForOrHasAProblem)
+TEST(HttpAnswerTest, ABodyIsTheRequestedOneOrHasAProblem)
 {
     const QString none;
     const QString compressed = QStringLiteral("the server compressed what it sent");

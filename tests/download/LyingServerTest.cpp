@@ -6,11 +6,11 @@
 
 namespace {
 
-/// Answers that no honest server gives to the request for bytes 1000 to 2999.
+/// Wrong answers to the request for bytes 1000 to 2999.
 class LyingServerTest : public DownloadTest
 {
 protected:
-    /// Downloads the range from a server that gives these answers, the last one again and again.
+    /// Downloads the range from a server that gives these answers and repeats the last one.
     void download(const QList<AnswerServer::Answer> &answers)
     {
         m_lying.setAnswers(answers);
@@ -22,7 +22,8 @@ protected:
         ASSERT_TRUE(processEventsUntil(
             [this] { return m_downloader.hasGivenUp() || m_downloader.state == FileDownloader::Finished; }));
     }
-    /// The lie once and the truth afterwards: the lie costs one retry and leaves nothing in the file.
+    /// Gives a wrong answer and then a correct one. Expects one retry, and nothing of the wrong answer in the
+    /// file.
     void expectOneRetry(const QByteArray &lie)
     {
         download({{lie}, {m_truth}});
@@ -31,7 +32,7 @@ protected:
         EXPECT_EQ(read(m_path), m_part);
         EXPECT_EQ(m_downloader.CurrentPackDownloadSize, m_part.size());
     }
-    /// Nothing but the lie: the part gives up, with a reason, and has no file.
+    /// Gives only wrong answers. Expects that the part gives up with a reason and has no file.
     void expectGivenUp(const QByteArray &lie, const char *reason)
     {
         download({{lie}});
@@ -55,7 +56,7 @@ protected:
     FileDownloader m_downloader{m_lying.url(), m_path};
 };
 
-TEST_F(LyingServerTest, TheTruthNeedsNoRetry)
+TEST_F(LyingServerTest, ACorrectAnswerNeedsNoRetry)
 {
     download({{m_truth}});
     EXPECT_EQ(m_downloader.state, 1);
@@ -80,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(Positions, LyingPositionTest,
                                          "9223372036854775808-9223372036854777808/5000",
                                          "99999999999999999999999999999999999999-3/4"));
 
-TEST_F(LyingServerTest, APositionThatIsAlwaysWrongGivesUpWithTheReason)
+TEST_F(LyingServerTest, IfThePositionIsAlwaysWrongTheDownloadGivesUpWithTheReason)
 {
     expectGivenUp(answer("206 Partial Content", "Content-Range: bytes 7-2006/5000\r\n", m_part),
                   "the server sent another part of the file");
@@ -107,7 +108,7 @@ TEST_F(LyingServerTest, ACompressedBodyDoesNotReachTheFile)
                           "Content-Range: bytes 1000-2999/5000\r\nContent-Encoding: gzip\r\n", m_part));
 }
 
-TEST_F(LyingServerTest, TheNameOfNoCompressionIsNone)
+TEST_F(LyingServerTest, TheEncodingIdentityIsNoCompression)
 {
     download({{answer("206 Partial Content",
                       "Content-Range: bytes 1000-2999/5000\r\nContent-Encoding: Identity\r\n", m_part)}});
@@ -119,7 +120,7 @@ class LyingStatusTest : public LyingServerTest, public testing::WithParamInterfa
 {
 };
 
-TEST_P(LyingStatusTest, WhatIsNeitherAnErrorNorASuccessIsAnErrorOfThatPart)
+TEST_P(LyingStatusTest, AStatusThatIsNeitherErrorNorSuccessIsAnErrorOfThatPart)
 {
     const std::string reason = "the server answered with status " + std::string(GetParam()).substr(0, 3);
     const QByteArray head = "HTTP/1.1 " + QByteArray(GetParam()) + "\r\n\r\n";
@@ -135,9 +136,9 @@ TEST_P(LyingStatusTest, WhatIsNeitherAnErrorNorASuccessIsAnErrorOfThatPart)
 INSTANTIATE_TEST_SUITE_P(Statuses, LyingStatusTest,
                          testing::Values("300 Multiple Choices", "304 Not Modified", "399 Nonsense"));
 
-TEST_F(LyingServerTest, APartWithoutEndIsLeftWhenItIsComplete)
+TEST_F(LyingServerTest, AnEndlessPartIsAbortedWhenItIsComplete)
 {
-    // A body without a length that goes on for ever, as far as the client can tell.
+    // A body without a length, which the client must assume to be endless.
     const QByteArray endless = "HTTP/1.1 206 Partial Content\r\nContent-Range: bytes 1000-2999/5000\r\n"
                                "Transfer-Encoding: chunked\r\n\r\n7d1\r\n" +
                                m_part + "x\r\n";
@@ -148,7 +149,7 @@ TEST_F(LyingServerTest, APartWithoutEndIsLeftWhenItIsComplete)
     EXPECT_EQ(read(m_path), m_part);
 }
 
-TEST_F(LyingServerTest, BytesBehindTheEndThatTheAnswerNamesAreNotTaken)
+TEST_F(LyingServerTest, BytesAfterTheEndThatTheAnswerNamesAreIgnored)
 {
     download({{answer("206 Partial Content", "Content-Range: bytes 1000-1499/5000\r\n",
                       m_part.left(500) + "not offered")},
@@ -158,9 +159,9 @@ TEST_F(LyingServerTest, BytesBehindTheEndThatTheAnswerNamesAreNotTaken)
     EXPECT_EQ(read(m_path), m_part);
 }
 
-TEST_F(LyingServerTest, BytesThatAreNotTakenDoNotKeepARequestAlive)
+TEST_F(LyingServerTest, IgnoredBytesDoNotKeepARequestAlive)
 {
-    // Each piece arrives well within the limit, and none is of use.
+    // Each piece arrives well within the limit, but none is wanted.
     m_downloader.stallTimeout = 300;
     dependsOnRealTime("the transfer's time-out, shortened to 300 ms");
     download({{"HTTP/1.1 206 Partial Content\r\nContent-Range: bytes 1000-1499/5000\r\n\r\n" +
@@ -172,7 +173,7 @@ TEST_F(LyingServerTest, BytesThatAreNotTakenDoNotKeepARequestAlive)
     EXPECT_EQ(m_lying.requests(), 2);
 }
 
-TEST_F(LyingServerTest, ASizeOfTheFileThatIsMissedIsARetryWhereTheEndIsOpen)
+TEST_F(LyingServerTest, ATransferThatEndsBeforeTheTotalSizeIsRetried)
 {
     write(m_path, m_part.left(500));
     m_downloader.retryDelay = 5;
@@ -212,7 +213,7 @@ TEST_F(LyingServerTest, OnlyBytesOnDiskAreCounted)
     EXPECT_EQ(downloader.CurrentPackDownloadSize, 0);
 }
 
-TEST_F(LyingServerTest, ATargetOfARedirectThatStaysMuteIsAskedAgain)
+TEST_F(LyingServerTest, ARedirectTargetThatDoesNotAnswerIsRequestedAgain)
 {
     const AnswerServer::Answer redirect{answer("302 Found", "Location: /elsewhere\r\n", "")};
     for (const QByteArray &mute : {QByteArray(), QByteArray("HTTP/1.1 206 Partial Cont")}) {
@@ -228,7 +229,7 @@ TEST_F(LyingServerTest, ATargetOfARedirectThatStaysMuteIsAskedAgain)
     }
 }
 
-TEST_F(LyingServerTest, AServerThatStaysMuteIsNamedAsTheReason)
+TEST_F(LyingServerTest, AServerThatDoesNotAnswerIsReportedAsTheReason)
 {
     m_downloader.stallTimeout = 50;
     download({{QByteArray(), false}});

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// What the plain downloader makes of answers that no honest server gives.
+/// The plain downloader with wrong answers.
 class ManifestAnswersTest : public DownloadTest
 {
 protected:
@@ -21,7 +21,7 @@ protected:
         m_server.setAnswers({{answer}});
         fetch(m_server.url());
     }
-    /// What the last line says after "Download finished with error:".
+    /// Returns the text after "Download finished with error:" in the last line.
     QString problem() const
     {
         const QString beginning = QStringLiteral("Download finished with error:");
@@ -50,7 +50,7 @@ TEST_F(ManifestAnswersTest, CompressionIsRefused)
     EXPECT_EQ(server().requests().first().header("Accept-Encoding"), "identity");
 }
 
-TEST_F(ManifestAnswersTest, ACompressedManifestIsNoSuccessWholeOrCutInHalf)
+TEST_F(ManifestAnswersTest, ACompressedManifestIsNoSuccessWhetherCompleteOrTruncated)
 {
     const QByteArray whole = QByteArray::fromHex("1f8b08000000000002ffabae05000000ffff0300439fbf0c");
     const QByteArray head =
@@ -62,7 +62,7 @@ TEST_F(ManifestAnswersTest, ACompressedManifestIsNoSuccessWholeOrCutInHalf)
     EXPECT_FALSE(QFile::exists(m_path));
 }
 
-TEST_F(ManifestAnswersTest, WhatIsNeitherAnErrorNorASuccessIsNoSuccess)
+TEST_F(ManifestAnswersTest, AStatusThatIsNeitherErrorNorSuccessIsNoSuccess)
 {
     expectRefused("HTTP/1.1 300 Multiple Choices\r\n\r\n" + m_content, "the server answered with status 300");
     expectRefused("HTTP/1.1 304 Not Modified\r\n\r\n", "the server answered with status 304");
@@ -77,7 +77,7 @@ TEST_F(ManifestAnswersTest, APartIsNoSuccess)
                   "the server sent a part of the file only");
 }
 
-TEST_F(ManifestAnswersTest, AChunkedBodyIsWholeWhateverLengthStandsBesideIt)
+TEST_F(ManifestAnswersTest, AChunkedBodyIsCompleteWhateverItsContentLength)
 {
     for (const char *length : {"1", "2000", "5000", "9223372036854775807"}) {
         fetch("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nContent-Length: " + QByteArray(length) +
@@ -87,7 +87,7 @@ TEST_F(ManifestAnswersTest, AChunkedBodyIsWholeWhateverLengthStandsBesideIt)
     }
 }
 
-TEST_F(ManifestAnswersTest, AManifestOf16MebibytesIsTheLargest)
+TEST_F(ManifestAnswersTest, TheLargestManifestHas16Mebibytes)
 {
     QByteArray content(static_cast<int>(HttpAnswer::manifestLimit), 'x');
     const QUrl url = serve(QStringLiteral("/manifest.json"), content);
@@ -110,7 +110,7 @@ TEST_F(ManifestAnswersTest, NoMoreThanTheLargestManifestIsHeldInMemory)
     EXPECT_EQ(reply->readBufferSize(), HttpAnswer::manifestLimit + 1);
 }
 
-TEST_F(ManifestAnswersTest, ATargetOfARedirectThatStaysMuteIsWaitedForUntilTheCallerHasEnough)
+TEST_F(ManifestAnswersTest, ARedirectTargetThatDoesNotAnswerIsWaitedForUntilTheCallerGivesUp)
 {
     m_server.setAnswers(
         {{"HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nContent-Length: 0\r\n\r\n"}, {"", false}});

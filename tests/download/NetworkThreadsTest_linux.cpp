@@ -1,4 +1,4 @@
-// The toolkit gives each network manager a thread; the process's threads are listed under /proc.
+// Qt creates a thread for each network access manager; the threads of the process are listed in /proc.
 
 #include "tests/download/SegmentedTest.h"
 
@@ -21,7 +21,7 @@ int networkThreads()
 class NetworkThreadsTest : public SegmentedTest
 {
 protected:
-    /// A thread that has ended stays listed for a moment.
+    /// Waits until they have ended: a thread that has ended stays listed for a moment.
     static bool areAllGone()
     {
         return processEventsUntil([] { return networkThreads() == 0; });
@@ -49,13 +49,13 @@ TEST_F(NetworkThreadsTest, NoThreadIsLeftAfterAMergeThatFailed)
     EXPECT_TRUE(areAllGone());
 }
 
-TEST_F(NetworkThreadsTest, NoThreadIsLeftWhenTheProgramLeaves)
+TEST_F(NetworkThreadsTest, NoThreadIsLeftWhenTheProgramShutsDown)
 {
     fault("stall-after:bytes=0,nth=2");
     begin();
     ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
     EXPECT_GE(networkThreads(), 11);
-    m_clock.leave();
+    m_clock.shutDown();
     ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_TRUE(areAllGone());
 }

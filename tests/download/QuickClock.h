@@ -9,9 +9,9 @@
 #include <functional>
 #include <thread>
 
-/// A clock whose sleeps really take 2 ms at most, so that what happens on other threads can happen.
-/// Each sleep first calls the hook, on the sleeping thread; a test looks at the worker's objects
-/// there. Its real time is running time, so that a pause of the machine is no time-out.
+/// A clock whose sleeps take at most 2 ms, so that other threads can run. Each sleep first calls the hook on
+/// the sleeping thread, in which a test can examine the worker's objects. The clock uses running time, so
+/// that a pause of the machine does not cause a timeout.
 class QuickClock : public Clock
 {
 public:
@@ -21,19 +21,20 @@ public:
         ++sleeps;
         if (onSleep)
             onSleep();
-        if (m_leaving)
+        if (m_isShuttingDown)
             return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(std::min(milliseconds, 2)));
         if (sleepsCount)
             m_skippedMs += milliseconds;
-        return !m_leaving;
+        return !m_isShuttingDown;
     }
-    bool isShuttingDown() const override { return m_leaving; }
-    void leave() { m_leaving = true; }
+    bool isShuttingDown() const override { return m_isShuttingDown; }
+    void shutDown() { m_isShuttingDown = true; }
 
-    /// Whether nowMs() advances by what was slept (and running time, too) or by running time only.
+    /// Whether nowMs() advances by the requested sleeps in addition to running time.
     bool sleepsCount = false;
-    /// With sleepsCount: running time does not count, so that rounds can be counted on a busy machine.
+    /// With sleepsCount: whether running time does not count at all, so that rounds can be counted on a busy
+    /// machine.
     bool onlySleepsCount = false;
     std::function<void()> onSleep;
     std::atomic<int> sleeps{0};
@@ -41,5 +42,5 @@ public:
 private:
     RunningTimer m_timer;
     std::atomic<qint64> m_skippedMs{0};
-    std::atomic<bool> m_leaving{false};
+    std::atomic<bool> m_isShuttingDown{false};
 };

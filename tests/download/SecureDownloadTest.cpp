@@ -43,13 +43,13 @@ private:
     const QSslConfiguration m_before = QSslConfiguration::defaultConfiguration();
 };
 
-TEST(SecureTransportTest, ThePlatformHasIt)
+TEST(SecureTransportTest, ThePlatformSupportsTls)
 {
     EXPECT_TRUE(QSslSocket::supportsSsl());
     EXPECT_FALSE(QSslSocket::sslLibraryVersionString().isEmpty());
 }
 
-TEST_F(SecureDownloadTest, AFileOfAServerThatIsTrustedArrivesWhole)
+TEST_F(SecureDownloadTest, AFileOfATrustedServerArrivesWhole)
 {
     trustTheServer();
     EXPECT_TRUE(fetch()) << qPrintable(m_reporter.logLines().join(QLatin1Char('\n')))
@@ -57,7 +57,7 @@ TEST_F(SecureDownloadTest, AFileOfAServerThatIsTrustedArrivesWhole)
     EXPECT_EQ(read(m_path), m_content);
 }
 
-TEST_F(SecureDownloadTest, AServerThatNobodyVouchesForIsNotEvenAsked)
+TEST_F(SecureDownloadTest, AnUntrustedServerGetsNoRequest)
 {
     EXPECT_FALSE(fetch());
     EXPECT_EQ(m_reporter.logLines().filter(m_failure).size(), 1);

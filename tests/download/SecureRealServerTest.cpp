@@ -23,7 +23,7 @@ protected:
             << "Run this below with-secure-server.sh.";
         m_content = read(m_folder.filePath(QStringLiteral("served/image.bin")));
         ASSERT_EQ(m_content.size(), 1000007);
-        // The line in the log tells no more than that the handshake failed.
+        // The log only says that the handshake has failed.
         const auto *manager = m_downloader.findChild<QNetworkAccessManager *>();
         ASSERT_NE(manager, nullptr);
         QObject::connect(manager, &QNetworkAccessManager::sslErrors, &m_downloader,
@@ -60,7 +60,7 @@ protected:
     {
         return m_reporter.logLines().filter(QStringLiteral("Download finished with error:"));
     }
-    /// The server's answers with this status.
+    /// Returns the number of the server's answers with this status.
     int answers(int status) const
     {
         const QString log = QString::fromUtf8(read(m_folder.filePath(QStringLiteral("access.log"))));
@@ -72,7 +72,7 @@ protected:
         EXPECT_FALSE(QFile::exists(path));
         EXPECT_TRUE(arePartsGone());
     }
-    /// Refused for one of these reasons alone, and before anything was asked for.
+    /// Expects that the server is refused for these reasons only, and before any request.
     void expectRefused(Server server, const QList<QSslError::SslError> &reasons)
     {
         EXPECT_FALSE(fetch(server));
@@ -120,13 +120,13 @@ TEST_F(SecureRealServerTest, TenRangesThatAreLargerThanTheReadBufferArriveWhole)
     m_worker.url = url(Trusted).replace(QStringLiteral("image.bin"), QStringLiteral("large.bin"));
     EXPECT_TRUE(run()) << qPrintable(log());
     EXPECT_TRUE(result() == m_content);
-    EXPECT_EQ(answers(206), 10) << "none had to be asked again";
+    EXPECT_EQ(answers(206), 10) << "no request was repeated";
 }
 
 TEST_F(SecureRealServerTest, ASelfSignedCertificateIsRefused)
 {
     trustTheAuthority();
-    // To Windows it is an authority that is not trusted.
+    // Windows reports an authority that is not trusted.
     expectRefused(SelfSigned, {QSslError::SelfSignedCertificate, QSslError::CertificateUntrusted});
 }
 
@@ -154,7 +154,7 @@ TEST_F(SecureRealServerTest, NoRangeIsFetchedFromAServerThatIsNotTrusted)
     const auto refusals = [&messages] {
         return messages.lines().filter(QStringLiteral("Error fetching file size: SSL handshake failed"));
     };
-    // The wait for the server is cut short, but not before it has been refused.
+    // Shortens the wait for the server, but only after it has been refused.
     m_clock.onSleep = [this, refusals] {
         m_clock.sleepsCount = !refusals().isEmpty();
     };

@@ -7,8 +7,8 @@
 #include <QString>
 #include <QTcpServer>
 
-/// A server on loopback that speaks TLS and answers whatever it is asked for with the same bytes. Its
-/// certificate is its own word, which nobody trusts by himself.
+/// A TLS server on loopback that answers all requests with the same bytes. Its certificate is self-signed, so
+/// a client does not trust it by default.
 class SecureServer : public QTcpServer
 {
 public:
@@ -25,9 +25,9 @@ public:
     QString url() const { return QStringLiteral("https://127.0.0.1:%1/manifest.json").arg(serverPort()); }
     QSslCertificate certificate() const { return m_certificate; }
     bool hasCertificate() const { return !m_key.isNull() && !m_certificate.isNull(); }
-    /// How many requests arrived, which they do only once the client has accepted the server.
+    /// Returns the number of requests. They arrive only after the client has accepted the certificate.
     int requests() const { return m_requests; }
-    /// What went wrong last, as seen from here.
+    /// Returns the last error of the server.
     QString problem() const { return m_problem; }
 
 protected:

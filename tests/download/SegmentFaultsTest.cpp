@@ -7,17 +7,17 @@
 namespace {
 
 enum class End {
-    Exact,    ///< true, and the file is right byte for byte
-    Unproven, ///< true, with a byte missing: a 416 ends a range, and the sum over the file decides
+    Exact,    ///< true, and the file is correct byte for byte
+    Unproven, ///< true, but a byte is missing: a 416 ends a range, and the MD5 check decides
     Failed,   ///< false, by itself
     NoSize,   ///< false after the wait for the size
-    GivesUp,  ///< goes on until the program leaves; the log says that a segment gave up
+    GivesUp,  ///< waits until the program shuts down; the log says that a segment gave up
 };
 
 struct Case
 {
     const char *name;
-    /// Faults, separated by blanks; parts 0 to 9 of the file are about 10000 bytes each.
+    /// Faults, separated by spaces; parts 0 to 9 of the file have about 10000 bytes each.
     const char *faults;
     End end;
 };
@@ -109,22 +109,22 @@ TEST_P(SegmentFaultsTest, TheFileIsExactOrTheRunDoesNotSucceed)
     const QStringList faults = QString::fromUtf8(each.faults).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (QString text : faults)
         fault(text.replace(QLatin1Char('\t'), QLatin1Char(' ')).toUtf8().constData());
-    // Qt loses some resets, and Wine some connections that are closed at once. Then the transfer's
-    // time-out ends the wait as after a stall.
+    // Qt misses some resets, and Wine some connections that are closed at once. The wait then ends with the
+    // transfer's timeout, as after a stall.
     if (QString::fromUtf8(each.faults).contains(QRegularExpression(QStringLiteral("stall|reset|refuse")))) {
         m_worker.stallTimeout = 500;
         dependsOnRealTime("the transfer's time-out, shortened to 500 ms");
     }
     m_clock.sleepsCount = each.end == End::NoSize;
     if (each.end == End::GivesUp) {
-        // A few rounds after a segment has given up and the others have finished, the user leaves.
+        // A few rounds after a segment has given up and the others have finished, the program shuts down.
         m_clock.onSleep = [this, rounds = 0]() mutable {
             hurry();
             int ended = 0;
             for (const FileDownloader *segment : qAsConst(m_worker.segments))
                 ended += segment->hasGivenUp() || segment->state == FileDownloader::Finished;
             if (ended == 10 && ++rounds == 20)
-                m_clock.leave();
+                m_clock.shutDown();
         };
     }
     const bool isTrue = run();
@@ -147,7 +147,7 @@ TEST_P(SegmentFaultsTest, TheFileIsExactOrTheRunDoesNotSucceed)
         for (const FileDownloader *segment : qAsConst(m_worker.segments))
             givenUp += segment->hasGivenUp();
         EXPECT_GE(givenUp, 1);
-        EXPECT_EQ(gaveUp, givenUp) << "each is told once";
+        EXPECT_EQ(gaveUp, givenUp) << "each is reported once";
         EXPECT_FALSE(QFile::exists(m_worker.savePath));
     } else {
         EXPECT_EQ(gaveUp, 0);

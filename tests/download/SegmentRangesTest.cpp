@@ -31,7 +31,7 @@ TEST(SegmentRangesTest, AFileSmallerThanTheCountGivesEndsOfZeroForAllButTheLast)
     EXPECT_EQ(ranges.at(9).end, 7);
 }
 
-TEST(SegmentRangesTest, ACountBelowOneGivesNoRangeAndDividesByNothing)
+TEST(SegmentRangesTest, ACountBelowOneGivesNoRangeAndDoesNotDivideByZero)
 {
     EXPECT_TRUE(cutIntoRanges(1000, 0).isEmpty());
     EXPECT_TRUE(cutIntoRanges(1000, -1).isEmpty());
@@ -45,7 +45,7 @@ TEST(SegmentRangesTest, OneSegmentIsTheWholeFile)
     EXPECT_EQ(ranges.at(0).end, 1009);
 }
 
-TEST(SegmentRangesTest, EndsAreCarriedIn32BitsAndWrapWhileStartsDoNot)
+TEST(SegmentRangesTest, EndsHave32BitsAndWrapWhileStartsDoNot)
 {
     const qint64 size = Q_INT64_C(5000000000);
     const auto ranges = cutIntoRanges(size, 10);

@@ -12,14 +12,14 @@
 
 #include <atomic>
 
-/// A test that runs the segmented download as the update does: on a pool thread, while this thread
-/// runs the label's events.
+/// Runs the segmented download as the update does: on a pool thread, while this thread processes the events
+/// of the label.
 class SegmentedTest : public DownloadTest
 {
 protected:
     SegmentedTest()
     {
-        LanguageUtilities::instance(); // tells, once, which tables are missing
+        LanguageUtilities::instance(); // prints once which tables are missing
         serveImage(m_content);
         m_clock.onSleep = [this] {
             hurry();
@@ -48,7 +48,7 @@ protected:
         begin(count);
         EXPECT_TRUE(processEventsUntil([this] { return m_isEnded.load(); }, 4 * eventLimitMs));
         if (!m_isEnded)
-            m_clock.leave();
+            m_clock.shutDown();
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::sendPostedEvents(); // the last texts and percentages
         return m_result;

@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(ThreadFileDownloaderTest, TheTwoSignalsStandInTheirOrderAndNothingElse)
+TEST_F(ThreadFileDownloaderTest, TheTwoSignalsAreDeclaredInOrderAndThereAreNoOthers)
 {
     EXPECT_EQ(entriesOf(ThreadFileDownloader::staticMetaObject),
               (std::vector<std::string>{"signal setProgressBarValue(int)", "signal setStateLabel(QString)"}));
@@ -80,7 +80,7 @@ TEST_F(ThreadFileDownloaderTest, TheRangesAreWrittenToTheDebugStream)
     const QStringList texts = messages.lines();
     EXPECT_TRUE(texts.contains(text("开始: 30000")));
     EXPECT_TRUE(texts.contains(text("结束: 40000")));
-    // The last line counts back from the end, remainder and all.
+    // The last line counts back from the end, including the remainder.
     EXPECT_TRUE(texts.contains(text("开始: 90007")));
     EXPECT_TRUE(texts.contains(text("结束: 100007")));
 }
@@ -90,7 +90,7 @@ TEST_F(ThreadFileDownloaderTest, EachSegmentAsksForItsRangeOnce)
     ASSERT_TRUE(run());
     QList<QByteArray> ranges = rangesAsked();
     ASSERT_EQ(ranges.size(), 11);
-    EXPECT_EQ(ranges.takeFirst(), QByteArray()) << "the probe asks for all";
+    EXPECT_EQ(ranges.takeFirst(), QByteArray()) << "the probe requests the whole file";
     std::sort(ranges.begin(), ranges.end());
     EXPECT_EQ(ranges.first(), "bytes=0-9999");
     EXPECT_EQ(ranges.last(), "bytes=90000-100006");
@@ -98,7 +98,7 @@ TEST_F(ThreadFileDownloaderTest, EachSegmentAsksForItsRangeOnce)
         EXPECT_EQ(request.header("Accept-Encoding"), "identity");
 }
 
-TEST_F(ThreadFileDownloaderTest, ProgressTellsPercentAndWholeMebibytes)
+TEST_F(ThreadFileDownloaderTest, ProgressShowsPercentAndWholeMebibytes)
 {
     serveImage(someBytes(12 * 1048576));
     fault("slow-drip:nth=2,bytes=65536,ms=5");
@@ -115,7 +115,7 @@ TEST_F(ThreadFileDownloaderTest, ProgressTellsPercentAndWholeMebibytes)
     EXPECT_EQ(lines.size(), m_percents.size());
 }
 
-TEST_F(ThreadFileDownloaderTest, WithoutAnAddressNothingIsAsked)
+TEST_F(ThreadFileDownloaderTest, WithoutAnAddressNothingIsRequested)
 {
     RecordedDebugStream messages;
     m_worker.url.clear();
@@ -141,7 +141,7 @@ TEST_F(ThreadFileDownloaderTest, TheSizeIsWaitedFor20SecondsInRoundsOf100Millise
     EXPECT_TRUE(m_worker.segments.isEmpty());
 }
 
-TEST_F(ThreadFileDownloaderTest, TheProbeThatTimedOutIsLeftAlive)
+TEST_F(ThreadFileDownloaderTest, AProbeThatTimedOutIsNotAborted)
 {
     fault("stall");
     m_clock.sleepsCount = true;
@@ -187,7 +187,7 @@ TEST_F(ThreadFileDownloaderTest, PartsThatAreCompleteFinishWithoutARequest)
     EXPECT_EQ(rangesAsked(), QList<QByteArray>{QByteArray()});
 }
 
-TEST_F(ThreadFileDownloaderTest, APartWrittenInPartIsResumedFromItsLength)
+TEST_F(ThreadFileDownloaderTest, AnIncompletePartIsResumedFromItsLength)
 {
     write(part(3), m_content.mid(30000, 4321));
     ASSERT_TRUE(run());
@@ -218,7 +218,7 @@ TEST_F(ThreadFileDownloaderTest, ASecondRunRemovesTheFirstRunsPartsAgain)
     EXPECT_EQ(result(), m_content);
 }
 
-TEST_F(ThreadFileDownloaderTest, ATargetThatExistsIsToldWithItsSizeAndReplaced)
+TEST_F(ThreadFileDownloaderTest, AnExistingTargetIsReportedWithItsSizeAndReplaced)
 {
     RecordedDebugStream messages;
     write(m_worker.savePath, QByteArray(123, 'x'));
@@ -227,10 +227,10 @@ TEST_F(ThreadFileDownloaderTest, ATargetThatExistsIsToldWithItsSizeAndReplaced)
     EXPECT_EQ(result(), m_content);
 }
 
-TEST_F(ThreadFileDownloaderTest, AMergeThatFailsIsToldAndThePartsAreRemoved)
+TEST_F(ThreadFileDownloaderTest, AFailedMergeIsReportedAndThePartsAreRemoved)
 {
     RecordedDebugStream messages;
-    // The parts can be written beside it, but the target is a folder.
+    // The target is a folder, but the parts beside it can be written.
     ASSERT_TRUE(QDir().mkdir(m_worker.savePath));
     EXPECT_FALSE(run());
     EXPECT_TRUE(arePartsGone());
@@ -238,11 +238,11 @@ TEST_F(ThreadFileDownloaderTest, AMergeThatFailsIsToldAndThePartsAreRemoved)
     const QStringList log = m_reporter.logLines();
     ASSERT_GE(log.size(), 2);
     EXPECT_EQ(log.at(log.size() - 2), text("merge Files Failed!"));
-    EXPECT_TRUE(log.last().startsWith(m_worker.savePath)) << "the reason is told as well";
+    EXPECT_TRUE(log.last().startsWith(m_worker.savePath)) << "the reason is reported, too";
     EXPECT_EQ(messages.countBeginning(text("合并失败")), 1);
 }
 
-TEST_F(ThreadFileDownloaderTest, ASegmentThatGaveUpKeepsTheRunWaitingAndIsToldOnce)
+TEST_F(ThreadFileDownloaderTest, ASegmentThatGaveUpKeepsTheRunWaitingAndIsReportedOnce)
 {
     RecordedDebugStream messages;
     fault("404:range=3");
@@ -250,7 +250,7 @@ TEST_F(ThreadFileDownloaderTest, ASegmentThatGaveUpKeepsTheRunWaitingAndIsToldOn
     m_clock.onSleep = [&] {
         hurry();
         if (m_worker.segments.size() == 10 && m_worker.segments.at(3)->hasGivenUp() && ++roundsAfter == 50)
-            m_clock.leave();
+            m_clock.shutDown();
     };
     EXPECT_FALSE(run());
     EXPECT_EQ(roundsAfter, 50);
@@ -270,23 +270,23 @@ TEST_F(ThreadFileDownloaderTest, ACountBelowOneNeverEndsByItself)
         int rounds = 0;
         clock.onSleep = [&] {
             if (reporter.logLines().contains(text("Begin Download now...")) && ++rounds == 100)
-                clock.leave();
+                clock.shutDown();
             EXPECT_TRUE(worker.segments.isEmpty());
         };
         EXPECT_FALSE(worker.downloadInSegments(count, &reporter));
-        EXPECT_EQ(rounds, 100) << count << " segments: it waited until it was told to leave";
+        EXPECT_EQ(rounds, 100) << count << " segments: it waited until the program shut down";
         EXPECT_EQ(reporter.logLines().last(), text("Begin Download now..."));
         EXPECT_FALSE(QFile::exists(m_worker.savePath));
     }
 }
 
-TEST_F(ThreadFileDownloaderTest, LeavingEndsTheWaitForTheSizeAtOnce)
+TEST_F(ThreadFileDownloaderTest, ShuttingDownEndsTheWaitForTheSizeAtOnce)
 {
     fault("stall");
     begin();
     ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 1; }));
     const RunningTimer timer;
-    m_clock.leave();
+    m_clock.shutDown();
     ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_FALSE(m_result);
@@ -295,13 +295,13 @@ TEST_F(ThreadFileDownloaderTest, LeavingEndsTheWaitForTheSizeAtOnce)
     EXPECT_FALSE(m_reporter.logLines().contains(text("wait server return timeout!")));
 }
 
-TEST_F(ThreadFileDownloaderTest, LeavingEndsTheDownloadAtOnce)
+TEST_F(ThreadFileDownloaderTest, ShuttingDownEndsTheDownloadAtOnce)
 {
     fault("stall-after:bytes=100,nth=2");
     begin();
     ASSERT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
     const RunningTimer timer;
-    m_clock.leave();
+    m_clock.shutDown();
     ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1500);
     EXPECT_FALSE(m_result);
@@ -310,13 +310,13 @@ TEST_F(ThreadFileDownloaderTest, LeavingEndsTheDownloadAtOnce)
     EXPECT_FALSE(QFile::exists(m_worker.savePath));
 }
 
-TEST_F(ThreadFileDownloaderTest, LeavingEndsARunWhoseProbeIsRefusedAtOnce)
+TEST_F(ThreadFileDownloaderTest, ShuttingDownEndsARunWhoseProbeIsRefusedAtOnce)
 {
     fault("refuse");
     begin();
     ASSERT_TRUE(processEventsUntil([&] { return m_clock.sleeps > 3; }));
     const RunningTimer timer;
-    m_clock.leave();
+    m_clock.shutDown();
     ASSERT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
     EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_FALSE(m_result);
@@ -327,11 +327,11 @@ TEST_F(ThreadFileDownloaderTest, AllSegmentsRunAtOnce)
     fault("stall-after:bytes=0,nth=2");
     begin();
     EXPECT_TRUE(processEventsUntil([&] { return server().requests().size() == 11; }));
-    m_clock.leave();
+    m_clock.shutDown();
     EXPECT_TRUE(processEventsUntil([&] { return m_isEnded.load(); }));
 }
 
-TEST_F(ThreadFileDownloaderTest, TheSegmentsAreHandedTheirRangeAndTheWholeSize)
+TEST_F(ThreadFileDownloaderTest, TheSegmentsGetTheirRangeAndTheWholeSize)
 {
     ASSERT_TRUE(run(4));
     ASSERT_EQ(m_worker.segments.size(), 4);
@@ -345,7 +345,7 @@ TEST_F(ThreadFileDownloaderTest, TheSegmentsAreHandedTheirRangeAndTheWholeSize)
     EXPECT_EQ(m_worker.segments.at(2)->filePath, m_worker.savePath + text("packet_2"));
 }
 
-TEST_F(ThreadFileDownloaderTest, TheParentArgumentIsOnlyKept)
+TEST_F(ThreadFileDownloaderTest, TheParentArgumentIsOnlyStored)
 {
     QObject parent;
     ThreadFileDownloader worker(&parent, &m_label);
@@ -367,7 +367,7 @@ TEST_F(ThreadFileDownloaderTest, ReadBuffersAreBoundedInEverySegment)
         if (m_worker.segments.size() == 10 && sizes.isEmpty()) {
             for (const FileDownloader *segment : qAsConst(m_worker.segments))
                 sizes.append(segment->findChild<QNetworkReply *>()->readBufferSize());
-            m_clock.leave();
+            m_clock.shutDown();
         }
     };
     EXPECT_FALSE(run());

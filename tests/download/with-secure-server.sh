@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Runs a command beside a web server on loopback that speaks TLS, and ends that server afterwards.
+# Runs a command together with a TLS web server on loopback, which it ends afterwards.
 # Usage: with-secure-server.sh COMMAND [ARGUMENT...]
-# The command finds in QUILLMARSH_SECURE_FOLDER what the server serves (served/), its access.log and the
-# authority.crt, and in QUILLMARSH_SECURE_PORT the first of four ports for https://localhost, whose
-# certificates are in turn: the authority's, an expired one of the authority, the authority's for another
-# host, and a self-signed one. The server runs on this system even where the command is a Windows program.
+# QUILLMARSH_SECURE_FOLDER is set to a folder with the server's files (served/), its access.log and
+# authority.crt, and QUILLMARSH_SECURE_PORT to the first of four ports for https://localhost. Their
+# certificates are, in order: a valid one, an expired one, one for another host, and a self-signed one. The
+# server runs natively even if the command is a Windows program.
 set -euo pipefail
 folder=$(mktemp -d "${TMPDIR:-/tmp}/quillmarsh-secure-server.XXXXXX")
 server=''
@@ -21,8 +21,8 @@ head -c 1000007 /dev/urandom >"$folder/served/image.bin"
 
 "$session/make-certificates.sh" "$folder"
 
-# Below the ports that the system gives out by itself; taken ones make the server end at once. It writes
-# its process number when it has bound all of them.
+# Below the range from which the system assigns ports. If one of them is in use, the server ends at once. It
+# writes its process id once it has bound all of them.
 for _ in $(seq 20); do
     port=$((20000 + RANDOM % 3000 * 4))
     "$session/nginx-configuration.sh" "$port" >"$folder/nginx.conf"

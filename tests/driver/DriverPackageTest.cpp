@@ -6,7 +6,7 @@ namespace {
 
 using namespace DriverPackage;
 
-TEST(DriverPackageTest, LibusbKIsFoundAnywhereInANameAndInAnyLetters)
+TEST(DriverPackageTest, LibusbKIsFoundAnywhereInANameAndInAnyLetterCase)
 {
     const struct
     {
@@ -27,7 +27,7 @@ TEST(DriverPackageTest, LibusbKIsFoundAnywhereInANameAndInAnyLetters)
         EXPECT_EQ(isLibusbK(c.names), c.expected) << c.names.join(QLatin1Char(' ')).toStdString();
 }
 
-TEST(DriverPackageTest, TheFilesStandBesideTheProgram)
+TEST(DriverPackageTest, TheFilesAreBesideTheProgram)
 {
     const QString folder = QStringLiteral("C:/Program Files/App");
     EXPECT_EQ(infPath(folder), QStringLiteral("C:/Program Files/App/Artinchip_SoC.inf"));
@@ -63,7 +63,7 @@ TEST(DriverPackageTest, TheSystemFoldersHaveForwardSlashesAndMayHaveNoPrefix)
     }
 }
 
-TEST(DriverPackageTest, TheFiveCopiesStandInTheirOrderWithLibusbKDllAlsoAmongTheDrivers)
+TEST(DriverPackageTest, TheFiveCopiesAreInOrderWithLibusbKDllAlsoAmongTheDrivers)
 {
     const struct
     {

@@ -24,7 +24,7 @@ protected:
 
     void run() { runDriverSequence(QStringLiteral("C:/App"), m_system, m_system); }
     QStringList logged() const { return m_system.of("logged"); }
-    /// What was logged of the copies.
+    /// Returns the logged lines about the copies.
     QStringList copyLines() const
     {
         QStringList found;
@@ -42,7 +42,7 @@ protected:
     RecordedDebugStream m_debug;
 };
 
-TEST_F(DriverSequenceTest, NotRunningEverythingIsInstalledInOrder)
+TEST_F(DriverSequenceTest, IfTheDriverIsNotRunningEverythingIsInstalledInOrder)
 {
     m_system.drivers = QStringList{QStringLiteral("ntoskrnl.exe")};
     m_system.files.insert(QStringLiteral("C:/App/Artinchip_SoC.cat"));
@@ -94,7 +94,7 @@ TEST_F(DriverSequenceTest, NotRunningEverythingIsInstalledInOrder)
                            QStringLiteral("Driver installed successfully!")}));
 }
 
-TEST_F(DriverSequenceTest, RunningBothToolsRunAndNothingIsCopiedInstalledOrStarted)
+TEST_F(DriverSequenceTest, IfTheDriverIsRunningBothToolsRunAndNothingIsCopiedInstalledOrStarted)
 {
     loadLibusbK();
     run();
@@ -116,7 +116,7 @@ TEST_F(DriverSequenceTest, ALoadedDriverInCapitalsCountsAsRunning)
     EXPECT_TRUE(m_system.of("create").isEmpty());
 }
 
-TEST_F(DriverSequenceTest, MoreLoadedDriversThanThereIsRoomForCountAsNotRunningAndAllIsInstalled)
+TEST_F(DriverSequenceTest, MoreLoadedDriversThanTheBufferHoldsCountAsNotRunningAndEverythingIsInstalled)
 {
     for (const quint32 bytes : {8192U, 8200U, 16384U}) {
         m_system.events.clear();
@@ -147,7 +147,7 @@ TEST_F(DriverSequenceTest, AnUnreadableListCountsAsNotRunning)
     EXPECT_TRUE(m_system.has("shown driver libusbK Is Not Running!"));
 }
 
-TEST_F(DriverSequenceTest, ACatalogThatTheToolDoesNotMakeIsToldAndAStaleOneDoesNotHideThat)
+TEST_F(DriverSequenceTest, ACatalogThatIsNotCreatedIsLoggedAsAFailureEvenIfThereWasAStaleOne)
 {
     m_system.files.insert(QStringLiteral("C:/App/Artinchip_SoC.cat"));
     m_system.catalogToolMakesCatalog = false;
@@ -166,14 +166,14 @@ TEST_F(DriverSequenceTest, AMissingCatalogToolIsAFailedCatalogAndTheCheckGoesOn)
     EXPECT_EQ(m_system.of("start").size(), 1);
 }
 
-TEST_F(DriverSequenceTest, OnlyTheCatalogCountsNotHowItsToolEnded)
+TEST_F(DriverSequenceTest, OnlyTheCatalogCountsAndNotTheResultOfItsTool)
 {
     m_system.catalogToolEnd = ToolRun::Killed;
     run();
     EXPECT_TRUE(m_system.has("logged Try Create Cat And Inf Success"));
 }
 
-TEST_F(DriverSequenceTest, PnputilsOutputIsLoggedPieceByPieceAsItStandsAndItsErrorsBehindErr)
+TEST_F(DriverSequenceTest, PnputilsOutputIsLoggedPieceByPieceAndItsErrorsWithAPrefix)
 {
     m_system.infToolPrints = [](const ToolListener &listener) {
         listener.standardOutput("Microsoft PnP Utility\r\n\r\n");
@@ -192,7 +192,7 @@ TEST_F(DriverSequenceTest, PnputilsOutputIsLoggedPieceByPieceAsItStandsAndItsErr
                            QStringLiteral("Process finished!")}));
 }
 
-TEST_F(DriverSequenceTest, ACharacterCutInTwoBetweenPiecesIsWhole)
+TEST_F(DriverSequenceTest, ACharacterSplitBetweenPiecesIsDecoded)
 {
     m_system.infToolPrints = [](const ToolListener &listener) {
         listener.standardError("\xE5\xA4");
@@ -216,7 +216,7 @@ TEST_F(DriverSequenceTest, PnputilThatDoesNotEndInTimeOrIsMissingIsAnErrorOnTheD
     EXPECT_EQ(m_debug.count(QStringLiteral("Process finished!")), 0);
 }
 
-TEST_F(DriverSequenceTest, WithAllFiveFilesThereNoCopyIsBegun)
+TEST_F(DriverSequenceTest, IfAllFiveFilesExistNothingIsCopied)
 {
     for (const QString &destination : destinations)
         m_system.files.insert(destination);
@@ -226,7 +226,7 @@ TEST_F(DriverSequenceTest, WithAllFiveFilesThereNoCopyIsBegun)
     EXPECT_TRUE(m_system.has("logged Install DriverINFO..."));
 }
 
-TEST_F(DriverSequenceTest, EachCopyIsLeftOutByItselfWhenItsFileIsThere)
+TEST_F(DriverSequenceTest, EachCopyIsSkippedIfItsFileExists)
 {
     for (int there = 0; there < 5; ++there) {
         m_system.events.clear();
@@ -244,7 +244,7 @@ TEST_F(DriverSequenceTest, EachCopyIsLeftOutByItselfWhenItsFileIsThere)
     }
 }
 
-TEST_F(DriverSequenceTest, EachCopyThatFailsIsToldByItsNumberAndTheOthersAreMade)
+TEST_F(DriverSequenceTest, AFailedCopyIsLoggedWithItsNumberAndTheOthersAreMade)
 {
     for (int refused = 0; refused < 5; ++refused) {
         m_system.events.clear();
@@ -264,7 +264,7 @@ TEST_F(DriverSequenceTest, EachCopyThatFailsIsToldByItsNumberAndTheOthersAreMade
     }
 }
 
-TEST_F(DriverSequenceTest, WithoutTheDriverPackageEveryCopyFailsAndTheServiceIsTriedAllTheSame)
+TEST_F(DriverSequenceTest, WithoutTheDriverPackageEveryCopyFailsAndTheServiceIsStillTried)
 {
     m_system.files.clear();
     run();
@@ -275,7 +275,7 @@ TEST_F(DriverSequenceTest, WithoutTheDriverPackageEveryCopyFailsAndTheServiceIsT
     EXPECT_EQ(m_system.of("create").size(), 1);
 }
 
-TEST_F(DriverSequenceTest, WithoutWindirThatIsToldAndTheCopiesGoToPathsThatBeginWithSystem32)
+TEST_F(DriverSequenceTest, AMissingWindirIsLoggedAndTheCopiesGoToPathsThatBeginWithSystem32)
 {
     m_system.windir.clear();
     m_system.refusedCopies = {
@@ -302,7 +302,7 @@ TEST_F(DriverSequenceTest, AnInfThatIsRefusedIsLoggedWithItsCodeInDecimal)
     EXPECT_TRUE(m_system.has("logged Install Dev Success"));
 }
 
-TEST_F(DriverSequenceTest, AServiceThatIsThereAlreadyIsAFailedInstallFollowedByItsStart)
+TEST_F(DriverSequenceTest, AnExistingServiceIsAFailedInstallationAndIsStarted)
 {
     m_system.services = {QStringLiteral("libusbK")};
     run();
@@ -314,14 +314,14 @@ TEST_F(DriverSequenceTest, AServiceThatIsThereAlreadyIsAFailedInstallFollowedByI
                      QStringLiteral("start libusbK"), QStringLiteral("logged Start Dev Success")}));
 }
 
-TEST_F(DriverSequenceTest, AStartThatIsRefusedIsTold)
+TEST_F(DriverSequenceTest, ARefusedStartIsLogged)
 {
     m_system.startWorks = false;
     run();
     EXPECT_EQ(m_system.events.last(), QStringLiteral("logged Start Dev Failed!"));
 }
 
-TEST_F(DriverSequenceTest, FromTheCopiesOnTheFolderIsTheApplicationsOwn)
+TEST_F(DriverSequenceTest, TheCopiesUseTheFolderThatTheSystemReports)
 {
     m_system.ownFolder = QStringLiteral("D:/Elsewhere");
     run();

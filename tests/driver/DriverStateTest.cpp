@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(DriverStateTest, TellsWhetherTheDriverRuns)
+TEST(DriverStateTest, ReportsWhetherTheDriverIsRunning)
 {
     FakeDriverSystem system;
     system.drivers = QStringList{QStringLiteral("hal.dll")};
@@ -16,7 +16,7 @@ TEST(DriverStateTest, TellsWhetherTheDriverRuns)
     EXPECT_EQ(DriverState::of(system).running, std::optional<bool>(true));
 }
 
-TEST(DriverStateTest, DoesNotKnowWhatTheSystemDoesNotTell)
+TEST(DriverStateTest, IsUnknownIfTheSystemDoesNotListItsDrivers)
 {
     FakeDriverSystem system;
     system.drivers = QStringList{QStringLiteral("libusbK.sys")};

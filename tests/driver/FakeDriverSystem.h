@@ -9,19 +9,19 @@
 #include <algorithm>
 #include <functional>
 
-/// A Windows of a test's own, and the log: everything that is done and told, in one order. At first
-/// nothing is loaded, none of the files is there, and everything works.
+/// A fake Windows and log, which records all steps and messages in order. Initially no driver is loaded, none
+/// of the files exists, and all steps succeed.
 class FakeDriverSystem : public DriverSystem, public DriverLog
 {
 public:
-    /// What happened: "shown …", "logged …", "remove …", "run …|…", "copy … > …", "inf …",
-    /// "create … as …", "start …".
+    /// The recorded events: "shown …", "logged …", "remove …", "run …|…", "copy … > …", "inf …", "create … as
+    /// …", "start …".
     QStringList events;
 
     bool listSucceeds = true;
-    /// An empty name is one that cannot be read.
+    /// The names of the loaded drivers; an empty name cannot be read.
     QStringList drivers;
-    /// What the list call says, when it is not the size of `drivers`.
+    /// The result of the list call, if it is not the size of `drivers`.
     std::optional<quint32> reportedBytes;
     QString ownFolder = QStringLiteral("C:/App");
     QString windir = QStringLiteral("C:\\Windows");
@@ -31,12 +31,12 @@ public:
     bool catalogToolMakesCatalog = true;
     ToolRun::End catalogToolEnd = ToolRun::Finished;
     ToolRun::End infToolEnd = ToolRun::Finished;
-    /// What pnputil prints, piece by piece.
+    /// Prints the output of pnputil, piece by piece.
     std::function<void(const ToolListener &)> infToolPrints;
     InfCopy infCopy{true, 0};
     QSet<QString> services;
     bool startWorks = true;
-    /// Called in the middle of each event, the last of `events`.
+    /// Called during each event, which is then the last of `events`.
     std::function<void()> whenHappened;
 
     LoadedDrivers loadedDrivers() override
@@ -114,7 +114,7 @@ public:
     void showLine(const QString &line) override { note("shown", line); }
     void logLine(const QString &line) override { note("logged", line); }
 
-    /// The events of one kind, without its word.
+    /// Returns the events of one kind, without the name of the kind.
     QStringList of(const char *kind) const
     {
         const QString word = QLatin1String(kind) + QLatin1Char(' ');

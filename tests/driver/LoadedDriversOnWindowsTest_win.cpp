@@ -3,7 +3,7 @@
 #include "tests/support/RecordedDebugStream.h"
 
 #include <windows.h>
-// After windows.h, on which it depends.
+// This header needs windows.h, so it comes after it.
 #include <psapi.h>
 
 #include <gtest/gtest.h>
@@ -17,12 +17,12 @@
 
 namespace {
 
-/// The drivers of a Windows that has some, which Wine's has not.
+/// Loaded drivers, of which Wine has none.
 struct Drivers
 {
     bool listSucceeds = true;
     std::vector<std::uint64_t> addresses;
-    /// Without an entry a name cannot be read.
+    /// A name without an entry cannot be read.
     std::map<std::uint64_t, std::string> names;
     DWORD room = 0;
     DWORD nameRoom = 0;
@@ -37,7 +37,7 @@ std::uint64_t addressOf(const void *pointer)
 
 } // namespace
 
-// The program is linked with these instead of the system's functions of the same names.
+// The program is linked with these functions instead of those of the system.
 extern "C" BOOL WINAPI EnumDeviceDrivers(LPVOID *found, DWORD room, LPDWORD needed)
 {
     drivers.room = room;
@@ -68,7 +68,7 @@ protected:
     WindowsDriverSystem m_system;
 };
 
-TEST_F(LoadedDriversOnWindowsTest, TheAddressesOfTheSystemsListStandInTheirOrderWithZerosBehindThem)
+TEST_F(LoadedDriversOnWindowsTest, TheAddressesAreInTheSystemsOrderFollowedByZeros)
 {
     drivers.addresses = {0xFFFFF80012340000ULL, 0x1000, 0xFFFFFFFFFFFFF000ULL};
     const DriverSystem::LoadedDrivers listed = m_system.loadedDrivers();
@@ -80,7 +80,7 @@ TEST_F(LoadedDriversOnWindowsTest, TheAddressesOfTheSystemsListStandInTheirOrder
     EXPECT_EQ(drivers.room, 8192U);
 }
 
-TEST_F(LoadedDriversOnWindowsTest, AListThatIsLongerThanTheRoomTellsItsWholeSize)
+TEST_F(LoadedDriversOnWindowsTest, AListThatExceedsTheBufferReportsItsWholeSize)
 {
     drivers.addresses.assign(1025, 0x2000);
     const DriverSystem::LoadedDrivers listed = m_system.loadedDrivers();
@@ -88,7 +88,7 @@ TEST_F(LoadedDriversOnWindowsTest, AListThatIsLongerThanTheRoomTellsItsWholeSize
     EXPECT_EQ(listed.addresses, QVector<quint64>(1024, 0x2000));
 }
 
-TEST_F(LoadedDriversOnWindowsTest, AListThatCannotBeReadIsAFailureWhateverItHolds)
+TEST_F(LoadedDriversOnWindowsTest, AListThatCannotBeReadIsAFailureWhateverItContains)
 {
     drivers.addresses = {0x1000};
     drivers.listSucceeds = false;

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(LoadedDriversTest, TheCountFollowsTheReportedBytesUpToOneLessThanThereIsRoomFor)
+TEST(LoadedDriversTest, TheCountFollowsFromTheReportedBytesUnlessTheBufferIsFull)
 {
     const struct
     {

@@ -26,7 +26,7 @@ protected:
     const QTemporaryDir m_folder;
 };
 
-TEST_F(WholeCopyTest, TheContentsArriveUnderTheNameOfTheDestinationAndNothingElseDoes)
+TEST_F(WholeCopyTest, OnlyTheDestinationIsCreatedAndHasAllContents)
 {
     for (const int size : {0, 1, 256 * 1024, 3 * 256 * 1024 + 7}) {
         QFile::remove(destination());
@@ -38,7 +38,7 @@ TEST_F(WholeCopyTest, TheContentsArriveUnderTheNameOfTheDestinationAndNothingEls
     }
 }
 
-TEST_F(WholeCopyTest, WhatIsThereIsNotOverwritten)
+TEST_F(WholeCopyTest, AnExistingFileIsNotOverwritten)
 {
     ASSERT_TRUE(WholeFile::write(source(), "new"));
     ASSERT_TRUE(WholeFile::write(destination(), "old"));
@@ -47,7 +47,7 @@ TEST_F(WholeCopyTest, WhatIsThereIsNotOverwritten)
     EXPECT_EQ(arrived(), QStringList{QStringLiteral("file")});
 }
 
-TEST_F(WholeCopyTest, WhatAKilledCopyLeftIsReplaced)
+TEST_F(WholeCopyTest, TheRemainsOfAKilledCopyAreReplaced)
 {
     ASSERT_TRUE(WholeFile::write(source(), "new"));
     ASSERT_TRUE(WholeFile::write(destination() + QStringLiteral(".quillmarsh-new"), "half of an older one"));
@@ -56,7 +56,7 @@ TEST_F(WholeCopyTest, WhatAKilledCopyLeftIsReplaced)
     EXPECT_EQ(arrived(), QStringList{QStringLiteral("file")});
 }
 
-TEST_F(WholeCopyTest, ASourceThatIsMissingOrAFolderLeavesNothing)
+TEST_F(WholeCopyTest, ASourceThatIsMissingOrAFolderCreatesNothing)
 {
     EXPECT_FALSE(copyWhole(source(), destination()));
     ASSERT_TRUE(QDir().mkdir(source()));

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// No file of this process may grow above `bytes` while this lives: for one that grows the disk is full.
+/// Limits the size of files of this process during its lifetime. Writing beyond it fails as on a full disk.
 class SmallFiles
 {
 public:
@@ -36,7 +36,7 @@ private:
     void (*m_handler)(int) = nullptr;
 };
 
-TEST(WholeCopyOnLinuxTest, ADiskThatIsFullMeanwhileLeavesNothing)
+TEST(WholeCopyOnLinuxTest, ADiskThatFillsUpLeavesNothingBehind)
 {
     const QTemporaryDir folder;
     const QString source = folder.filePath(QStringLiteral("from"));

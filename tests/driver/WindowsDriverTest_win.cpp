@@ -42,7 +42,7 @@ void deleteService()
         DeleteService(service.get());
 }
 
-/// What the service manager says of the service.
+/// The configuration of the service according to the service manager.
 struct ServiceConfig
 {
     bool isThere = false;
@@ -71,8 +71,8 @@ ServiceConfig readService()
     return config;
 }
 
-/// Windows' setup information files. Some Windows give one that they take over a number for a name,
-/// others leave it its own.
+/// Returns the installed setup information files. Some versions of Windows rename installed files to a
+/// number, others keep the name.
 QStringList takenInfs()
 {
     wchar_t windows[MAX_PATH] = {};
@@ -91,7 +91,7 @@ QString inSystemPage(const char *bytes)
     return QString::fromWCharArray(text, size - 1);
 }
 
-/// Windows as it is, but for the folder of the executable.
+/// The real Windows, except for the folder of the executable.
 class StagedSystem : public WindowsDriverSystem
 {
 public:
@@ -99,8 +99,8 @@ public:
     QString applicationFolder() override { return folder; }
 };
 
-/// The real calls, on a Windows folder and an application folder of the test's own. The service and
-/// the list of taken files are the machine's, so these tests take turns and clean up.
+/// Tests the real functions with a separate Windows folder and application folder. The service and the
+/// installed files belong to the machine, so these tests run one after the other and clean up.
 class WindowsDriverTest : public testing::Test, protected DriverLog
 {
 protected:
@@ -117,7 +117,7 @@ protected:
         for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll", "libusbK.sys"})
             write(QStringLiteral("app folder/amd64/") + QLatin1String(name), name);
         write(QStringLiteral("app folder/Artinchip_SoC.inf"), inf);
-        // The one makes the catalog of the folder that it is given.
+        // The tool that creates the catalog in the given folder.
         addTool("app folder/dpscat.exe",
                 ToolSteps({{QStringLiteral("leave"), QStringLiteral("Artinchip_SoC.cat")},
                            {QStringLiteral("contents"), QStringLiteral("catalog")}}));
@@ -146,7 +146,7 @@ protected:
     {
         ScriptedTools::place(inFolder(path), ScriptedTools::scriptOf(steps));
     }
-    /// The arguments of a tool's runs.
+    /// Returns the arguments of a tool's runs.
     QList<QStringList> argumentsOf(const char *tool) const
     {
         QList<QStringList> all;
@@ -171,11 +171,11 @@ protected:
             if (WholeFile::read(path) != inf)
                 continue;
             QFile::remove(path);
-            // Beside it Windows notes where it came from.
+            // The file beside it, in which Windows stores its origin.
             QFile::remove(path.left(path.size() - 4) + QStringLiteral(".pnf"));
         }
     }
-    /// How many of the files that Windows has taken over are ours.
+    /// Returns how many of the installed files belong to this test.
     static int infsOfOurs()
     {
         int count = 0;
@@ -194,7 +194,7 @@ protected:
     QStringList m_lines;
 };
 
-TEST_F(WindowsDriverTest, TheListOfLoadedDriversIsReadAndNothingStandsBehindItsEnd)
+TEST_F(WindowsDriverTest, TheListOfLoadedDriversIsReadAndNothingFollowsItsEnd)
 {
     const DriverSystem::LoadedDrivers listed = m_system.loadedDrivers();
     ASSERT_TRUE(listed.succeeded);
@@ -244,7 +244,7 @@ TEST_F(WindowsDriverTest, AMissingInfIsRefusedWithACode)
     EXPECT_EQ(copy.errorCode, static_cast<quint32>(ERROR_FILE_NOT_FOUND));
 }
 
-TEST_F(WindowsDriverTest, AnInfBesideItsCatalogIsTakenOver)
+TEST_F(WindowsDriverTest, AnInfBesideItsCatalogIsAccepted)
 {
     write(QStringLiteral("app folder/Artinchip_SoC.cat"), "catalog");
     const DriverSystem::InfCopy copy = m_system.copyOemInf(inFolder("app folder/Artinchip_SoC.inf"));
@@ -252,7 +252,7 @@ TEST_F(WindowsDriverTest, AnInfBesideItsCatalogIsTakenOver)
     EXPECT_EQ(infsOfOurs(), 1);
 }
 
-TEST_F(WindowsDriverTest, ToolsThatPrintAreHeardInTheEncodingsOfTheirStreams)
+TEST_F(WindowsDriverTest, TheOutputOfToolsIsDecodedWithTheEncodingOfEachStream)
 {
     addTool("tools/pnputil.exe", ToolStep::print("\xE9t\xE9 <b>\r\n") + ToolStep::printError("失败"));
     run();
@@ -294,7 +294,7 @@ TEST_F(WindowsDriverTest, TheFirstRunInstallsEverythingInOrder)
     EXPECT_EQ(readService().binaryPath, servicePath());
 }
 
-TEST_F(WindowsDriverTest, TheSecondRunOverwritesNothingAndStartsTheServiceThatIsThere)
+TEST_F(WindowsDriverTest, TheSecondRunOverwritesNothingAndStartsTheExistingService)
 {
     run();
     const QString destination = QStringLiteral("Windows/System32/libusbK.dll");
@@ -309,7 +309,7 @@ TEST_F(WindowsDriverTest, TheSecondRunOverwritesNothingAndStartsTheServiceThatIs
     EXPECT_EQ(argumentsOf("app folder/dpscat.exe").size(), 2);
 }
 
-TEST_F(WindowsDriverTest, NobodyEverSeesPartOfACopy)
+TEST_F(WindowsDriverTest, APartialCopyIsNeverVisible)
 {
     const qint64 bytes = 256 * 1024 * 1024;
     const QString source = inFolder("large");
@@ -334,7 +334,7 @@ TEST_F(WindowsDriverTest, NobodyEverSeesPartOfACopy)
         EXPECT_EQ(size, bytes);
 }
 
-TEST_F(WindowsDriverTest, WithoutItsToolsThatIsAFailedCatalogAndTheInfIsRefused)
+TEST_F(WindowsDriverTest, WithoutItsToolsTheCatalogFailsAndTheInfIsRefused)
 {
     ASSERT_TRUE(QFile::remove(inFolder("app folder/dpscat.exe")));
     ASSERT_TRUE(QFile::remove(inFolder("tools/pnputil.exe")));

@@ -27,7 +27,7 @@ QJsonObject writesAnswer(const char *answer, int count = 0)
     return behaviour("writes", writes);
 }
 
-/// The model's entry with other fields in it.
+/// Returns the entry of a device with changed fields.
 QJsonObject with(QJsonObject device, const QJsonObject &changes)
 {
     for (auto change = changes.begin(); change != changes.end(); ++change)
@@ -35,7 +35,7 @@ QJsonObject with(QJsonObject device, const QJsonObject &changes)
     return device;
 }
 
-/// What comes of an update when the bus does what buses do.
+/// Updates during which the bus or the device fails.
 class BusFaultTest : public EndToEndTest
 {
 protected:
@@ -56,13 +56,13 @@ protected:
     {
         return scenario().bus.device(scenario().model()).value(QLatin1String("state")).toString();
     }
-    /// Puts the device back as it was sold, and updates it.
+    /// Restores the device to its original state and updates it.
     void expectTheNextUpdateWorks()
     {
         UpdateScenario &s = scenario();
         ASSERT_TRUE(s.bus.setReportAnswer(s.model(), with(onReport("bootloader"), writesAnswer("ok"))))
             << s.bus.errorText().toStdString();
-        // After a success it is on its way back from the reset, if it is there at all.
+        // After a success it is restarting because of the reset, if it is on the bus at all.
         if (s.probe.text(title) == upgradeSuccessful && stateOnBus() == QLatin1String("bootloader"))
             s.bus.waitForDevice(s.model(), QStringLiteral("application"));
         if (stateOnBus() == QLatin1String("bootloader"))
@@ -76,7 +76,7 @@ protected:
         EXPECT_EQ(s.bus.device(s.model()).value(QLatin1String("burns")).toInt(), burns + 1);
         EXPECT_EQ(s.burned(), s.image());
     }
-    /// Has the USB flasher play these steps when it burns; it resets honestly.
+    /// Makes the USB flasher play these steps when it burns. Its reset works normally.
     void playBurn(const QJsonArray &steps)
     {
         ASSERT_TRUE(scenario().program.setScript(usbFlasher, scriptFor(QStringLiteral("image"), {steps})));
@@ -87,7 +87,8 @@ protected:
         s.devices = {with(ModelOnBus::application(s.model()), onReport("bootloader", 20, afterMs))};
         EXPECT_EQ(update(), upgradeSuccessful);
         EXPECT_EQ(s.burned(), s.image());
-        EXPECT_GT(s.program.runs(usbFlasher).size(), 2) << "some tries too early, the burn and the reset";
+        EXPECT_GT(s.program.runs(usbFlasher).size(), 2)
+            << "some attempts that are too early, the burn and the reset";
     }
 };
 
@@ -218,7 +219,7 @@ TEST_F(BusFaultTest, AShortWriteCountsAsSentAndTheFlasherDecides)
     ASSERT_NO_FATAL_FAILURE(waitForLog("Open upg device failed"));
     EXPECT_TRUE(logHas("write res:64CommandKind:1IsDuoDev:2"));
     EXPECT_TRUE(logHas("TryToBootloader Success!"));
-    // The user helps: the device in its bootloader, as its button puts it.
+    // The user puts the device into its bootloader with its button.
     ASSERT_TRUE(s.bus.unplug(s.model()));
     ASSERT_TRUE(s.bus.plugBootloader(s.model()));
     EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
@@ -273,7 +274,7 @@ TEST_F(BusFaultTest, AMarkerInLowerCaseIsFound)
     UpdateScenario &s = scenario("DevMah");
     QJsonObject duo = ModelOnBus::application(s.model());
     QJsonArray interfaces = duo.value(QLatin1String("interfaces")).toArray();
-    // No help from the interface's number: the path alone has to tell.
+    // The number of the interface does not help: only the path contains the marker.
     interfaces[0] =
         with(interfaces[0].toObject(),
              {{QStringLiteral("node"), QStringLiteral("hidraw_mi_00_x")}, {QStringLiteral("number"), 3}});
@@ -311,7 +312,7 @@ TEST_F(BusFaultTest, OfTwentyDevicesTheOneInTheListIsUpdatedAndNoOtherTouched)
 {
     UpdateScenario &s = scenario("DevMaa");
     s.devices.clear();
-    // Strangers before it: the first known device in bus order is the one.
+    // Unknown devices before it: the first known device in bus order is chosen.
     for (int i = 0; i < 19; ++i) {
         const QJsonObject ids{{QStringLiteral("vendorId"), 0x1234}, {QStringLiteral("productId"), i + 1}};
         s.devices.append({{QStringLiteral("key"), QStringLiteral("stranger%1").arg(i)},
@@ -343,7 +344,7 @@ TEST_F(BusFaultTest, ADevicePluggedDuringAnUpdateDoesNotTakeItOver)
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(s.bus.device(other).value(QLatin1String("reports")).toArray().isEmpty());
     EXPECT_TRUE(s.burned(other).isEmpty());
-    // Another device is first in bus order now, or the same one again; either is a device.
+    // Either the other device or the same one is first in bus order now; both count as detected.
     EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
 }
 

@@ -52,7 +52,8 @@ TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndThe
     s.program.setControlList({}, {QStringLiteral("USB")});
     start();
     ASSERT_TRUE(s.probe.waitForWholeText(connection, nothing));
-    // While the window is made, the IAP programmer is asked, and a start would do nothing.
+    // While the window is created, the IAP programmer is asked for its ports, and a start would have no
+    // effect.
     ASSERT_TRUE(pollUntil([&] { return logHas("create IAPUpDate Mode done."); }, eventLimitMs, 20));
     ASSERT_TRUE(s.probe.click(startButton));
     ASSERT_TRUE(
@@ -63,7 +64,7 @@ TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndThe
     // The monitor was not stopped, and no update was begun.
     s.program.setControlList({s.model()}, {QStringLiteral("USB")});
     EXPECT_TRUE(s.probe.waitForWholeText(connection, detected));
-    EXPECT_TRUE(s.probe.read(QStringLiteral("firmwareChooser")).isEmpty()) << "not even a chooser is made";
+    EXPECT_TRUE(s.probe.read(QStringLiteral("firmwareChooser")).isEmpty()) << "not even a chooser is created";
     EXPECT_EQ(s.program.updateLogLines().filter(QStringLiteral("usb tmpPath: ")).size(), 0);
     EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("Start Update button was pressed!")));
     EXPECT_TRUE(s.probe.text(title).endsWith(QStringLiteral("No Device Detected")));

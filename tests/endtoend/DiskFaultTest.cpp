@@ -11,7 +11,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// Disks that are full, and what somebody has put in the way.
+/// Full disks, and files and links that somebody has planted in the folders.
 class DiskFaultTest : public FolderFaultTest
 {
 protected:
@@ -31,7 +31,7 @@ TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
 {
     UpdateScenario &s = scenario();
     ASSERT_TRUE(OwnMounts::inMemory(s.program.temporaryFolder(), 3584));
-    // Slow enough for the space to go before the image has come.
+    // Slow enough for the space to be used up before the image has arrived.
     s.serverFaults = QStringList{QStringLiteral("slow-drip:path=*.img,range=9,bytes=2048,ms=40")};
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(s.pressStart());
@@ -45,14 +45,14 @@ TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
         eventLimitMs, 50));
     EXPECT_TRUE(logMentions(QStringLiteral("No space left on device")));
     EXPECT_FALSE(s.probe.isEnabled(startButton));
-    // With room again it goes on where it stopped.
+    // Once there is space again, the download continues where it stopped.
     ballast.close();
     ASSERT_TRUE(ballast.remove());
     EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
 }
 
-TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndWhatTheyPointAtIsLeftAlone)
+TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndTheirTargetsAreKept)
 {
     UpdateScenario &s = scenario();
     const QString folder = downloads() + QStringLiteral("/tmp");
@@ -73,7 +73,7 @@ TEST_F(DiskFaultTest, PlantedLinksAreRemovedAndWhatTheyPointAtIsLeftAlone)
     EXPECT_FALSE(QFile::exists(notThereYet));
 }
 
-TEST_F(DiskFaultTest, ADownloadFolderThatIsALinkIsNotUsedAndWhatLiesThereStays)
+TEST_F(DiskFaultTest, ADownloadFolderThatIsALinkIsNotUsedAndItsContentsAreKept)
 {
     UpdateScenario &s = scenario();
     const QString elsewhere = s.program.homeFolder() + QStringLiteral("/elsewhere");

@@ -40,7 +40,7 @@ inline QJsonArray unreachable()
     return {step("print", QStringLiteral("Open upg device failed\n")), step("exit", 1)};
 }
 
-/// What the tool was started with, run by run.
+/// Returns the arguments of each run of the tool.
 inline QList<QStringList> argumentsOf(const StagedProgram &program, const QString &tool)
 {
     QList<QStringList> all;
@@ -51,8 +51,8 @@ inline QList<QStringList> argumentsOf(const StagedProgram &program, const QStrin
 
 } // namespace EndToEnd
 
-/// Shows the end of a failed case: what the user's log and the debug stream said. The program is the real
-/// one, so its time limits are, too: two seconds for leaving, one for a last taskkill.
+/// Prints the end of the user's log and of the debug stream if a case fails. The program is the real one and
+/// has its real time limits: two seconds for shutting down, one for the last taskkill.
 class EndToEndTest : public testing::Test
 {
 protected:
@@ -77,7 +77,7 @@ protected:
         return *m_scenario;
     }
 
-    /// Starts and runs one update until the controls are back; then the title.
+    /// Runs one update until the controls are enabled again and returns the title.
     QString update()
     {
         UpdateScenario &s = *m_scenario;
@@ -107,7 +107,7 @@ protected:
         return pollUntil(isBack) && s.probe.waitForWholeText(EndToEnd::connection, EndToEnd::detected);
     }
 
-    /// The run ended before the device was touched, and the controls came back.
+    /// Expects that the run ended before the device was changed, and that the controls are enabled again.
     void expectUntouchedDevice()
     {
         UpdateScenario &s = scenario();

@@ -6,12 +6,12 @@ namespace {
 
 using namespace EndToEnd;
 
-/// Whatever keeps the image from coming ends the run before the device is touched.
+/// A run without an image ends before the device is changed.
 class FailedFetchTest : public EndToEndTest
 {
 };
 
-TEST_F(FailedFetchTest, AnImageWithAnotherSumIsNotFlashed)
+TEST_F(FailedFetchTest, AnImageWithAWrongMd5IsNotFlashed)
 {
     UpdateScenario &s = scenario();
     s.firmware.setField(s.model(), QStringLiteral("md5"), QStringLiteral("00000000000000000000000000000000"));

@@ -23,7 +23,7 @@ QJsonObject print(const char *text)
 class FlasherFaultTest : public EndToEndTest
 {
 protected:
-    /// Has the flasher of a write type play one entry per burn, and reset honestly.
+    /// Makes the flasher of a write type play one entry for each burn. Its reset works normally.
     void play(const QList<QJsonArray> &runs, const QString &writeType = QStringLiteral("USB"))
     {
         UpdateScenario &s = scenario();
@@ -31,12 +31,12 @@ protected:
         const QString tool = writeType == QLatin1String("USB") ? usbFlasher : hidFlasher;
         ASSERT_TRUE(s.program.setScript(tool, scriptFor(QStringLiteral("image"), runs)));
     }
-    /// One more update in the running program, then the title. After a failure the device is still
+    /// Runs another update in the running program and returns the title. After a failure the device is still
     /// in its bootloader, and the user picks its model.
     QString updateAgain()
     {
         UpdateScenario &s = scenario();
-        // It is on its way back from the reset.
+        // It is restarting because of the reset.
         if (s.probe.text(title) == upgradeSuccessful &&
             !s.bus.waitForDevice(s.model(), QStringLiteral("application")))
             return s.bus.errorText();
@@ -66,7 +66,7 @@ protected:
         }
         return 0;
     }
-    /// The most memory that the program ever held, in megabytes.
+    /// Returns the peak memory of the program, in megabytes.
     int peakMegabytes() const { return ProcessUse::of(programId()).peakKilobytes / 1024; }
 };
 
@@ -197,7 +197,7 @@ TEST_F(FlasherFaultTest, AFloodOfOutputIsLoggedWholeWithinBoundedMemoryInALiving
     }
     EXPECT_EQ(titleWhenIdle(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
-    // A read may end within a line, and then the rest of it has a time stamp of its own.
+    // A read may end within a line; the rest of the line then has a separate time stamp.
     EXPECT_EQ(s.program.updateLogLines().join(QString()).count(QLatin1Char('x')) / (bytes / 100 * 99), 1);
     EXPECT_LE(s.probe.text(QStringLiteral("logTextView")).count(QLatin1Char('\n')), 22000);
 }

@@ -2,21 +2,21 @@
 
 #include "tests/endtoend/EndToEnd.h"
 
-/// Folders and files that cannot be written, or must not be.
+/// Folders and files that cannot or must not be written.
 class FolderFaultTest : public EndToEndTest
 {
 protected:
-    // The table has no text of its own for it, so the fallback shows.
+    // The table has no text for this key, so the fallback is shown.
     const QString folderFailed = QStringLiteral("当前状态: ensurePath Failed");
 
     QString downloads()
     {
         return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath");
     }
-    /// As the program names it.
+    /// Maps a path to the one that the program sees.
     QString toProgramPath(const QString &path) { return scenario().program.toProgramPath(path); }
 
-    /// The title after a run that may be over before the start button is seen disabled.
+    /// Returns the title after a run that may end before the start button is seen disabled.
     QString titleAfterQuickRun()
     {
         UpdateScenario &s = scenario();
@@ -29,7 +29,8 @@ protected:
     {
         return !scenario().program.updateLogLines().filter(text).isEmpty();
     }
-    /// Whether a line that begins so goes on, with the system's own words.
+    /// Returns whether there is a line that begins with this text and continues with an error text of the
+    /// system.
     bool logGivesReasonAfter(const QString &beginning)
     {
         for (const QString &line : scenario().program.updateLogLines()) {

@@ -4,10 +4,10 @@ namespace {
 
 using namespace EndToEnd;
 
-/// A programmer that is missing, fails, or does not end.
+/// Programmers that are missing, fail, or do not end.
 using IapFaultTest = IapTest;
 
-TEST_F(IapFaultTest, WithoutAProgrammerStartSaysNothingAndTheStartButtonStaysOff)
+TEST_F(IapFaultTest, WithoutAProgrammerStartLogsNothingAndTheStartButtonStaysOff)
 {
     UpdateScenario &s = iapScenario();
     ASSERT_TRUE(QFile::remove(s.program.applicationFolder() + QLatin1Char('/') + programmer));
@@ -22,7 +22,7 @@ TEST_F(IapFaultTest, WithoutAProgrammerStartSaysNothingAndTheStartButtonStaysOff
     EXPECT_TRUE(s.probe.isEnabled(download));
     EXPECT_FALSE(logHas("StartCheckConnectTimer."));
     EXPECT_EQ(linesBeginning(asked), 0);
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
 TEST_F(IapFaultTest, ADeviceThatHasGoneFailsAndTheControlsComeBack)
@@ -58,7 +58,7 @@ TEST_F(IapFaultTest, ProgressInSplitChunksASilenceACrashAndAnExitCodeAllGiveTheC
         EXPECT_EQ(titleOfRun(runs), runs == 2 ? QStringLiteral("Current Status: Attempting to Upgrade...")
                                               : QStringLiteral("Current Status: IAP Progress"));
     }
-    // The first read ends behind the 4, and a chunk is taken as it comes.
+    // The first read ends after the 4, and each chunk is handled as it arrives.
     EXPECT_TRUE(logHas("SetProgress: 4"));
     EXPECT_TRUE(logHas("2"));
     EXPECT_TRUE(logHas("IAP finished, exitCode=0"));
@@ -66,7 +66,7 @@ TEST_F(IapFaultTest, ProgressInSplitChunksASilenceACrashAndAnExitCodeAllGiveTheC
     EXPECT_TRUE(s.burned().isEmpty());
 }
 
-TEST_F(IapFaultTest, AProgrammerThatVerifiesAfter100AndDoesNotHearOfItsTerminationIsKilledInTheEnd)
+TEST_F(IapFaultTest, AProgrammerThatVerifiesAfter100AndIgnoresItsTerminationIsKilledInTheEnd)
 {
     UpdateScenario &s =
         iapScenario({{step("deaf", true), step("program", true),

@@ -5,7 +5,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// What another copy of the program sees of the update lock.
+/// The update lock as another copy of the program sees it.
 class IapLockTest : public IapTest
 {
 protected:
@@ -29,7 +29,7 @@ TEST_F(IapLockTest, OtherCopiesAreKeptOutWhileTheProgrammerRuns)
     EXPECT_FALSE(isTaken());
 }
 
-TEST_F(IapLockTest, AfterARefusedFileTheyAreNot)
+TEST_F(IapLockTest, AfterARefusedFileOtherCopiesAreNotKeptOut)
 {
     UpdateScenario &s = iapScenario();
     s.withServer = false;
@@ -43,7 +43,7 @@ TEST_F(IapLockTest, AfterARefusedFileTheyAreNot)
     EXPECT_FALSE(isTaken());
 }
 
-TEST_F(IapLockTest, AfterAProgrammerThatCannotBeStartedTheyAreNot)
+TEST_F(IapLockTest, IfTheProgrammerCannotBeStartedOtherCopiesAreNotKeptOut)
 {
     UpdateScenario &s = iapScenario();
     ASSERT_TRUE(QFile::remove(s.program.applicationFolder() + QLatin1Char('/') + programmer));

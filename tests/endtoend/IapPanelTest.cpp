@@ -7,17 +7,17 @@ namespace {
 
 using namespace EndToEnd;
 
-/// The panel beside the window, as a person and the detection use it.
+/// The panel beside the window, as used by a person and by the detection.
 class IapPanelTest : public IapTest
 {
 protected:
-    /// Where the window begins with its frame, if it has one.
+    /// Returns the position of the window including its frame.
     QPoint frameOf(const QString &window)
     {
         const QJsonArray at = scenario().probe.read(window).value(QLatin1String("framePosition")).toArray();
         return {at.at(0).toInt(), at.at(1).toInt()};
     }
-    /// The last point to the right of the window's first line, without its frame.
+    /// Returns the rightmost point of the window's first line, without its frame.
     QPoint cornerOf(const QString &window)
     {
         const QJsonArray at = scenario().probe.read(window).value(QLatin1String("geometry")).toArray();

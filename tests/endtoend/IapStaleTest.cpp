@@ -8,7 +8,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// The tool that ends programmers of an earlier copy, which a stand-in on the search path plays.
+/// The tool that kills programmers of an earlier copy. It is played by a stand-in on the search path.
 class IapStaleTest : public IapTest
 {
 protected:

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tests/endtoend/LeavingTest.h"
+#include "tests/endtoend/CloseTest.h"
 #include "tests/endtoend/PersonsFiles.h"
 
 /// A device with a microcontroller, and the panel that programs it through the stand-in programmer.
-class IapTest : public LeavingTest
+class IapTest : public CloseTest
 {
 protected:
     const QString programmer = QStringLiteral("IAP_Programmer.exe");
@@ -17,7 +17,7 @@ protected:
     const char *const handedOver = "IAP Dev - Run IAPUpDate Mode!";
     const char *const enabledAgain = "enable IAPbtnStart_";
 
-    /// The model's device, the programmer with this script for its starts.
+    /// Prepares the model's device, and a programmer that plays this script when it is started.
     UpdateScenario &iapScenario(const QList<QJsonArray> &starts = {})
     {
         UpdateScenario &s = scenario("DevMdq");
@@ -34,7 +34,8 @@ protected:
         }));
     }
 
-    /// Detected, and set up for it: while the programmer is asked, a start would do nothing.
+    /// Starts the program and waits until the device is detected and the panel is ready: while the programmer
+    /// is asked for its ports, a start would have no effect.
     void startAndDetect()
     {
         start();
@@ -48,7 +49,7 @@ protected:
         startAndDetect();
         ASSERT_TRUE(scenario().pressStart()) << scenario().errorText().toStdString();
     }
-    /// The title once the panel has given the controls back.
+    /// Returns the title after the panel has enabled the controls again.
     QString titleOfRun(int runsSoFar = 1)
     {
         UpdateScenario &s = scenario();
@@ -65,14 +66,14 @@ protected:
                                              EndToEnd::updateLimitMs);
     }
 
-    /// As the program names it.
+    /// Returns the path that the program sees.
     QString downloadedImage()
     {
         const StagedProgram &program = scenario().program;
         return program.toProgramPath(program.temporaryFolder()) +
                QStringLiteral("/QuillmarshV3TmpPath/tmp/dev.bin");
     }
-    /// The programmer's runs that begin with this argument.
+    /// Returns the programmer's runs whose first argument is `first`.
     QList<QStringList> runsOf(const char *first)
     {
         QList<QStringList> found;
@@ -83,19 +84,19 @@ protected:
         return found;
     }
 
-    /// The model's own id of this name, "vendorId" or "productId": the makers fill them in.
+    /// Returns the model's "vendorId" or "productId", which the maker fills in.
     int idOfModel(const char *name)
     {
         const QJsonObject ids = scenario().devices.first().value(QLatin1String("application")).toObject();
         return ids.value(QLatin1String(name)).toInt();
     }
-    /// Vendor and product as the programmer gets them.
+    /// Returns vendor and product id in the form of the programmer's arguments.
     QStringList idsInHex()
     {
         return {QString::number(idOfModel("vendorId"), 16), QString::number(idOfModel("productId"), 16)};
     }
 
-    /// Makes the file m_file and chooses it as a person does.
+    /// Creates the file m_file and chooses it as a user does.
     void chooseFile(const QString &name, const QByteArray &contents)
     {
         UpdateScenario &s = scenario();

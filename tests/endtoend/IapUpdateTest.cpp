@@ -23,7 +23,7 @@ TEST_F(IapUpdateTest, AnIapModelIsProgrammedWithTheServersImageAndTheChipsFlashe
                                                    QStringList{downloadedImage()}}));
 }
 
-TEST_F(IapUpdateTest, TheLogTellsTheWholeStoryInOrder)
+TEST_F(IapUpdateTest, TheLogContainsAllStepsInOrder)
 {
     UpdateScenario &s = iapScenario();
     startAndPressStart();
@@ -43,7 +43,7 @@ TEST_F(IapUpdateTest, TheLogTellsTheWholeStoryInOrder)
         EXPECT_GT(at, last) << "missing or out of order: " << text;
         last = at;
     }
-    // The main widget's own line stands in the queue that the panel's lines do not wait in.
+    // The main widget's lines are queued, but the panel's are not.
     EXPECT_GT(lines.indexOf(QStringLiteral("StopCheckConnectTimer.")),
               lines.indexOf(QStringLiteral("disable IAPbtnStart_")));
     EXPECT_EQ(linesBeginning("IAP finished, exitCode="), 1);
@@ -97,7 +97,7 @@ TEST_F(IapUpdateTest, AFileThatIsNoBinIsRefusedWithAWarningAndTheNextChoiceIsPro
     EXPECT_EQ(s.burned(), QByteArray("for this device"));
 }
 
-TEST_F(IapUpdateTest, TheWarningAboutTheFileComesAsOftenAsItIsDeserved)
+TEST_F(IapUpdateTest, TheWarningAboutTheFileIsShownForEachRefusedFile)
 {
     UpdateScenario &s = iapScenario();
     s.withServer = false;
@@ -111,7 +111,7 @@ TEST_F(IapUpdateTest, TheWarningAboutTheFileComesAsOftenAsItIsDeserved)
         ASSERT_TRUE(s.probe.waitForNoWindow(warning));
         ASSERT_TRUE(s.probe.waitForEnabled(startButton, true)) << s.probe.errorText().toStdString();
     }
-    closeAndExpectGone();
+    closeAndExpectExit();
 }
 
 TEST_F(IapUpdateTest, WhileItRunsNothingElseStarts)

@@ -11,10 +11,10 @@ using namespace EndToEnd;
 const QString zn58 = QStringLiteral("ZN58");
 const char *const blocking = "Burn Program Done Now blocking Program because In ZN58|Tessilonix Mode.!";
 const char *const begun = "Try To Get File Address...";
-/// The number that the toolkit gives this icon.
+/// Qt's value for this icon.
 constexpr int informationIcon = 1;
 
-/// What a companion program gets that starts the window with a mode.
+/// The window when a companion program starts it with a mode.
 class LaunchModeTest : public EndToEndTest
 {
 protected:
@@ -36,13 +36,13 @@ protected:
         return pollUntil([&] { return linesThatSay(text) >= count; }, limitMs, 50);
     }
 
-    /// The ending of a launch mode: two seconds, in which a running monitor would tick and tell.
+    /// Waits for two seconds, in which a running monitor would change the status.
     void expectButtonAndMonitorStayOff()
     {
         UpdateScenario &s = scenario();
         const int ticks = s.program.updateLogLines().filter(QStringLiteral("Find deviceName: ")).size();
         const QString shown = s.probe.text(connection);
-        // After a burn the reset device is on its way back.
+        // After a burn the device restarts.
         ASSERT_TRUE(s.bus.waitForDevice(s.model(), QStringLiteral("application")));
         ASSERT_TRUE(s.bus.unplug(s.model()));
         EXPECT_FALSE(s.probe.waitForWholeText(connection, nothing, 2200)) << "the monitor runs";
@@ -63,7 +63,7 @@ protected:
 TEST_F(LaunchModeTest, Zn58ModeWithFurtherArgumentsUpdatesByItselfAndKeepsButtonAndMonitorOff)
 {
     UpdateScenario &s = scenario("ZN58");
-    // The list is not asked in this mode.
+    // The list is not used in this mode.
     s.program.setControlList(R"({"devices":[{"id":"ZN58","is_on":false}]})");
     start("ZN58",
           {QStringLiteral("ZN58UpDate"), QStringLiteral("TessilonixUpDate"), QStringLiteral("DevMaa")});
@@ -97,7 +97,7 @@ TEST_F(LaunchModeTest, InTessilonixModeTheRowsIapFlagIsNotCopiedAndTheChipsFlash
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 2);
 }
 
-TEST_F(LaunchModeTest, AWrongSumEndsInTheBlockingLoop)
+TEST_F(LaunchModeTest, AWrongMd5EndsInTheBlockingLoop)
 {
     UpdateScenario &s = scenario("ZN58");
     s.firmware.setField(zn58, QStringLiteral("md5"), QStringLiteral("00000000000000000000000000000000"));
@@ -111,7 +111,7 @@ TEST_F(LaunchModeTest, AWrongSumEndsInTheBlockingLoop)
 
 TEST_F(LaunchModeTest, AFailedFetchEndsInTheBlockingLoopWithButtonAndMonitorOff)
 {
-    // The failed fetch itself switches both on just before.
+    // The failed fetch itself has enabled both just before.
     UpdateScenario &s = scenario("ZN58");
     s.firmware.setManifest(R"({"CurrentVersion":{}})");
     start("ZN58", {QStringLiteral("ZN58UpDate")});
@@ -126,7 +126,7 @@ TEST_F(LaunchModeTest, AFolderThatCannotBeMadeEndsInIdleAndTheMonitorTriesAgain)
     UpdateScenario &s = scenario("ZN58");
     ASSERT_TRUE(WholeFile::write(s.program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath")));
     start("ZN58", {QStringLiteral("ZN58UpDate")});
-    // The ending gives button and monitor back; the next tick presses the button again.
+    // The ending enables button and monitor again; the next tick presses the button.
     ASSERT_TRUE(waitForLines("ensurePath Failed!", 2));
     EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("当前状态: ensurePath Failed")));
     EXPECT_EQ(linesThatSay(blocking), 0);
@@ -142,14 +142,14 @@ TEST_F(LaunchModeTest, InZn58ModeADeviceOfAnotherModelIsIgnored)
     s.devices = {ModelOnBus::application(QStringLiteral("DevMaa")), absent};
     s.program.setControlList({QStringLiteral("DevMaa"), zn58}, {QStringLiteral("USB")});
     start("ZN58", {QStringLiteral("ZN58UpDate")});
-    // Three ticks with the other model in view.
+    // Three ticks with the other model connected.
     ASSERT_TRUE(pollUntil(
         [&] { return s.program.standardError().count(QStringLiteral("Device List Count:")) >= 3; }));
     EXPECT_EQ(s.probe.text(connection), nothing);
     EXPECT_EQ(s.probe.read(connection).value(QLatin1String("styleSheet")).toString(),
               QStringLiteral("color: blue;"));
     EXPECT_EQ(linesThatSay(begun), 0);
-    // The wanted one is still waited for.
+    // The program still waits for the wanted model.
     ASSERT_TRUE(s.bus.plug(zn58));
     EXPECT_TRUE(waitForLines(begun, 1));
 }
@@ -185,11 +185,11 @@ TEST_F(LaunchModeTest, TessilonixModeWithoutAModelNameSaysSoAndEndsWithZero)
         UpdateScenario &s = start("DevMaa", QStringList{QStringLiteral("TessilonixUpDate")} + name);
         ASSERT_TRUE(s.probe.waitForWindow(text)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.window(text).value(QLatin1String("title")).toString(), QStringLiteral("Error"));
-        // An information box for an error, and meant so.
+        // Intentional: an information box for an error.
         EXPECT_EQ(s.probe.window(text).value(QLatin1String("icon")).toInt(), informationIcon);
         ASSERT_TRUE(s.probe.pressDialogButton(QStringLiteral("OK")));
         EXPECT_EQ(s.bus.waitForExit(), 0);
-        EXPECT_TRUE(s.program.updateLog().isEmpty()) << "the main window was made";
+        EXPECT_TRUE(s.program.updateLog().isEmpty()) << "the main window was created";
     }
 }
 

@@ -11,7 +11,7 @@ class LocalFileTest : public EndToEndTest
 protected:
     void start()
     {
-        // No firmware server: a local file needs none.
+        // A local file needs no firmware server.
         scenario().withServer = false;
         ASSERT_TRUE(scenario().start()) << scenario().errorText().toStdString();
     }
@@ -61,13 +61,13 @@ TEST_F(LocalFileTest, AChosenFileIsBurnedByteForByteAndItsFolderRemembered)
               (QStringList{QStringLiteral("image"), s.program.toProgramPath(path)}));
     EXPECT_TRUE(logHas("Run LocalFile Update Model!"));
     EXPECT_FALSE(logHas("Try To Get File Address..."));
-    EXPECT_EQ(WholeFile::read(path), bytes) << "the person's file was changed";
+    EXPECT_EQ(WholeFile::read(path), bytes) << "the user's file was changed";
 }
 
 TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKeepsTheImage)
 {
     UpdateScenario &s = scenario();
-    // Blanks and a line end around the path, as an editor leaves them.
+    // Spaces and a line break around the path, as an editor may add them.
     const QString folder = makeFolder(s, "remembered");
     const QString below = makeFolder(s, "remembered/below");
     ASSERT_TRUE(WholeFile::write(lastDirFile(s), "  " + s.program.toProgramPath(folder).toUtf8() + " \r\n"));
@@ -78,7 +78,7 @@ TEST_F(LocalFileTest, CancellingStillRemembersTheFolderThatTheDialogShowedAndKee
     EXPECT_EQ(shownFolder(), s.program.toProgramPath(folder));
     EXPECT_EQ(filters(), (QStringList{QStringLiteral("IMG 文件 (*.img)"), QStringLiteral("BIN 文件 (*.bin)"),
                                       QStringLiteral("所有文件 (*.*)")}));
-    // Into the folder below, and away from there.
+    // Changes to the subfolder, and cancels there.
     ASSERT_TRUE(FileRow::enterFolder(s.probe, s.program.toProgramPath(below)));
     ASSERT_TRUE(FileRow::endDialog(s.probe, QStringLiteral("Cancel")));
     EXPECT_EQ(WholeFile::read(lastDirFile(s)), s.program.toProgramPath(below).toUtf8());
@@ -140,7 +140,7 @@ TEST_F(LocalFileTest, AFileThatHasGoneFailsInTheFlasherAndTheNextChoiceIsBurned)
     ASSERT_TRUE(QFile::remove(gone));
     EXPECT_EQ(updateWhatIsChosen(), upgradeFailed);
     EXPECT_TRUE(s.burned().isEmpty());
-    // The device waits in its bootloader now; the controls are there for another try.
+    // The device now waits in its bootloader, and the controls are enabled for another attempt.
     ASSERT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(FileRow::choose(s.probe, s.program.toProgramPath(there)))
         << s.probe.errorText().toStdString();

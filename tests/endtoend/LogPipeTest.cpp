@@ -8,13 +8,13 @@ namespace {
 
 using namespace EndToEnd;
 
-/// Named pipes in the place of the log files, into which nobody reads.
+/// Named pipes instead of the log files, which nobody reads.
 class LogPipeTest : public EndToEndTest
 {
 protected:
     void TearDown() override
     {
-        // What shows a failed case's log would wait at a pipe.
+        // Removed, because reading them after a failure would block.
         for (const char *name : {"UPDLog.txt", "log.txt"})
             QFile::remove(inWorkingFolder(QLatin1String(name)));
         EndToEndTest::TearDown();
@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(LogPipeTest, NamedPipesInTheirPlaceCostOnlyTheLogFiles)
+TEST_F(LogPipeTest, WithNamedPipesInTheirPlaceOnlyTheLogFilesAreMissing)
 {
     // A model whose HID interfaces are listed in log.txt.
     UpdateScenario &s = scenario("DevMbu");

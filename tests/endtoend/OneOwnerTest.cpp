@@ -6,19 +6,19 @@ namespace {
 
 using namespace EndToEnd;
 
-/// What one update leaves to the next, and what may not come between: one owner of the update's state and of
-/// its image.
+/// The state and the image of an update have one owner: an update is not affected by the one before it or by
+/// anything that happens meanwhile.
 class OneOwnerTest : public IapTest
 {
 protected:
-    /// Has the server give a wrong sum for the model's image.
-    void serveWrongSum()
+    /// Makes the manifest contain a wrong MD5 for the model's image.
+    void serveWrongMd5()
     {
         UpdateScenario &s = scenario();
         s.firmware.setField(s.model(), QStringLiteral("md5"),
                             QStringLiteral("00000000000000000000000000000000"));
     }
-    /// Puts the default image beside the program; to be found when it starts.
+    /// Adds the default image beside the program, which finds it when it starts.
     QString addDefaultImage(const QByteArray &contents)
     {
         const QString path = scenario().program.applicationFolder() + QStringLiteral("/qmake/local.img");
@@ -27,12 +27,12 @@ protected:
     }
 };
 
-TEST_F(OneOwnerTest, AnImageWithAWrongSumIsNotBurnedByTheNextStart)
+TEST_F(OneOwnerTest, AnImageWithAWrongMd5IsNotBurnedByTheNextStart)
 {
     UpdateScenario &s = scenario();
     const QByteArray mine = "the image beside the program";
     const QString path = addDefaultImage(mine);
-    serveWrongSum();
+    serveWrongMd5();
     EXPECT_EQ(update(), md5Failed);
     ASSERT_TRUE(FileRow::reveal(s.probe));
     EXPECT_EQ(s.probe.text(fileEdit), path);
@@ -41,22 +41,22 @@ TEST_F(OneOwnerTest, AnImageWithAWrongSumIsNotBurnedByTheNextStart)
     EXPECT_EQ(s.burned(), mine);
 }
 
-TEST_F(OneOwnerTest, AnImageWithAWrongSumIsNotProgrammedByDownload)
+TEST_F(OneOwnerTest, AnImageWithAWrongMd5IsNotProgrammedByDownload)
 {
     UpdateScenario &s = iapScenario();
-    serveWrongSum();
+    serveWrongMd5();
     startAndPressStart();
     ASSERT_TRUE(s.probe.waitForWholeText(title, md5Failed, updateLimitMs));
     ASSERT_TRUE(s.probe.waitForEnabled(startButton, true));
     ASSERT_TRUE(s.probe.check(iapBox));
     ASSERT_TRUE(s.probe.waitForVisible(panel, true));
     ASSERT_TRUE(s.probe.click(download));
-    // There is no other image, and the folder of the default images is none.
+    // There is no other image, and the folder of the default images is not an image.
     ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("Warning!"), updateLimitMs));
     EXPECT_EQ(runsOf("Start"), QList<QStringList>());
 }
 
-TEST_F(OneOwnerTest, AfterAGoodUpdateTheImageOfBeforeIsShownAndBurned)
+TEST_F(OneOwnerTest, AfterASuccessfulUpdateTheEarlierImageIsShownAndBurned)
 {
     UpdateScenario &s = scenario();
     const QByteArray mine = "the image beside the program";
@@ -98,7 +98,7 @@ TEST_F(OneOwnerTest, DownloadWhileAFlasherBurnsIsRefusedWithALineAndChangesNothi
     EXPECT_FALSE(logHas("StopCheckConnectTimer."));
 }
 
-TEST_F(OneOwnerTest, ADeviceInItsBootloaderIsBurnedThoughAnIapDeviceWasConnectedBefore)
+TEST_F(OneOwnerTest, ADeviceInItsBootloaderIsBurnedEvenIfAnIapDeviceWasConnectedBefore)
 {
     UpdateScenario &s = iapScenario();
     const QString chip = QStringLiteral("DevMaa");
@@ -117,7 +117,7 @@ TEST_F(OneOwnerTest, ADeviceInItsBootloaderIsBurnedThoughAnIapDeviceWasConnected
     EXPECT_EQ(runsOf("Start"), QList<QStringList>());
 }
 
-TEST_F(OneOwnerTest, APressOfStartWhileTheProgrammerIsAskedIsActedOnAfterwards)
+TEST_F(OneOwnerTest, AClickOnStartWhileTheProgrammerIsAskedTakesEffectAfterwards)
 {
     UpdateScenario &s = iapScenario();
     s.program.setScript(

@@ -2,15 +2,15 @@
 
 #include <QString>
 
-/// Mounts that only this test and what it starts can see, until the test's process ends: the test has
-/// to run in a mount namespace of its own, and each operation fails where it does not.
+/// Mounts that only this test and its child processes can see, until the process of the test ends. The
+/// functions fail unless the test runs in a mount namespace of its own.
 namespace OwnMounts {
 
-/// Covers the folder with an empty file system of at most `kibibytes`.
+/// Mounts an empty file system of at most `kibibytes` on the folder.
 bool inMemory(const QString &folder, int kibibytes);
-/// Uncovers the folder. What still uses the file system keeps it alive.
+/// Unmounts it again. Processes that still use the file system keep it alive.
 void release(const QString &folder);
-/// Makes the folder, with what is in it, read-only.
+/// Makes the folder and its contents read-only.
 bool readOnly(const QString &folder);
 
 } // namespace OwnMounts

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Flags of the mount that holds `path` which a namespace must keep when it mounts that again.
+/// Returns the flags of the mount that contains `path`; a namespace must keep them when it mounts it again.
 unsigned long keptFlags(const QByteArray &path)
 {
     struct statvfs info = {};

@@ -7,7 +7,7 @@
 
 #include <QDir>
 
-/// What the tests with files of the person's have in common.
+/// Functions for tests with files of the user.
 namespace EndToEnd {
 
 const QString fileEdit = QStringLiteral("firmwareFileEdit");
@@ -18,7 +18,7 @@ inline QString lastDirFile(const UpdateScenario &s)
     return s.program.temporaryFolder() + QStringLiteral("/last_dir.txt");
 }
 
-/// A folder below the working folder.
+/// Creates a folder in the working folder and returns its path.
 inline QString makeFolder(const UpdateScenario &s, const char *name)
 {
     const QString path = s.program.workingFolder() + QLatin1Char('/') + QString::fromUtf8(name);

@@ -66,7 +66,7 @@ TEST_F(PlainUpdateTest, ADuoDeviceIsReachedThroughItsMarkedInterface)
         EXPECT_EQ(update(), upgradeSuccessful) << model;
         EXPECT_EQ(s.burned(), s.image());
         EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:1")) << model;
-        // In the working folder, like the other log.
+        // It is in the working folder, like the other log.
         EXPECT_TRUE(s.program.interfaceLog().startsWith(QStringLiteral("Found device: VID: ")));
     }
 }
@@ -95,7 +95,7 @@ TEST_F(PlainUpdateTest, TwoUpdatesInARowBothSucceed)
     EXPECT_EQ(s.burned(), s.image());
 }
 
-TEST_F(PlainUpdateTest, TheLogTellsTheWholeStoryInOrder)
+TEST_F(PlainUpdateTest, TheLogContainsAllStepsInOrder)
 {
     UpdateScenario &s = scenario();
     EXPECT_EQ(update(), upgradeSuccessful);

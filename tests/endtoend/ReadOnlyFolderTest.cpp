@@ -20,11 +20,11 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyApplicationFolderIsReportedAndTheControlsCom
     expectUntouchedDevice();
 }
 
-TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsSaidInTheWindowAndCostsOnlyTheLogFiles)
+TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsReportedInTheWindowAndOnlyTheLogFilesAreMissing)
 {
     UpdateScenario &s = scenario();
     ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
-    // The bus description lies beside that folder.
+    // The bus description is beside that folder.
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
     EXPECT_TRUE(s.program.updateLog().isEmpty());

@@ -12,7 +12,7 @@ using namespace EndToEnd;
 constexpr quint16 plainPort = 18180;
 const QString systemCertificates = QStringLiteral("/etc/ssl/certs");
 
-/// Images from a web server that was written for real clients.
+/// Images from a real web server.
 class RealServerTest : public EndToEndTest
 {
 protected:
@@ -22,7 +22,7 @@ protected:
         ASSERT_TRUE(m_nginx.startWithTls(s.firmware.folder(), plainPort))
             << m_nginx.errorText().toStdString();
     }
-    /// Puts the image behind this address of the web server.
+    /// Makes the manifest contain this address of the web server for the image.
     void setImageUrl(const QString &server, const QString &prefix = QString())
     {
         UpdateScenario &s = scenario();
@@ -30,7 +30,7 @@ protected:
         s.firmware.setField(s.model(), QStringLiteral("fileURL"), server + prefix + path);
     }
     static QString https(int port) { return QStringLiteral("https://localhost:%1").arg(port); }
-    /// The certificates that the system trusts become the one authority of this test.
+    /// Makes the system trust the certificate authority of this test only.
     bool trustTheAuthority() const
     {
         if (!OwnMounts::inMemory(systemCertificates, 256))

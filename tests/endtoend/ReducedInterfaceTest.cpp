@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Locale, window title, and how the notice begins and ends.
+/// The locale, the title of the window, and the beginning and the end of the notice.
 struct ReducedCase
 {
     const char *locale;
@@ -12,7 +12,7 @@ struct ReducedCase
     int noticeLines;
 };
 
-/// How a case is named in a report.
+/// Prints the name of a case.
 std::ostream &operator<<(std::ostream &out, const ReducedCase &each)
 {
     return out << each.locale;

@@ -45,7 +45,7 @@ protected:
     }
 };
 
-TEST_F(RefusedDeviceTest, OneShownLineSaysThatNoDriverIsNeededAndTheLogFileHasNothingOfIt)
+TEST_F(RefusedDeviceTest, ALineThatNoDriverIsNeededIsShownButNotWrittenToTheLogFile)
 {
     start();
     EXPECT_EQ(pane().indexOf(noDriver), 1);
@@ -53,14 +53,14 @@ TEST_F(RefusedDeviceTest, OneShownLineSaysThatNoDriverIsNeededAndTheLogFileHasNo
     EXPECT_FALSE(scenario().program.updateLog().contains(noDriver));
 }
 
-TEST_F(RefusedDeviceTest, OfADeviceThatMayBeOpenedNothingIsSaid)
+TEST_F(RefusedDeviceTest, NothingIsLoggedAboutADeviceThatMayBeOpened)
 {
     start();
     ASSERT_TRUE(scenario().probe.waitForWholeText(connection, QStringLiteral("Device Detected")));
     EXPECT_FALSE(waitForHint(3000));
 }
 
-TEST_F(RefusedDeviceTest, ADeviceThatThisUserMayNotOpenIsToldOfOnceWithTheRuleToInstall)
+TEST_F(RefusedDeviceTest, ADeviceThatThisUserMayNotOpenIsReportedOnceWithTheRulesToInstall)
 {
     start();
     ASSERT_TRUE(scenario().probe.waitForWholeText(connection, QStringLiteral("Device Detected")));

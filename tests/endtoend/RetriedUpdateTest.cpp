@@ -7,7 +7,7 @@ using namespace EndToEnd;
 class RetriedUpdateTest : public EndToEndTest
 {
 protected:
-    /// When each run began, in ms.
+    /// Returns the start times of the runs, in ms.
     QVector<qint64> starts()
     {
         QVector<qint64> times;
@@ -50,14 +50,14 @@ TEST_F(RetriedUpdateTest, AFlasherThatExitsWithoutOutputIsNotTriedAgain)
     s.program.setScript(usbFlasher, script({{step("exit", 0)}}));
     EXPECT_EQ(update(), upgradeFailed);
     EXPECT_EQ(s.program.runs(usbFlasher).size(), 1);
-    // The bar is the flasher's alone: the whole image has been downloaded, and it has not moved. Nor
-    // does anything fill in the server's version.
+    // Only the flasher moves the bar: the whole image has been downloaded, and it has not moved. The server's
+    // version is not filled in either.
     EXPECT_TRUE(logHas("merge Files Success"));
     EXPECT_EQ(s.probe.read(QStringLiteral("progressBar")).value(QLatin1String("value")).toInt(-1), 0);
     EXPECT_EQ(s.probe.text(QStringLiteral("serverVersionLabel")), QStringLiteral("ServerFirVer: "));
 }
 
-TEST_F(RetriedUpdateTest, AMissingFlasherIsSaidInTheLog)
+TEST_F(RetriedUpdateTest, AMissingFlasherIsLogged)
 {
     UpdateScenario &s = scenario();
     const QString path = s.program.applicationFolder() + QLatin1Char('/') + usbFlasher;

@@ -4,14 +4,14 @@
 
 #include <ostream>
 
-/// How a fetch from a server at fault ends.
+/// The result of a fetch from a faulty server.
 enum class FetchEnds {
     Burned,     ///< the exact image is on the device
-    NotFlashed, ///< the controls are back and the device was left alone
-    Waits,      ///< without a limit, and the window can be left
+    NotFlashed, ///< the controls are enabled again and the device was not changed
+    Waits,      ///< it waits without a limit, and the window can be closed
 };
 
-/// A server at fault, which the window program and quillmarsh-cli meet alike.
+/// A faulty server, which is tested with the window program and with quillmarsh-cli.
 struct ServerFaultRow
 {
     const char *name;
@@ -20,10 +20,10 @@ struct ServerFaultRow
     /// "M" stands for the manifest, "I" for the image.
     const char *spec;
     FetchEnds end;
-    /// A line of the log that tells why.
+    /// A line of the log with the reason.
     const char *line;
 
-    /// Returns the fault for a program that gets the manifest that it uses with its `nth` request for it.
+    /// Returns the fault for a program that uses the manifest from its `nth` request for it.
     QString serverFault(int nth) const
     {
         QString text = QString::fromLatin1(spec);

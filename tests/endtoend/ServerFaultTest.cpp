@@ -11,7 +11,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// A server at fault and the real program, which gets every byte right, or fails as it should.
+/// The real program with a faulty server: either it downloads the exact image, or it fails as required.
 class ServerFaultTest : public EndToEndTest, public testing::WithParamInterface<ServerFaultRow>
 {
 protected:
@@ -20,14 +20,14 @@ protected:
         return pollUntil([&] { return m_scenario->program.updateLog().contains(QString::fromLatin1(text)); },
                          updateLimitMs, 100);
     }
-    void expectLineThenLeave(const char *line)
+    void expectLineThenClose(const char *line)
     {
         UpdateScenario &s = scenario();
         ASSERT_TRUE(s.start()) << s.errorText().toStdString();
         ASSERT_TRUE(s.pressStart());
         EXPECT_TRUE(waitForLine(line));
         EXPECT_TRUE(s.probe.waitForText(title, QStringLiteral("Downloading")));
-        QThread::msleep(1000); // it is still there a while later, and answers
+        QThread::msleep(1000); // it is still running a while later, and answers
         EXPECT_TRUE(s.probe.text(title).contains(QStringLiteral("Downloading")));
         EXPECT_FALSE(s.probe.isEnabled(startButton));
         const RunningTimer timer;
@@ -45,7 +45,7 @@ protected:
 TEST_P(ServerFaultTest, ExactBytesOrTheRightFailure)
 {
     const ServerFaultRow &row = GetParam();
-    // The chooser looks at the manifest first.
+    // The chooser requests the manifest first.
     const QString spec = row.serverFault(2);
     UpdateScenario &s = scenario();
     s.serverFaults = QStringList{spec};
@@ -62,8 +62,8 @@ TEST_P(ServerFaultTest, ExactBytesOrTheRightFailure)
         expectUntouchedDevice();
         break;
     case FetchEnds::Waits:
-        outcome = "window alive, leaving works";
-        expectLineThenLeave(row.line);
+        outcome = "window alive, closing works";
+        expectLineThenClose(row.line);
         expectUntouchedDevice();
         break;
     }

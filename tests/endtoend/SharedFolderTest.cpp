@@ -11,7 +11,7 @@ using namespace EndToEnd;
 
 const QFile::Permissions forEverybody(0x7777);
 
-/// A temporary folder into which somebody else may write.
+/// Temporary folders to which somebody else may write.
 class SharedFolderTest : public FolderFaultTest
 {
 protected:
@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(SharedFolderTest, TheFoldersOfDownloadsAreMadeForTheUserAlone)
+TEST_F(SharedFolderTest, TheDownloadFoldersAreCreatedForTheUserOnly)
 {
     scenario();
     EXPECT_EQ(update(), upgradeSuccessful);
@@ -54,7 +54,7 @@ TEST_F(SharedFolderTest, AFolderThatOthersMayWriteIsNeitherClearedNorUsed)
     expectUntouchedDevice();
 }
 
-TEST_F(SharedFolderTest, TheFolderOfTheImageCountsByItself)
+TEST_F(SharedFolderTest, TheFolderOfTheImageIsCheckedSeparately)
 {
     plantFile();
     ASSERT_TRUE(QFile::setPermissions(images(), forEverybody));
@@ -82,7 +82,7 @@ TEST_F(SharedFolderTest, AFolderThatIsOpenedToOthersDuringTheRunIsNeitherCleared
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(s.probe.waitForText(connection, QStringLiteral("FindBootloader")));
     ASSERT_TRUE(s.probe.click(startButton));
-    // The run waits for a pick.
+    // The run waits for the user to choose a model.
     ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("选择你的设备")));
     plantFile();
     ASSERT_TRUE(QFile::setPermissions(downloads(), forEverybody));

@@ -17,8 +17,8 @@ const char *const cannotOpenList = "Failed to open file: dev json.!";
 const char *const nothingChosen = "未选择文件";
 constexpr qint64 hugeBytes = 100 * 1024 * 1024;
 
-/// What stands in the way, and what the person then reads. Rows of one group share one run of the
-/// program, in their order; `prepare` of a group's first row comes before the start.
+/// An unusual input, and the resulting messages. The rows of a group share one run of the program, in order;
+/// `prepare` of the first row of a group is called before the start.
 struct Row
 {
     const char *group;
@@ -35,7 +35,7 @@ struct Row
 
 void nothingMore(UpdateScenario &) {}
 
-/// Takes away whatever has the name, a folder with its contents, too.
+/// Removes the file, or the folder with its contents.
 void clear(const QString &path)
 {
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -49,7 +49,7 @@ void putBytes(const QString &path, const QByteArray &contents)
     ASSERT_TRUE(WholeFile::write(path, contents));
 }
 
-/// Sparse: it takes no room on the disk.
+/// Creates a huge sparse file, which needs no space on disk.
 void putHuge(const QString &path)
 {
     clear(path);
@@ -70,8 +70,8 @@ void putUnreadable(const QString &path, const QByteArray &contents)
     ASSERT_TRUE(QFile::setPermissions(path, QFile::Permissions()));
 }
 
-/// The administrator reads and writes everything whatever a file's permissions say: the program is
-/// started without that right, so that the cases mean the same for everybody who runs the tests.
+/// Starts the program without the administrator's right to ignore file permissions, so that the cases are the
+/// same for all users who run the tests.
 void obeyPermissions(UpdateScenario &s)
 {
     const QString probe = s.program.homeFolder() + QStringLiteral("/no-one-may-read-this");
@@ -127,7 +127,8 @@ QList<Row> controlListRows()
     };
 }
 
-/// Opens the dialog, which starts in the documents when there is nothing to remember, and cancels.
+/// Opens the dialog, expects that it shows the documents folder because no folder is remembered, and cancels
+/// it.
 void lookAtTheDialog(UpdateScenario &s)
 {
     if (!s.probe.isVisible(chooseButton)) {
@@ -235,7 +236,7 @@ void clickTenTimes(UpdateScenario &s)
     EXPECT_EQ(s.burned(), s.image());
 }
 
-/// Every line comes to the pane; each that cannot be written costs a warning.
+/// Expects that all lines appear in the pane, and a warning for each line that cannot be written.
 void expectThePaneToWork(UpdateScenario &s)
 {
     ASSERT_TRUE(s.probe.waitForWholeText(connection, detected));
@@ -303,7 +304,7 @@ protected:
     void TearDown() override
     {
         EndToEndTest::TearDown();
-        // So that the stage can be cleared away.
+        // So that the stage can be removed.
         QFile::setPermissions(scenario().program.workingFolder(),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -319,7 +320,7 @@ protected:
         UpdateScenario &s = scenario();
         row.act(s);
         EXPECT_TRUE(pollUntil([&] { return timesSaid(row.said) > saidBefore; })) << row.said;
-        // Until its first look at the bus the window says that there is no device.
+        // Until the first tick the window shows that there is no device.
         EXPECT_TRUE(pollUntil([&] { return timesSaid("Device List Count:") > 0; }));
         EXPECT_TRUE(s.probe.waitForWholeText(connection, row.monitor)) << s.probe.errorText().toStdString();
         EXPECT_EQ(s.probe.text(title), QString::fromUtf8(row.title));
@@ -327,7 +328,7 @@ protected:
     }
 };
 
-TEST_P(UnusualInputTest, IsSurvivedAndSaid)
+TEST_P(UnusualInputTest, IsHandledAndReported)
 {
     UpdateScenario &s = scenario();
     bool started = false;
@@ -364,7 +365,7 @@ TEST_F(TwoCopiesTest, TheSecondCopysStartIsRefusedWithALogLineWhileTheFirstIsUpd
         script({{step("sleepMs", 4000), step("burn", true), step("success", true)}, {step("reset", true)}}));
     ASSERT_TRUE(first.start()) << first.errorText().toStdString();
     UpdateScenario second(first.model());
-    second.withServer = false; // The first one's is there for both.
+    second.withServer = false; // Both use the server of the first one.
     second.program.shareUserOf(first.program);
     ASSERT_TRUE(second.start()) << second.errorText().toStdString();
     ASSERT_TRUE(second.probe.waitForWholeText(connection, detected));
@@ -381,7 +382,7 @@ TEST_F(TwoCopiesTest, TheSecondCopysStartIsRefusedWithALogLineWhileTheFirstIsUpd
     EXPECT_EQ(first.burned(), first.image());
     EXPECT_TRUE(second.program.runs(usbFlasher).isEmpty());
 
-    // Its turn comes when the first has ended.
+    // It can start once the first has ended.
     ASSERT_TRUE(second.pressStart());
     ASSERT_TRUE(second.probe.waitForText(title, QStringLiteral("Upgrade Successful"), updateLimitMs));
     EXPECT_EQ(second.burned(), second.image());

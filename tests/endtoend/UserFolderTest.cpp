@@ -4,7 +4,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// A person whose name is no ASCII, and in whose folders program, temporary and log files lie.
+/// A user with a non-ASCII name, in whose folders the program, temporary and log files are.
 class UserFolderTest : public EndToEndTest
 {
 };

@@ -1,5 +1,5 @@
-// The main widget's connection check as often as it runs in so many seconds, one after the other.
-// Prints what the process holds after a while and at the end, as JSON.
+// Runs the main widget's connection check as often as it would run in the given number of seconds, without
+// waiting. Prints the resources of the process after a while and at the end, as JSON.
 
 #include "app/bringToForeground.h"
 #include "tests/support/ProcessUse.h"

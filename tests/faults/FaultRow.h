@@ -4,17 +4,17 @@
 
 #include <ostream>
 
-/// How a fetch from a server at fault came out.
+/// The outcome of a fetch from a faulty server.
 enum Outcome : unsigned {
-    Exact = 1,         ///< the file, byte for byte, and its sum agrees
+    Exact = 1,         ///< the file is exact, and its MD5 matches
     NoAddress = 2,     ///< given up at the manifest, within its 20 s
     NoSize = 4,        ///< given up waiting for the size, within its 20 s
     MergeFailed = 8,   ///< a part was missing
-    SumMismatch = 16,  ///< a file that the sum rejects
-    GoesOnWaiting = 32 ///< waits without a limit, and ends at once when the program leaves
+    SumMismatch = 16,  ///< a file whose MD5 does not match
+    GoesOnWaiting = 32 ///< waits without a limit, and ends at once when the program shuts down
 };
 
-/// One row of the table: what goes wrong where, and which outcomes are right.
+/// A row of the table: a fault, its place, and the correct outcomes.
 struct FaultRow
 {
     const char *fault;

@@ -22,7 +22,7 @@ const char *nameOf(Outcome outcome)
     case SumMismatch:
         return "sum rejected";
     case GoesOnWaiting:
-        return "goes on waiting, leaving works";
+        return "keeps waiting, shutting down works";
     }
     return "";
 }
@@ -35,8 +35,8 @@ QStringList specs(const char *first, const char *second = nullptr)
     return list;
 }
 
-// The toolkit takes a body that breaks off for a whole one when it sees the end before the error, so
-// where a body breaks off every time, a right outcome may depend on the moment.
+// If a body breaks off, Qt takes it for complete if it sees the end before the error. The correct outcome may
+// therefore depend on timing.
 const FaultRow manifestRows[] = {
     {"refuse", "manifest", specs("refuse"), NoAddress},
     {"stall", "manifest", specs("stall:path=M"), NoAddress},
@@ -64,7 +64,7 @@ const FaultRow manifestRows[] = {
      NoAddress},
 };
 
-// The probe needs no more than the head of an answer.
+// The probe only needs the headers of an answer.
 const FaultRow probeRows[] = {
     {"refuse", "probe", specs("refuse:nth=2"), NoSize},
     {"refuse once", "probe", specs("refuse:nth=2,times=1"), Exact},

@@ -16,8 +16,8 @@
 
 namespace {
 
-/// In rounds of 100 ms: far more than the 20 s that the other waits are limited to.
-constexpr int roundsUntilLeaving = 400;
+/// In rounds of 100 ms: far more than the 20 s to which the other waits are limited.
+constexpr int roundsUntilShutdown = 400;
 /// Ten segments of 20000 bytes, the last one longer by 3.
 constexpr int imageBytes = 200003;
 
@@ -72,7 +72,7 @@ FaultyFetch::FaultyFetch(const QStringList &faults)
 
 QByteArray FaultyFetch::image() const
 {
-    // No two pieces alike, so that a shifted or doubled one shows.
+    // No two pieces are equal, so that a shifted or duplicated one is noticed.
     QByteArray bytes(imageBytes, '\0');
     for (int i = 0; i < imageBytes; ++i)
         bytes[i] = static_cast<char>((i * 7 + (i >> 8) * 13 + (i >> 16) * 29) & 0xFF);
@@ -94,8 +94,8 @@ void FaultyFetch::watch(unsigned right)
     }
     for (FileDownloader *segment : qAsConst(m_segmentWorker.segments))
         segment->retryDelay = 1;
-    if ((right & GoesOnWaiting) != 0 && ++m_roundsWithSegments == roundsUntilLeaving)
-        m_clock.leave();
+    if ((right & GoesOnWaiting) != 0 && ++m_roundsWithSegments == roundsUntilShutdown)
+        m_clock.shutDown();
 }
 
 Outcome FaultyFetch::run(unsigned right)
@@ -115,7 +115,7 @@ Outcome FaultyFetch::outcomeOf(const QString &path, const QJsonObject &manifest)
     const bool isAccepted = md5Check(m_reporter).checkMd5(path, manifest, QStringLiteral("M1"));
     const QStringList lines = m_reporter.logLines();
     if (isAccepted) {
-        EXPECT_TRUE(WholeFile::read(path) == image()) << "the sum accepts a wrong file";
+        EXPECT_TRUE(WholeFile::read(path) == image()) << "the MD5 check accepts a wrong file";
         return Exact;
     }
     if (lines.contains(QStringLiteral("Get File Address Failed!")))
@@ -126,7 +126,7 @@ Outcome FaultyFetch::outcomeOf(const QString &path, const QJsonObject &manifest)
         return MergeFailed;
     if (lines.contains(QStringLiteral("File MD5 mismatch.")))
         return SumMismatch;
-    EXPECT_TRUE(m_clock.isShuttingDown()) << "ended by itself, for no known reason";
+    EXPECT_TRUE(m_clock.isShuttingDown()) << "ended by itself for an unknown reason";
     EXPECT_FALSE(QFile::exists(m_paths.downloadedImage()));
     return GoesOnWaiting;
 }

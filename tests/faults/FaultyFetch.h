@@ -15,9 +15,9 @@
 
 #include <functional>
 
-/// A clock on which a wait without hope passes quickly: from the time that hurry() is called every
-/// sleep takes a few milliseconds and counts in full. Until then its time is running time, so that
-/// neither a busy machine nor one that stands still can make a healthy server look slow.
+/// A clock that can speed up waits that are known to end in a timeout: after hurry(), each sleep takes only a
+/// few milliseconds but counts in full. Before that it uses running time, so that a busy or paused machine
+/// cannot make a healthy server look slow.
 class HurryingClock : public Clock
 {
 public:
@@ -25,7 +25,7 @@ public:
     bool sleepMs(int milliseconds) override;
     bool isShuttingDown() const override { return m_isShuttingDown; }
     void hurry() { m_isHurried = true; }
-    void leave() { m_isShuttingDown = true; }
+    void shutDown() { m_isShuttingDown = true; }
 
     /// Called at the end of each sleep.
     std::function<void()> onSleep;
@@ -37,19 +37,18 @@ private:
     bool m_isShuttingDown = false;
 };
 
-/// A fetch as the workflow makes it, with the real downloaders and no window, followed by the check
-/// of the sum.
+/// A fetch as in the workflow, with the real downloaders but without a window, followed by the MD5 check.
 class FaultyFetch
 {
 public:
     explicit FaultyFetch(const QStringList &faults);
 
-    /// Fetches. Of the outcomes that are right, only those with a limit hurry the clock, and the one
-    /// without is ended by leaving.
+    /// Runs the fetch. The clock is sped up only if an outcome with a time limit is correct; if waiting
+    /// without a limit is correct, the fetch is ended by shutting down.
     Outcome run(unsigned right);
-    /// Why the outcome is what it is, for a failed test.
+    /// Returns the log, which explains the outcome of a failed test.
     QString story() const { return m_reporter.logLines().join(QLatin1Char('\n')); }
-    /// The longest time that passed between two log lines of the run before its segments, in ms.
+    /// Returns the longest time between two log lines of the run before its segments start, in ms.
     qint64 longestWait() const { return m_longestWait; }
 
 private:

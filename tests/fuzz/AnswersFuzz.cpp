@@ -1,4 +1,4 @@
-// Whole answers of a server, redirects included, through the real download classes.
+// Feeds whole answers of a server, including redirects, to the real download classes.
 
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/OfferedBody.h"
@@ -21,10 +21,11 @@
 
 namespace {
 
-/// How long a client that nothing is sent to any more is watched, and the limit of one that watches itself.
+/// How long a client is observed after the last byte, and the stall timeout of a client that has one.
 constexpr int quietMs = 15;
 
-/// Sends whatever is meant for another host, as an address in an answer can be, to the server of the test.
+/// Redirects all connections to the server of the test, because an answer may contain the address of another
+/// host.
 class NowhereElse : public QNetworkProxyFactory
 {
 public:
@@ -66,17 +67,17 @@ Input readInput(const QByteArray &bytes)
     const QList<QByteArray> answers = bytes.mid(6).split('\x1e').mid(0, 4);
     for (const QByteArray &answer : answers)
         input.answers.append({answer.mid(1), !answer.startsWith('o'), number(4)});
-    // What follows them ends the test.
+    // The answer after them ends the test.
     input.answers.append({"HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n"});
     return input;
 }
 
-/// Everything that outlives one input.
+/// The objects that are used for all inputs.
 struct Rig
 {
     Rig() { QNetworkProxyFactory::setApplicationProxyFactory(new NowhereElse(server.serverPort())); }
 
-    /// Processes events until the condition holds; ends the program when that takes too long.
+    /// Processes events until the condition is true; aborts the program if that takes too long.
     template <typename Condition>
     static void waitUntil(const Condition &condition)
     {
@@ -86,7 +87,7 @@ struct Rig
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 2);
         }
     }
-    /// Sends all answers and gives the client a moment behind the last one.
+    /// Sends all answers and gives the client some time after the last one.
     template <typename Condition>
     void waitUntilQuiet(const Condition &hasEnded)
     {
@@ -110,7 +111,7 @@ struct Rig
     AnswerServer server;
 };
 
-/// What was sent of the input's answers, in order.
+/// Returns the answers that were sent, in order.
 QList<OfferedBody> answersSent(const Input &input, int requests)
 {
     QList<OfferedBody> sent;
@@ -124,7 +125,7 @@ bool areAllRegular(const QList<OfferedBody> &sent)
     return std::all_of(sent.begin(), sent.end(), [](const OfferedBody &each) { return each.isRegular; });
 }
 
-/// Whether a download may end as finished with `file` on disk after this answer.
+/// Returns whether a download may finish with `file` on disk after this answer.
 bool mayFinish(const OfferedBody &answer, const Input &input, const QByteArray &file)
 {
     if (answer.status == 416)
@@ -133,9 +134,9 @@ bool mayFinish(const OfferedBody &answer, const Input &input, const QByteArray &
         return false;
     if (!answer.isPart())
         return true;
-    // A part that brought nothing counts as finished, too; the sum over the file decides.
+    // A part without any bytes counts as finished, too; the MD5 check decides.
     const qint64 fileEnd = (input.length > 0 ? input.start : 0) + file.size();
-    // A part is asked for when there is a range, or bytes on disk already.
+    // A part is requested if there is a range or if there are bytes on disk.
     const bool wasAsked = input.length > 0 || *answer.first > 0;
     const bool isInPlace = *answer.first <= fileEnd && fileEnd <= *answer.first + answer.body.size();
     const bool broughtBytes = isInPlace && fileEnd > *answer.first;
@@ -178,8 +179,8 @@ void downloadPart(const Input &input, Rig &rig)
     }
     if (downloader.state != FileDownloader::Finished || (input.length > 0 && file.size() >= input.length))
         return;
-    // Each retry has used up one answer. Of those after it the last one counts, unless Qt has sent a request
-    // anew by itself, which it does when a connection is closed at the wrong moment.
+    // Each retry has used up one answer. Of those after it the last one counts, unless Qt has repeated a
+    // request by itself, which it does if a connection is closed at the wrong moment.
     Fuzz::require(std::any_of(sent.begin() + std::min(downloader.retryCount, sent.size()), sent.end(),
                               [&](const OfferedBody &each) { return mayFinish(each, input, file); }),
                   "only a complete and plausible answer ends a download");
@@ -228,7 +229,7 @@ void fetchPlain(const Input &input, Rig &rig)
     const QList<OfferedBody> sent = answersSent(input, rig.server.requests());
     if (!hasEnded() || !areAllRegular(sent))
         return;
-    // More than one without a redirect: Qt has sent the request anew by itself.
+    // More than one without a redirect: Qt has repeated the request by itself.
     const auto isWholeFile = [](const OfferedBody &each) {
         return each.isSuccess() && !each.isPart() && !each.isEncoded && each.isWhole;
     };

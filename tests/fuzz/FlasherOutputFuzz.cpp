@@ -22,7 +22,7 @@ bool isProgress(int percent)
 
 } // namespace
 
-// The first byte says how the output comes in chunks, the rest is the output.
+// The first byte determines how the output is split into chunks; the rest is the output.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (size == 0)

@@ -17,7 +17,7 @@ inline QByteArray bytes(const std::uint8_t *data, std::size_t size)
     return {reinterpret_cast<const char *>(data), static_cast<int>(size)};
 }
 
-/// What must hold for every input, in release builds, too.
+/// Aborts unless a condition that must be true for all inputs is true; also in release builds.
 inline void require(bool holds, const char *what)
 {
     if (holds)
@@ -26,7 +26,7 @@ inline void require(bool holds, const char *what)
     std::abort();
 }
 
-/// The toolkit's messages are not what is looked at here.
+/// Discards Qt's messages.
 inline void silence()
 {
     static const auto previous =

@@ -18,7 +18,7 @@ void checkEntries(const QStringList &entries, const QString &text, const char *b
 
 } // namespace
 
-// The input is taken both for an answer and for a chunk of output.
+// The input is parsed both as an answer and as a chunk of output.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray input = Fuzz::bytes(data, size);

@@ -11,7 +11,7 @@ QRegularExpressionMatch match(const char *pattern, const QByteArray &text)
         .match(QString::fromLatin1(text.constData(), text.size()));
 }
 
-/// A decimal number that is small enough for every client.
+/// Parses a decimal number that is small enough for all clients.
 std::optional<qint64> smallNumber(const QByteArray &text)
 {
     if (!match("[0-9]{1,9}", text).hasMatch())
@@ -19,7 +19,7 @@ std::optional<qint64> smallNumber(const QByteArray &text)
     return text.toLongLong();
 }
 
-/// The headers by lower-case name; nothing if one is doubled or not well formed.
+/// Returns the headers by lower-case name, or nothing if one is duplicated or malformed.
 std::optional<QHash<QByteArray, QByteArray>> readHeaders(const QList<QByteArray> &lines)
 {
     QHash<QByteArray, QByteArray> headers;
@@ -33,7 +33,7 @@ std::optional<QHash<QByteArray, QByteArray>> readHeaders(const QList<QByteArray>
     return headers;
 }
 
-/// Decodes chunks into `body`; false when they are not well formed or something follows the last one.
+/// Decodes chunks into `body`. Returns false if they are malformed or something follows the last one.
 bool readChunks(QByteArray rest, OfferedBody &offered)
 {
     while (true) {
@@ -100,7 +100,7 @@ OfferedBody OfferedBody::read(const QByteArray &answer, bool closes)
         return offered;
     offered.status = status.captured(1).toInt();
     if (offered.status == 204 || offered.status == 304)
-        return offered; // their bodies are read by some and not by others
+        return offered; // some clients read their bodies, others do not
 
     const QByteArray rest = answer.mid(headEnd + 4);
     const QByteArray encoding = headers->value("content-encoding");

@@ -1,4 +1,4 @@
-// Runs a fuzzer's body over every file of a folder; fails without any.
+// Runs a fuzzer with all files of a folder as inputs; fails if there are none.
 
 #include "tests/fuzz/Fuzz.h"
 

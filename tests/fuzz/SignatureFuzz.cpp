@@ -2,7 +2,7 @@
 
 #include "signature/ImageVerifier.h"
 
-// The first line is a public key, the rest a signature.
+// The first line is a public key, the rest is a signature.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray input = Fuzz::bytes(data, size);

@@ -1,4 +1,4 @@
-// These tests are themselves started by the launcher, as the end-to-end tests are.
+// Like the end-to-end tests, these tests are started by in-own-network.sh.
 #include "harness/session/XvfbSession.h"
 #include "simulator/server/FirmwareAddress.h"
 #include "tests/harness/RunningSubject.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Two tests hold the port for a while; run side by side, each still gets it.
+/// Holds the port for a while. Two tests do so, and each gets it even if they run at the same time.
 void holdTheFixedPort()
 {
     QTcpServer server;

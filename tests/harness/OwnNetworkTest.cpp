@@ -15,8 +15,8 @@ std::unique_ptr<QProcess> launched(const QStringList &command)
     return process;
 }
 
-/// A server on the port of the program's firmware server, which ends with its input. It fails where the port
-/// is taken.
+/// Returns the command of a server on the port of the program's firmware server. It ends with its input and
+/// fails if the port is in use.
 QStringList holdTheFixedPort()
 {
     return {QStringLiteral("sh"), QStringLiteral("-c"), QStringLiteral("sleep 0.3 | \"$0\""),
@@ -43,7 +43,7 @@ bool namespaceIsPermitted(const QStringList &options)
     return waitForEnd(process) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-TEST(InOwnNetwork, WhereANamespaceIsPermittedTheCommandHasOneOfItsOwn)
+TEST(InOwnNetwork, IfNamespacesAreAllowedTheCommandHasItsOwn)
 {
     const bool permitted =
         namespaceIsPermitted({}) ||
@@ -63,14 +63,14 @@ TEST(InOwnNetwork, TwoAtOnceBindTheSamePort)
     expectThatTwoAtOnceBothGetThePort();
 }
 
-TEST(InOwnNetwork, WhereNoNamespaceIsPermittedTheyTakeTurns)
+TEST(InOwnNetwork, IfNamespacesAreNotAllowedTheCommandsTakeTurns)
 {
     qputenv("QUILLMARSH_NO_NAMESPACE", "1");
     expectThatTwoAtOnceBothGetThePort();
     qunsetenv("QUILLMARSH_NO_NAMESPACE");
 }
 
-TEST(InOwnNetwork, ItExitsWithTheCommandsExitCodeAndKeepsArgumentsWhole)
+TEST(InOwnNetwork, ItExitsWithTheCommandsExitCodeAndPassesArgumentsUnchanged)
 {
     const auto process = launched({QStringLiteral("sh"), QStringLiteral("-c"),
                                    QStringLiteral("[ \"$1\" = 'two  words' ] && exit 42"),

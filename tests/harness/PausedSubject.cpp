@@ -1,5 +1,5 @@
-// Tests that stop their own process, for the tests of how pauses are measured and what follows from them.
-// Whoever starts them lets the process go on.
+// Tests that stop their own process. They are run by the tests of measuring and handling pauses, which let
+// the process continue.
 #include "simulator/time/RunningTime.h"
 #include "tests/support/AnotherAttempt.h"
 
@@ -17,7 +17,7 @@ bool isFirstAttempt()
     return std::getenv("QUILLMARSH_ATTEMPT") == nullptr;
 }
 
-/// Stops the process, when it is asked to, in the first test of the first attempt.
+/// Stops the process, if requested, in the first test of the first attempt.
 void stopWhenAsked()
 {
     static bool wasStopped = false;
@@ -51,7 +51,7 @@ TEST(Clock, IsPrinted)
     wall.start();
     const RunningTimer running;
     stopWhenAsked();
-    std::cout << "wall " << wall.elapsed() << " running " << running.elapsed() << " stood still "
+    std::cout << "wall " << wall.elapsed() << " running " << running.elapsed() << " paused "
               << running.pausedMs() << std::endl;
 }
 

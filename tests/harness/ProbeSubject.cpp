@@ -1,4 +1,4 @@
-// A small program with known widgets, for the probe to look at and operate.
+// A small program with known widgets, which the probe inspects and operates.
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -19,7 +19,7 @@
 
 namespace {
 
-/// Asks to be closed twice: the first close is refused.
+/// A window that must be closed twice, because it refuses the first close.
 class StubbornWindow : public QWidget
 {
 public:

@@ -34,8 +34,7 @@ protected:
             << qPrintable(probe().errorText());
     }
 
-    /// Returns once the program has acted on everything that was posted before: the events of the
-    /// window system are delivered in their order.
+    /// Waits until the program has handled all posted events: window system events are delivered in order.
     void letItActOnEverything()
     {
         ASSERT_TRUE(probe().setText(QStringLiteral("fileEdit"), QString()));
@@ -46,11 +45,11 @@ protected:
 
     ProbeClient &probe() { return m_subject.probe; }
 
-    XvfbSession m_screen; // Outlives the program on it.
+    XvfbSession m_screen; // Must outlive the program on it.
     RunningSubject m_subject;
 };
 
-TEST_P(ProbeTest, AReadTellsWhatAWidgetShows)
+TEST_P(ProbeTest, AReadReturnsWhatAWidgetShows)
 {
     const QJsonObject label = probe().read(QStringLiteral("statusLabel"));
     EXPECT_EQ(label[QLatin1String("class")].toString(), QLatin1String("QLabel"));
@@ -106,12 +105,12 @@ TEST_P(ProbeTest, AModalDialogBlocksClicksAndClosesAsItDoesForAUser)
     letItActOnEverything();
     expectStatus(QStringLiteral("declined"));
     EXPECT_FALSE(probe().isChecked(QStringLiteral("tickBox")));
-    // Only the first close is refused: the one that was blocked has not been counted.
+    // Only the first close is refused, and the blocked one does not count.
     ASSERT_TRUE(probe().close(QStringLiteral("subjectWindow")));
     expectStatus(QStringLiteral("close refused"));
 }
 
-TEST_P(ProbeTest, ADisabledButtonTakesNoClick)
+TEST_P(ProbeTest, ADisabledButtonIgnoresClicks)
 {
     EXPECT_TRUE(probe().click(QStringLiteral("disabledButton")));
     letItActOnEverything();
@@ -145,14 +144,14 @@ TEST_P(ProbeTest, TypedTextAndKeysArriveInALineEdit)
     expectStatus(QStringLiteral("entered dir/A b.img"));
 }
 
-TEST_P(ProbeTest, SetPicksAnItemOfAComboBoxAndRefusesOneThatIsNotThere)
+TEST_P(ProbeTest, SetSelectsAnItemOfAComboBoxAndRefusesOneThatDoesNotExist)
 {
     ASSERT_TRUE(probe().setText(QStringLiteral("typeBox"), QStringLiteral("HID")));
     EXPECT_EQ(probe().text(QStringLiteral("typeBox")), QLatin1String("HID"));
     EXPECT_FALSE(probe().setText(QStringLiteral("typeBox"), QStringLiteral("Serial")));
 }
 
-TEST_P(ProbeTest, ACloseMayBeRefusedAndTheProgramLeavesByTheNextWithItsOwnExitCode)
+TEST_P(ProbeTest, ACloseMayBeRefusedAndTheNextOneEndsTheProgramWithItsExitCode)
 {
     ASSERT_TRUE(probe().close(QStringLiteral("window:Subject")));
     expectStatus(QStringLiteral("close refused"));
@@ -171,7 +170,7 @@ TEST_P(ProbeTest, APartOfATextIsNotTakenForTheWhole)
     EXPECT_TRUE(probe().waitForWholeText(QStringLiteral("fileEdit"), QStringLiteral("IAP Device Detected")));
 }
 
-TEST_P(ProbeTest, AGuiThreadThatWasHeldUpIsSeenAsALateTimer)
+TEST_P(ProbeTest, ABlockedGuiThreadIsSeenAsALateTimer)
 {
     dependsOnRealTime("the second for which the GUI thread sleeps");
     ASSERT_GE(probe().timerLate(), 0);
@@ -201,7 +200,7 @@ TEST_P(ProbeTest, ChildrenOfTheProgramDoNotInheritThePortFile)
 INSTANTIATE_TEST_SUITE_P(On, ProbeTest, testing::Values(Screen::Offscreen, Screen::Xvfb),
                          testing::PrintToStringParamName());
 
-TEST(ProbeWithoutAPortFile, LeavesTheProgramRunningAsItIs)
+TEST(ProbeWithoutAPortFile, DoesNotAffectTheProgram)
 {
     RunningSubject subject;
     subject.stage.setVariable(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), QString());

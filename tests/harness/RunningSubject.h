@@ -15,7 +15,7 @@ struct RunningSubject
                probe.waitForVisible(QStringLiteral("subjectWindow"), true);
     }
 
-    /// What the program reported of itself at its start.
+    /// Returns a value that the program printed about itself when it started.
     QString reported(const QString &key) const
     {
         const QStringList lines = stage.standardOutput().split(QLatin1Char('\n'));

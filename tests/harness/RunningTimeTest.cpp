@@ -19,7 +19,8 @@ class PausedSubjectTest : public testing::Test
 protected:
     PausedSubjectTest() { dependsOnRealTime("how long the program is stopped, by this test alone"); }
 
-    /// Runs the tests of this filter, stopped for a while in the first when `paused`.
+    /// Runs the tests that match this filter. If `paused`, their process is stopped for a while in the first
+    /// one.
     void run(const QString &filter, bool paused)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -102,7 +103,7 @@ TEST_F(RunningTimeTest, APauseOfTheProcessDoesNotCount)
 {
     ASSERT_NO_FATAL_FAILURE(run(QStringLiteral("Clock.IsPrinted"), true));
     const QRegularExpressionMatch times =
-        QRegularExpression(QStringLiteral("wall (\\d+) running (\\d+) stood still (\\d+)")).match(m_output);
+        QRegularExpression(QStringLiteral("wall (\\d+) running (\\d+) paused (\\d+)")).match(m_output);
     ASSERT_TRUE(times.hasMatch()) << m_output.toStdString();
     const qint64 wall = times.captured(1).toLongLong();
     EXPECT_GE(wall, pauseMs);
@@ -130,7 +131,7 @@ TEST(RunningTimer, NeverGoesBackwards)
     }
 }
 
-TEST(RunningTimer, RestartingGivesTheTimeUntilThenAndBeginsAtZero)
+TEST(RunningTimer, RestartReturnsTheElapsedTimeAndBeginsAtZero)
 {
     RunningTimer running;
     QThread::msleep(60);
@@ -140,14 +141,14 @@ TEST(RunningTimer, RestartingGivesTheTimeUntilThenAndBeginsAtZero)
     EXPECT_FALSE(running.hasExpired(eventLimitMs));
 }
 
-TEST(Polling, AConditionThatHoldsIsAskedOnceWhateverTheLimit)
+TEST(Polling, ATrueConditionIsEvaluatedOnceWhateverTheLimit)
 {
     int asked = 0;
     EXPECT_TRUE(pollUntil([&asked] { return ++asked == 1; }, 0));
     EXPECT_EQ(asked, 1);
 }
 
-TEST(Polling, AConditionThatNeverHoldsIsGivenUpAfterTheLimit)
+TEST(Polling, AFalseConditionTimesOut)
 {
     QElapsedTimer wall;
     wall.start();
@@ -176,7 +177,7 @@ TEST(Polling, ABlockingWaitThatIsDoneEndsTheSteps)
     EXPECT_TRUE(waitInShortSteps([&steps](int) { return ++steps == 3; }, eventLimitMs));
     EXPECT_EQ(steps, 3);
     EXPECT_FALSE(waitInShortSteps([&steps](int) { return ++steps > 100; }, 0));
-    EXPECT_EQ(steps, 4) << "once, also without a limit to spend";
+    EXPECT_EQ(steps, 4) << "once, even if the limit is 0";
 }
 
 } // namespace

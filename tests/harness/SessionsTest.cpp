@@ -26,7 +26,7 @@ QStringList dies()
     return shell("echo 'giving up' >&2; exit 3");
 }
 
-TEST(ChildProcess, OneThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
+TEST(ChildProcess, AProcessThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
 {
     ChildProcess child;
     ASSERT_TRUE(child.start(dies()));
@@ -35,7 +35,7 @@ TEST(ChildProcess, OneThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
     EXPECT_TRUE(child.errorText().contains(QLatin1String("giving up"))) << qPrintable(child.errorText());
 }
 
-TEST(ChildProcess, OneThatSaysNothingIsGivenUpInTime)
+TEST(ChildProcess, AProcessThatPrintsNothingTimesOut)
 {
     ChildProcess child;
     ASSERT_TRUE(child.start({QStringLiteral("sleep"), QStringLiteral("60")}));
@@ -43,20 +43,20 @@ TEST(ChildProcess, OneThatSaysNothingIsGivenUpInTime)
     EXPECT_TRUE(child.errorText().contains(QLatin1String("printed nothing in 100 ms")));
 }
 
-TEST(ChildProcess, OneThatIsNotThereIsAClearError)
+TEST(ChildProcess, AMissingExecutableIsReported)
 {
     ChildProcess child;
     EXPECT_FALSE(child.start({QStringLiteral("/no/such/program")}));
     EXPECT_TRUE(child.errorText().contains(QLatin1String("/no/such/program")));
 }
 
-TEST(ChildProcess, OneThatRefusesToEndIsKilledTogetherWithItsOwnChildren)
+TEST(ChildProcess, AProcessThatRefusesToEndIsKilledTogetherWithItsChildren)
 {
     qint64 stubborn = 0;
     qint64 grandchild = 0;
     {
         ChildProcess child;
-        // Ignores the end of its input and being asked to end, and so does its child.
+        // Both the process and its child ignore SIGTERM and the end of the input.
         ASSERT_TRUE(child.start(shell("trap '' TERM; sleep 60 & echo $!; wait")));
         grandchild = child.waitForFirstLine().toLongLong();
         stubborn = child.processId();
@@ -67,9 +67,9 @@ TEST(ChildProcess, OneThatRefusesToEndIsKilledTogetherWithItsOwnChildren)
     EXPECT_TRUE(pollUntil([&] { return processIsGone(grandchild); }));
 }
 
-TEST(ChildProcess, ItEndsWhenWhatStartedItIsKilled)
+TEST(ChildProcess, ItEndsWhenItsParentIsKilled)
 {
-    const QTemporaryDir leftBehind; // What is killed cannot remove its temporary folders.
+    const QTemporaryDir leftBehind; // A killed process cannot remove its temporary folders.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TMPDIR"), leftBehind.path());
     ChildProcess parent;
@@ -100,7 +100,7 @@ protected:
     BusSession m_bus;
 };
 
-TEST_F(BusSessionTest, TheProgramRunsAndItsExitCodeIsTold)
+TEST_F(BusSessionTest, TheProgramRunsAndItsExitCodeIsReported)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     EXPECT_FALSE(m_bus.programState().running);
@@ -171,7 +171,7 @@ TEST(BusSession, AControllerThatDiesIsReportedWithTheEndOfItsErrors)
     EXPECT_FALSE(bus.plug(QStringLiteral("panel")));
 }
 
-TEST(ServerSession, ItTellsItsPortAndEndsItsServer)
+TEST(ServerSession, ItKnowsItsPortAndEndsItsServer)
 {
     qint64 server = 0;
     {
@@ -218,7 +218,7 @@ TEST_F(FirmwareRootTest, AnImageIsTheSameForTheSameSeedOnly)
     EXPECT_NE(m_root.addModel(QStringLiteral("C"), 4096, 8), one);
 }
 
-TEST_F(FirmwareRootTest, AFieldCanBeMadeWrong)
+TEST_F(FirmwareRootTest, AFieldCanBeReplaced)
 {
     m_root.addModel(QStringLiteral("DevMaa"), 10);
     m_root.setField(QStringLiteral("DevMaa"), QStringLiteral("md5"), QStringLiteral("0"));

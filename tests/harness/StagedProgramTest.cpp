@@ -34,7 +34,7 @@ TEST(StagedProgram, TwoStagesShareNothing)
     EXPECT_NE(one.probePortFile(), other.probePortFile());
 }
 
-TEST(StagedProgram, TheFoldersGoWithIt)
+TEST(StagedProgram, TheFoldersAreRemovedWithIt)
 {
     QString folder;
     {
@@ -74,14 +74,14 @@ TEST(StagedProgram, ArgumentsArePassedOnAndTheEnvironmentIsNot)
     EXPECT_EQ(subject.reported(QStringLiteral("leak")), QLatin1String("unset"));
 }
 
-TEST(StagedProgram, AnExecutableThatIsMissingIsAClearError)
+TEST(StagedProgram, AMissingExecutableIsReported)
 {
     const StagedProgram stage(QStringLiteral("/no/such/program"));
     EXPECT_FALSE(stage.isValid());
     EXPECT_TRUE(stage.errorText().contains(QLatin1String("/no/such/program")));
 }
 
-TEST(StagedProgram, ToolsLieBesideTheProgramExecutableWithTheirScripts)
+TEST(StagedProgram, ToolsAreExecutableAndBesideTheProgramWithTheirScripts)
 {
     StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     ASSERT_TRUE(stage.addAllTools(QStringLiteral(STANDIN))) << qPrintable(stage.errorText());
@@ -138,7 +138,7 @@ TEST(StagedProgram, LogLinesLoseTheirTimeStampsAndNothingElse)
     EXPECT_EQ(stage.updateLog().toUtf8(), log);
 }
 
-TEST(StagedProgram, AnEarlierStartsPortFileIsGoneBeforeTheNextStart)
+TEST(StagedProgram, ThePortFileOfAnEarlierStartIsRemovedBeforeTheNext)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     ASSERT_TRUE(WholeFile::write(stage.probePortFile(), "4711"));
@@ -146,7 +146,7 @@ TEST(StagedProgram, AnEarlierStartsPortFileIsGoneBeforeTheNextStart)
     EXPECT_FALSE(QFile::exists(stage.probePortFile()));
 }
 
-TEST(StagedProgram, AToolThatIsLeftRunningIsSeenAndGoesWithTheStage)
+TEST(StagedProgram, ARunningToolIsListedAndKilledWithTheStage)
 {
     QProcess tool;
     qint64 toolId = 0;
@@ -179,7 +179,7 @@ TEST(PlainHost, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
     EXPECT_EQ(state.exitCode, std::nullopt);
 }
 
-TEST(PlainHost, AProgramThatCannotBeStartedIsAClearError)
+TEST(PlainHost, AProgramThatCannotBeStartedIsReported)
 {
     PlainHost host;
     Launch launch;

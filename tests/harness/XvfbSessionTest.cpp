@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Width and height as a PNG file's header has them.
+/// Returns the width and the height in the header of a PNG file.
 QSize sizeOfPicture(const QString &path)
 {
     QFile file(path);
@@ -25,7 +25,7 @@ QSize sizeOfPicture(const QString &path)
                                       qFromBigEndian<qint32>(header.constData() + 20));
 }
 
-TEST(XvfbSession, FourThatStartAtOnceHaveDisplaysOfTheirOwn)
+TEST(XvfbSession, FourSessionsStartedAtOnceHaveDifferentDisplays)
 {
     struct Started
     {
@@ -33,7 +33,7 @@ TEST(XvfbSession, FourThatStartAtOnceHaveDisplaysOfTheirOwn)
         QString display;
         QString error;
     };
-    // The threads stay until all displays are known: a server ends with the thread that started it.
+    // The threads run until all displays are known, because a server ends with the thread that started it.
     std::promise<void> done;
     const std::shared_future<void> untilDone = done.get_future().share();
     std::array<std::promise<Started>, 4> promises;
@@ -68,11 +68,11 @@ TEST(XvfbSession, TheScreenHasTheSizeAskedForAndShowsTheProgram)
     const QString screen = subject.stage.workingFolder() + QStringLiteral("/screen.png");
     ASSERT_TRUE(subject.probe.grabScreen(screen)) << qPrintable(subject.probe.errorText());
     EXPECT_EQ(sizeOfPicture(screen), QSize(1000, 700));
-    // A black screen of this size is a file of a few hundred bytes.
+    // The file of a black screen of this size has only a few hundred bytes.
     EXPECT_GT(QFileInfo(screen).size(), 2000);
 }
 
-TEST(XvfbSession, ItsServerGoesWithItAndLeavesNoZombie)
+TEST(XvfbSession, ItsServerEndsWithItAndLeavesNoZombie)
 {
     qint64 server = 0;
     {
@@ -84,7 +84,7 @@ TEST(XvfbSession, ItsServerGoesWithItAndLeavesNoZombie)
     EXPECT_TRUE(processIsReaped(server));
 }
 
-TEST(XvfbSession, AnExistingDisplayIsTakenOnlyWhenAskedFor)
+TEST(XvfbSession, AnExistingDisplayIsUsedOnlyOnRequest)
 {
     qputenv("DISPLAY", ":4711");
     XvfbSession existing;

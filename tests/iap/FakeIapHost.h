@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A main widget that only writes down what the panel asks of it.
+/// A fake main widget that only records the panel's calls.
 class FakeIapHost : public IapHost
 {
 public:
@@ -56,17 +56,17 @@ public:
     void StopCheckConnectTimer() override { m_events.append(QStringLiteral("monitor off")); }
     void untickIapBox() override { m_events.append(QStringLiteral("untick")); }
     UpdateSession &session() override { return m_session; }
-    /// As another copy of the program would have it.
+    /// Takes the lock as another copy of the program would.
     UpdateLock::Hold takeElsewhere() { return m_lockElsewhere.take(*this); }
 
-    /// What was asked for, in order; then none.
+    /// Returns the recorded calls, in order, and clears them.
     QStringList takeEvents() { return std::exchange(m_events, {}); }
     const QStringList &events() const { return m_events; }
     bool has(const char *event) const { return m_events.contains(QString::fromUtf8(event)); }
 
     IapDevice device;
     QString file = QStringLiteral("/srv/dev.bin");
-    /// What checkUpdateFile() returns, and what happens meanwhile.
+    /// The result of checkUpdateFile(), and a function that it calls.
     UpdateReason verdictOnFile = UpdateReason::None;
     std::function<void()> onCheck;
     QStringList titleKeys;

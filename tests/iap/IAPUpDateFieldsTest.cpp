@@ -13,7 +13,7 @@ using IAPUpDateFieldsTest = IAPUpDateTest;
 
 const ToolSteps portsAndDevices = ToolStep::print("COM:COM3;COM: COM7;device: one;device: two;\n");
 
-TEST_F(IAPUpDateFieldsTest, SignalsAndSlotsStandInTheirOrder)
+TEST_F(IAPUpDateFieldsTest, SignalsAndSlotsAreDeclaredInOrder)
 {
     const char *const expected[] = {"sigAppendLog(TextWindow*,QString)",
                                     "iapFinished(bool)",
@@ -85,7 +85,7 @@ TEST_F(IAPUpDateFieldsTest, WhileAnotherCopyIsUpdatingTheProgrammerIsNotAskedAnd
     EXPECT_EQ(runs().size(), 1);
 }
 
-TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotForLong)
+TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsDuringTheShutdownButNotForLong)
 {
     panel();
     ShutdownFlag::instance().raise();
@@ -97,7 +97,7 @@ TEST_F(IAPUpDateFieldsTest, TheLastTaskkillRunsAlthoughTheProgramLeavesButNotFor
     EXPECT_EQ(kills().size(), 1);
 }
 
-TEST_F(IAPUpDateFieldsTest, WithoutATaskkillNothingIsSaidAndNothingWaits)
+TEST_F(IAPUpDateFieldsTest, WithoutATaskkillNothingIsLoggedAndNothingWaits)
 {
     SystemTool::setFolderForTests(QStringLiteral("/nowhere"));
     const RecordedDebugStream debug;
@@ -108,7 +108,7 @@ TEST_F(IAPUpDateFieldsTest, WithoutATaskkillNothingIsSaidAndNothingWaits)
     EXPECT_TRUE(debug.warnings().isEmpty()) << debug.warnings().join(QLatin1Char('\n')).toStdString();
 }
 
-TEST_F(IAPUpDateFieldsTest, ItAsksAtOnceAndShowsTheComPortsOfAUsart)
+TEST_F(IAPUpDateFieldsTest, ItRequestsThePortsAtOnceAndShowsTheComPortsOfAUsart)
 {
     getData(portsAndDevices);
     EXPECT_EQ(portType().currentText(), QStringLiteral("USART"));
@@ -122,7 +122,7 @@ TEST_F(IAPUpDateFieldsTest, ItAsksAtOnceAndShowsTheComPortsOfAUsart)
     EXPECT_EQ(m_host.logWindows, QList<TextWindow *>{&m_logWindow});
 }
 
-TEST_F(IAPUpDateFieldsTest, ItsTextsAndFirstValuesAreTheOnesGiven)
+TEST_F(IAPUpDateFieldsTest, ItHasTheRequiredTextsAndInitialValues)
 {
     EXPECT_EQ(items(portType()), IapPortType::names());
     EXPECT_EQ(find<QLineEdit>("iapAddress").text(), QString());
@@ -198,7 +198,7 @@ TEST_F(IAPUpDateFieldsTest, BothListsGoToTheDebugStreamUnderOneName)
                                           QStringLiteral("COMlist: one"), QStringLiteral("COMlist: two")}));
 }
 
-TEST_F(IAPUpDateFieldsTest, AProgrammerThatIsMissingLeavesTheListsEmptyAndSaysNothing)
+TEST_F(IAPUpDateFieldsTest, AMissingProgrammerLeavesTheListsEmptyAndLogsNothing)
 {
     removeProgrammer();
     EXPECT_EQ(portName().count(), 0);
@@ -213,7 +213,7 @@ TEST_F(IAPUpDateFieldsTest, AProgrammerThatCrashesHasNotAnswered)
     EXPECT_TRUE(m_host.events().isEmpty());
 }
 
-TEST_F(IAPUpDateFieldsTest, AProgrammerThatFailsHasAnsweredAllTheSame)
+TEST_F(IAPUpDateFieldsTest, AProgrammerThatFailsHasStillAnswered)
 {
     getData(ToolStep::print("COM:COM3;") + ToolStep::printError("no\n") + ToolStep::exitWith(3));
     EXPECT_EQ(items(portName()), QStringList{QStringLiteral("COM3")});
@@ -233,10 +233,10 @@ TEST_F(IAPUpDateFieldsTest, ResetToUsbChoosesTheFirstDeviceAndTicksTheCheck)
     panel().resetToUsb();
     EXPECT_EQ(portName().currentIndex(), 0);
     EXPECT_TRUE(crc().isChecked());
-    EXPECT_EQ(runs().size(), 1) << "the type has not changed, and nothing is to be asked";
+    EXPECT_EQ(runs().size(), 1) << "the type has not changed, so the programmer is not asked";
 }
 
-TEST_F(IAPUpDateFieldsTest, TheIdsThatItIsGivenAreTheOnesItAsksWith)
+TEST_F(IAPUpDateFieldsTest, ThePortsAreRequestedWithTheIdsThatWereSet)
 {
     makePanel();
     panel().setDeviceIds(0xA05A, 0xF113);
@@ -244,7 +244,7 @@ TEST_F(IAPUpDateFieldsTest, TheIdsThatItIsGivenAreTheOnesItAsksWith)
     EXPECT_EQ(runs(), QStringList{QStringLiteral("GetData|f113|a05a")});
 }
 
-TEST_F(IAPUpDateFieldsTest, ItStandsAtTheRightTopCornerOfItsParentAndFollowsIt)
+TEST_F(IAPUpDateFieldsTest, ItIsDockedToTheTopRightCornerOfItsParentAndFollowsIt)
 {
     QWidget ground;
     ground.setGeometry(50, 60, 400, 300);
@@ -271,7 +271,7 @@ TEST_F(IAPUpDateFieldsTest, ClosingItUnticksTheBoxAndClosesIt)
     EXPECT_EQ(m_host.takeEvents(), QStringList{QStringLiteral("untick")});
 }
 
-TEST_F(IAPUpDateFieldsTest, AFieldThatIsOffLooksOffAlsoOnTheMainWindowsGround)
+TEST_F(IAPUpDateFieldsTest, ADisabledFieldLooksDisabledEvenInTheMainWindow)
 {
     QWidget ground;
     ground.setStyleSheet(QStringLiteral("background-color: rgb(240,240,240);"));

@@ -3,7 +3,7 @@
 
 namespace {
 
-/// Files that the user has the panel program, which the main widget may refuse.
+/// Files that the user wants the panel to program. The main widget may refuse them.
 class IAPUpDateFileCheckTest : public IAPUpDateTest
 {
 };
@@ -22,7 +22,7 @@ TEST_F(IAPUpDateFileCheckTest, AFileThatIsRefusedIsNotProgrammedAndTheNextOneIs)
     download().click();
     EXPECT_EQ(m_host.takeEvents(),
               list({"log Download is not possible while an update is running.", "ended"}))
-        << "a second press while the file is checked starts nothing";
+        << "a second click during the check of the file has no effect";
     EXPECT_EQ(runs().size(), before);
     EXPECT_EQ(m_host.session().lastResult().reason, UpdateReason::SignatureRefused);
     EXPECT_TRUE(m_host.session().isStartAllowed());

@@ -13,7 +13,7 @@ namespace {
 class IAPUpDateRunTest : public IAPUpDateTest
 {
 protected:
-    /// Presses the button of the next message box, and keeps what the box was like.
+    /// Presses the button of the next message box and stores the properties of the box.
     void answerTheWarning()
     {
         QTimer::singleShot(0, &m_logWindow, [this] {
@@ -36,7 +36,7 @@ protected:
     QMessageBox::Icon m_warningIcon = QMessageBox::NoIcon;
 };
 
-TEST_F(IAPUpDateRunTest, ARunTellsItsStoryInOrder)
+TEST_F(IAPUpDateRunTest, ARunLogsItsStepsInOrder)
 {
     getData(ToolStep::print("device: one;\n"));
     startBody(ToolStep::print("SetProgress: 42\n") + m_tools.pause() + ToolStep::exitWith(0));
@@ -85,7 +85,7 @@ TEST_F(IAPUpDateRunTest, BeforeAnyIapDeviceHasBeenChosenTheIdsAreSentAsMinusOne)
     EXPECT_EQ(runs(), list({"GetData|-1|-1", "Start|0||-1|-1|-1|-1|110|08004000|false|/srv/dev.bin"}));
 }
 
-TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapLeavesTheIdsAsTheyWere)
+TEST_F(IAPUpDateRunTest, ADeviceThatIsNotForIapDoesNotChangeTheIds)
 {
     makePanel();
     panel().setDeviceIds(0xA05A, 0xF113);
@@ -114,7 +114,7 @@ TEST_F(IAPUpDateRunTest, SetProgress100WithoutABlankIsASuccessAndEndsTheProgramm
     run(ToolStep::print("SetProgress:100\n") + ToolStep::hang());
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
     EXPECT_TRUE(m_host.has("progress 100"));
-    EXPECT_EQ(finished, QList<QVariantList>{{false}}) << "it was ended, it did not end";
+    EXPECT_EQ(finished, QList<QVariantList>{{false}}) << "it was killed and did not end by itself";
 }
 
 TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
@@ -122,7 +122,7 @@ TEST_F(IAPUpDateRunTest, OfTwoReportsInOneChunkTheFirstIsUsed)
     run(ToolStep::print("SetProgress: 7\nSetProgress: 9\n"));
     EXPECT_TRUE(m_host.has("progress 7"));
     EXPECT_FALSE(m_host.has("progress 9"));
-    EXPECT_TRUE(m_host.has("log SetProgress: 7\nSetProgress: 9")) << "the chunk is logged whole";
+    EXPECT_TRUE(m_host.has("log SetProgress: 7\nSetProgress: 9")) << "the whole chunk is logged";
 }
 
 TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsTheProgrammer)
@@ -133,7 +133,7 @@ TEST_F(IAPUpDateRunTest, TheMissingDeviceInLowerCaseStillFailsTheRunAndEndsThePr
     EXPECT_FALSE(m_host.has("title Current Status: Upgrade Successful"));
 }
 
-TEST_F(IAPUpDateRunTest, AReportCutInTwoReadsIsTwoChunks)
+TEST_F(IAPUpDateRunTest, AReportSplitBetweenTwoReadsIsTwoChunks)
 {
     startBody(ToolStep::print("SetProgress: 4") + m_tools.pause() + ToolStep::print("2\n"));
     makePanel();
@@ -168,10 +168,10 @@ TEST_F(IAPUpDateRunTest, AFailureCodeAndACrashAreNoSuccess)
     EXPECT_TRUE(download().isEnabled());
 }
 
-TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASecondAfterTheFailure)
+TEST_F(IAPUpDateRunTest, AProgrammerThatIgnoresItsTerminationIsKilledASecondAfterTheFailure)
 {
     dependsOnRealTime("the second that the programmer gets");
-    startBody(ToolStep::deaf() + ToolStep::print("No USB IAP device!\n") + ToolStep::hang());
+    startBody(ToolStep::ignoreTermination() + ToolStep::print("No USB IAP device!\n") + ToolStep::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
@@ -186,7 +186,7 @@ TEST_F(IAPUpDateRunTest, AProgrammerThatDoesNotHearOfItsTerminationIsKilledASeco
 TEST_F(IAPUpDateRunTest, AProgrammerThatVerifiesAfter100HasTenSecondsForIt)
 {
     dependsOnRealTime("the ten seconds that the programmer gets");
-    startBody(ToolStep::deaf() + ToolStep::print("SetProgress: 100\n") + ToolStep::hang());
+    startBody(ToolStep::ignoreTermination() + ToolStep::print("SetProgress: 100\n") + ToolStep::hang());
     makePanel();
     QElapsedTimer timer;
     download().click();
@@ -222,7 +222,7 @@ TEST_F(IAPUpDateRunTest, AFileThatIsNoBinIsRefusedWithAWarning)
     }
 }
 
-TEST_F(IAPUpDateRunTest, LeavingEndsTheWarningAboutTheFile)
+TEST_F(IAPUpDateRunTest, ShuttingDownClosesTheWarningAboutTheFile)
 {
     makePanel();
     m_host.file = QStringLiteral("image.img");
@@ -282,7 +282,7 @@ TEST_F(IAPUpDateRunTest, TheResultSaysWhatTheProgrammerReported)
               (UpdateResult{Outcome::Failed, UpdateStage::Programming, UpdateReason::DeviceNotReachable}));
 }
 
-TEST_F(IAPUpDateRunTest, ASecondStartWhileOneRunsOnlyWarnsAndLeavesTheMonitorAlone)
+TEST_F(IAPUpDateRunTest, ASecondStartDuringARunOnlyWarnsAndDoesNotChangeTheMonitor)
 {
     startBody(m_tools.pause());
     makePanel();
@@ -336,7 +336,7 @@ TEST_F(IAPUpDateRunTest, ARunKeepsOtherCopiesOutFromItsStartToItsEnd)
     EXPECT_TRUE(m_host.takeElsewhere());
 }
 
-TEST_F(IAPUpDateRunTest, AProgrammerThatCannotBeStartedSaysNothingAndTheMonitorStaysOff)
+TEST_F(IAPUpDateRunTest, IfTheProgrammerCannotBeStartedNothingIsLoggedAndTheMonitorStaysOff)
 {
     makePanel();
     removeProgrammer();
@@ -357,10 +357,10 @@ TEST_F(IAPUpDateRunTest, TwoRunsFollowEachOther)
     EXPECT_TRUE(m_host.has("title Current Status: Upgrade Successful"));
 }
 
-TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
+TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndLogsIt)
 {
     const QString pidFile = m_tools.file(QStringLiteral("pid"));
-    startBody(ToolStep::deaf() + ToolStep::noteProcessId(pidFile) + ToolStep::print("noted\n") +
+    startBody(ToolStep::ignoreTermination() + ToolStep::noteProcessId(pidFile) + ToolStep::print("noted\n") +
               ToolStep::hang());
     makePanel();
     download().click();
@@ -374,7 +374,7 @@ TEST_F(IAPUpDateRunTest, DeletingThePanelKillsTheProgrammerAndSaysSo)
     EXPECT_EQ(m_host.takeEvents(), list({"log The program was closed before the IAP programmer had ended."}));
 }
 
-TEST_F(IAPUpDateRunTest, LeavingTheProgramKillsTheProgrammerAtOnce)
+TEST_F(IAPUpDateRunTest, ShuttingDownKillsTheProgrammerAtOnce)
 {
     startBody(ToolStep::hang());
     makePanel();

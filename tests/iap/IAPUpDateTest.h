@@ -59,7 +59,7 @@ protected:
         return texts;
     }
 
-    /// A panel that is set up, with all that happened so far forgotten.
+    /// Creates a panel and clears all recorded events.
     void makePanel()
     {
         panel();
@@ -70,13 +70,13 @@ protected:
     {
         return processEventsUntil([&] { return m_host.has(event); });
     }
-    /// One run from the click to its end.
+    /// Clicks the button and waits for the end of the run.
     bool runToEnd()
     {
         download().click();
         return waitFor("ended");
     }
-    /// The arguments of the programmer's runs, joined with "|".
+    /// Returns the arguments of the programmer's runs, joined with "|".
     QStringList runs() const { return m_programmer.runs(); }
     QStringList starts() const { return m_programmer.starts(); }
     QStringList kills() const { return m_programmer.kills(); }

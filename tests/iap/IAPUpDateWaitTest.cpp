@@ -10,11 +10,11 @@
 
 namespace {
 
-/// What comes while the programmer is being asked.
+/// Events that arrive while the programmer is asked for its ports.
 class IAPUpDateWaitTest : public IAPUpDateTest
 {
 protected:
-    /// The next question is answered only after `meanwhile` has been called.
+    /// Makes the programmer answer the next request only after `meanwhile` has been called.
     void whileAsked(const std::function<void()> &meanwhile)
     {
         QTimer::singleShot(200, &m_logWindow, [this, meanwhile] {
@@ -32,7 +32,7 @@ protected:
     bool m_wasWaiting = false;
 };
 
-TEST_F(IAPUpDateWaitTest, ClicksOnDownloadAreActedOnOnceWhenThePortTypeHasBeenTaken)
+TEST_F(IAPUpDateWaitTest, ClicksOnDownloadTakeEffectOnceAfterThePortTypeHasChanged)
 {
     makeSlowPanel();
     whileAsked([this] {
@@ -75,7 +75,7 @@ TEST_F(IAPUpDateWaitTest, ThePortTypeCannotBeChangedWhileTheStartAsks)
     EXPECT_TRUE(portType().isEnabled());
 }
 
-TEST_F(IAPUpDateWaitTest, AStartThatTheUpdateAsksForIsDeferredAndNotLost)
+TEST_F(IAPUpDateWaitTest, AStartRequestedByTheUpdateIsDeferredAndNotLost)
 {
     makeSlowPanel();
     whileAsked([this] {
@@ -116,7 +116,7 @@ TEST_F(IAPUpDateWaitTest, ASecondStartWhileTheFirstAsksComesAfterIt)
     EXPECT_TRUE(processEventsUntil([this] { return starts().size() == 1; }));
 }
 
-TEST_F(IAPUpDateWaitTest, AQuestionWithoutAnEndIsEndedByLeavingAndNothingStarts)
+TEST_F(IAPUpDateWaitTest, AnEndlessRequestForPortsIsEndedByShuttingDownAndNothingStarts)
 {
     makePanel();
     getData(ToolStep::hang());
@@ -128,14 +128,14 @@ TEST_F(IAPUpDateWaitTest, AQuestionWithoutAnEndIsEndedByLeavingAndNothingStarts)
     EXPECT_FALSE(m_host.has("monitor off"));
 }
 
-TEST_F(IAPUpDateWaitTest, AnAnswerMayTakeAnyTimeAndTheWindowLivesMeanwhile)
+TEST_F(IAPUpDateWaitTest, AnAnswerMayTakeAnyTimeAndTheWindowStaysResponsive)
 {
     makeSlowPanel();
     std::atomic<int> ticks{0};
     QTimer timer;
     timer.callOnTimeout([&ticks] { ++ticks; });
     timer.start(10);
-    // From another thread, since in a window that hangs nothing would end the question.
+    // From another thread, because nothing in a frozen window would end the request.
     std::thread answer([&] {
         pollUntil([&] { return ticks > 20; });
         m_tools.letGoOn();

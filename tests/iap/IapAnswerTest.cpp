@@ -37,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"COM:COM4;COM:COM3; other text COM: COM10;", list({"COM4", "COM3", "COM10"}), {}},
                     Row{"device:HID one;device: HID two ;", {}, list({"HID one", "HID two"})},
                     Row{"device:b;COM:1;device:a;COM:2;", list({"1", "2"}), list({"b", "a"})},
-                    // An entry ends at its ";" wherever that is, and is none without one.
+                    // An entry ends with ";", wherever that is; without one it is not an entry.
                     Row{"COM:1", {}, {}}, Row{"COM:1\ndevice:x;", list({"1\ndevice:x"}), list({"x"})},
                     Row{"COM:;", {}, {}}, Row{"COM: ;device:y;", list({""}), list({"y"})},
                     Row{"com:1;Device:x;", {}, {}}, Row{"device:串口设备;", {}, list({"串口设备"})}));

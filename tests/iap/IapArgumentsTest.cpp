@@ -31,7 +31,7 @@ TEST(IapArgumentsTest, BeforeAnyIapDeviceHasBeenChosenTheIdsAreSentAsMinusOne)
     EXPECT_EQ(IapArguments::getData(0xFFFFFFFF, 0xFFFFFFFF), list({"GetData", "-1", "-1"}));
 }
 
-TEST(IapArgumentsTest, TheQuestionNamesTheVendorFirst)
+TEST(IapArgumentsTest, TheRequestForPortsNamesTheVendorFirst)
 {
     EXPECT_EQ(IapArguments::getData(0xF113, 0xA05A), list({"GetData", "f113", "a05a"}));
 }

@@ -26,7 +26,7 @@ class IapChunkTest : public testing::TestWithParam<Row>
 {
 };
 
-TEST_P(IapChunkTest, MeansProgressAndResult)
+TEST_P(IapChunkTest, HasItsProgressAndResult)
 {
     const IapChunk chunk = read(GetParam().chunk.c_str());
     EXPECT_EQ(chunk.progress, GetParam().progress);
@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Chunks, IapChunkTest,
                                          Row{"SetProgress:0100", 100, true}, Row{"SetProgress: 101", 101},
                                          Row{"SetProgress: 1000", 1000}, Row{"SetProgress: ", {}},
                                          Row{"SetProgress: -1", {}}, Row{"setprogress: 7", {}},
-                                         // Once only, and before anything else that the chunk holds.
+                                         // Only the first report of a chunk counts.
                                          Row{"SetProgress: 99\nSetProgress: 100", 99},
                                          Row{"SetProgress: 100\nSetProgress: 3", 100, true},
                                          Row{"No USB IAP device!\nSetProgress: 5", 5},

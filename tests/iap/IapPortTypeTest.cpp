@@ -38,7 +38,7 @@ TEST(IapPortTypeTest, EachTypeHasItsRates)
 
 TEST(IapPortTypeTest, AUsartHasNoAddressAndNoCheck)
 {
-    const IapPortType::Look look = IapPortType::look(usart);
+    const IapPortType::Appearance look = IapPortType::appearance(usart);
     EXPECT_EQ(look.portLabel, QStringLiteral("Port Name: "));
     EXPECT_FALSE(look.addressEnabled);
     EXPECT_EQ(look.crcEnabled, false);
@@ -46,16 +46,16 @@ TEST(IapPortTypeTest, AUsartHasNoAddressAndNoCheck)
 
 TEST(IapPortTypeTest, UsbNamesDevicesAndCanCheck)
 {
-    const IapPortType::Look look = IapPortType::look(usb);
+    const IapPortType::Appearance look = IapPortType::appearance(usb);
     EXPECT_EQ(look.portLabel, QStringLiteral("USB Device: "));
     EXPECT_FALSE(look.addressEnabled);
     EXPECT_EQ(look.crcEnabled, true);
 }
 
-TEST(IapPortTypeTest, CanAndSpiLeaveLabelAndCheckAsTheyWere)
+TEST(IapPortTypeTest, CanAndSpiDoNotChangeLabelAndCheck)
 {
     for (const QString &type : {can, spi}) {
-        const IapPortType::Look look = IapPortType::look(type);
+        const IapPortType::Appearance look = IapPortType::appearance(type);
         EXPECT_FALSE(look.portLabel.has_value());
         EXPECT_FALSE(look.addressEnabled);
         EXPECT_FALSE(look.crcEnabled.has_value());
@@ -64,7 +64,7 @@ TEST(IapPortTypeTest, CanAndSpiLeaveLabelAndCheckAsTheyWere)
 
 TEST(IapPortTypeTest, TheLabelOfI2cHasNoBlankAtItsEndUnlikeThatOfUsart)
 {
-    const IapPortType::Look look = IapPortType::look(i2c);
+    const IapPortType::Appearance look = IapPortType::appearance(i2c);
     EXPECT_EQ(look.portLabel, QStringLiteral("Port Name:"));
     EXPECT_TRUE(look.addressEnabled);
     EXPECT_EQ(look.crcEnabled, true);

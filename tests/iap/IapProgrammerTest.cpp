@@ -20,7 +20,7 @@ namespace {
 
 using StartResult = IapProgrammer::StartResult;
 
-/// The programmer as a program without a window runs it.
+/// The programmer when it is run without a window.
 class IapProgrammerTest : public testing::Test
 {
 protected:
@@ -43,7 +43,7 @@ protected:
         }
         return *m_programmer;
     }
-    /// One start on a USB device with this file.
+    /// Starts the programmer on a USB device with this file.
     StartResult start(const QString &file = QStringLiteral("/srv/dev.bin"))
     {
         std::optional<IapRun> run = programmer().prepare({true, 0xA05A, 0xF113});
@@ -64,7 +64,7 @@ protected:
 
     ScriptedProgrammer m_scripts;
     QTemporaryDir m_folder;
-    /// In every folder another name: Windows knows the locks by the files' names alone.
+    /// The name differs in each folder, because Windows identifies locks by the file name alone.
     const QString m_lockFile =
         m_folder.filePath(QFileInfo(m_folder.path()).fileName() + QStringLiteral(".lock"));
     UpdateLock m_lock{m_lockFile};
@@ -73,7 +73,7 @@ protected:
     std::unique_ptr<IapProgrammer> m_programmer;
 };
 
-TEST_F(IapProgrammerTest, ARunWithoutAWindowTellsItsStoryInOrder)
+TEST_F(IapProgrammerTest, ARunWithoutAWindowLogsItsStepsInOrder)
 {
     m_scripts.getData(ToolStep::print("device: one;COM:A;\n"));
     m_scripts.startBody(ToolStep::print("SetProgress: 42\n") + m_scripts.tools().pause() +
@@ -133,7 +133,7 @@ TEST_F(IapProgrammerTest, AFileThatIsNoBinIsRefusedWithALine)
     EXPECT_TRUE(m_scripts.starts().isEmpty());
 }
 
-TEST_F(IapProgrammerTest, AMissingProgrammerIsNotStartedAndNothingIsSaid)
+TEST_F(IapProgrammerTest, AMissingProgrammerIsNotStartedAndNothingIsLogged)
 {
     m_scripts.removeProgrammer();
     EXPECT_EQ(start(), StartResult::NotStarted);
@@ -142,7 +142,7 @@ TEST_F(IapProgrammerTest, AMissingProgrammerIsNotStartedAndNothingIsSaid)
     EXPECT_FALSE(programmer().isRunning());
 }
 
-TEST_F(IapProgrammerTest, ASecondStartLeavesTheFirstAlone)
+TEST_F(IapProgrammerTest, ASecondStartDoesNotAffectTheFirst)
 {
     m_scripts.startBody(m_scripts.tools().pause());
     ASSERT_EQ(start(), StartResult::Started);
@@ -153,19 +153,20 @@ TEST_F(IapProgrammerTest, ASecondStartLeavesTheFirstAlone)
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("IAP finished, exitCode=0"));
 }
 
-TEST_F(IapProgrammerTest, TheFailureTextEndsAProgrammerThatDoesNotHearOfIt)
+TEST_F(IapProgrammerTest, TheFailureTextEndsAProgrammerThatIgnoresItsTermination)
 {
-    m_scripts.startBody(ToolStep::deaf() + ToolStep::print("no usb iap device!\n") + ToolStep::hang());
+    m_scripts.startBody(ToolStep::ignoreTermination() + ToolStep::print("no usb iap device!\n") +
+                        ToolStep::hang());
     ASSERT_EQ(start(), StartResult::Started);
     EXPECT_TRUE(waitForEnd());
     EXPECT_EQ(m_reporter.titles().last(), QStringLiteral("当前状态: 升级失败!"));
 }
 
-TEST_F(IapProgrammerTest, LeavingKillsItAndSaysSo)
+TEST_F(IapProgrammerTest, ShuttingDownKillsItAndLogsIt)
 {
     const QString pidFile = m_scripts.tools().file(QStringLiteral("pid"));
-    m_scripts.startBody(ToolStep::deaf() + ToolStep::noteProcessId(pidFile) + ToolStep::print("noted\n") +
-                        ToolStep::hang());
+    m_scripts.startBody(ToolStep::ignoreTermination() + ToolStep::noteProcessId(pidFile) +
+                        ToolStep::print("noted\n") + ToolStep::hang());
     ASSERT_EQ(start(), StartResult::Started);
     ASSERT_TRUE(waitForLine("noted"));
     const qint64 pid = WholeFile::read(pidFile).trimmed().toLongLong();

@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-/// Programmers that play scripts, and a "taskkill" that does nothing, for as long as this object lives.
+/// Provides programmers that play scripts, and a "taskkill" that does nothing, during its lifetime.
 class ScriptedProgrammer
 {
 public:
@@ -20,7 +20,7 @@ public:
     Q_DISABLE_COPY(ScriptedProgrammer)
 
     void taskkill(const ToolSteps &steps) { m_tools.writeBareName(QStringLiteral("taskkill"), steps); }
-    /// What the programmer does when it is asked what there is, and when it is to program.
+    /// Set the steps of the programmer when it is asked for its ports, and when it programs a device.
     void getData(const ToolSteps &steps)
     {
         m_getData = steps;
@@ -35,7 +35,7 @@ public:
 
     const ScriptedTools &tools() const { return m_tools; }
     QString program() const { return m_tools.program(QStringLiteral("IAP_Programmer")); }
-    /// The arguments of the programmer's runs, joined with "|".
+    /// Returns the arguments of the programmer's runs, joined with "|".
     QStringList runs() const { return runsOf(QStringLiteral("IAP_Programmer|")); }
     QStringList starts() const { return runs().filter(QStringLiteral("Start|")); }
     QStringList kills() const { return runsOf(QStringLiteral("taskkill|")); }

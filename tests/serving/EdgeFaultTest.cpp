@@ -5,8 +5,8 @@
 
 namespace {
 
-/// Failures between the users and the firmware server: each client ends with the exact bytes, or fails and
-/// says why.
+/// Failures between the users and the firmware server: each client downloads the exact bytes, or fails and
+/// reports the reason.
 class EdgeFaultTest : public ServingTest
 {
 protected:
@@ -17,7 +17,7 @@ protected:
         options.bytesPerConnection = 200 * 1024;
         return options;
     }
-    /// Whether a client's last lines are those of a download that has given up.
+    /// Returns whether a client's last lines are those of a download that has given up.
     static bool isRequired(const QString &failure)
     {
         return failure.contains(QStringLiteral("gave up after 20 retries")) &&
@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(EdgeFaultTest, AnEdgeThatDiesAndComesBackCostsNobodyTheDownload)
+TEST_F(EdgeFaultTest, IfAnEdgeDiesAndComesBackAllDownloadsSucceed)
 {
     begin(10, slowly());
     waitForBytes();
@@ -49,17 +49,17 @@ TEST_F(EdgeFaultTest, AnEdgeThatDiesForGoodIsReportedByEachClient)
         EXPECT_TRUE(isRequired(failure)) << failure.toStdString();
 }
 
-TEST_F(EdgeFaultTest, WithoutItsOriginAnEdgeGoesOnServingWhatItHas)
+TEST_F(EdgeFaultTest, WithoutItsOriginAnEdgeStillServesItsCache)
 {
     begin(1);
     expectComplete(1);
     m_sites.killOrigin();
-    ManyClients others;
+    ManyClients others(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(others, 5));
     EXPECT_EQ(others.results().sums, (QMap<QString, int>{{sumOf(m_image), 5}}));
 }
 
-TEST_F(EdgeFaultTest, AnOriginThatDiesDuringDownloadsAndComesBackCostsNobodyTheDownload)
+TEST_F(EdgeFaultTest, IfTheOriginDiesDuringDownloadsAndComesBackAllDownloadsSucceed)
 {
     begin(10, slowly());
     waitForBytes();
@@ -78,7 +78,7 @@ protected:
         EdgeFaultTest::TearDown();
         OwnMounts::release(m_sites.cacheFolder());
     }
-    /// Fills the disk with a file of somebody else's, but for less than a slice.
+    /// Fills the disk with another file, except for less than a slice.
     bool fill()
     {
         m_foreign.setFileName(m_sites.cacheFolder() + QStringLiteral("/foreign"));
@@ -112,7 +112,7 @@ TEST_F(FullCacheDiskTest, EachClientGetsTheExactBytesOrAFailure)
     RecordProperty("complete", complete);
 }
 
-TEST_F(FullCacheDiskTest, ADiskThatIsFreedInTimeCostsNobodyTheDownload)
+TEST_F(FullCacheDiskTest, IfTheDiskIsFreedInTimeAllDownloadsSucceed)
 {
     ASSERT_TRUE(fill());
     begin(5, small());

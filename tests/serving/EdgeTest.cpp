@@ -15,13 +15,13 @@
 
 namespace {
 
-/// With QUILLMARSH_LONG_TESTS set there are more of them.
+/// The number of clients; larger with QUILLMARSH_LONG_TESTS set.
 int manyClients()
 {
     return qEnvironmentVariableIsSet("QUILLMARSH_LONG_TESTS") ? 200 : 20;
 }
 
-/// What users get from the caching server, and what that asks the firmware server for.
+/// Downloads from the caching server, and its requests to the firmware server.
 class EdgeTest : public ServingTest
 {
 protected:
@@ -52,7 +52,7 @@ protected:
     QNetworkAccessManager m_network;
 };
 
-TEST_F(EdgeTest, ManyClientsFetchAtOnceAndTheOriginHandsOutEachByteOnce)
+TEST_F(EdgeTest, ManyClientsDownloadAtOnceAndTheOriginSendsEachByteOnce)
 {
     const int count = manyClients();
     QElapsedTimer taken;
@@ -77,11 +77,11 @@ TEST_F(EdgeTest, ManyClientsFetchAtOnceAndTheOriginHandsOutEachByteOnce)
     EXPECT_LE(whole, 1 + taken.elapsed() / 60000);
 }
 
-TEST_F(EdgeTest, AClientAsksForTheManifestTheSizeAndTenRanges)
+TEST_F(EdgeTest, AClientRequestsTheManifestTheSizeAndTenRanges)
 {
     begin(1);
     expectComplete(1);
-    // The answer to the request for the size is written down when nginx has seen that nobody reads it.
+    // The request for the size is logged once nginx has noticed that nobody reads its answer.
     const auto images = [this] {
         return ServedRequests::ending(m_sites.edgeRequests(), QStringLiteral(".img"));
     };
@@ -115,7 +115,7 @@ TEST_F(EdgeTest, AMissingImageIsNotKept)
     EXPECT_EQ(get(url)->readAll(), other);
 }
 
-TEST_F(EdgeTest, ANewManifestDuringDownloadsDisturbsNone)
+TEST_F(EdgeTest, ANewManifestDuringDownloadsDoesNotDisturbThem)
 {
     const QByteArray next = randomBytes(5100003, 2);
     EdgeAndOrigin::Options options;
@@ -125,19 +125,19 @@ TEST_F(EdgeTest, ANewManifestDuringDownloadsDisturbsNone)
     waitForBytes();
     const QDateTime written = QFileInfo(m_sites.manifestFile()).lastModified();
     ASSERT_TRUE(m_sites.addModel(m_model, next));
-    // As long as the one before it, and of the same second: so its ETag is the same.
+    // It has the same length and time as the one before, and therefore the same ETag.
     QFile manifest(m_sites.manifestFile());
     ASSERT_TRUE(manifest.open(QIODevice::ReadWrite) &&
                 manifest.setFileTime(written, QFileDevice::FileModificationTime));
-    // Who comes now gets the one or the other, until the old manifest has grown old.
-    ManyClients late;
+    // New clients get either manifest until the old one has expired in the cache.
+    ManyClients late(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(late, 10));
     expectComplete(10);
     const ClientResults results = late.results();
     EXPECT_EQ(results.failures, QStringList());
     EXPECT_EQ(results.sums.value(sumOf(m_image)) + results.sums.value(sumOf(next)), 10);
 
-    ManyClients last;
+    ManyClients last(QStringLiteral(FETCH_CLIENTS));
     ASSERT_TRUE(startClients(last, 1));
     EXPECT_EQ(last.results().sums, (QMap<QString, int>{{sumOf(next), 1}}));
 }

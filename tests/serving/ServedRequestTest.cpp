@@ -20,14 +20,14 @@ TEST(ServedRequestTest, EachFieldOfALineIsRead)
     EXPECT_EQ(requests.at(1).path, QStringLiteral("/firmware/a.img"));
 }
 
-TEST(ServedRequestTest, AnUnfinishedLineIsLeftOut)
+TEST(ServedRequestTest, AnIncompleteLineIsSkipped)
 {
     EXPECT_EQ(ServedRequest::parse(threeLines + "206 5 9 \"-\" /firm").size(), 3);
     EXPECT_TRUE(ServedRequest::parse("206 5 9 \"-\" /firm").isEmpty());
     EXPECT_EQ(ServedRequest::parse("something else\n" + threeLines).size(), 3);
 }
 
-TEST(ServedRequestTest, SumsAreOfTheRequestsThatAreGiven)
+TEST(ServedRequestTest, SumsIncludeTheGivenRequests)
 {
     const QVector<ServedRequest> images =
         ServedRequests::ending(ServedRequest::parse(threeLines), QStringLiteral(".img"));

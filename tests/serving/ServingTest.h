@@ -2,7 +2,7 @@
 
 #include "harness/process/Polling.h"
 #include "harness/session/EdgeAndOrigin.h"
-#include "tests/serving/ManyClients.h"
+#include "harness/session/ManyClients.h"
 
 #include <QCryptographicHash>
 
@@ -45,14 +45,14 @@ protected:
         ASSERT_TRUE(m_sites.start(options)) << m_sites.errorText().toStdString();
         ASSERT_TRUE(startClients(m_clients, count));
     }
-    /// Waits until bytes have arrived at every client.
+    /// Waits until all clients have received bytes.
     void waitForBytes()
     {
         ASSERT_TRUE(
             pollUntil([this] { return m_clients.hasArrivedEverywhere() || m_clients.haveEnded(); }, 120000));
         ASSERT_FALSE(m_clients.haveEnded());
     }
-    /// Waits for the clients' ends: all `count` have the image.
+    /// Waits until the clients have ended, and expects that all `count` have the image.
     void expectComplete(int count)
     {
         const ClientResults results = m_clients.results();
@@ -61,8 +61,8 @@ protected:
     }
 
     const QString m_model = QStringLiteral("DevMaa");
-    // No multiple of the slices, and ten ranges whose borders are not theirs.
+    // Not a multiple of the slices; the borders of the ten ranges are not borders of slices.
     const QByteArray m_image = randomBytes(5000007, 1);
     EdgeAndOrigin m_sites;
-    ManyClients m_clients;
+    ManyClients m_clients{QStringLiteral(FETCH_CLIENTS)};
 };

@@ -34,7 +34,7 @@ protected:
     int m_controlsBack = 0;
 };
 
-TEST_F(UpdateSessionTest, OneUpdateAtATimeIsGoingOn)
+TEST_F(UpdateSessionTest, OnlyOneUpdateRunsAtATime)
 {
     EXPECT_TRUE(m_session.isStartAllowed());
     EXPECT_TRUE(begin());
@@ -135,7 +135,7 @@ TEST_F(UpdateSessionTest, WithoutAnUpdateThereIsNoStageToEnterAndNoImage)
     EXPECT_EQ(m_session.image(), QString());
 }
 
-TEST_F(UpdateSessionTest, EachNewStageIsToldOnce)
+TEST_F(UpdateSessionTest, EachNewStageIsReportedOnce)
 {
     QList<UpdateStage> told;
     m_session.watchStages([&told](UpdateStage stage) { told.append(stage); });

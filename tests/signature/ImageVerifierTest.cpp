@@ -19,7 +19,7 @@ QStringList keys(std::initializer_list<const char *> names)
     return texts;
 }
 
-/// Verifies what minisign has signed, and what somebody has changed in it.
+/// Verifies signatures by minisign, and manipulated ones.
 class ImageVerifierTest : public testing::Test
 {
 protected:
@@ -40,7 +40,7 @@ protected:
     ImageVerifier::Result m_last;
 };
 
-TEST_F(ImageVerifierTest, AnImageOfTheMakersIsValid)
+TEST_F(ImageVerifierTest, AnImageOfTheMakerIsValid)
 {
     EXPECT_EQ(verify("good"), SignatureVerdict::Valid);
     EXPECT_EQ(reason(), QString());
@@ -175,7 +175,7 @@ TEST_F(ImageVerifierTest, AnImageMayBeSignedForSeveralModels)
     EXPECT_EQ(verify("two-models", "image", QStringLiteral("DevMab")), SignatureVerdict::Valid);
 }
 
-TEST_F(ImageVerifierTest, AModelThatIsNotKnownIsNotCompared)
+TEST_F(ImageVerifierTest, AnUnknownModelIsNotCompared)
 {
     EXPECT_EQ(verify("other-model", "image", QString()), SignatureVerdict::Valid);
     EXPECT_EQ(verify("stranger", "image", QString()), SignatureVerdict::UnknownKey);
@@ -185,7 +185,7 @@ TEST_F(ImageVerifierTest, TheLegacyAlgorithmIsRefused)
 {
     EXPECT_EQ(verify("legacy"), SignatureVerdict::LegacyAlgorithm);
     EXPECT_EQ(reason(), QStringLiteral("Its signature is of the legacy kind, which is not accepted."));
-    // Called by the other name, it is still no signature of the sum.
+    // With the other name it is still not a signature of the hash.
     const QByteArray line = QByteArray::fromBase64(Signatures::text("legacy").split('\n').value(1));
     EXPECT_EQ(verify(Signatures::withLine(Signatures::text("legacy"), 1, ("ED" + line.mid(2)).toBase64())),
               SignatureVerdict::OtherImage);
@@ -223,7 +223,7 @@ TEST_F(ImageVerifierTest, TheSignatureIsVerifiedBeforeTheImageIsRead)
               SignatureVerdict::OtherModel);
 }
 
-/// Says after so many questions that the program leaves.
+/// A clock that reports after a number of queries that the program is shutting down.
 class LeavingClock : public ManualClock
 {
 public:
@@ -235,7 +235,7 @@ private:
     mutable int m_left;
 };
 
-TEST_F(ImageVerifierTest, AProgramThatLeavesWaitsForOneBlockAtMost)
+TEST_F(ImageVerifierTest, AShutdownWaitsForOneBlockAtMost)
 {
     const LeavingClock clock(2);
     const auto result =

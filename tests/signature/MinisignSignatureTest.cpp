@@ -42,7 +42,7 @@ TEST(MinisignSignatureTest, TheEndsOfLinesMayBeThoseOfWindowsOrMissing)
     EXPECT_EQ(signature.trustedComment, QByteArray("model:DevMaa version:1.4.2"));
 }
 
-TEST(MinisignSignatureTest, TheLegacyAlgorithmIsTold)
+TEST(MinisignSignatureTest, TheLegacyAlgorithmIsReported)
 {
     EXPECT_EQ(parsed(Signatures::text("legacy")), SignatureVerdict::LegacyAlgorithm);
 }

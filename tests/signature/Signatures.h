@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// What make-signatures.sh has made.
+/// Access to the files created by make-signatures.sh.
 namespace Signatures {
 
 inline QString path(const char *name)
@@ -33,7 +33,7 @@ inline QByteArray withLine(const QByteArray &text, int index, const QByteArray &
     return lines.join('\n');
 }
 
-/// Returns a line of base64 with one bit of a byte of its content changed.
+/// Returns a line of base64 in which one bit of a byte of the content is changed.
 inline QByteArray withChangedByte(const QByteArray &line, int index)
 {
     QByteArray bytes = QByteArray::fromBase64(line);

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Makes keys, an image and signatures of it with the real minisign, for the tests of the verifier. They are made
-# when the tests are built, since the tests also run on systems without minisign.
+# Creates keys, an image and signatures of it with the real minisign, for the tests of the verifier. They are
+# created when the tests are built, because the tests also run on systems without minisign.
 # Usage: make-signatures.sh FOLDER
-# FOLDER/image, and for each of the keys "first", "second" and "stranger": KEY.pub and KEY.key. A signature is
-# named after what it is.
+# Writes FOLDER/image, KEY.pub and KEY.key for each of the keys "first", "second" and "stranger", and signatures
+# with descriptive names.
 set -euo pipefail
 rm -rf "$1"
 mkdir -p "$1"
@@ -13,7 +13,7 @@ export HOME=$PWD
 for key in first second stranger; do
     minisign -G -W -p "$key.pub" -s "$key.key" >/dev/null
 done
-# Longer than the blocks that are read, and no multiple of them.
+# Longer than a block of the verifier, and not a multiple of it.
 for ((line = 0; line < 60000; ++line)); do echo "line $line"; done >image
 sed 's/^line 59999$/line 59998/' image >other-image
 : >empty

@@ -10,7 +10,7 @@ struct WrongDescription
     const char *says;
 };
 
-/// The test's name, the same in every run.
+/// Prints the name of the test, which must be the same in all runs.
 void PrintTo(const WrongDescription &wrong, std::ostream *out)
 {
     *out << wrong.says;
@@ -20,7 +20,7 @@ class WrongBusDescriptionTest : public testing::TestWithParam<WrongDescription>
 {
 };
 
-TEST_P(WrongBusDescriptionTest, IsRefusedWithAWordOnWhatIsWrong)
+TEST_P(WrongBusDescriptionTest, IsRejectedWithTheReason)
 {
     QString error;
     EXPECT_FALSE(BusDescription::parse(GetParam().json, &error).has_value());
@@ -68,7 +68,7 @@ TEST(BusDescriptionTest, ADeviceNeedsNoMoreThanItsKeyAndIds)
     EXPECT_EQ(device.nodes.first().node, QStringLiteral("hidraw0"));
 }
 
-TEST(BusDescriptionTest, DevicesStandInTheOrderOfTheirPositions)
+TEST(BusDescriptionTest, DevicesAreSortedByTheirPositions)
 {
     const auto bus = BusDescription::parse(R"({"devices":[{"key":"late","position":7,)" IDS
                                            R"(},{"key":"early","position":3,)" IDS "}]}",
@@ -78,7 +78,7 @@ TEST(BusDescriptionTest, DevicesStandInTheOrderOfTheirPositions)
     EXPECT_EQ(bus->devices.at(1).key, QStringLiteral("late"));
 }
 
-TEST(BusDescriptionTest, AGivenNodeNameIsNotGivenAgain)
+TEST(BusDescriptionTest, AnExplicitNodeNameIsNotUsedAgain)
 {
     const auto bus = BusDescription::parse(
         R"({"devices":[{"key":"a","interfaces":[{},{"node":"hidraw0"}],)" IDS "}]}", nullptr);

@@ -21,7 +21,7 @@ protected:
     {
         ASSERT_EQ(m_bus.applyBehaviour(0, {{QString::fromLatin1(part), to}}), QString());
     }
-    /// Whether the device ends up in its bootloader.
+    /// Returns whether the device enters its bootloader.
     bool enters(int node, const QByteArray &report)
     {
         EXPECT_EQ(m_bus.write(0, node, report, 0).count, report.size());
@@ -77,7 +77,7 @@ TEST_F(BusModelTest, AReportWithAnyOneByteWrongDoesNothing)
     }
 }
 
-TEST_F(BusModelTest, TheOtherLayoutWorksOnlyWhereItIsAskedFor)
+TEST_F(BusModelTest, TheOtherLayoutWorksOnlyIfItIsConfigured)
 {
     const QByteArray shifted = updateModeReport(ReportAnswer::Layout::B);
     EXPECT_FALSE(enters(1, shifted));
@@ -172,7 +172,7 @@ TEST_F(BusModelTest, ADeviceUnpluggedOnItsWayIntoTheBootloaderDoesNotComeBack)
     EXPECT_EQ(presence(), Presence::Absent);
 }
 
-TEST_F(BusModelTest, OfTwoBootloadersTheFirstInBusOrderIsTheOne)
+TEST_F(BusModelTest, OfTwoBootloadersTheFirstInBusOrderIsUsed)
 {
     EXPECT_TRUE(m_bus.plug(1, Presence::Bootloader));
     EXPECT_EQ(m_bus.bootloader().value_or(-1), 1);
@@ -181,7 +181,7 @@ TEST_F(BusModelTest, OfTwoBootloadersTheFirstInBusOrderIsTheOne)
     EXPECT_EQ(m_bus.bootloader(1).value_or(-1), 1);
 }
 
-TEST_F(BusModelTest, ADeviceCanBePluggedOnceAtATime)
+TEST_F(BusModelTest, ADeviceOnTheBusCannotBePluggedAgain)
 {
     EXPECT_FALSE(m_bus.plug(0, Presence::Application));
     EXPECT_TRUE(m_bus.plug(1, Presence::Application));

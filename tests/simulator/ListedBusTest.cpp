@@ -84,7 +84,7 @@ TEST_F(ListedBusTest, AWriteReachesTheNodeWhosePathWasOpened)
     EXPECT_EQ(m_written, QStringList{QStringLiteral("7.1 0443ff")});
 }
 
-TEST_F(ListedBusTest, APathOpensInCapitalLettersToo)
+TEST_F(ListedBusTest, TheLetterCaseOfAPathIsIgnored)
 {
     m_bus.add(0, device(1, 1));
     EXPECT_TRUE(open(path(0).toString().toUpper()).value(QLatin1String("ok")).toBool());
@@ -103,7 +103,7 @@ TEST_F(ListedBusTest, AWriteToAnEarlierAppearanceFails)
     EXPECT_EQ(m_written.size(), 1);
 }
 
-TEST_F(ListedBusTest, EachFailureOfAWriteHasAWordOfItsOwn)
+TEST_F(ListedBusTest, EachErrorOfAWriteHasItsOwnName)
 {
     m_bus.add(0, device(1, 1));
     const int handle = handleOf(0);
@@ -117,7 +117,7 @@ TEST_F(ListedBusTest, EachFailureOfAWriteHasAWordOfItsOwn)
     EXPECT_EQ(write(handle).value(QLatin1String("count")).toInt(-1), 0);
 }
 
-TEST_F(ListedBusTest, WhatIsOpenIsCountedUntilItIsClosed)
+TEST_F(ListedBusTest, OpenHandlesAreCountedUntilTheyAreClosed)
 {
     m_bus.add(0, device(1, 1));
     const int first = handleOf(0);
@@ -152,7 +152,7 @@ TEST_F(ListedBusTest, EachCollectionIsListedAndReachesItsNode)
     EXPECT_EQ(m_written, QStringList{QStringLiteral("0.0 0443ff")});
 }
 
-TEST_F(ListedBusTest, OtherOperationsAreLeftToOthers)
+TEST_F(ListedBusTest, UnknownOperationsAreNotHandled)
 {
     EXPECT_EQ(ask("state").value(QLatin1String("error")).toString(), QStringLiteral("not its own"));
 }

@@ -41,7 +41,7 @@ QString idsOf(int number)
 const QString bootloaderIds = QStringLiteral("33c3:8899");
 const QString rootHubIds = QStringLiteral("1d6b:0002");
 
-/// Real libusb and real hidapi, in a program of their own, on the simulated bus.
+/// The real libusb and hidapi, in a separate program, on the simulated bus.
 class SimulatedBusTest : public testing::Test
 {
 protected:
@@ -107,7 +107,7 @@ protected:
             paths.append(hid.toObject().value(QLatin1String("path")).toString(QStringLiteral("(null)")));
         return paths;
     }
-    /// Writes through hidapi, to a node by its name. Returns what hid_write did.
+    /// Writes to a node through hidapi. Returns the result of hid_write().
     int write(const char *nodeName, const QByteArray &report)
     {
         const auto output =
@@ -123,6 +123,30 @@ protected:
     BusSession m_bus;
 };
 
+TEST_F(SimulatedBusTest, AReportThatIsTooShortOrTooLongForTheKernelIsRefused)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1,
+                       {{QStringLiteral("interfaces"), QJsonArray{node(0, "hidraw_a", true)}}})});
+    EXPECT_EQ(write("hidraw_a", QByteArray(1, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16385, '\4')), -1);
+    EXPECT_EQ(write("hidraw_a", QByteArray(2, '\4')), 2);
+    EXPECT_EQ(write("hidraw_a", QByteArray(16384, '\4')), 16384);
+}
+
+TEST_F(SimulatedBusTest, ABusOutlivesTheAddressesThatItHasForDevices)
+{
+    startBus({deviceOf(QStringLiteral("a"), 1)});
+    for (int times = 0; times < 130; ++times) {
+        ASSERT_TRUE(bus().unplug(QStringLiteral("a"))) << times;
+        ASSERT_TRUE(bus().plug(QStringLiteral("a"))) << times << m_bus.errorText().toStdString();
+        if (times % 10 != 9)
+            continue;
+        const QJsonObject listing = list();
+        EXPECT_EQ(usb(listing), QStringList{idsOf(1)}) << times;
+        EXPECT_EQ(paths(listing), QStringList{QStringLiteral("/dev/hidraw0")}) << times;
+    }
+}
+
 TEST_F(SimulatedBusTest, DevicesAreListedInTheOrderOfTheirPositions)
 {
     startBus({deviceOf(QStringLiteral("b"), 2, {{QStringLiteral("position"), 30}}),
@@ -131,7 +155,7 @@ TEST_F(SimulatedBusTest, DevicesAreListedInTheOrderOfTheirPositions)
     EXPECT_EQ(usb(list()), QStringList({idsOf(9), idsOf(2), idsOf(1)}));
 }
 
-TEST_F(SimulatedBusTest, AnUnpluggedDeviceIsGoneAndAPluggedOneIsThere)
+TEST_F(SimulatedBusTest, UnpluggedDevicesDisappearAndPluggedOnesAppear)
 {
     startBus({deviceOf(QStringLiteral("a"), 1),
               deviceOf(QStringLiteral("b"), 2, {{QStringLiteral("start"), QStringLiteral("absent")}})});
@@ -148,7 +172,7 @@ TEST_F(SimulatedBusTest, AnUnpluggedDeviceIsGoneAndAPluggedOneIsThere)
 TEST_F(SimulatedBusTest, ARunningProgramSeesADeviceComeAndGo)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
-    // The devices with the root hub, which is always there, and the interfaces.
+    // The number of devices, including the root hub, and of interfaces.
     startLister({QStringLiteral("list"), QStringLiteral("wait-bus"), QStringLiteral("1"), QStringLiteral("0"),
                  QStringLiteral("list"), QStringLiteral("wait-bus"), QStringLiteral("2"), QStringLiteral("1"),
                  QStringLiteral("list")});
@@ -180,7 +204,7 @@ TEST_F(SimulatedBusTest, TheRightReportBringsTheBootloaderOntoTheBus)
     EXPECT_EQ(bus().device(QStringLiteral("a")).value(QLatin1String("receivedBytes")).toInt(), 5);
 }
 
-TEST_F(SimulatedBusTest, AReportThatIsShortWrongOrOnTheWrongInterfaceLeavesTheDeviceAsItIs)
+TEST_F(SimulatedBusTest, AReportThatIsShortWrongOrOnTheWrongInterfaceDoesNotChangeTheDevice)
 {
     startBus({deviceOf(QStringLiteral("a"), 1,
                        {{QStringLiteral("interfaces"),
@@ -196,7 +220,7 @@ TEST_F(SimulatedBusTest, AReportThatIsShortWrongOrOnTheWrongInterfaceLeavesTheDe
     EXPECT_EQ(reports.at(2).toString(), QString::fromLatin1(m_right.toHex()));
 }
 
-TEST_F(SimulatedBusTest, ReportsArriveWhereTheTemporaryFolderHasALongName)
+TEST_F(SimulatedBusTest, ReportsArriveEvenIfTheTemporaryFolderHasALongName)
 {
     const QByteArray before = qgetenv("TMPDIR");
     const QString folder = path("a").leftJustified(90, QLatin1Char('a'));
@@ -209,7 +233,7 @@ TEST_F(SimulatedBusTest, ReportsArriveWhereTheTemporaryFolderHasALongName)
     EXPECT_EQ(write("hidraw_MI_00_a", m_right), 513);
 }
 
-TEST_F(SimulatedBusTest, AMarkerStandsInThePathAsItWasWritten)
+TEST_F(SimulatedBusTest, AMarkerAppearsInThePathAsItWasWritten)
 {
     startBus({deviceOf(QStringLiteral("mi"), 1,
                        {{QStringLiteral("interfaces"), QJsonArray{node(0, "hidraw_mi_00_x", true)}}}),
@@ -239,7 +263,7 @@ TEST_F(SimulatedBusTest, CollectionsOfOneInterfaceShareItsPathAndKeepTheirOrder)
     }
 }
 
-TEST_F(SimulatedBusTest, TwoBootloadersStandOnTheBusTogether)
+TEST_F(SimulatedBusTest, TwoBootloadersCanBeOnTheBus)
 {
     const QJsonObject asBootloader{{QStringLiteral("start"), QStringLiteral("bootloader")}};
     startBus(
@@ -294,7 +318,7 @@ TEST_F(SimulatedBusTest, RefusedAndShortWritesReachTheProgramAsSuch)
               QStringLiteral("application"));
 }
 
-TEST_F(SimulatedBusTest, AHandleFromBeforeAnUnpluggingDoesNotReachTheDeviceThatCameAfterIt)
+TEST_F(SimulatedBusTest, AHandleOpenedBeforeUnpluggingDoesNotReachTheNextDevice)
 {
     startBus({deviceOf(QStringLiteral("a"), 1)});
     startLister({QStringLiteral("open-path"), QStringLiteral("/dev/hidraw0"), QStringLiteral("wait-file"),
@@ -330,7 +354,7 @@ TEST_F(SimulatedBusTest, TheControllerEndsWhenItsInputEnds)
     EXPECT_TRUE(controller.end(10000));
 }
 
-TEST_F(SimulatedBusTest, AControllerThatIsAskedToTerminateTakesItsTestbedWithIt)
+TEST_F(SimulatedBusTest, ATerminatedControllerRemovesItsTestbed)
 {
     ChildProcess controller;
     ASSERT_TRUE(controller.start(busControllerCommand(describe({deviceOf(QStringLiteral("a"), 1)}))));

@@ -38,7 +38,7 @@ protected:
                                  m_stdout, m_stderr}))
             << m_host->errorText().toStdString();
     }
-    /// The exit code; -1 when the tool was ended by a signal.
+    /// Returns the exit code, or -1 if the tool was ended by a signal.
     int run(const QStringList &arguments)
     {
         startTool(arguments);
@@ -67,7 +67,7 @@ protected:
     QByteArray m_output;
 };
 
-TEST_F(StandinTest, AnHonestFlasherBurnsTheImageIntoTheBootloader)
+TEST_F(StandinTest, TheFlasherBurnsTheImageIntoTheBootloader)
 {
     startBus("bootloader");
     EXPECT_EQ(burn(), 0);
@@ -83,14 +83,14 @@ TEST_F(StandinTest, AnHonestFlasherBurnsTheImageIntoTheBootloader)
     EXPECT_EQ(WholeFile::read(saved), "the image");
 }
 
-TEST_F(StandinTest, AnHonestFlasherCannotOpenADeviceThatIsNotInItsBootloader)
+TEST_F(StandinTest, TheFlasherCannotOpenADeviceThatIsNotInItsBootloader)
 {
     startBus("application");
     EXPECT_EQ(burn(), 1);
     EXPECT_EQ(m_output, "Open upg device failed\n");
 }
 
-TEST_F(StandinTest, AnHonestFlasherWithoutABusCannotOpenTheDevice)
+TEST_F(StandinTest, TheFlasherCannotOpenTheDeviceWithoutABus)
 {
     EXPECT_EQ(burn(), 1);
     EXPECT_EQ(m_output, "Open upg device failed\n");
@@ -103,7 +103,7 @@ TEST_F(StandinTest, TheResetCommandBringsTheDeviceBack)
     EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("application")));
 }
 
-TEST_F(StandinTest, AnHonestProgrammerFindsAndProgramsTheMicrocontrollerWithTheIdsThatItIsGiven)
+TEST_F(StandinTest, TheProgrammerFindsAndProgramsTheMicrocontrollerWithTheGivenIds)
 {
     startBus("application", R"(,"programmable":true)");
     const QString getData = QStringLiteral("GetData");
@@ -120,7 +120,7 @@ TEST_F(StandinTest, AnHonestProgrammerFindsAndProgramsTheMicrocontrollerWithTheI
     EXPECT_EQ(WholeFile::read(saved), "the image");
 }
 
-TEST_F(StandinTest, AnHonestProgrammerDoesNotFindADeviceThatIsNoMicrocontroller)
+TEST_F(StandinTest, TheProgrammerDoesNotFindADeviceThatIsNoMicrocontroller)
 {
     startBus("application");
     EXPECT_EQ(start("f101", "a001"), 1);
@@ -151,7 +151,7 @@ TEST_F(StandinTest, ASectionForAFirstArgumentCountsItsOwnRuns)
     EXPECT_EQ(m_output, "g2");
 }
 
-TEST_F(StandinTest, OutputIsWholeHoweverItIsSplit)
+TEST_F(StandinTest, OutputIsCompleteHoweverItIsSplit)
 {
     script(R"({"runs":[[{"print":"abcdef","splitAt":2,"pauseMs":1},{"printHex":"00ff0a","byteWise":true,
               "pauseMs":1},{"flood":150000},{"garbage":100}]]})");
@@ -160,7 +160,7 @@ TEST_F(StandinTest, OutputIsWholeHoweverItIsSplit)
     EXPECT_TRUE(m_output.startsWith(QByteArray("abcdef\0\xff\n", 9)));
 }
 
-TEST_F(StandinTest, FilesAreLeftAndAwaitedAndTellItsProcess)
+TEST_F(StandinTest, FilesAreWrittenAndAwaitedAndStoreTheProcessId)
 {
     script(R"({"runs":[[{"leave":"empty"},{"leave":"full","contents":"text"},{"processId":"id"},
               {"awaitFile":"go on"},{"print":"on"}]]})");
@@ -176,7 +176,7 @@ TEST_F(StandinTest, FilesAreLeftAndAwaitedAndTellItsProcess)
     EXPECT_EQ(WholeFile::read(m_stdout), "on");
 }
 
-TEST_F(StandinTest, OneThatVanishesCannotBeStartedAgain)
+TEST_F(StandinTest, AToolThatRemovesItselfCannotBeStartedAgain)
 {
     script(R"({"runs":[[{"vanish":true},{"exit":2}]]})");
     EXPECT_EQ(burn(), 2);
@@ -184,7 +184,7 @@ TEST_F(StandinTest, OneThatVanishesCannotBeStartedAgain)
     EXPECT_EQ(StandinRuns::read(m_tool).value(0).exitCode, 2);
 }
 
-TEST_F(StandinTest, AScriptThatCannotBeReadDoesNotPassForAnHonestFlasher)
+TEST_F(StandinTest, AnUnreadableScriptIsAnError)
 {
     startBus("bootloader");
     for (const char *unusable : {"{", "[]", "", R"({"runs":[]})", R"({"runs":[[{"exit":"one"}]]})"}) {
@@ -196,13 +196,13 @@ TEST_F(StandinTest, AScriptThatCannotBeReadDoesNotPassForAnHonestFlasher)
     EXPECT_EQ(m_bus.device(QStringLiteral("a")).value(QLatin1String("burns")).toInt(-1), 0);
 }
 
-TEST_F(StandinTest, ACrashIsACrash)
+TEST_F(StandinTest, ACrashStepCrashesTheProcess)
 {
     script(R"({"runs":[[{"crash":true}]]})");
     EXPECT_EQ(burn(), -1);
 }
 
-TEST_F(StandinTest, RunsAreRecordedAlsoWhenTheyWereKilled)
+TEST_F(StandinTest, RunsAreRecordedEvenIfTheyAreKilled)
 {
     script(R"({"runs":[[{"sleepMs":50},{"exit":4}],[{"print":"up"},{"hang":true}]]})");
     EXPECT_EQ(burn(), 4);

@@ -1,8 +1,8 @@
-// A client of the simulated bus: does what its arguments say, one after the other, with real libusb
-// and real hidapi, and prints one JSON line for each.
+// A client of the simulated bus: performs the operations in its arguments one after the other with the real
+// libusb and hidapi, and prints a JSON line for each.
 //
-//   list                     what both libraries see
-//   open-path PATH           keeps it open for the writes to come
+//   list                     lists what both libraries see
+//   open-path PATH           opens an interface for the following writes
 //   open-ids VENDOR PRODUCT  the same, by ids
 //   write HEX                writes these bytes
 //   wait-file FILE           waits until the file exists
@@ -113,7 +113,7 @@ void perform(Session &session, QStringList &arguments)
         while (!QFile::exists(file))
             QThread::msleep(2);
     } else if (command == QLatin1String("wait-bus")) {
-        // Events take their time through libusb's own thread, and interfaces come after their device.
+        // libusb handles events with a delay on its own thread, and interfaces appear after their device.
         const int devices = next().toInt();
         const int interfaces = next().toInt();
         while (usbDevices().size() != devices || hidInterfaces().size() != interfaces)

@@ -68,7 +68,7 @@ TEST_F(AfterToolWaitTest, ItRunsOnceFromTheEventLoopAfterTheWait)
     EXPECT_FALSE(m_request.postpone());
 }
 
-TEST_F(AfterToolWaitTest, TheEndOfAnInnerWaitIsNotTheEnd)
+TEST_F(AfterToolWaitTest, ItDoesNotRunAtTheEndOfANestedWait)
 {
     waitForTool([this] {
         m_request.postpone();
@@ -102,7 +102,7 @@ TEST_F(AfterToolWaitTest, SeveralRequestsRunInTheirOrder)
     EXPECT_EQ(order, (QStringList{QStringLiteral("second"), QStringLiteral("first")}));
 }
 
-TEST_F(AfterToolWaitTest, WhatWasRunByHandIsDone)
+TEST_F(AfterToolWaitTest, ItDoesNotRunAgainAfterRunNow)
 {
     waitForTool([this] { m_request.postpone(); });
     m_request.runNow();
@@ -111,7 +111,7 @@ TEST_F(AfterToolWaitTest, WhatWasRunByHandIsDone)
     EXPECT_EQ(m_runs, 1);
 }
 
-TEST_F(AfterToolWaitTest, WhatIsDestroyedRunsNoMore)
+TEST_F(AfterToolWaitTest, ItDoesNotRunOnceItIsDestroyed)
 {
     auto request = std::make_unique<AfterToolWait>([this] { ++m_runs; });
     waitForTool([&] {
@@ -125,7 +125,7 @@ TEST_F(AfterToolWaitTest, WhatIsDestroyedRunsNoMore)
     EXPECT_EQ(m_runs, 0);
 }
 
-TEST_F(AfterToolWaitTest, LeavingDropsIt)
+TEST_F(AfterToolWaitTest, ShuttingDownDropsIt)
 {
     waitForTool([this] { m_request.postpone(); });
     ShutdownFlag::instance().raise();

@@ -13,12 +13,12 @@
 
 namespace {
 
-/// Holds the number of an attempt after the first.
+/// The environment variable with the number of an attempt after the first.
 const char *const attemptVariable = "QUILLMARSH_ATTEMPT";
-/// A pause may hit the second attempt, too; one that hits all three is no pause now and then.
+/// A pause may occur in the second attempt, too. If there is one in all three, it is not occasional.
 constexpr int mostAttempts = 3;
 
-/// Which of the failed tests may run again.
+/// Records the failed tests and which of them may run again.
 class Failures : public testing::EmptyTestEventListener
 {
 public:
@@ -37,13 +37,13 @@ public:
             return;
         }
         const std::string name = std::string(test.test_suite_name()) + '.' + test.name();
-        std::cout << "[ PAUSED   ] The machine stood still for " << pausedMs << " ms during " << name
+        std::cout << "[ PAUSED   ] The machine was paused for " << pausedMs << " ms during " << name
                   << ", which depends on " << m_limit << "." << std::endl;
         m_excused.append(QString::fromStdString(name));
     }
 
     void dependsOn(const char *limit) { m_limit = limit; }
-    /// The names of the failed tests, when all of them may run again.
+    /// Returns the names of the failed tests, if all of them may run again.
     QStringList toRunAgain() const { return m_final ? QStringList() : m_excused; }
 
 private:
@@ -65,13 +65,13 @@ void dependsOnRealTime(const char *limit)
 
 int runTests()
 {
-    // As they were before the tests, which may change both.
+    // Stored before the tests, which may change both.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString folder = QDir::currentPath();
     const int attempt = qMax(1, qEnvironmentVariableIntValue(attemptVariable));
 
     failures = new Failures;
-    testing::UnitTest::GetInstance()->listeners().Append(failures); // which owns it from here on
+    testing::UnitTest::GetInstance()->listeners().Append(failures); // takes ownership
     const int result = RUN_ALL_TESTS();
     const QStringList names = failures->toRunAgain();
     if (result == 0 || names.isEmpty() || attempt >= mostAttempts)

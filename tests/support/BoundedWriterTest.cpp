@@ -44,7 +44,7 @@ TEST_F(BoundedWriterTest, APipeThatNobodyReadsNeverBlocksTheWriter)
     close(ends[0]);
 }
 
-TEST_F(BoundedWriterTest, AGapIsSaidOnceThereIsRoomAgain)
+TEST_F(BoundedWriterTest, AGapIsNotedOnceThereIsSpaceAgain)
 {
     int ends[2];
     ASSERT_TRUE(openPipe(ends));

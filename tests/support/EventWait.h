@@ -5,8 +5,8 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 
-/// Processes this thread's events until `condition` holds or `limitMs` of running time have passed;
-/// returns whether it held. The condition is asked at least once, and once more at the end.
+/// Processes this thread's events until `condition` is true or `limitMs` of running time have passed. Returns
+/// whether it was true. The condition is evaluated at least once, and once more at the end.
 template <typename Condition>
 bool processEventsUntil(const Condition &condition, int limitMs = eventLimitMs)
 {

@@ -9,12 +9,11 @@
 
 #include <memory>
 
-/// HID interfaces that exist in memory only. Handles may outlive the port. Not safe for use from
-/// two threads at once.
+/// HID interfaces that exist in memory only. Handles may outlive the port. Not thread-safe.
 class FakeHidPort : public HidPort
 {
 public:
-    /// One report that was written to an open interface.
+    /// A report that was written to an open interface.
     struct Write
     {
         QByteArray path;
@@ -56,11 +55,11 @@ public:
         m_interfaces.append(entry);
     }
     void removeAll() { m_interfaces.clear(); }
-    /// From now on, opening this path fails.
+    /// Makes all later attempts to open this path fail.
     void refuse(const QByteArray &path) { m_refused.append(path); }
-    /// Why an open failed.
+    /// Sets the error text of failed attempts to open an interface.
     void setOpenErrorText(const QString &text) { m_openErrorText = text; }
-    /// From now on, every write returns `result` (by itself it returns the report's size).
+    /// Makes all later writes return `result` instead of the size of the report.
     void answerWrites(int result, const QString &errorText = QString())
     {
         m_state->scripted = true;
@@ -69,9 +68,9 @@ public:
     }
 
     int enumerations() const { return m_state->enumerations; }
-    /// Every path that was asked to be opened, refused ones included; null paths too.
+    /// Returns all paths that were to be opened, including refused and null ones.
     QByteArrayList askedPaths() const { return m_state->asked; }
-    /// The paths that are open now.
+    /// Returns the paths that are currently open.
     QByteArrayList openPaths() const { return m_state->open; }
     QVector<Write> writes() const { return m_state->writes; }
 

@@ -14,8 +14,8 @@
 #include <algorithm>
 #include <vector>
 
-/// The part of a login manager that lends locks against sleep and shutdown. A lock is held until nobody has
-/// its descriptor any more, which shows at the other end of a pipe.
+/// The part of a login manager that provides locks against sleep and shutdown. A lock is held until nobody
+/// has its descriptor open any more, which is detected at the other end of a pipe.
 class FakeLoginManager : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -37,29 +37,29 @@ public:
                                     QDBusConnection::ExportAllSlots);
     }
 
-    /// Refuses, as a login manager does when the user is not the one at the machine.
+    /// Whether requests are refused, as if the user's session were not active.
     bool refuses = false;
-    /// Keeps questions unanswered until answer().
+    /// Whether requests are not answered before answer() is called.
     bool isSlow = false;
 
-    /// The questions so far: what, who, why and mode.
+    /// Returns the requests so far: what, who, why and mode.
     QList<QStringList> questions() const { return m_questions; }
-    /// Answers what was kept.
+    /// Answers the pending requests.
     void answer()
     {
         for (const QDBusMessage &question : qAsConst(m_kept))
             m_bus.send(question.createReply(QVariant::fromValue(lend())));
         m_kept.clear();
     }
-    /// Whether everybody who asked has taken the answer and left the bus: until then a lock may be on its
-    /// way.
+    /// Returns whether all clients have received the answer and left the bus. Until then a lock may still be
+    /// in transit.
     bool isSettled() const
     {
         return std::none_of(m_askers.begin(), m_askers.end(), [this](const QString &asker) {
             return m_bus.interface()->isServiceRegistered(asker).value();
         });
     }
-    /// How many locks were lent, and how many of them are held.
+    /// Return how many locks were provided, and how many of them are held.
     int lent() const { return static_cast<int>(m_ends.size()); }
     int held() const
     {
@@ -103,9 +103,9 @@ private:
 
     QDBusConnection m_bus;
     QList<QStringList> m_questions;
-    /// The names on the bus of those who asked.
+    /// The bus names of the clients.
     QStringList m_askers;
     QList<QDBusMessage> m_kept;
-    /// The ends of the pipes that stay here: an error shows on each when its lock is released.
+    /// The local ends of the pipes. An error occurs on each when its lock is released.
     std::vector<int> m_ends;
 };

@@ -4,7 +4,7 @@
 
 #include <libusb.h>
 
-/// A USB bus of plain values, in the order in which devices are plugged in.
+/// A fake USB bus that lists devices in the order in which they are plugged in.
 class FakeUsbBus : public UsbBus
 {
 public:
@@ -27,10 +27,10 @@ public:
         m_listing.count = m_listing.descriptors.size();
     }
     void unplugAll() { m_listing = Listing(); }
-    /// From now on, listing gives this error and no device.
+    /// Makes all later listings return this error and no devices.
     void failWith(qint64 error) { m_listing = Listing{error, {}, {}}; }
 
-    /// How often the bus was listed.
+    /// Returns how often the bus was listed.
     int listings() const { return m_listings; }
 
 private:

@@ -8,10 +8,10 @@
 int main(int argc, char *argv[])
 {
     testing::InitGoogleTest(&argc, argv);
-    // The build lists the tests, and needs no display for it.
+    // The build lists the tests without a display.
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    // By a name of our own, since Wine hands none of the toolkit's variables on.
+    // A separate variable, because Wine does not pass Qt's variables on.
     if (qEnvironmentVariableIsSet("QUILLMARSH_TEST_SCALE"))
         qputenv("QT_SCALE_FACTOR", qgetenv("QUILLMARSH_TEST_SCALE"));
     const QApplication application(argc, argv);
@@ -20,8 +20,8 @@ int main(int argc, char *argv[])
         qCritical("The screen is not scaled as it was asked for.");
         return 2;
     }
-    // The toolkit makes its gesture manager for the first scroll area, and the events of every thread look
-    // at it: it is there before a test starts one, as it is in the program.
+    // Qt creates its gesture manager for the first scroll area, and the events of all threads access it. Like
+    // the program, this creates it before a test starts a thread.
     QWidget().grabGesture(Qt::PanGesture);
     return runTests();
 }

@@ -23,7 +23,7 @@ namespace {
 
 const QString why = QStringLiteral("Firmware is being written to a device.");
 
-/// The lines that are logged, from whatever thread.
+/// The logged lines. May be used from any thread.
 class Lines
 {
 public:
@@ -45,13 +45,14 @@ private:
     QStringList m_lines;
 };
 
-/// A system bus of the test's own. Its address is the same for every test: the library asks for it once.
+/// Tests with a separate system bus. Its address is the same for all tests, because the D-Bus library reads
+/// it only once.
 class KeepAwakeTest : public testing::Test
 {
 protected:
     static void SetUpTestSuite()
     {
-        // Not where TMPDIR says: the name of a socket has at most 107 bytes.
+        // Not in TMPDIR, because the path of a socket has at most 107 bytes.
         s_folder = new QTemporaryDir(QStringLiteral("/tmp/keep-awake-XXXXXX"));
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + QFile::encodeName(socketPath()));
     }
@@ -84,7 +85,7 @@ protected:
                         QStringLiteral("--nosyslog"), QStringLiteral("--print-address"),
                         QStringLiteral("--config-file=") + configuration});
         ASSERT_TRUE(waitForStart(m_daemon)) << m_daemon.errorString().toStdString();
-        // The socket is there before anybody listens on it; the address is printed afterwards.
+        // The socket exists before the daemon listens on it, but the address is printed afterwards.
         ASSERT_TRUE(pollUntil([this] { return m_daemon.waitForReadyRead(10); }))
             << m_daemon.readAllStandardError().toStdString();
     }
@@ -138,7 +139,7 @@ TEST_F(KeepAwakeTest, ItMayBeMadeOnOneThreadAndDestroyedOnAnother)
     EXPECT_TRUE(waitUntilHeld(0));
 }
 
-TEST_F(KeepAwakeTest, EachOfTwoHoldsALockOfItsOwn)
+TEST_F(KeepAwakeTest, TwoObjectsHoldSeparateLocks)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     auto first = keepAwake();
@@ -150,7 +151,7 @@ TEST_F(KeepAwakeTest, EachOfTwoHoldsALockOfItsOwn)
     EXPECT_TRUE(waitUntilHeld(0));
 }
 
-TEST_F(KeepAwakeTest, AnAnswerThatComesAfterItsEndHoldsNothing)
+TEST_F(KeepAwakeTest, ALateAnswerHoldsNoLock)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     m_manager->isSlow = true;
@@ -163,7 +164,7 @@ TEST_F(KeepAwakeTest, AnAnswerThatComesAfterItsEndHoldsNothing)
     EXPECT_TRUE(m_lines.all().isEmpty());
 }
 
-TEST_F(KeepAwakeTest, AProgramThatIsKilledHoldsNothing)
+TEST_F(KeepAwakeTest, AKilledProgramHoldsNoLock)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     QProcess program;
@@ -175,7 +176,7 @@ TEST_F(KeepAwakeTest, AProgramThatIsKilledHoldsNothing)
     EXPECT_TRUE(waitUntilHeld(0));
 }
 
-TEST_F(KeepAwakeTest, AToolThatGoesOnDoesNotInheritTheLock)
+TEST_F(KeepAwakeTest, AToolThatKeepsRunningDoesNotInheritTheLock)
 {
     ASSERT_NO_FATAL_FAILURE(startManager());
     auto object = keepAwake();
@@ -226,7 +227,7 @@ TEST_F(KeepAwakeTest, AnUpdateHoldsItFromTheFirstFlasherToEveryEnding)
     }
 }
 
-TEST_F(KeepAwakeTest, WithoutALoginManagerThatIsLogged)
+TEST_F(KeepAwakeTest, AMissingLoginManagerIsLogged)
 {
     ASSERT_NO_FATAL_FAILURE(startBus());
     const auto object = keepAwake();
@@ -235,24 +236,24 @@ TEST_F(KeepAwakeTest, WithoutALoginManagerThatIsLogged)
         << m_lines.all().value(0).toStdString();
 }
 
-TEST_F(KeepAwakeTest, WithoutABusThatIsLogged)
+TEST_F(KeepAwakeTest, AMissingBusIsLogged)
 {
     QFile::remove(socketPath());
     const auto object = keepAwake();
     EXPECT_TRUE(processEventsUntil([&] { return m_lines.all().size() == 1; }));
 }
 
-TEST_F(KeepAwakeTest, ABusThatNeverAnswersHoldsNothingUp)
+TEST_F(KeepAwakeTest, ABusThatNeverAnswersDoesNotBlock)
 {
     QFile::remove(socketPath());
     QLocalServer silent;
     ASSERT_TRUE(silent.listen(socketPath()));
     auto object = keepAwake();
-    // It asks on another thread, which now waits for the bus.
+    // The request is made on another thread, which now waits for the bus.
     ASSERT_TRUE(processEventsUntil([&] { return silent.hasPendingConnections(); }));
     const RunningTimer timer;
     object.reset();
-    // The library would wait for half a minute.
+    // The D-Bus library would wait for half a minute.
     EXPECT_LT(timer.elapsed(), 10000);
     EXPECT_TRUE(m_lines.all().isEmpty());
 }

@@ -18,7 +18,7 @@ namespace {
 
 const QString why = QStringLiteral("Firmware is being written to a device.");
 
-/// Records what Windows is asked for.
+/// Records the requests to Windows.
 class RecordedPower : public WindowsPower
 {
 public:
@@ -79,7 +79,7 @@ protected:
         return std::make_unique<KeepAwake>(why, m_window.winId(),
                                            [this](const QString &line) { m_lines.append(line); });
     }
-    /// What the window answers when the session is to end.
+    /// Returns whether the window allows the session to end.
     bool letsSessionEnd() const
     {
         return SendMessageW(reinterpret_cast<HWND>(m_window.winId()), WM_QUERYENDSESSION, 0, 0) != 0;
@@ -114,7 +114,7 @@ TEST_F(KeepAwakeOnWindowsTest, AWorkersObjectBlocksTheShutdownOnTheWindowsOwnThr
     EXPECT_TRUE(processEventsUntil([&] { return m_power.count("unblock") == 1; }));
 }
 
-TEST_F(KeepAwakeOnWindowsTest, DestroyedBeforeTheWindowHeardOfItItLeavesNothing)
+TEST_F(KeepAwakeOnWindowsTest, IfItIsDestroyedBeforeTheWindowsThreadReactsNothingIsBlocked)
 {
     std::unique_ptr<KeepAwake> object;
     const quintptr window = m_window.winId();
@@ -126,7 +126,7 @@ TEST_F(KeepAwakeOnWindowsTest, DestroyedBeforeTheWindowHeardOfItItLeavesNothing)
     EXPECT_TRUE(letsSessionEnd());
 }
 
-TEST_F(KeepAwakeOnWindowsTest, OfTwoTheLastOneEndsTheBlock)
+TEST_F(KeepAwakeOnWindowsTest, TheLastOfTwoObjectsEndsTheBlock)
 {
     auto first = keepAwake();
     auto second = keepAwake();
@@ -138,7 +138,7 @@ TEST_F(KeepAwakeOnWindowsTest, OfTwoTheLastOneEndsTheBlock)
     EXPECT_EQ(m_power.count("release"), 2);
 }
 
-TEST_F(KeepAwakeOnWindowsTest, ARefusalIsLoggedAndTheShutdownIsBlockedAllTheSame)
+TEST_F(KeepAwakeOnWindowsTest, ARefusalIsLoggedAndTheShutdownIsStillBlocked)
 {
     m_power.refuses = true;
     auto object = keepAwake();
@@ -149,14 +149,14 @@ TEST_F(KeepAwakeOnWindowsTest, ARefusalIsLoggedAndTheShutdownIsBlockedAllTheSame
     EXPECT_EQ(m_power.count("unblock"), 1);
 }
 
-TEST_F(KeepAwakeOnWindowsTest, WithTheSystemsOwnFunctionsItComesAndGoes)
+TEST_F(KeepAwakeOnWindowsTest, ItWorksWithTheSystemsOwnFunctions)
 {
     WindowsPower::setForTests(nullptr);
     auto object = keepAwake();
     EXPECT_FALSE(letsSessionEnd());
     object.reset();
     EXPECT_TRUE(letsSessionEnd());
-    // Some Windows do not have the one for sleep.
+    // Some versions of Windows lack the function against sleep.
     EXPECT_LE(m_lines.size(), 1);
 }
 

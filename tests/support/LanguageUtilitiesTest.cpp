@@ -23,7 +23,7 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(LanguageUtilitiesTest, ALanguageThatTheTablesDoNotListLeavesTheCurrentOneUnchanged)
+TEST_F(LanguageUtilitiesTest, AnUnknownLanguageDoesNotChangeTheCurrentOne)
 {
     write(QStringLiteral("en"), R"({"Log":"Log!"})");
     LanguageUtilities tables(m_folder.path());
@@ -43,7 +43,7 @@ TEST_F(LanguageUtilitiesTest, ALanguageWithoutAFileYieldsTheFallback)
 TEST_F(LanguageUtilitiesTest, EachTableThatCannotBeOpenedIsNamedWithTheReasonInTheDebugStream)
 {
     write(QStringLiteral("en"), R"({"Log":"Log!"})");
-    // There is something of this name, but it is no file.
+    // A folder with the name of the file.
     ASSERT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("ko.json")));
     QStringList expected;
     for (const char *code : {"ar", "de", "es", "fr", "it", "ja", "ko", "pl", "pt", "ru", "zh_CN", "zh_HK"}) {
@@ -127,7 +127,7 @@ TEST_F(LanguageUtilitiesTest, AnArrayOrTextsOfAnotherTypeYieldTheFallback)
     }
 }
 
-TEST_F(LanguageUtilitiesTest, AGivenLanguageIsTakenInsteadOfTheCurrentOne)
+TEST_F(LanguageUtilitiesTest, AnExplicitLanguageIsUsedInsteadOfTheCurrentOne)
 {
     write(QStringLiteral("en"), R"({"Log":"Log!"})");
     write(QStringLiteral("zh_CN"), R"({"Log":"日志?"})");

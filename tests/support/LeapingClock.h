@@ -2,7 +2,7 @@
 
 #include "support/Clock.h"
 
-/// A clock on which `stepMs` pass with each look at it.
+/// A clock that advances by `stepMs` each time it is read.
 class LeapingClock : public Clock
 {
 public:
@@ -16,7 +16,7 @@ public:
     }
     bool isShuttingDown() const override { return false; }
 
-    /// The time of the last look.
+    /// Returns the time when it was last read.
     qint64 lastMs() const { return m_now; }
 
 private:
@@ -24,7 +24,7 @@ private:
     mutable qint64 m_now = 0;
 };
 
-/// A clock on which an hour passes within four milliseconds.
+/// A clock that advances by an hour within four milliseconds.
 class RacingClock : public Clock
 {
 public:

@@ -36,7 +36,7 @@ protected:
 
 TEST_F(LibrarySearchTest, ALibraryInTheWorkingFolderIsNotLoadedByItsName)
 {
-    ASSERT_TRUE(canLoad(m_planted)) << "the system does not look in the working folder anyway";
+    ASSERT_TRUE(canLoad(m_planted)) << "the system does not search the working folder in any case";
     LibrarySearch::excludeWorkingFolder();
     EXPECT_FALSE(canLoad(m_planted));
     EXPECT_TRUE(canLoad(m_folder.filePath(m_planted)));

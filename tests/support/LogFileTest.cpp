@@ -65,7 +65,7 @@ TEST_F(LogFileTest, PlaceholdersInAMessageAreNotReplaced)
     EXPECT_TRUE(contents().endsWith(textOnDisk("] %1 and %2\n")));
 }
 
-TEST_F(LogFileTest, AFileThatCannotBeOpenedCostsTheLineOnly)
+TEST_F(LogFileTest, IfTheFileCannotBeOpenedOnlyTheLineIsLost)
 {
     EXPECT_FALSE(
         LogFile::appendLine(m_folder.path() + QStringLiteral("/none/UPDLog.txt"), QStringLiteral("lost")));

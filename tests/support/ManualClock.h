@@ -4,7 +4,7 @@
 
 #include <QList>
 
-/// A clock that stands still except in sleeps, which it records and lets pass at once.
+/// A clock that advances only during sleeps, which it records and which take no real time.
 class ManualClock : public Clock
 {
 public:
@@ -13,15 +13,15 @@ public:
     {
         m_sleeps.append(milliseconds);
         m_now += milliseconds;
-        return !m_leaving;
+        return !m_isShuttingDown;
     }
-    bool isShuttingDown() const override { return m_leaving; }
+    bool isShuttingDown() const override { return m_isShuttingDown; }
 
     QList<int> sleeps() const { return m_sleeps; }
-    void leave() { m_leaving = true; }
+    void shutDown() { m_isShuttingDown = true; }
 
 private:
     qint64 m_now = 0;
     QList<int> m_sleeps;
-    bool m_leaving = false;
+    bool m_isShuttingDown = false;
 };

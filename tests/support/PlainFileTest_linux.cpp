@@ -27,7 +27,7 @@ protected:
     const QTemporaryDir m_folder;
 };
 
-TEST_F(PlainFileTest, WhatIsWrittenComesAfterWhatIsThere)
+TEST_F(PlainFileTest, TextIsAppended)
 {
     for (const char *text : {"one\n", "two\n"}) {
         QFile file(path("log"));
@@ -47,7 +47,7 @@ TEST_F(PlainFileTest, ANamedPipeIsRefusedWhetherOrNotSomebodyReads)
     close(reader);
 }
 
-TEST_F(PlainFileTest, LinksCountAsWhatTheyLeadTo)
+TEST_F(PlainFileTest, LinksAreFollowed)
 {
     ASSERT_TRUE(WholeFile::write(path("file")));
     ASSERT_EQ(mkfifo(encoded(path("pipe")).constData(), 0600), 0);

@@ -2,5 +2,5 @@
 
 #include <QString>
 
-/// Whether the toolkit says this of the platform that it runs on, whatever the program does.
+/// Returns whether Qt prints this message because of the platform, regardless of the program.
 bool isPlatformRemark(const QString &message);

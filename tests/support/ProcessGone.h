@@ -2,8 +2,8 @@
 
 #include <QtGlobal>
 
-/// Whether no process has this id, or only one that has ended and waits for its parent to ask.
+/// Returns whether there is no process with this id, or only a zombie.
 bool processIsGone(qint64 processId);
 
-/// Whether no process has this id, not even an ended one.
+/// Returns whether there is no process with this id, not even a zombie.
 bool processIsReaped(qint64 processId);

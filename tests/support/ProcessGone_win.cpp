@@ -14,6 +14,6 @@ bool processIsGone(qint64 processId)
 
 bool processIsReaped(qint64 processId)
 {
-    // Nobody has to ask for an ended process here.
+    // Windows has no zombies.
     return processIsGone(processId);
 }

@@ -2,20 +2,22 @@
 
 #include <QtGlobal>
 
-/// What a process holds of the system's resources, as the system tells it.
+/// The system resources that a process uses.
 struct ProcessUse
 {
-    /// Open files and the like.
+    /// The number of open descriptors or handles.
     int descriptors = 0;
     int threads = 0;
-    /// Memory that it holds now, and the most that it ever held.
+    /// The current and the peak memory.
     int residentKilobytes = 0;
     int peakKilobytes = 0;
 
-    /// Of the process `id`, by default of this one. All 0 when there is none.
+    /// Returns the resources of the process `id`, by default of this one. All values are 0 if there is no
+    /// such process.
     static ProcessUse of(qint64 id = 0);
 
-    /// Memory in a build with a sanitizer says nothing: what was freed is kept for a while.
+    /// Returns whether the memory is meaningful. With a sanitizer it is not, because freed memory is kept for
+    /// a while.
     static constexpr bool memoryTells()
     {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

@@ -1,7 +1,7 @@
 #include "tests/support/ProcessUse.h"
 
 #include <windows.h>
-// After the header that they build on.
+// These headers need windows.h, so they come after it.
 #include <psapi.h>
 #include <tlhelp32.h>
 

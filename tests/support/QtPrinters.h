@@ -5,8 +5,8 @@
 
 #include <ostream>
 
-// How a failed expectation shows Qt's texts. Every test source is compiled with these: two that
-// printed differently would break the one-definition rule.
+// Printers for Qt types in failed expectations. All test sources are compiled with them, because different
+// printers would violate the one-definition rule.
 
 inline void PrintTo(const QString &text, std::ostream *out)
 {

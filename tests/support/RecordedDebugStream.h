@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <mutex>
 
-/// Keeps what the debug stream gets while it lives, from whichever thread, instead of printing it.
-/// One at a time.
+/// Records the messages of all threads to the debug stream during its lifetime, instead of printing them.
+/// Only one may exist at a time.
 class RecordedDebugStream
 {
 public:
@@ -28,16 +28,16 @@ public:
     RecordedDebugStream(const RecordedDebugStream &) = delete;
     RecordedDebugStream &operator=(const RecordedDebugStream &) = delete;
 
-    /// Everything, in order.
+    /// Returns all messages, in order.
     QStringList lines() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        // A copy of its own: a shared one would be read while the next line is added to it.
+        // A deep copy: an implicitly shared one would be read while the next line is added.
         QStringList copy = m_lines;
         copy.detach();
         return copy;
     }
-    /// What came at one level, in order.
+    /// Returns the messages of one level, in order.
     QStringList lines(QtMsgType level) const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -49,9 +49,9 @@ public:
         return found;
     }
     QStringList warnings() const { return lines(QtWarningMsg); }
-    /// How often exactly this line came.
+    /// Returns how often exactly this line was written.
     int count(const QString &line) const { return static_cast<int>(lines().count(line)); }
-    /// How many lines begin like this.
+    /// Returns how many lines begin with this text.
     int countBeginning(const QString &with) const
     {
         const QStringList all = lines();

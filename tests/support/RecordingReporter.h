@@ -8,7 +8,7 @@
 #include <functional>
 #include <mutex>
 
-/// A reporter that keeps what it is told, in order. Safe to use, and to read, from several threads.
+/// A reporter that records all calls in order. May be used from several threads.
 class RecordingReporter : public Reporter
 {
 public:
@@ -34,19 +34,20 @@ public:
     void runDeviceCheck(bool run) override { note(QStringLiteral("check %1").arg(run)); }
 
     QStringList logLines() const { return copyOf(m_log); }
-    /// The English keys of the titles.
+    /// Returns the English keys of the titles.
     QStringList titles() const { return copyOf(m_titles); }
-    /// Their Chinese fallbacks.
+    /// Returns their Chinese fallbacks.
     QStringList fallbacks() const { return copyOf(m_fallbacks); }
     QStringList progress() const { return copyOf(m_progress); }
-    /// All of it in the order of the calls: "log …", "title …", "progress …", "button 0|1", "check 0|1".
+    /// Returns all events in the order of the calls: "log …", "title …", "progress …", "button 0|1", "check
+    /// 0|1".
     QStringList events() const { return copyOf(m_events); }
 
     /// Called when the start button is enabled.
     std::function<void()> onControlsBack;
 
 private:
-    /// A copy of its own: a shared one would be read while the next entry is added to it.
+    /// Returns a deep copy: an implicitly shared one would be read while the next entry is added.
     QStringList copyOf(const QStringList &list) const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

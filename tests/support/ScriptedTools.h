@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-/// What a run of a scripted tool does, step by step; put together with `+`.
+/// The steps of a run of a scripted tool; they are concatenated with `+`.
 class ToolSteps
 {
 public:
@@ -39,7 +39,7 @@ inline ToolSteps step(const char *name, const QJsonValue &value = true)
     return ToolSteps(StandinScript::step(name, value));
 }
 
-/// Any bytes, whether they are UTF-8 or not.
+/// Prints the bytes, which need not be UTF-8.
 inline ToolSteps print(const QByteArray &bytes)
 {
     const QString text = QString::fromUtf8(bytes);
@@ -50,7 +50,7 @@ inline ToolSteps printError(const QByteArray &utf8)
 {
     return step("stderr", QString::fromUtf8(utf8));
 }
-/// As many bytes.
+/// Prints this number of bytes.
 inline ToolSteps flood(int bytes)
 {
     return step("flood", bytes);
@@ -67,12 +67,12 @@ inline ToolSteps sleepMs(int milliseconds)
 {
     return step("sleepMs", milliseconds);
 }
-/// Ignores its termination, where there is such a thing; it can still be killed.
-inline ToolSteps deaf()
+/// Makes the tool ignore its termination, on systems that have one; it can still be killed.
+inline ToolSteps ignoreTermination()
 {
     return step("deaf");
 }
-/// Longer than any test takes.
+/// Waits for longer than any test takes.
 inline ToolSteps hang()
 {
     return sleepMs(60000);
@@ -81,12 +81,12 @@ inline ToolSteps awaitFile(const QString &path)
 {
     return step("awaitFile", path);
 }
-/// The file is there only once the whole id is in it.
+/// Writes the process id to a file, which appears only once it is complete.
 inline ToolSteps noteProcessId(const QString &path)
 {
     return step("processId", path);
 }
-/// From then on it cannot be started again.
+/// Removes the tool, so that it cannot be started again.
 inline ToolSteps vanish()
 {
     return step("vanish");
@@ -94,20 +94,20 @@ inline ToolSteps vanish()
 
 } // namespace ToolStep
 
-/// Stand-in tools in a folder of their own that play scripts, the same on every platform.
+/// Stand-in tools in a separate folder that play scripts. They are the same on all platforms.
 class ScriptedTools
 {
 public:
-    /// The program of that name does these steps whenever it is run.
+    /// Creates a program with this name that performs these steps whenever it is run.
     void write(const QString &name, const ToolSteps &steps) { writeScript(name, scriptOf(steps)); }
     void writeScript(const QString &name, const QJsonDocument &script) { place(program(name), script); }
-    /// Like write() for a program that is started by its name alone, from folder() as the current one.
+    /// Like write(), for a program that is started by its name alone, with folder() as the working folder.
     void writeBareName(const QString &name, const ToolSteps &steps)
     {
         const QString suffix = QFileInfo(QStringLiteral(STANDIN)).suffix();
         place(file(suffix.isEmpty() ? name : name + QLatin1Char('.') + suffix), scriptOf(steps));
     }
-    /// Makes `path` a stand-in that plays `script`, in place of an earlier script.
+    /// Creates a stand-in at `path` that plays `script`, and replaces an earlier script.
     static void place(const QString &path, const QJsonDocument &script)
     {
         QFile::copy(QStringLiteral(STANDIN), path);
@@ -115,7 +115,7 @@ public:
     }
     static QJsonDocument scriptOf(const ToolSteps &steps) { return StandinScript::script({steps.toJson()}); }
 
-    /// A step that waits for letGoOn(): what comes before it is read by itself.
+    /// Returns a step that waits for letGoOn(), so that the output before it is read separately.
     ToolSteps pause() const { return ToolStep::awaitFile(file(QStringLiteral("go on"))); }
     void letGoOn() const { WholeFile::write(file(QStringLiteral("go on"))); }
     /// Makes pause() wait again.
@@ -125,7 +125,7 @@ public:
     QString folder() const { return m_folder.path(); }
     QString file(const QString &name) const { return m_folder.filePath(name); }
 
-    /// "name|argument|argument" of every run so far, in the order of their starts.
+    /// Returns "name|argument|argument" of all runs so far, in the order of their starts.
     QStringList runs() const
     {
         QVector<StandinRun> all;

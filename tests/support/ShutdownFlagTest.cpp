@@ -17,7 +17,7 @@ protected:
     void TearDown() override { ShutdownFlag::instance().lower(); }
 };
 
-TEST_F(ShutdownFlagTest, ASleepThatNothingCutsIsSleptThrough)
+TEST_F(ShutdownFlagTest, AnUninterruptedSleepTakesTheWholeTime)
 {
     QElapsedTimer timer;
     timer.start();
@@ -25,7 +25,7 @@ TEST_F(ShutdownFlagTest, ASleepThatNothingCutsIsSleptThrough)
     EXPECT_GE(timer.elapsed(), 20);
 }
 
-TEST_F(ShutdownFlagTest, RaisingTheFlagCutsASleepOnAnotherThread)
+TEST_F(ShutdownFlagTest, RaisingTheFlagInterruptsASleepOnAnotherThread)
 {
     const RunningTimer timer;
     bool sleptThrough = true;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// An absolute path of the system that the test runs on.
+/// Returns an absolute path on the system on which the test runs.
 QString absolute(const char *path)
 {
     return QDir::rootPath() + QLatin1String(path);
@@ -18,7 +18,7 @@ TEST(SystemToolTest, TheSystemFolderComesFirstAndThenTheSearchPathInItsOrder)
               (QStringList{absolute("system"), absolute("b"), absolute("a")}));
 }
 
-TEST(SystemToolTest, FoldersOfTheSearchPathThatAreRelativeOrLeftOutDoNotCount)
+TEST(SystemToolTest, RelativeAndExcludedFoldersOfTheSearchPathAreSkipped)
 {
     const QStringList searchPath{QString(),           QStringLiteral("."),   QStringLiteral("tools"),
                                  absolute("program"), absolute("PROGRAM/."), absolute("elsewhere/../working"),
@@ -28,7 +28,7 @@ TEST(SystemToolTest, FoldersOfTheSearchPathThatAreRelativeOrLeftOutDoNotCount)
               (QStringList{absolute("system"), absolute("good")}));
 }
 
-TEST(SystemToolTest, WithoutASystemFolderTheSearchPathIsLeft)
+TEST(SystemToolTest, WithoutASystemFolderOnlyTheSearchPathIsUsed)
 {
     EXPECT_EQ(SystemTool::foldersToSearch(QString(), {absolute("good")}, {}), QStringList{absolute("good")});
 }

@@ -39,7 +39,7 @@ protected:
     const QTemporaryDir m_folder;
 };
 
-TEST_F(SystemToolOnWindowsTest, TaskkillIsTheSystemsOwnWhateverLiesElsewhere)
+TEST_F(SystemToolOnWindowsTest, TaskkillIsAlwaysTheOneOfTheSystem)
 {
     ASSERT_TRUE(WholeFile::write(m_folder.filePath(QStringLiteral("taskkill.exe"))));
     QDir::setCurrent(m_folder.path());
@@ -65,7 +65,7 @@ TEST_F(SystemToolOnWindowsTest, AToolInAnotherFolderOfTheSearchPathIsFound)
     EXPECT_EQ(SystemTool::path(planted), m_folder.filePath(plantedFile));
 }
 
-TEST_F(SystemToolOnWindowsTest, TheFolderForTestsTakesTheSystemFoldersPlace)
+TEST_F(SystemToolOnWindowsTest, TheFolderForTestsReplacesTheSystemFolder)
 {
     ASSERT_TRUE(WholeFile::write(m_folder.filePath(QStringLiteral("taskkill.exe"))));
     SystemTool::setFolderForTests(m_folder.path());

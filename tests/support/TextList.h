@@ -5,7 +5,7 @@
 
 #include <initializer_list>
 
-/// UTF-8 literals as a list.
+/// Returns UTF-8 literals as a list.
 inline QStringList list(std::initializer_list<const char *> items)
 {
     QStringList texts;

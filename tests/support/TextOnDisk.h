@@ -2,5 +2,6 @@
 
 #include <QByteArray>
 
-/// The bytes of a file to which this text was written in text mode: with the platform's line ends.
+/// Returns the bytes of a file to which this text was written in text mode, that is, with the platform's line
+/// endings.
 QByteArray textOnDisk(const QByteArray &text);

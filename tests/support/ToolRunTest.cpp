@@ -27,7 +27,7 @@ protected:
     const RunningTimer m_timer;
 };
 
-TEST_F(ToolRunTest, AToolThatEndsGivesItsOutputAndExitCode)
+TEST_F(ToolRunTest, AFinishedToolHasItsOutputAndExitCode)
 {
     const ToolRun run =
         runTool(ToolStep::print("out\n") + ToolStep::printError("err\n") + ToolStep::exitWith(3), 10000);
@@ -46,7 +46,7 @@ TEST_F(ToolRunTest, OfEndlessOutputOnlyTheFirstMebibyteIsKept)
     EXPECT_TRUE(run.standardOutput.startsWith("first\n"));
 }
 
-TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
+TEST_F(ToolRunTest, AListenerReceivesEachPieceAsItArrivesAndAllOfThem)
 {
     QList<QByteArray> heard;
     QByteArray errors;
@@ -54,7 +54,7 @@ TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
     listener.standardError = [&errors](const QByteArray &piece) {
         errors += piece;
     };
-    // The tool goes on only when its first piece was heard.
+    // The tool continues only after its first piece was received.
     listener.standardOutput = [&](const QByteArray &piece) {
         heard.append(piece);
         m_tools.letGoOn();
@@ -68,7 +68,7 @@ TEST_F(ToolRunTest, AListenerHearsEachPieceWhenItComesAndAllOfIt)
     EXPECT_EQ(run.standardOutput, "one\ntwo\n");
 }
 
-TEST_F(ToolRunTest, AListenerHearsMoreThanIsKept)
+TEST_F(ToolRunTest, AListenerReceivesMoreThanIsKept)
 {
     qint64 heard = 0;
     ToolListener listener;
@@ -88,7 +88,7 @@ TEST_F(ToolRunTest, ACrashIsAnEndWithoutAnExitCode)
     EXPECT_FALSE(runTool(ToolStep::exitWith(1), 10000).crashed);
 }
 
-TEST_F(ToolRunTest, AMissingToolSaysWhy)
+TEST_F(ToolRunTest, AMissingToolHasAnErrorText)
 {
     const ToolRun run = runToolToEnd(QStringLiteral("/nowhere/tool"), {}, 10000);
     EXPECT_EQ(run.end, ToolRun::NotStarted);
@@ -103,7 +103,7 @@ TEST_F(ToolRunTest, AToolThatNeverEndsIsKilledAtTheLimitAndNotBefore)
         const ToolRun run =
             runToolToEnd(m_tools.program(QStringLiteral("tool")), {}, 30000, onShutdown, {}, clock);
         EXPECT_EQ(run.end, ToolRun::Killed);
-        // Looks while it starts, if there are any, do not count towards its limit.
+        // Readings of the clock while the tool starts do not count towards its limit.
         EXPECT_GE(clock.lastMs(), 32000);
         EXPECT_LE(clock.lastMs(), 63000);
     }
@@ -116,7 +116,7 @@ TEST_F(ToolRunTest, ALimitOnTheRealClockEndsATool)
     EXPECT_LT(m_timer.elapsed(), 10000);
 }
 
-TEST_F(ToolRunTest, LeavingTheProgramCutsTheWait)
+TEST_F(ToolRunTest, ShuttingDownEndsTheWait)
 {
     QTimer::singleShot(50, [] { ShutdownFlag::instance().raise(); });
     const ToolRun run = runTool(ToolStep::hang(), 60000);
@@ -134,7 +134,7 @@ TEST_F(ToolRunTest, AToolThatMayTakeAnyTimeHasNoLimit)
     EXPECT_EQ(run.standardOutput, "late\n");
 }
 
-TEST_F(ToolRunTest, WhatBelongsToTheLeavingRunsAlthoughTheProgramLeaves)
+TEST_F(ToolRunTest, AToolThatIsAPartOfTheShutdownRunsToItsEnd)
 {
     dependsOnRealTime("a limit of 100 ms for a tool, which also holds for its start");
     ShutdownFlag::instance().raise();
@@ -146,7 +146,7 @@ TEST_F(ToolRunTest, WhatBelongsToTheLeavingRunsAlthoughTheProgramLeaves)
     EXPECT_EQ(runTool(ToolStep::hang(), 100, OnShutdown::KeepWaiting).end, ToolRun::Killed);
 }
 
-TEST_F(ToolRunTest, WhatIsWokenMeanwhileCanTellThatAToolIsWaitedFor)
+TEST_F(ToolRunTest, EventHandlersCanDetectThatAToolIsWaitedFor)
 {
     EXPECT_FALSE(isWaitingForTool());
     m_tools.write(QStringLiteral("quick"), {});

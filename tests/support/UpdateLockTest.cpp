@@ -22,7 +22,7 @@ namespace {
 
 constexpr int rounds = 1000;
 
-/// Lets two threads go on only together.
+/// A barrier for two threads.
 class MeetingPoint
 {
 public:
@@ -46,7 +46,7 @@ private:
     int m_meetings = 0;
 };
 
-/// Two locks on one file are to each other as those of two copies.
+/// Uses two locks of the same file, which behave like those of two copies of the program.
 class UpdateLockTest : public testing::Test
 {
 protected:
@@ -71,7 +71,7 @@ protected:
     UpdateLock m_theirs{file()};
 };
 
-TEST_F(UpdateLockTest, TheSecondIsRefusedWithALineUntilTheFirstLetsGo)
+TEST_F(UpdateLockTest, TheSecondIsRefusedWithALineUntilTheFirstReleasesTheLock)
 {
     UpdateLock::Hold hold = m_ours.take(m_reporter);
     EXPECT_TRUE(hold);
@@ -84,7 +84,7 @@ TEST_F(UpdateLockTest, TheSecondIsRefusedWithALineUntilTheFirstLetsGo)
     EXPECT_TRUE(m_theirs.take(m_reporter));
 }
 
-TEST_F(UpdateLockTest, OfTwoHoldsOfOneCopyTheLastThatEndsCounts)
+TEST_F(UpdateLockTest, TheLastHoldOfACopyReleasesTheLock)
 {
     UpdateLock::Hold first = m_ours.take(m_reporter);
     UpdateLock::Hold second = m_ours.take(m_reporter);
@@ -105,7 +105,7 @@ TEST_F(UpdateLockTest, AHoldMayOutliveItsLockAndEndOnAnotherThread)
     EXPECT_TRUE(m_theirs.take(m_reporter));
 }
 
-TEST_F(UpdateLockTest, OnlyTheOtherSeesThatItIsTakenElsewhere)
+TEST_F(UpdateLockTest, OnlyAnotherCopySeesThatTheLockIsTakenElsewhere)
 {
     EXPECT_FALSE(m_theirs.isTakenElsewhere());
     UpdateLock::Hold hold = m_ours.take(m_reporter);
@@ -116,13 +116,13 @@ TEST_F(UpdateLockTest, OnlyTheOtherSeesThatItIsTakenElsewhere)
     EXPECT_TRUE(m_reporter.logLines().isEmpty());
 }
 
-TEST_F(UpdateLockTest, LookingLeavesNothingTaken)
+TEST_F(UpdateLockTest, AskingDoesNotTakeTheLock)
 {
     EXPECT_FALSE(m_ours.isTakenElsewhere());
     EXPECT_FALSE(QFile::exists(file()));
 }
 
-TEST_F(UpdateLockTest, WhereNothingCanBeWrittenNobodyIsKeptOut)
+TEST_F(UpdateLockTest, IfTheLockFileCannotBeCreatedNobodyIsKeptOut)
 {
     UpdateLock nowhere(m_folder.filePath(QStringLiteral("missing/")) + QFileInfo(file()).fileName());
     EXPECT_FALSE(nowhere.isTakenElsewhere());
@@ -130,7 +130,7 @@ TEST_F(UpdateLockTest, WhereNothingCanBeWrittenNobodyIsKeptOut)
     EXPECT_TRUE(m_reporter.logLines().isEmpty());
 }
 
-TEST_F(UpdateLockTest, LocksOfOtherFilesAreOthers)
+TEST_F(UpdateLockTest, LocksOfDifferentFilesAreIndependent)
 {
     const UpdateLock::Hold hold = m_ours.take(m_reporter);
     UpdateLock other(file() + QStringLiteral("2"));
@@ -165,7 +165,7 @@ TEST_F(UpdateLockTest, AnotherCopyIsKeptOutAndGetsTheLockAfterwards)
     EXPECT_TRUE(m_ours.take(m_reporter));
 }
 
-TEST_F(UpdateLockTest, AToolThatWasStartedMeanwhileDoesNotKeepTheLock)
+TEST_F(UpdateLockTest, AToolThatWasStartedUnderTheLockDoesNotKeepIt)
 {
     ScriptedTools tools;
     tools.write(QStringLiteral("tool"), tools.pause());
@@ -180,7 +180,7 @@ TEST_F(UpdateLockTest, AToolThatWasStartedMeanwhileDoesNotKeepTheLock)
     EXPECT_TRUE(waitForEnd(tool));
 }
 
-TEST_F(UpdateLockTest, OfTwoThatTakeItAtOnceExactlyOneGetsItEachTime)
+TEST_F(UpdateLockTest, OfTwoSimultaneousAttemptsExactlyOneSucceeds)
 {
     MeetingPoint point;
     std::atomic<int> got{0};
@@ -217,7 +217,7 @@ TEST_F(UpdateLockTest, TwoThreadsOfOneCopyNeverRefuseEachOther)
     EXPECT_TRUE(m_theirs.take(m_reporter));
 }
 
-TEST_F(UpdateLockTest, ACopyThatOnlyLooksRefusesNobody)
+TEST_F(UpdateLockTest, ACopyThatOnlyAsksKeepsNobodyOut)
 {
     std::atomic<bool> enough{false};
     std::atomic<int> seen{0};
@@ -246,7 +246,7 @@ class DamagedUpdateLockTest : public UpdateLockTest, public testing::WithParamIn
 {
 };
 
-TEST_P(DamagedUpdateLockTest, TheLockFileRefusesNoStart)
+TEST_P(DamagedUpdateLockTest, TheLockFilePreventsNoStart)
 {
     ASSERT_TRUE(WholeFile::write(file(), GetParam().contents));
     UpdateLock::Hold hold = m_ours.take(m_reporter);

@@ -40,7 +40,7 @@ TEST_F(UpdateLockFileTest, NoLinkIsFollowed)
     EXPECT_FALSE(QFile::exists(elsewhere));
 }
 
-TEST_F(UpdateLockFileTest, APipeInItsPlaceHoldsNobodyUp)
+TEST_F(UpdateLockFileTest, APipeInItsPlaceBlocksNobody)
 {
     ASSERT_EQ(mkfifo(file().toUtf8().constData(), 0600), 0);
     EXPECT_FALSE(m_lock.isTakenElsewhere());

@@ -1,5 +1,5 @@
-// Another copy of the program that is updating: takes the update lock of the file that its argument names,
-// prints the line "taken" and keeps the lock until it is killed, or until its standard input ends.
+// Plays another copy of the program that is updating a device: takes the update lock of the file in its
+// argument, prints the line "taken" and keeps the lock until it is killed or its standard input ends.
 #include "support/QuietReporter.h"
 #include "support/UpdateLock.h"
 

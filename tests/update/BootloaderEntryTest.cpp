@@ -28,7 +28,7 @@ protected:
     {
         return sendUpdateModeReport(m_device, m_port, layout, m_reporter);
     }
-    /// The events of a run that got as far as the write.
+    /// Returns the events of a run that reached the write.
     static QStringList written(const QString &result, bool opened)
     {
         QStringList events{QStringLiteral("check 0"), QStringLiteral("log hid_open...")};
@@ -77,7 +77,7 @@ TEST_F(BootloaderEntryTest, OnWindows7TheCommandKindIs2)
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("write res:513CommandKind:2IsDuoDev:2"));
 }
 
-TEST_F(BootloaderEntryTest, IdsAreCutTo16Bits)
+TEST_F(BootloaderEntryTest, IdsAreTruncatedTo16Bits)
 {
     plugIn();
     m_device.vendorId = 0x5F101;
@@ -126,7 +126,7 @@ TEST_F(BootloaderEntryTest, AMissingDuoHandleIsAFailedWriteWithTheTextForNoDevic
     EXPECT_TRUE(m_port.writes().isEmpty());
 }
 
-TEST_F(BootloaderEntryTest, AMissingDuoHandleHasATextAlsoWhenNoOpenHasFailed)
+TEST_F(BootloaderEntryTest, AMissingDuoHandleHasAnErrorTextEvenIfNoOpenHasFailed)
 {
     plugIn();
     m_port.setOpenErrorText(QString());

@@ -39,7 +39,7 @@ protected:
     {
         chooser.findChild<QPushButton *>(QLatin1String("choose ") + name)->click();
     }
-    /// Waits for a choice on another thread and does `answer` once the window is shown.
+    /// Waits for a choice on another thread and calls `answer` once the window is shown.
     template <typename F>
     QString choice(ChosefirmwareWidget &chooser, F answer)
     {
@@ -119,14 +119,15 @@ TEST_F(ChosefirmwareWidgetTest, ACloseWithoutAPickReleasesTheWaitingThreadWithNo
     EXPECT_FALSE(chooser.isVisible());
 }
 
-TEST_F(ChosefirmwareWidgetTest, LeavingReleasesTheWaitingThreadWithNothing)
+TEST_F(ChosefirmwareWidgetTest, ShuttingDownReleasesTheWaitingThreadWithNothing)
 {
     ChosefirmwareWidget chooser(m_rig.manifestUrl());
     EXPECT_EQ(choice(chooser, [] { ShutdownFlag::instance().raise(); }), QString());
-    EXPECT_EQ(onWorkerThread([&] { return chooser.waitForChoice(); }), QString()) << "when left already";
+    EXPECT_EQ(onWorkerThread([&] { return chooser.waitForChoice(); }), QString())
+        << "if the program is already shutting down";
 }
 
-TEST_F(ChosefirmwareWidgetTest, AServerThatNeverAnswersIsLetGoAtLeaving)
+TEST_F(ChosefirmwareWidgetTest, ARequestThatIsNeverAnsweredIsAbortedByShuttingDown)
 {
     m_rig.setFault(QStringLiteral("stall"));
     const RunningTimer running;

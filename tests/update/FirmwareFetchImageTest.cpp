@@ -54,7 +54,7 @@ TEST_F(FirmwareFetchImageTest, TheImageIsFetchedInTenRanges)
     EXPECT_EQ(ranges.size(), 10);
 }
 
-TEST_F(FirmwareFetchImageTest, TheManifestIsStoredBesideTheProgramWhoseFolderIsMadeWhenMissing)
+TEST_F(FirmwareFetchImageTest, TheManifestIsStoredBesideTheProgramInAFolderThatIsCreatedIfNeeded)
 {
     ASSERT_FALSE(QDir(m_paths.applicationDir).exists());
     fetch();
@@ -89,7 +89,7 @@ TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedIsReportedWithItsRea
     EXPECT_EQ(m_choices.image().path, QStringLiteral("/srv/before.img"));
 }
 
-TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpUnderTheNameThatIsPicked)
+TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpByTheChosenName)
 {
     setDevice(QStringLiteral("Other"), 0);
     m_choices.setFound(m_choices.device(), true);

@@ -9,13 +9,13 @@ namespace {
 class FirmwareFetchManifestTest : public FirmwareFetchTest
 {
 protected:
-    /// A fetch that is over in no time, since its clock passes every wait.
+    /// Runs a fetch whose waits take no real time.
     QString fetchInNoTime()
     {
         FirmwareFetch run = makeFetch(m_clock);
         return run.fetchFirmware(m_choices.request(), &m_manifest);
     }
-    /// A fetch of a manifest that names no address.
+    /// Runs a fetch with a manifest without an address, and expects its failure.
     void expectNoAddress(const QString &manifest, const QStringList &messages)
     {
         m_manifestText = manifest;
@@ -31,7 +31,7 @@ protected:
     PumpingClock m_clock;
 };
 
-TEST_F(FirmwareFetchManifestTest, AServerThatDoesNotAnswerIsWaitedForPollByPollFor20Seconds)
+TEST_F(FirmwareFetchManifestTest, AServerThatDoesNotAnswerIsPolledFor20Seconds)
 {
     m_rig.setFault(QStringLiteral("stall"));
     const RecordedDebugStream debug;
@@ -68,7 +68,7 @@ TEST_F(FirmwareFetchManifestTest, AFetchAfterATimeoutIsNotDisturbedByTheEarlierR
     EXPECT_EQ(contentOf(m_paths.savedManifest), m_manifestText.toUtf8());
 }
 
-TEST_F(FirmwareFetchManifestTest, AServerThatAnswersWithAnErrorCostsTheWholeWait)
+TEST_F(FirmwareFetchManifestTest, AnErrorFromTheServerDoesNotShortenTheWait)
 {
     m_rig.setFault(QStringLiteral("503"));
     EXPECT_EQ(fetchInNoTime(), QString());
@@ -108,7 +108,7 @@ TEST_F(FirmwareFetchManifestTest, AnEntryWithoutAFileUrlNamesNoAddress)
                      QStringLiteral("M1does not contain 'fileURL'.")});
 }
 
-TEST_F(FirmwareFetchManifestTest, LeavingEndsTheWaitWithoutATimeout)
+TEST_F(FirmwareFetchManifestTest, ShuttingDownEndsTheWaitWithoutATimeout)
 {
     m_rig.setFault(QStringLiteral("stall"));
     QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });

@@ -18,7 +18,7 @@
 #include <QFileInfo>
 #include <QJsonObject>
 
-/// Passes the time of each sleep in 2 ms, in which the network has its say.
+/// A clock whose sleeps take 2 ms of real time, in which network events are processed.
 class PumpingClock : public ManualClock
 {
 public:
@@ -30,7 +30,7 @@ public:
     }
 };
 
-/// The fetch with the real downloaders, against a loopback server.
+/// A fetch with the real downloaders from a loopback server.
 class FirmwareFetchTest : public testing::Test
 {
 protected:
@@ -54,7 +54,7 @@ protected:
         device.iapFlag = iapFlag;
         m_choices.setFound(device, false);
     }
-    /// A manifest with one device, and this address for its image.
+    /// Sets a manifest with one device and this address of its image.
     void setEntry(const QString &key, const QString &url)
     {
         m_manifestText =
@@ -65,7 +65,7 @@ protected:
     {
         return {m_reporter, *m_session, m_choices, clock, m_paths, m_downloader, m_segmentWorker, chooser};
     }
-    /// A fetch as in the program: on a thread of its own, in real time.
+    /// Runs a fetch as in the program: on a separate thread, in real time.
     QString fetch(ChosefirmwareWidget *chooser = nullptr)
     {
         return onWorkerThread([this, chooser] {
@@ -96,7 +96,7 @@ protected:
     UpdateChoices m_choices;
     OwnSession m_session;
     RecordingReporter m_reporter;
-    /// What the plain downloader says, apart, since it says it on another thread.
+    /// The lines of the plain downloader. They are separate, because they are logged on another thread.
     RecordingReporter m_downloaderLog;
     FileDownloaderHTTP m_downloader{nullptr, &m_downloaderLog};
     ThreadFileDownloader m_segmentWorker;

@@ -31,7 +31,7 @@ class ManifestParseTest : public testing::TestWithParam<ParseCase>
 {
 };
 
-TEST_P(ManifestParseTest, SaysWhatItFound)
+TEST_P(ManifestParseTest, ReportsTheResult)
 {
     const FirmwareManifest::Parsed parsed = FirmwareManifest::parse(GetParam().json);
     EXPECT_EQ(parsed.ok, GetParam().ok);
@@ -65,7 +65,7 @@ class ManifestLookupTest : public testing::TestWithParam<LookupCase>
 {
 };
 
-TEST_P(ManifestLookupTest, GivesTheAddressAndSaysHow)
+TEST_P(ManifestLookupTest, ReturnsTheAddressAndItsMessages)
 {
     const auto address = FirmwareManifest::fileAddress(object(GetParam().json), QStringLiteral("M1"));
     EXPECT_EQ(address.url, QLatin1String(GetParam().url));
@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
             {QStringLiteral("Keys under 'CurrentVersion':M1"), QStringLiteral("Found fileURL forM1")}}),
     [](const auto &test) { return std::string(test.param.name); });
 
-TEST(FirmwareManifestTest, TheSumIsGivenAsItStands)
+TEST(FirmwareManifestTest, TheMd5IsReturnedUnchanged)
 {
     const QJsonObject root = object(R"({"CurrentVersion":{"M1":{"md5":"ABc"},"M2":{"md5":5},"M3":1}})");
     EXPECT_EQ(FirmwareManifest::md5(root, QStringLiteral("M1")), QStringLiteral("ABc"));

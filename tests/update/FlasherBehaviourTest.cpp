@@ -21,15 +21,15 @@ QJsonObject print(const char *text)
     return step("print", QLatin1String(text));
 }
 
-/// How a flasher behaves.
+/// The behaviour of a flasher.
 struct Behaviour
 {
     const char *name;
-    /// The steps of each run, without its end.
+    /// The steps of each run, without the last one.
     QList<QJsonArray> runs;
-    /// What the user is to be told when the device can be reached.
+    /// The result that must be reported if the device can be reached.
     bool succeeds;
-    /// How many runs that takes.
+    /// The number of runs until then.
     int tries = 1;
 };
 
@@ -77,7 +77,7 @@ bool burnsIn(const Behaviour &behaviour)
     return behaviour.runs.last().contains(burn);
 }
 
-/// A whole update with real flashers, and a device to burn on a real bus.
+/// Whole updates with flashers in processes of their own and a device on a simulated bus.
 class FlasherOnBusTest : public UpdateWorkflowTest
 {
 protected:
@@ -86,7 +86,7 @@ protected:
         const QString description = m_tools.file(QStringLiteral("bus.json"));
         ASSERT_TRUE(WholeFile::write(description, busDescription));
         ASSERT_TRUE(m_bus.start(description)) << m_bus.errorText().toStdString();
-        // The flashers are asked to burn over it; they need not see the bus itself.
+        // The flashers use this address to burn; they need not see the bus itself.
         const QString address = m_bus.environment().value(QLatin1String("QUILLMARSH_SIM_BUS")).toString();
         qputenv("QUILLMARSH_SIM_BUS", address.toUtf8());
         m_paths.usbFlasher = m_tools.file(QStringLiteral("upgcmd.exe"));
@@ -98,7 +98,8 @@ protected:
     {
         return writeType == QLatin1String("USB") ? m_paths.usbFlasher : m_paths.hidFlasher;
     }
-    /// Has both flashers play `behaviour` when they burn, each run ending with `end`; they reset honestly.
+    /// Makes both flashers play `behaviour` when they burn, with `end` as the last step of each run. Their
+    /// reset works normally.
     void play(const Behaviour &behaviour, const QJsonObject &end)
     {
         QList<QJsonArray> runs = behaviour.runs;
@@ -108,7 +109,7 @@ protected:
         for (const QString &tool : {m_paths.usbFlasher, m_paths.hidFlasher})
             ScriptedTools::place(tool, StandinScript::scriptFor(QStringLiteral("image"), runs));
     }
-    /// A new image to burn, unlike all before.
+    /// Returns a new image that differs from all earlier ones.
     QByteArray nextImage()
     {
         const QByteArray bytes = "image number " + QByteArray::number(++m_images) + QByteArray(5000, '\x5a');
@@ -150,7 +151,8 @@ protected:
         const UpdateResult result = run();
         EXPECT_TRUE(m_session->isStartAllowed());
 
-        // Only who really burned can say so: an honest flasher that reaches nothing tries ten times.
+        // Only a flasher that has really burned may report success; one that cannot reach a device is run ten
+        // times.
         const bool succeeds = behaviour.succeeds && bootloader;
         const int tries = behaviour.succeeds && !bootloader ? 10 : behaviour.tries;
         EXPECT_EQ(m_reporter.titles().mid(titlesBefore).last(),
@@ -167,12 +169,12 @@ protected:
     int m_images = 0;
 };
 
-/// A flasher in every way in which a run of it can end.
+/// Flashers with all kinds of output and all ways of ending.
 class FlasherBehaviourTest : public FlasherOnBusTest, public testing::WithParamInterface<Behaviour>
 {
 };
 
-TEST_P(FlasherBehaviourTest, IsToldAsItIsWhateverItsEndAndWhereverTheDeviceIs)
+TEST_P(FlasherBehaviourTest, IsReportedCorrectlyForEveryExitDeviceStateAndWriteType)
 {
     for (const QJsonObject &end : {step("exit", 0), step("exit", 1), step("crash", true)}) {
         for (const bool bootloader : {true, false}) {
@@ -191,7 +193,7 @@ INSTANTIATE_TEST_SUITE_P(AFlasherWith, FlasherBehaviourTest, testing::ValuesIn(b
                              return std::string(each.param.name);
                          });
 
-TEST_F(FlasherOnBusTest, ASuccessLineCutAtAnyByteIsASuccess)
+TEST_F(FlasherOnBusTest, ASuccessLineSplitAtAnyByteIsASuccess)
 {
     const QString line = QStringLiteral("Burn image successfully!\n");
     for (int cut = 1; cut < line.size(); ++cut) {
@@ -204,14 +206,14 @@ TEST_F(FlasherOnBusTest, ASuccessLineCutAtAnyByteIsASuccess)
     }
 }
 
-TEST_F(FlasherOnBusTest, OneThatHangsIsEndedWhenTheProgramLeavesAndNothingIsClaimed)
+TEST_F(FlasherOnBusTest, AHangingFlasherIsKilledAtShutdownAndNoResultIsReported)
 {
     play({"", {Steps{spl, step("hang", true)}}, false}, step("exit", 0));
     nextImage();
     putBootloader(true);
     m_clock.whileWatching = [this] {
         if (m_reporter.progress().contains(QStringLiteral("16")))
-            m_clock.leave();
+            m_clock.shutDown();
     };
     const RunningTimer timer;
     EXPECT_EQ(run().reason, UpdateReason::ProgramClosed);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What the lines say of a run whose output arrives in these chunks.
+/// Returns the verdict on a run whose output arrives in these chunks.
 std::optional<BurnResult> verdictOn(const QByteArrayList &chunks)
 {
     FlasherLines lines;
@@ -61,7 +61,7 @@ TEST(FlasherLinesTest, TheLastLineWithAVerdictCounts)
     EXPECT_EQ(lines.verdict(), BurnDeviceNotReachable);
 }
 
-TEST(FlasherLinesTest, ALineOf64KibibytesIsCarriedWhole)
+TEST(FlasherLinesTest, ALineOf64KibibytesIsKeptWhole)
 {
     FlasherLines lines;
     lines.feed("Burn");
@@ -70,7 +70,7 @@ TEST(FlasherLinesTest, ALineOf64KibibytesIsCarriedWhole)
     EXPECT_EQ(lines.verdict(), BurnSucceeded);
 }
 
-TEST(FlasherLinesTest, OfALongerLineTheNewest64KibibytesAreCarried)
+TEST(FlasherLinesTest, TheLast64KibibytesOfALongerLineAreKept)
 {
     constexpr int carried = 64 * 1024;
     for (const bool isKept : {true, false}) {
@@ -81,7 +81,7 @@ TEST(FlasherLinesTest, OfALongerLineTheNewest64KibibytesAreCarried)
     }
 }
 
-TEST(FlasherLinesTest, InvalidUtf8AndZeroBytesHideNoVerdict)
+TEST(FlasherLinesTest, InvalidUtf8AndZeroBytesDoNotHideAVerdict)
 {
     const QByteArray garbage("\xff\xfe\x00\xc3 ", 5);
     expectAtEverySplit(garbage + "Burn " + garbage + " successfully!" + garbage, BurnSucceeded);

@@ -23,7 +23,7 @@ class FlasherChunkTest : public testing::TestWithParam<ChunkCase>
 {
 };
 
-TEST_P(FlasherChunkTest, MeansThisProgressAndThisResult)
+TEST_P(FlasherChunkTest, HasItsProgressAndResult)
 {
     const FlasherChunk chunk = readFlasherChunk(QString::fromUtf8(GetParam().text));
     EXPECT_EQ(chunk.progress, GetParam().progress);
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
                         BurnDeviceNotReachable}),
     [](const auto &test) { return std::string(test.param.name); });
 
-TEST(FlasherChunkCodesTest, AreTheNumbersThatTheWorkflowKnows)
+TEST(FlasherChunkCodesTest, HaveTheRequiredValues)
 {
     EXPECT_EQ(BurnSucceeded, 0);
     EXPECT_EQ(BurnWithoutSuccessLine, 1);

@@ -45,7 +45,7 @@ TEST_F(FlasherRetryTest, NineTimesUnreachableAndThenASuccessIsASuccess)
     EXPECT_EQ(m_tools.runs().size(), 10);
 }
 
-TEST_F(FlasherRetryTest, AnUnreachableDeviceThatIsToldInTwoReadsIsRetried)
+TEST_F(FlasherRetryTest, AnUnreachableDeviceThatIsReportedInTwoReadsIsRetried)
 {
     m_clock.whileWatching = [this] {
         if (!m_reporter.logLines().isEmpty())
@@ -84,7 +84,7 @@ TEST_F(FlasherRetryTest, FailureLeavesTheCallersFlagUnchanged)
     EXPECT_TRUE(ok);
 }
 
-TEST_F(FlasherRetryTest, ADeviceNamedUsbIsBurnedThoughTheBootloaderEntryFailed)
+TEST_F(FlasherRetryTest, ADeviceNamedUsbIsBurnedEvenIfTheBootloaderEntryFailed)
 {
     setDeviceName(QStringLiteral("USB"));
     m_tools.write(QStringLiteral("usb"), m_success);
@@ -104,7 +104,7 @@ TEST_F(FlasherRetryTest, AnotherDeviceIsNotBurnedWhenTheBootloaderEntryFailed)
     EXPECT_TRUE(m_clock.longSleeps.isEmpty());
 }
 
-TEST_F(FlasherRetryTest, OverHidTheSameTenTriesRunTheHidFlasher)
+TEST_F(FlasherRetryTest, OverHidTheHidFlasherIsRunUpToTenTimes)
 {
     m_tools.write(QStringLiteral("hid"), m_unreachable);
     EXPECT_FALSE(flasher().burnOverHid());
@@ -114,7 +114,7 @@ TEST_F(FlasherRetryTest, OverHidTheSameTenTriesRunTheHidFlasher)
     EXPECT_TRUE(flasher().burnOverHid());
 }
 
-TEST_F(FlasherRetryTest, BetweenTwoTriesTheDeviceIsNotBeingWritten)
+TEST_F(FlasherRetryTest, BetweenTwoAttemptsTheDeviceIsNotBeingWritten)
 {
     m_tools.write(QStringLiteral("usb"), m_unreachable);
     QList<UpdateStage> stages;
@@ -125,10 +125,10 @@ TEST_F(FlasherRetryTest, BetweenTwoTriesTheDeviceIsNotBeingWritten)
     EXPECT_EQ(stages.count(UpdateStage::Flashing), 10);
 }
 
-TEST_F(FlasherRetryTest, LeavingBetweenTwoTriesEndsThem)
+TEST_F(FlasherRetryTest, ShuttingDownBetweenTwoAttemptsEndsThem)
 {
     m_tools.write(QStringLiteral("usb"), m_unreachable);
-    m_clock.leave();
+    m_clock.shutDown();
     EXPECT_FALSE(burnUsb(true));
     EXPECT_TRUE(m_tools.runs().isEmpty());
 }
@@ -137,7 +137,7 @@ class FlasherResetTest : public FlasherRetryTest
 {
 };
 
-TEST_F(FlasherResetTest, AToolThatEndsIsDone)
+TEST_F(FlasherResetTest, AToolThatEndsIsASuccess)
 {
     m_tools.write(QStringLiteral("usb"), ToolStep::exitWith(3));
     EXPECT_TRUE(flasher().RunCmdReset(m_paths.usbFlasher));
@@ -155,20 +155,20 @@ TEST_F(FlasherResetTest, AToolThatCannotBeStartedFails)
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Failed to start process!")});
 }
 
-TEST_F(FlasherResetTest, AToolThatDoesNotEndIsGivenUpAfter30Seconds)
+TEST_F(FlasherResetTest, AToolThatDoesNotEndIsKilledAfter30Seconds)
 {
     m_tools.write(QStringLiteral("usb"), ToolStep::hang());
     LeapingClock clock(1000);
     Flasher flasher(m_reporter, m_picture, *m_session, clock, m_paths, {});
     EXPECT_FALSE(flasher.RunCmdReset(m_paths.usbFlasher));
-    // Looks while it starts, if there are any, do not count towards its 30 seconds.
+    // Readings of the clock while the tool starts do not count towards its 30 seconds.
     EXPECT_GE(clock.lastMs(), 32000);
     EXPECT_LE(clock.lastMs(), 63000);
     EXPECT_EQ(m_reporter.events(), (QStringList{QStringLiteral("log try to RunCmdReset..."),
                                                 QStringLiteral("log Process did not finish!")}));
 }
 
-TEST_F(FlasherResetTest, LeavingCutsItShort)
+TEST_F(FlasherResetTest, ShuttingDownKillsTheTool)
 {
     m_tools.write(QStringLiteral("usb"), ToolStep::hang());
     QTimer::singleShot(100, [] { ShutdownFlag::instance().raise(); });

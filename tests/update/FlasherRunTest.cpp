@@ -11,7 +11,7 @@ namespace {
 class FlasherRunTest : public FlasherTest
 {
 protected:
-    /// Runs a flasher that prints `second` only after `first` was read.
+    /// Runs a flasher that prints `second` only after `first` has been read.
     int runInTwoReads(const QByteArray &first, const QByteArray &second)
     {
         m_clock.whileWatching = [this] {
@@ -38,7 +38,7 @@ TEST_F(FlasherRunTest, ASuccessLineAndAMarkerInOneChunkEndWithTheMarkersValue)
     EXPECT_EQ(m_picture.levels, (QList<double>{0.0, 100.0, 48.0, 100.0}));
 }
 
-TEST_F(FlasherRunTest, TheImagePathIsOneArgumentWhateverItHolds)
+TEST_F(FlasherRunTest, TheImagePathIsOneArgumentWhateverItContains)
 {
     runUsb(ToolStep::exitWith(0));
     EXPECT_EQ(m_tools.runs(), QStringList{QStringLiteral("usb|image|/srv/an image.img")});
@@ -70,7 +70,7 @@ TEST_F(FlasherRunTest, AnUnreachableDeviceIsResultMinus3WithoutProgress)
     EXPECT_TRUE(m_reporter.progress().isEmpty());
 }
 
-TEST_F(FlasherRunTest, StandardErrorIsLoggedWithItsPrefixAndDecidesNothing)
+TEST_F(FlasherRunTest, StandardErrorIsLoggedWithItsPrefixAndDoesNotAffectTheResult)
 {
     const RecordedDebugStream debug;
     EXPECT_EQ(runUsb(ToolStep::printError("Burn image successfully!\n")), BurnWithoutSuccessLine);
@@ -79,7 +79,7 @@ TEST_F(FlasherRunTest, StandardErrorIsLoggedWithItsPrefixAndDecidesNothing)
     EXPECT_EQ(debug.lines(), QStringList{QStringLiteral("Standard Error: Burn image successfully!\n")});
 }
 
-TEST_F(FlasherRunTest, GarbageAndZeroBytesBeforeAMarkerHideNothing)
+TEST_F(FlasherRunTest, GarbageAndZeroBytesBeforeAMarkerDoNotHideIt)
 {
     EXPECT_EQ(runUsb(ToolStep::print(QByteArrayLiteral("a\0\xff Upgrade fwc: image.target.env\n"))),
               BurnWithoutSuccessLine);
@@ -107,7 +107,7 @@ TEST_F(FlasherRunTest, TwoLinesInTwoReadsAreNoSuccess)
     EXPECT_TRUE(m_reporter.progress().isEmpty());
 }
 
-TEST_F(FlasherRunTest, AReadThatDecidedIsNotOverruledByTheLines)
+TEST_F(FlasherRunTest, TheResultOfAChunkIsNotOverriddenByWholeLines)
 {
     // The second read begins in the middle of a line.
     EXPECT_EQ(runInTwoReads("Burn image successfully!\nOpen upg device ", "failed\n"), BurnSucceeded);
@@ -158,22 +158,22 @@ TEST_F(FlasherRunTest, OutputIsReadNoFasterThanTheLogIsWritten)
     EXPECT_EQ(reporter.progress(), (QStringList{QStringLiteral("100"), QStringLiteral("48")}));
 }
 
-TEST_F(FlasherRunTest, LeavingKillsTheChildWithinASecond)
+TEST_F(FlasherRunTest, ShuttingDownKillsTheFlasherWithinASecond)
 {
     const QString pidFile = m_tools.file(QStringLiteral("pid"));
     qint64 child = 0;
-    std::optional<RunningTimer> sinceLeaving;
+    std::optional<RunningTimer> sinceShutdown;
     m_clock.whileWatching = [&] {
         if (child == 0)
             child = WholeFile::read(pidFile).trimmed().toLongLong();
-        if (child != 0 && !sinceLeaving) {
-            m_clock.leave();
-            sinceLeaving.emplace();
+        if (child != 0 && !sinceShutdown) {
+            m_clock.shutDown();
+            sinceShutdown.emplace();
         }
     };
     EXPECT_EQ(runUsb(ToolStep::noteProcessId(pidFile) + ToolStep::hang()), BurnWithoutSuccessLine);
-    ASSERT_TRUE(sinceLeaving);
-    EXPECT_LT(sinceLeaving->elapsed(), 1000);
+    ASSERT_TRUE(sinceShutdown);
+    EXPECT_LT(sinceShutdown->elapsed(), 1000);
     ASSERT_GT(child, 1);
     EXPECT_TRUE(processIsGone(child));
 }

@@ -13,7 +13,7 @@
 #include <functional>
 #include <optional>
 
-/// Keeps the levels that it is given.
+/// Records the levels.
 class RecordingPicture : public ProgressPicture
 {
 public:
@@ -24,7 +24,8 @@ public:
     int repaints = 0;
 };
 
-/// Really waits through the short sleeps in which a child is watched, and only notes the long ones.
+/// A clock that really waits during the short sleeps in which a child process is polled, and only records
+/// long ones.
 class WatchingClock : public ManualClock
 {
 public:
@@ -47,7 +48,7 @@ public:
 
     QList<int> longSleeps;
     std::function<void()> whileWatching;
-    /// How often it is still answered that the program is not leaving; always while there is no number.
+    /// How many more queries report that the program is not shutting down; unlimited if this is not set.
     mutable std::optional<int> questionsLeft;
 };
 

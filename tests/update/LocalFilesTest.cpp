@@ -33,7 +33,7 @@ TEST_F(LocalFilesTest, OfTwoImagesNamedBAndCapitalATheLatterComesFirst)
               (QStringList{QStringLiteral("A.img"), QStringLiteral("b.img")}));
 }
 
-TEST_F(LocalFilesTest, TheOrderOfImagesDisregardsCase)
+TEST_F(LocalFilesTest, TheOrderOfImagesIgnoresCase)
 {
     touch(QStringLiteral("B.img"));
     touch(QStringLiteral("a.img"));
@@ -41,7 +41,7 @@ TEST_F(LocalFilesTest, TheOrderOfImagesDisregardsCase)
               (QStringList{QStringLiteral("a.img"), QStringLiteral("B.img")}));
 }
 
-TEST_F(LocalFilesTest, OnlyPlainImgFilesAreListedEachSaidWithItsPath)
+TEST_F(LocalFilesTest, OnlyRegularImgFilesAreListedAndEachPathIsPrinted)
 {
     touch(QStringLiteral("a.bin"));
     touch(QStringLiteral("a.img.txt"));
@@ -72,7 +72,7 @@ TEST_F(LocalFilesTest, ClearingRemovesHiddenFilesToo)
                                   QStringLiteral("Removed file: ") + path(QStringLiteral("dev.img"))}));
 }
 
-TEST_F(LocalFilesTest, ClearingLeavesFoldersAndWhatLiesInThem)
+TEST_F(LocalFilesTest, ClearingKeepsFoldersAndTheirContents)
 {
     QDir(m_folder.path()).mkdir(QStringLiteral("sub"));
     touch(QStringLiteral("sub/kept"));
@@ -82,7 +82,7 @@ TEST_F(LocalFilesTest, ClearingLeavesFoldersAndWhatLiesInThem)
     EXPECT_TRUE(QFile::exists(path(QStringLiteral("sub/kept"))));
 }
 
-TEST_F(LocalFilesTest, ClearingAFolderThatDoesNotExistOnlySaysSo)
+TEST_F(LocalFilesTest, ClearingAFolderThatDoesNotExistIsOnlyReported)
 {
     const RecordedDebugStream debug;
     LocalFiles::clearDir(path(QStringLiteral("none")));

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Sleeps really, but never long.
+/// A clock whose sleeps are real but short.
 class ShortClock : public Clock
 {
 public:
@@ -30,7 +30,7 @@ class ManyUpdatesTest : public FlasherTest
 protected:
     void SetUp() override
     {
-        // A free port, which the manifest has to name before the server is there.
+        // A free port, because the manifest must contain it before the server exists.
         QTcpServer free;
         ASSERT_TRUE(free.listen(QHostAddress::LocalHost));
         const quint16 port = free.serverPort();
@@ -55,7 +55,7 @@ protected:
         m_choices.setFound(device, false);
     }
 
-    /// One update on a pool thread, as the start button has it; the title that it ends with.
+    /// Runs an update on a pool thread, as the start button does, and returns its last title.
     QString update()
     {
         RecordingReporter reporter;
@@ -80,7 +80,7 @@ protected:
             ASSERT_EQ(update(), QStringLiteral("Current Status: Upgrade Successful"))
                 << m_log.join(QLatin1Char('\n')).toStdString();
         }
-        // Whatever ends later than its update.
+        // For objects that are deleted after their update.
         for (int i = 0; i < 20; ++i) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -99,9 +99,9 @@ protected:
     QStringList m_log;
 };
 
-/// 30 updates in the usual run, 200 with QUILLMARSH_LONG_TESTS set. The list of segments grows by
-/// ten small objects a run; all else is given back.
-TEST_F(ManyUpdatesTest, OneAfterTheOtherHoldNoMoreThanTheFirstTen)
+/// Runs 30 updates, or 200 with QUILLMARSH_LONG_TESTS set. The list of segments grows by ten small objects in
+/// each update; everything else is released.
+TEST_F(ManyUpdatesTest, ResourcesDoNotGrowAfterTheFirstTen)
 {
     const int updates = qEnvironmentVariableIsSet("QUILLMARSH_LONG_TESTS") ? 200 : 30;
     updateOften(10);
@@ -109,7 +109,7 @@ TEST_F(ManyUpdatesTest, OneAfterTheOtherHoldNoMoreThanTheFirstTen)
     updateOften(updates - 10);
     const ProcessUse late = ProcessUse::of();
     EXPECT_EQ(m_segments->segments.size(), 10 * updates);
-    // A thread of the last update may still be ending; a leak has one for each run, or ten.
+    // A thread of the last update may still be ending; a leak would be one or ten for each update.
     EXPECT_LE(late.descriptors, early.descriptors + 3);
     EXPECT_LE(late.threads, early.threads + 3);
     const int grown = late.residentKilobytes - early.residentKilobytes;

@@ -11,8 +11,8 @@
 
 #include <memory>
 
-/// Runs `work` on a thread of its own, as the workflow runs, while the calling thread's events go
-/// on; returns what it returned. Fails the test when that takes longer than `limitMs` of running time.
+/// Runs `work` on a separate thread, like the workflow, while the calling thread processes its events.
+/// Returns the result. The test fails if this takes longer than `limitMs` of running time.
 template <typename F>
 auto onWorkerThread(F work, int limitMs = eventLimitMs)
 {
@@ -26,8 +26,8 @@ auto onWorkerThread(F work, int limitMs = eventLimitMs)
         if (!waited.hasExpired(limitMs))
             return;
         limit.stop();
-        ADD_FAILURE() << "the worker is still at work";
-        ShutdownFlag::instance().raise(); // ends whatever it waits for
+        ADD_FAILURE() << "the worker is still running";
+        ShutdownFlag::instance().raise(); // ends all its waits
     });
     limit.start(100);
     worker->start();

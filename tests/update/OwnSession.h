@@ -10,7 +10,7 @@
 
 #include <memory>
 
-/// A session whose lock nothing else uses.
+/// A session with a lock that nothing else uses.
 class OwnSession
 {
 public:
@@ -18,7 +18,7 @@ public:
 
     UpdateSession &operator*() { return *m_session; }
     UpdateSession *operator->() { return m_session.get(); }
-    /// Forgets all updates: a blocked session starts no other.
+    /// Creates a new session, because a blocked one cannot start another update.
     void reset() { m_session = std::make_unique<UpdateSession>(m_lock); }
     /// Begins an update.
     void begin() { EXPECT_TRUE(m_session->begin(UpdateStage::Fetching, m_reporter)); }

@@ -9,7 +9,8 @@
 
 namespace {
 
-/// What a program sends that runs as if on this version of Windows; Wine decides it by the program's name.
+/// Returns the report that a program sends on this version of Windows. Wine selects the version by the name
+/// of the program.
 QByteArray reportOn(const QString &version)
 {
     const QTemporaryDir folder;

@@ -24,7 +24,7 @@ protected:
         const QJsonObject root{{QStringLiteral("CurrentVersion"), QJsonObject{{model, entry}}}};
         return subject().checkServerImage(Signatures::path(image), root, model);
     }
-    /// Checks a copy of the image with this beside it.
+    /// Checks a copy of the image with this signature file beside it.
     UpdateReason checkLocal(const QByteArray &signature, bool isRequired = false,
                             const QString &forModel = model)
     {
@@ -54,7 +54,7 @@ private:
     int m_told = 0;
 };
 
-TEST_F(SignatureCheckTest, WithoutKeysNothingIsCheckedAndNothingSaid)
+TEST_F(SignatureCheckTest, WithoutKeysNothingIsCheckedOrLogged)
 {
     m_keys.clear();
     EXPECT_EQ(checkServer(QJsonValue::Undefined), UpdateReason::None);
@@ -91,7 +91,7 @@ TEST_F(SignatureCheckTest, AServersImageNeedsASignature)
     }
 }
 
-TEST_F(SignatureCheckTest, ARefusalTellsItsReason)
+TEST_F(SignatureCheckTest, ARefusalIsLoggedWithItsReason)
 {
     EXPECT_EQ(checkServer(QString::fromUtf8(Signatures::text("other-model"))),
               UpdateReason::SignatureRefused);
@@ -139,7 +139,7 @@ TEST_F(SignatureCheckTest, ASignatureThatCannotBeReadRefusesTheFile)
     EXPECT_EQ(checkLocal({}), UpdateReason::SignatureRefused);
 }
 
-TEST_F(SignatureCheckTest, OfADeviceWhoseModelNobodyKnowsTheSignatureDecidesAlone)
+TEST_F(SignatureCheckTest, IfTheModelIsUnknownOnlyTheSignatureDecides)
 {
     EXPECT_EQ(checkLocal(Signatures::text("good"), true, QString()), UpdateReason::None);
     EXPECT_EQ(takeLines(),
@@ -150,9 +150,9 @@ TEST_F(SignatureCheckTest, OfADeviceWhoseModelNobodyKnowsTheSignatureDecidesAlon
     EXPECT_EQ(checkLocal(Signatures::text("stranger"), true, QString()), UpdateReason::SignatureRefused);
 }
 
-TEST_F(SignatureCheckTest, AProgramThatLeavesEndsTheCheck)
+TEST_F(SignatureCheckTest, ShuttingDownEndsTheCheck)
 {
-    m_clock.leave();
+    m_clock.shutDown();
     EXPECT_EQ(checkServer(QString::fromUtf8(Signatures::text("good"))), UpdateReason::ProgramClosed);
     EXPECT_EQ(takeLines(), list({"Checking the signature of the image."}));
 }

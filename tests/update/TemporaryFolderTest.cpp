@@ -17,7 +17,7 @@ const QString path = QStringLiteral("/tmp/Folder");
 const Entry own{Entry::Folder, user, 0700};
 const Entry system{Entry::Folder, root, 01777};
 
-TEST(TemporaryFolderTest, OnlyAFolderOfTheUsersInWhichNobodyElseWritesIsTrusted)
+TEST(TemporaryFolderTest, OnlyAFolderOfTheUserToWhichNobodyElseMayWriteIsTrusted)
 {
     struct Row
     {
@@ -33,7 +33,7 @@ TEST(TemporaryFolderTest, OnlyAFolderOfTheUsersInWhichNobodyElseWritesIsTrusted)
         {{Entry::Folder, user, 0720}, open},
         {{Entry::Folder, user, 0702}, open},
         {{Entry::Folder, user, 0777}, open},
-        // Sticky protects what lies in it from removal, not from additions.
+        // The sticky bit protects files from removal, but others can still add files.
         {{Entry::Folder, user, 01777}, open},
         {{Entry::Folder, stranger, 0700}, stranges},
         {{Entry::Folder, root, 0700}, stranges},
@@ -49,7 +49,7 @@ TEST(TemporaryFolderTest, OnlyAFolderOfTheUsersInWhichNobodyElseWritesIsTrusted)
     }
 }
 
-TEST(TemporaryFolderTest, TheFolderAroundMustNotLetOthersPutAnotherOneInItsPlace)
+TEST(TemporaryFolderTest, TheParentFolderMustNotAllowOthersToReplaceTheFolder)
 {
     struct Row
     {
@@ -71,7 +71,7 @@ TEST(TemporaryFolderTest, TheFolderAroundMustNotLetOthersPutAnotherOneInItsPlace
     }
 }
 
-TEST(TemporaryFolderTest, AFolderThatIsMadeHereMayBeUsed)
+TEST(TemporaryFolderTest, ACreatedFolderMayBeUsed)
 {
     const QTemporaryDir parent;
     const QString folder = parent.filePath(QStringLiteral("a/b"));

@@ -25,7 +25,7 @@ protected:
     const QTemporaryDir m_folder;
 };
 
-TEST_F(TemporaryFolderOnLinuxTest, AFolderIsMadeForItsOwnerAloneWhateverTheUmask)
+TEST_F(TemporaryFolderOnLinuxTest, AFolderIsCreatedForItsOwnerOnlyWhateverTheUmask)
 {
     ASSERT_TRUE(TemporaryFolder::create(path("made")));
     const Entry made = TemporaryFolder::entryOf(path("made"));
@@ -34,7 +34,7 @@ TEST_F(TemporaryFolderOnLinuxTest, AFolderIsMadeForItsOwnerAloneWhateverTheUmask
     EXPECT_EQ(made.mode, 0700U);
 }
 
-TEST_F(TemporaryFolderOnLinuxTest, WhatAlreadyExistsKeepsItsMode)
+TEST_F(TemporaryFolderOnLinuxTest, AnExistingFolderKeepsItsMode)
 {
     ASSERT_EQ(mkdir(QFile::encodeName(path("there")).constData(), 0775), 0);
     EXPECT_TRUE(TemporaryFolder::create(path("there")));
@@ -50,7 +50,7 @@ TEST_F(TemporaryFolderOnLinuxTest, ALinkIsSeenAsALinkWhereverItLeads)
     EXPECT_EQ(TemporaryFolder::entryOf(path("to nothing")).kind, Entry::Link);
 }
 
-TEST_F(TemporaryFolderOnLinuxTest, FilesAndWhatDoesNotExistAreToldApart)
+TEST_F(TemporaryFolderOnLinuxTest, FilesAndMissingPathsAreDistinguished)
 {
     ASSERT_TRUE(WholeFile::write(path("file")));
     EXPECT_EQ(TemporaryFolder::entryOf(path("file")).kind, Entry::Other);
@@ -59,7 +59,7 @@ TEST_F(TemporaryFolderOnLinuxTest, FilesAndWhatDoesNotExistAreToldApart)
     EXPECT_FALSE(TemporaryFolder::create(path("file/below")));
 }
 
-TEST_F(TemporaryFolderOnLinuxTest, TheFolderAroundIsLookedAt)
+TEST_F(TemporaryFolderOnLinuxTest, TheParentFolderIsChecked)
 {
     ASSERT_TRUE(TemporaryFolder::create(path("around")));
     ASSERT_TRUE(TemporaryFolder::create(path("around/folder")));

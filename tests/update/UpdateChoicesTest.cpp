@@ -31,7 +31,7 @@ protected:
     QStringList m_shown;
 };
 
-TEST_F(UpdateChoicesTest, EachChangeOfTheImageIsTold)
+TEST_F(UpdateChoicesTest, EachChangeOfTheImageIsReported)
 {
     m_choices.useServerImage(serverPath, QStringLiteral("M1"));
     m_choices.dropServerImage();
@@ -54,7 +54,7 @@ TEST_F(UpdateChoicesTest, AFilePickedDuringTheUpdateStaysChosenAfterIt)
     EXPECT_EQ(m_choices.image().path, QStringLiteral("/srv/b.img"));
 }
 
-TEST_F(UpdateChoicesTest, AfterTwoDownloadedImagesTheChosenOneComesBack)
+TEST_F(UpdateChoicesTest, AfterTwoDownloadedImagesTheChosenOneIsRestored)
 {
     m_choices.useServerImage(serverPath, QStringLiteral("M1"));
     m_choices.useServerImage(QStringLiteral("/tmp/dev.bin"), QStringLiteral("M2"));

@@ -27,7 +27,7 @@ TEST_P(ReportLayoutTest, IsChosenByTheSystemsVersionOnly)
     EXPECT_EQ(reportLayoutFor(GetParam().system), GetParam().layout);
 }
 
-// The running system's version carries a build number, which does not count; the constants carry none.
+// Unlike the constants, the version of the running system has a build number, which must be ignored.
 INSTANTIATE_TEST_SUITE_P(
     Systems, ReportLayoutTest,
     testing::Values(

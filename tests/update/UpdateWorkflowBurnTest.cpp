@@ -45,7 +45,7 @@ TEST_F(UpdateWorkflowBurnTest, AnUpdateOverHidReportsEachStepInOrder)
     EXPECT_TRUE(debug.lines().contains(QStringLiteral("当前烧录的固件程序为: ") + m_paths.downloadedImage()));
 }
 
-TEST_F(UpdateWorkflowBurnTest, ALocalFileIsBurnedWithoutFoldersServerOrSum)
+TEST_F(UpdateWorkflowBurnTest, ALocalFileIsBurnedWithoutFoldersServerOrMd5)
 {
     m_choices.setLocalFileMode(true);
     EXPECT_EQ(run().outcome, Outcome::Succeeded);
@@ -108,9 +108,9 @@ TEST_F(UpdateWorkflowBurnTest, AnUnknownWriteTypeFails)
     EXPECT_EQ(m_reporter.fallbacks().last(), QStringLiteral("当前状态: 升级失败!"));
 }
 
-TEST_F(UpdateWorkflowBurnTest, OnlyABoxThatIsNotCheckableKeepsTheResetAway)
+TEST_F(UpdateWorkflowBurnTest, OnlyARestartBoxThatIsNotCheckablePreventsTheReset)
 {
-    // Whether the box is ticked is not even known here: a checkable one resets, ticked or not.
+    // The workflow does not know whether the box is ticked: if it is checkable, the device is reset.
     m_choices.setLocalFileMode(true);
     m_choices.setRestartCheckable(false);
     run();
@@ -127,7 +127,7 @@ TEST_F(UpdateWorkflowBurnTest, AFailedBurnIsNotFollowedByAReset)
     EXPECT_EQ(events().mid(events().size() - 4), m_failure + m_controlsBack);
 }
 
-TEST_F(UpdateWorkflowBurnTest, AFailedResetLeavesTheUpdateASuccess)
+TEST_F(UpdateWorkflowBurnTest, AFailedResetDoesNotMakeTheUpdateFail)
 {
     m_choices.setLocalFileMode(true);
     writeFlasher(QStringLiteral("usb"), m_success + ToolStep::vanish());

@@ -12,12 +12,12 @@ protected:
         m_launch.isZN58Mode = zn58;
         m_launch.isTessilonixMode = !zn58;
     }
-    /// Leaves the program once the blocking loop has slept often.
-    void leaveAfterBlocking()
+    /// Shuts the program down once the blocking loop has slept several times.
+    void shutDownAfterBlocking()
     {
         m_clock.whileWatching = [this] {
             if (m_clock.sleeps().count(5) == 100)
-                m_clock.leave();
+                m_clock.shutDown();
         };
     }
     void SetUp() override
@@ -29,14 +29,14 @@ protected:
     QStringList m_shownImages;
 };
 
-TEST_F(UpdateWorkflowEndingTest, TheFoldersAreMadeBeforeTheFetch)
+TEST_F(UpdateWorkflowEndingTest, TheFoldersAreCreatedBeforeTheFetch)
 {
     run();
     EXPECT_TRUE(QDir(m_paths.temporaryFolder + QStringLiteral("/qmake")).exists());
     EXPECT_TRUE(QDir(m_paths.temporaryFolder + QStringLiteral("/tmp")).exists());
 }
 
-TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeMadeEndsTheRunInEveryMode)
+TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeCreatedEndsTheRunInEveryMode)
 {
     ASSERT_TRUE(QFile(m_paths.temporaryFolder).open(QIODevice::WriteOnly));
     const QStringList expected{QStringLiteral("log usb tmpPath: ") + m_paths.temporaryFolder,
@@ -55,7 +55,7 @@ TEST_F(UpdateWorkflowEndingTest, AFolderThatCannotBeMadeEndsTheRunInEveryMode)
     EXPECT_EQ(m_reporter.fallbacks().first(), QStringLiteral("当前状态: ensurePath Failed"));
 }
 
-TEST_F(UpdateWorkflowEndingTest, AWrongSumEndsTheRunBeforeAnyDeviceAccessAndKeepsTheImage)
+TEST_F(UpdateWorkflowEndingTest, AWrongMd5EndsTheRunBeforeAnyDeviceAccessAndKeepsTheImage)
 {
     serve(QStringLiteral("0"));
     EXPECT_EQ(run(), (UpdateResult{Outcome::Failed, UpdateStage::Fetching, UpdateReason::ChecksumMismatch}));
@@ -67,7 +67,7 @@ TEST_F(UpdateWorkflowEndingTest, AWrongSumEndsTheRunBeforeAnyDeviceAccessAndKeep
     EXPECT_EQ(m_reporter.fallbacks(), QStringList{QStringLiteral("当前状态: md5对比失败")});
 }
 
-TEST_F(UpdateWorkflowEndingTest, AFailedFetchEndsWithTheSumsTitleToo)
+TEST_F(UpdateWorkflowEndingTest, AFailedFetchEndsWithTheTitleOfAWrongMd5)
 {
     EXPECT_EQ(run(), (UpdateResult{Outcome::Failed, UpdateStage::Fetching, UpdateReason::DownloadFailed}));
     EXPECT_EQ(events(), folderAndFetch(QStringLiteral("get file md5 failed.!")) +
@@ -75,12 +75,12 @@ TEST_F(UpdateWorkflowEndingTest, AFailedFetchEndsWithTheSumsTitleToo)
                             m_controlsBack);
 }
 
-TEST_F(UpdateWorkflowEndingTest, InALaunchModeAWrongSumEndsInTheBlockingLoop)
+TEST_F(UpdateWorkflowEndingTest, InALaunchModeAWrongMd5EndsInTheBlockingLoop)
 {
     for (const bool zn58 : {true, false}) {
         startedBy(zn58);
         serve(QStringLiteral("0"));
-        leaveAfterBlocking();
+        shutDownAfterBlocking();
         const int before = events().size();
         m_session.reset();
         EXPECT_EQ(run().reason, UpdateReason::ChecksumMismatch);
@@ -98,7 +98,7 @@ TEST_F(UpdateWorkflowEndingTest, InALaunchModeASuccessEndsInTheBlockingLoopAndKe
 {
     startedBy(false);
     serve();
-    leaveAfterBlocking();
+    shutDownAfterBlocking();
     EXPECT_EQ(run(), (UpdateResult{Outcome::Succeeded, UpdateStage::Resetting, UpdateReason::None}));
     EXPECT_EQ(m_session->stage(), UpdateStage::Blocked);
     EXPECT_EQ(events().mid(events().size() - 4), m_resetUsb + m_blocked);
@@ -116,7 +116,7 @@ TEST_F(UpdateWorkflowEndingTest, TheTemporaryImageIsDeletedAtTheNormalEndingAlso
     EXPECT_FALSE(hasTemporaryImage());
 }
 
-TEST_F(UpdateWorkflowEndingTest, AnIapDeviceIsHandedOverToItsPanel)
+TEST_F(UpdateWorkflowEndingTest, AnIapDeviceIsPassedToThePanel)
 {
     serve();
     setDevice(QStringLiteral("M1"), 1);
@@ -148,13 +148,13 @@ TEST_F(UpdateWorkflowEndingTest, AnIapFlagWithoutADeviceNameIsNoIapDevice)
     EXPECT_EQ(events().mid(2, m_enter.size()), m_enter);
 }
 
-TEST_F(UpdateWorkflowEndingTest, LeavingWhileTheFlasherRunsReportsNoResultButThatTheProgramWasClosed)
+TEST_F(UpdateWorkflowEndingTest, ShuttingDownWhileTheFlasherRunsIsReportedInsteadOfAResult)
 {
     m_choices.setLocalFileMode(true);
     m_tools.write(QStringLiteral("usb"), ToolStep::hang());
     m_clock.whileWatching = [this] {
         if (!m_tools.runs().isEmpty())
-            m_clock.leave();
+            m_clock.shutDown();
     };
     EXPECT_EQ(run(), (UpdateResult{Outcome::Cancelled, UpdateStage::Flashing, UpdateReason::ProgramClosed}));
     EXPECT_EQ(m_session->stage(), UpdateStage::ProgramClosed);
@@ -186,7 +186,7 @@ TEST_F(UpdateWorkflowEndingTest, ARejectedImageNeverBecomesTheImageToBurn)
     EXPECT_EQ(m_shownImages, QStringList());
 }
 
-TEST_F(UpdateWorkflowEndingTest, AfterAGoodRunTheImageIsTheOneOfBeforeAgain)
+TEST_F(UpdateWorkflowEndingTest, ASuccessfulRunRestoresTheEarlierImage)
 {
     serve();
     run();

@@ -7,7 +7,7 @@ namespace {
 
 using Outcome = UpdateResult::Outcome;
 
-/// Updates by a program that was built with the maker's keys.
+/// Updates by a program that was built with keys of the maker.
 class UpdateWorkflowSignatureTest : public UpdateWorkflowTest
 {
 protected:
@@ -55,7 +55,7 @@ TEST_F(UpdateWorkflowSignatureTest, ASignedImageIsWritten)
     EXPECT_EQ(run().outcome, Outcome::Succeeded);
 }
 
-TEST_F(UpdateWorkflowSignatureTest, ARefusedImageEndsTheRunAsAWrongSumDoes)
+TEST_F(UpdateWorkflowSignatureTest, ARefusedImageEndsTheRunLikeAWrongMd5)
 {
     serveSigned("stranger");
     expectRefused();
@@ -76,7 +76,7 @@ TEST_F(UpdateWorkflowSignatureTest, AnImageWithoutASignatureIsRefused)
     expectRefused();
 }
 
-TEST_F(UpdateWorkflowSignatureTest, TheSumIsComparedFirst)
+TEST_F(UpdateWorkflowSignatureTest, TheMd5IsComparedFirst)
 {
     serveSigned("good");
     ASSERT_TRUE(WholeFile::write(m_paths.downloadedImage(), "tampered with"));
@@ -84,7 +84,7 @@ TEST_F(UpdateWorkflowSignatureTest, TheSumIsComparedFirst)
     EXPECT_FALSE(events().contains(QStringLiteral("log Checking the signature of the image.")));
 }
 
-TEST_F(UpdateWorkflowSignatureTest, AnAlteredImageWhoseSumWasAlteredTooIsRefused)
+TEST_F(UpdateWorkflowSignatureTest, AnAlteredImageWhoseMd5WasAlteredTooIsRefused)
 {
     serveSigned("good", "other-image");
     expectRefused();
@@ -95,7 +95,7 @@ TEST_F(UpdateWorkflowSignatureTest, InALaunchModeARefusedImageEndsInTheBlockingL
     m_launch.isZN58Mode = true;
     m_clock.whileWatching = [this] {
         if (m_clock.sleeps().count(5) == 10)
-            m_clock.leave();
+            m_clock.shutDown();
     };
     serveSigned("other-model");
     EXPECT_EQ(run().reason, UpdateReason::SignatureRefused);
@@ -113,7 +113,7 @@ TEST_F(UpdateWorkflowSignatureTest, AnIapDevicesImageIsCheckedBeforeThePanelIsTo
     EXPECT_TRUE(events().contains(QStringLiteral("log (panel)")));
 }
 
-TEST_F(UpdateWorkflowSignatureTest, AFileOfTheUsersIsCheckedIfASignatureLiesBesideIt)
+TEST_F(UpdateWorkflowSignatureTest, AFileOfTheUserIsCheckedIfASignatureIsBesideIt)
 {
     chooseFile("good");
     EXPECT_EQ(run().outcome, Outcome::Succeeded);
@@ -148,11 +148,11 @@ TEST_F(UpdateWorkflowSignatureTest, ADeviceInItsBootloaderNeedNotBeTheModelThatW
     EXPECT_EQ(run().outcome, Outcome::Succeeded);
 }
 
-TEST_F(UpdateWorkflowSignatureTest, LeavingDuringTheCheckLeavesTheDeviceAlone)
+TEST_F(UpdateWorkflowSignatureTest, ShuttingDownDuringTheCheckDoesNotChangeTheDevice)
 {
     serveSigned("good");
     m_source.onFetch = [this] {
-        // One question after the fetch, and one before each of the image's blocks.
+        // One query after the fetch, and one before each block of the image.
         m_clock.questionsLeft = 2;
     };
     EXPECT_EQ(run(), (UpdateResult{Outcome::Cancelled, UpdateStage::Fetching, UpdateReason::ProgramClosed}));

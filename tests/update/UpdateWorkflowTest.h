@@ -8,7 +8,7 @@
 #include <QFileInfo>
 #include <QJsonObject>
 
-/// A server's answer that the test makes up. What happens is noted among the reporter's log lines.
+/// A fake source whose results are set by the test. Its events are recorded among the reporter's log lines.
 class FakeFirmwareSource : public FirmwareSource
 {
 public:
@@ -25,7 +25,7 @@ public:
     QString deviceKey() const override { return key; }
     UpdateReason failure() const override { return UpdateReason::DownloadFailed; }
 
-    /// An image at `imagePath` and a manifest with this sum for it.
+    /// Sets an image at `imagePath` and a manifest with this MD5 for it.
     void serve(const QString &imagePath, const QString &sum)
     {
         QDir().mkpath(QFileInfo(imagePath).path());
@@ -69,7 +69,7 @@ private:
     Reporter &m_reporter;
 };
 
-/// A whole update whose server and window are made up and whose flashers play scripts.
+/// Whole updates with a fake server, a fake window and flashers that play scripts.
 class UpdateWorkflowTest : public FlasherTest
 {
 protected:
@@ -83,7 +83,7 @@ protected:
         writeFlasher(QStringLiteral("hid"), m_success);
     }
 
-    /// Has a flasher do these steps when it burns, and nothing when it resets.
+    /// Makes a flasher perform these steps when it burns, and nothing when it resets.
     void writeFlasher(const QString &name, const ToolSteps &burn)
     {
         m_tools.writeScript(
@@ -102,7 +102,7 @@ protected:
     {
         m_source.serve(m_paths.downloadedImage(), sum);
     }
-    /// Runs the update that the session began, or a new one. Returns how it ended.
+    /// Runs the update that was begun in the session, or a new one. Returns its result.
     UpdateResult run()
     {
         if (!m_session->isRunning())
@@ -112,7 +112,7 @@ protected:
         UpdateWorkflow(dependencies, m_choices.request()).run();
         return m_session->lastResult();
     }
-    /// What was reported, without the lines that the sum's check adds by itself.
+    /// Returns the reported events, without the lines of the MD5 check.
     QStringList events() const
     {
         QStringList kept;

@@ -44,13 +44,13 @@ protected:
     RecordingReporter m_reporter;
 };
 
-TEST_F(md5CheckTest, TheRightSumPasses)
+TEST_F(md5CheckTest, AMatchingMd5Passes)
 {
     EXPECT_TRUE(check(image(), manifest(m_sum)));
     expectLines(m_sum, m_sum, manifest(m_sum), QStringLiteral("File MD5 verified successfully."));
 }
 
-TEST_F(md5CheckTest, AnUpperCaseSumFailsEvenForTheRightFile)
+TEST_F(md5CheckTest, AnUpperCaseMd5FailsEvenForTheRightFile)
 {
     EXPECT_FALSE(check(image(), manifest(m_sum.toUpper())));
     expectLines(m_sum, m_sum.toUpper(), manifest(m_sum.toUpper()), QStringLiteral("File MD5 mismatch."));
@@ -62,7 +62,7 @@ TEST_F(md5CheckTest, AnotherFileFails)
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("File MD5 mismatch."));
 }
 
-TEST_F(md5CheckTest, AnEmptyPathIsNotLookedUpAtAll)
+TEST_F(md5CheckTest, AnEmptyPathFailsWithoutALookup)
 {
     EXPECT_FALSE(check(QString(), manifest(m_sum)));
     expectLines(QString(), QString(), manifest(m_sum), QStringLiteral("get file md5 failed.!"));
@@ -80,7 +80,7 @@ TEST_F(md5CheckTest, AFolderInsteadOfAFileFails)
     EXPECT_FALSE(check(m_folder.path(), manifest(m_sum)));
 }
 
-TEST_F(md5CheckTest, AManifestWithoutASumFails)
+TEST_F(md5CheckTest, AManifestWithoutAnMd5Fails)
 {
     EXPECT_FALSE(check(image(), {}));
     expectLines(m_sum, QString(), {}, QStringLiteral("get file md5 failed.!"));
@@ -88,13 +88,13 @@ TEST_F(md5CheckTest, AManifestWithoutASumFails)
     EXPECT_EQ(m_reporter.logLines().last(), QStringLiteral("get file md5 failed.!"));
 }
 
-TEST_F(md5CheckTest, AFileOfSeveralBlocksIsSummedWhole)
+TEST_F(md5CheckTest, TheMd5CoversAllBlocksOfAFile)
 {
     const QString path = image(QByteArray(3 * 1048576 + 1, 'x'));
     EXPECT_EQ(md5Check::fileMd5(path), QStringLiteral("73b648fc048b09d2b5f494ea914867f7"));
 }
 
-TEST_F(md5CheckTest, AnEmptyFileHasTheSumOfNothing)
+TEST_F(md5CheckTest, AnEmptyFileHasTheMd5OfNoBytes)
 {
     EXPECT_EQ(md5Check::fileMd5(image("")), QStringLiteral("d41d8cd98f00b204e9800998ecf8427e"));
 }

@@ -1,4 +1,4 @@
-// Prints the first bytes of the update-mode report as it is on the system that this runs on.
+// Prints the first bytes of the update-mode report on the system on which this program runs.
 #include "update/UpdateModeReport.h"
 
 #include <cstdio>

@@ -12,7 +12,7 @@ TEST(BackgroundWidgetTest, AChineseLocaleGivesTheChineseTitleAndAnyOtherTheEngli
     EXPECT_EQ(BackgroundWidget(false).windowTitle(), QStringLiteral("Quillmarsh"));
 }
 
-TEST(BackgroundWidgetTest, TheSizeIsFixedAndTheGroundIsGrey)
+TEST(BackgroundWidgetTest, TheSizeIsFixedAndTheBackgroundIsGrey)
 {
     BackgroundWidget window(false);
     EXPECT_EQ(window.minimumSize(), QSize(800, 490));
@@ -33,7 +33,7 @@ TEST(BackgroundWidgetTest, ACloseIsRefusedAndReported)
     EXPECT_EQ(asked.count(), 1);
 }
 
-TEST(BackgroundWidgetTest, ACloseThatIsAllowedWhenAskedIsAcceptedAndTheNextAsksNobody)
+TEST(BackgroundWidgetTest, ACloseThatAReceiverAllowsIsAcceptedAndLaterOnesAreNotReported)
 {
     BackgroundWidget window(false);
     const QSignalSpy asked(&window, &BackgroundWidget::sigCloseAsked);

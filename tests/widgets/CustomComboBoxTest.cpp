@@ -13,7 +13,8 @@ namespace {
 const QColor white(Qt::white);
 const QColor arrowBlue(45, 99, 167);
 
-/// A line one pixel wide on a pixel's edge covers half of the pixel.
+/// Expects a pixel that is half covered by a line, because the line is one pixel wide and on the pixel's
+/// edge.
 void expectHalf(const QColor &pixel, const QColor &over, const QColor &under)
 {
     EXPECT_NEAR(pixel.red(), (over.red() + under.red()) / 2, 3);
@@ -43,7 +44,7 @@ protected:
         QCoreApplication::sendEvent(&m_box, &event);
     }
     QImage picture() { return m_box.grab().toImage(); }
-    /// The active arrow stands on blue ground, the other on white.
+    /// Returns whether the active arrow is shown: its background is blue, that of the other one is white.
     bool arrowIsActive() { return picture().pixelColor(38, 4) == arrowBlue; }
 
     CustomComboBox m_box;

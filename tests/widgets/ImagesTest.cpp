@@ -56,7 +56,7 @@ TEST(ImagesTest, AButtonsStatesLookDifferent)
     }
 }
 
-TEST(ImagesTest, TheProgressPicturesBlueIsTheFamilysColour)
+TEST(ImagesTest, AllImagesHaveTheBlueOfTheProgressPicture)
 {
     EXPECT_EQ(QImage(QStringLiteral(":/images/Button.png")).pixelColor(10, 10), QColor(45, 99, 167));
     EXPECT_EQ(QImage(QStringLiteral(":/images/ENButton.png")).pixelColor(10, 10), QColor(45, 99, 167));

@@ -132,7 +132,7 @@ void expectTable(const QString &code, const char *Entry::*text)
     for (const Entry &entry : table) {
         EXPECT_EQ(texts.value(QString::fromUtf8(entry.key)).toString(), QString::fromUtf8(entry.*text))
             << entry.key;
-        // A parsed object is sorted; the order of the members is that of the file.
+        // Searched for in the text of the file, because a parsed object is sorted.
         const int found = json.indexOf('"' + QByteArray(entry.key) + "\":");
         EXPECT_GT(found, position) << entry.key;
         position = found;

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The log file lies in the working directory.
+/// Tests with a separate working directory for the log file.
 class TextWindowTest : public testing::Test
 {
 protected:
@@ -27,7 +27,7 @@ protected:
 
     QStringList fileLines() const
     {
-        // Line by line, however the platform ends them.
+        // Reads lines with the platform's line endings.
         QFile file(m_folder.filePath(QStringLiteral("UPDLog.txt")));
         if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
             return {};
@@ -100,7 +100,7 @@ TEST_F(TextWindowTest, ThePaneScrollsToTheNewestLine)
     EXPECT_TRUE(m_window.textView()->textCursor().atEnd());
 }
 
-TEST_F(TextWindowTest, AFileThatCannotBeWrittenLeavesThePaneWorkingSaysSoOnceAndCostsAWarning)
+TEST_F(TextWindowTest, IfTheFileCannotBeWrittenThePaneStillWorksAndSaysSoOnce)
 {
     QDir(m_folder.path()).mkdir(QStringLiteral("UPDLog.txt"));
     const RecordedDebugStream debug;
@@ -130,7 +130,7 @@ TEST_F(TextWindowTest, AboveTwentyTwoThousandLinesThePaneDropsToTheNewestTwentyT
     EXPECT_EQ(fileLines().size(), 22002) << "the file keeps all";
 }
 
-TEST_F(TextWindowTest, DroppingOldLinesLaysOutNoneOfThoseThatStay)
+TEST_F(TextWindowTest, DroppingOldLinesDoesNotLayOutTheRemainingOnes)
 {
     m_window.appendLog(QString(21999, QLatin1Char('\n')));
     QVector<int> laidOut;

@@ -90,7 +90,7 @@ TEST_F(WidgetTab1Test, TheBodyHasRoundedCornersAlsoWhereItIsBlue)
     }
 }
 
-TEST_F(WidgetTab1Test, TheScreenAndTheButtonStandAtTheirPlaces)
+TEST_F(WidgetTab1Test, TheScreenAndTheButtonHaveTheirPositions)
 {
     const QImage drawn = picture(0.0);
     EXPECT_EQ(drawn.pixelColor(26, 150), grey);
@@ -114,7 +114,7 @@ TEST_F(WidgetTab1Test, TheScreenAndTheButtonStandAtTheirPlaces)
 
 TEST_F(WidgetTab1Test, TheStyleSheetsBackgroundIsDrawn)
 {
-    // Inside another widget: a window's background is filled by the toolkit anyhow.
+    // Inside another widget, because Qt always fills the background of a window.
     QWidget ground;
     ground.resize(m_page.size());
     ground.setStyleSheet(QStringLiteral("background-color: red;"));
@@ -170,7 +170,7 @@ TEST_F(WidgetTab1Test, TheGestureIsReportedOnTheDebugStream)
     EXPECT_EQ(debug.lines(), expected);
 }
 
-TEST(WidgetTab1MetaObjectTest, HasItsOneSignalAndItsOneSlotAndNothingElse)
+TEST(WidgetTab1MetaObjectTest, HasOneSignalAndOneSlotAndNothingElse)
 {
     const QMetaObject &meta = WidgetTab1::staticMetaObject;
     ASSERT_EQ(meta.methodCount() - meta.methodOffset(), 2);

@@ -15,7 +15,7 @@ TEST_F(ChineseWindowsTest, OnAChineseWindowsTheWindowIsChineseAndADeviceIsUpdate
     EXPECT_EQ(s.probe.text(deviceModel), QStringLiteral("设备型号: DevMaa"));
     EXPECT_EQ(s.probe.read(QStringLiteral("backgroundWidget")).value(QLatin1String("windowTitle")).toString(),
               QStringLiteral("固件升级"));
-    // The log says it, too, and is UTF-8 although the system's code page is another.
+    // The log contains the locale, too. It is UTF-8 although the system has a different code page.
     EXPECT_TRUE(s.program.updateLogLines().first().contains(QLatin1String(", zh_CN, ")));
 }
 

@@ -13,7 +13,7 @@ const QString catalogTool = QStringLiteral("dpscat.exe");
 const QString infTool = QStringLiteral("pnputil.exe");
 const char inf[] = "[Version]\r\nSignature=\"$Windows NT$\"\r\nCatalogFile=Artinchip_SoC.cat\r\n";
 
-/// What the program does about the bootloader's driver when it starts, on a Windows without it.
+/// The driver check at the start of the program, on a Windows without the bootloader's driver.
 class DriverCheckTest : public EndToEndTest
 {
 protected:
@@ -27,14 +27,14 @@ protected:
                QLatin1String(name);
     }
 
-    /// Makes a file of the system folder a stand-in that does these steps.
+    /// Replaces a file of the system folder by a stand-in that performs these steps.
     void addSystemTool(const QString &name, const QJsonArray &steps)
     {
         const QString path = inSystem32(name.toLatin1().constData());
         ASSERT_TRUE(QFile::copy(scenario().program.system().standIn(), path));
         ASSERT_TRUE(WholeFile::write(path + QStringLiteral(".script.json"), script({steps}).toJson()));
     }
-    /// The arguments of the runs of a tool in the system folder.
+    /// Returns the arguments of the runs of a tool in the system folder.
     QList<QStringList> systemToolRuns(const QString &name)
     {
         QList<QStringList> all;
@@ -43,7 +43,7 @@ protected:
         return all;
     }
 
-    /// The driver package beside the program, with stand-ins for the tools.
+    /// Adds the driver package beside the program, with stand-ins for the tools.
     void addPackage()
     {
         StagedProgram &program = scenario().program;
@@ -57,12 +57,12 @@ protected:
         addSystemTool(infTool, {step("print", QStringLiteral("inf added\n"))});
     }
 
-    /// The lines of the check, from its first to its last.
+    /// Returns all lines of the check.
     QStringList checkLines()
     {
         UpdateScenario &s = scenario();
         EXPECT_TRUE(s.start()) << s.errorText().toStdString();
-        // The window answers once it has been made, and the check is over by then.
+        // The window answers once it has been created; the check has finished by then.
         EXPECT_TRUE(s.probe.waitForWholeText(connection, QStringLiteral("Device Detected"), updateLimitMs));
         const QStringList lines = s.program.updateLogLines();
         const int first = lines.indexOf(QStringLiteral("Try Create Cat And Inf..."));
@@ -82,7 +82,7 @@ protected:
 TEST_F(DriverCheckTest, WithoutThePackageEveryStepFailsInItsOrderAndTheProgramGoesOn)
 {
     QStringList lines = checkLines();
-    // Which of Windows' errors it is that there is no such file.
+    // The error code of Windows for a missing file.
     const int result = lines.indexOf(QRegularExpression(QStringLiteral("^devINFORET RET: [1-9]\\d*$")));
     ASSERT_GE(result, 0) << lines.join(QLatin1Char('\n')).toStdString();
     lines.removeAt(result);
@@ -99,14 +99,14 @@ TEST_F(DriverCheckTest, ThePackageIsInstalledInTheOrderOfItsSteps)
     addPackage();
     UpdateScenario &s = scenario();
     QStringList lines = checkLines();
-    // The files are no real driver: what Windows makes of them at the end is its own affair.
+    // The files are not a real driver, so the results of the last steps depend on Windows and are not tested.
     const QStringList before =
         expected({"Try Create Cat And Inf...", "Try Create Cat And Inf Success", "Try Install Inf...",
                   "inf added", "Begin Copy 1!", "Copy Success 1", "Begin Copy 2!", "Copy Success 2",
                   "Begin Copy 3!", "Copy Success 3", "Begin Copy 4!", "Copy Success 4", "Begin Copy 5!",
                   "Copy Success 5", "Install DriverINFO...", "devINFORET RET: 0", "Install Dev...",
                   "Install Dev Success", "Start Dev..."});
-    lines.removeAll(QString()); // after the tool's own line feed
+    lines.removeAll(QString()); // after the line feed of the tool
     EXPECT_EQ(QStringList(lines.mid(0, before.size())), before);
     for (const char *name : {"libusb0.dll", "libusbK.dll", "WdfCoInstaller01009.dll"})
         EXPECT_EQ(WholeFile::read(inSystem32(name)), QByteArray(name));

@@ -6,7 +6,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// A device with several HID interfaces, told apart by the words in their paths.
+/// Devices with several HID interfaces, which are distinguished by the markers in their paths.
 class HidPathTest : public EndToEndTest
 {
 protected:
@@ -32,7 +32,7 @@ protected:
         EXPECT_EQ(update(), upgradeSuccessful);
         EXPECT_EQ(s.burned(), s.image());
         EXPECT_TRUE(logHas("write res:513CommandKind:1IsDuoDev:1"));
-        // The scan ends with the one that it wants, here the second.
+        // The scan ends with the interface that it searches for, here the second one.
         const QStringList seen = s.program.interfaceLog().split(QLatin1Char('\n'));
         ASSERT_GE(seen.size(), 2) << s.program.interfaceLog().toStdString();
         EXPECT_TRUE(seen.at(0).contains(QStringLiteral("Path:\\\\?\\hid#vid_"))) << seen.at(0).toStdString();
@@ -51,12 +51,12 @@ TEST_F(HidPathTest, TheInterfaceIsFoundByCol04InItsPath)
     expectUpdateThrough("DevMbr", "&col04#");
 }
 
-TEST_F(HidPathTest, HandlesDoNotPileUpWhileTheDeviceIsWatched)
+TEST_F(HidPathTest, HandlesDoNotAccumulateWhileTheDeviceIsMonitored)
 {
     UpdateScenario &s = scenario("DevMah");
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();
     ASSERT_TRUE(pollUntil([&] { return ticks() >= 4; })) << s.program.updateLog().toStdString();
-    // A tick opens the new one before it closes the old.
+    // A tick opens the new handle before it closes the old one.
     EXPECT_TRUE(pollUntil([&] { return openHandles() == 1; })) << openHandles();
     EXPECT_EQ(s.closeWindow(), 0);
     EXPECT_TRUE(pollUntil([&] { return openHandles() == 0; })) << openHandles();

@@ -34,7 +34,7 @@ QJsonObject deviceOf(const char *key, int number, const QJsonArray &interfaces =
 
 const QString rightReport = QString::fromLatin1(updateModeReport(ReportAnswer::Layout::A).toHex());
 
-/// A small program under Wine, with the libraries that stand in for libusb and hidapi.
+/// A small program under Wine, with the replacements for libusb and hidapi.
 class StandInLibrariesTest : public testing::Test
 {
 protected:
@@ -81,7 +81,7 @@ protected:
         ASSERT_TRUE(pollUntil([&] { return lines().size() >= count; }, limitMs));
     }
 
-    /// What "wait go" waits for.
+    /// Creates the file for which "wait go" waits.
     void letGo() const { ASSERT_TRUE(WholeFile::write(path("go"))); }
 
     static QStringList paths(const QJsonObject &listing)
@@ -155,10 +155,10 @@ TEST_F(StandInLibrariesTest, TheRightReportBringsTheBootloaderOntoTheBus)
     EXPECT_EQ(opened(), 0) << "the handle was not closed";
 }
 
-TEST_F(StandInLibrariesTest, AReportOnTheOtherInterfaceLeavesTheDeviceAsItIs)
+TEST_F(StandInLibrariesTest, AReportOnTheOtherInterfaceDoesNotChangeTheDevice)
 {
     startBus({deviceOf("a", 1, {interface(0, false), interface(1, true)})});
-    // The first interface with the ids, as hid_open promises.
+    // The first interface with the ids, like hid_open().
     const auto seen =
         visit({QStringLiteral("init"), QStringLiteral("open"), QStringLiteral("0xF101"),
                QStringLiteral("0xA001"), QStringLiteral("write"), rightReport, QStringLiteral("error")});
@@ -181,7 +181,7 @@ TEST_F(StandInLibrariesTest, AMarkedPathIsOpenedByItselfInAnyLetterCase)
     EXPECT_TRUE(m_bus.waitForDevice(QStringLiteral("a"), QStringLiteral("bootloader"), limitMs));
 }
 
-TEST_F(StandInLibrariesTest, AFailedWriteTellsWhyInTheWordsOfTheSystem)
+TEST_F(StandInLibrariesTest, AFailedWriteHasTheErrorTextOfTheSystem)
 {
     QJsonObject refusing = deviceOf("a", 1);
     refusing.insert(QStringLiteral("writes"),
@@ -197,7 +197,7 @@ TEST_F(StandInLibrariesTest, AFailedWriteTellsWhyInTheWordsOfTheSystem)
         << error.toStdString();
 }
 
-TEST_F(StandInLibrariesTest, AHandleFromBeforeAnUnpluggingDoesNotReachTheDeviceThatCameAfterIt)
+TEST_F(StandInLibrariesTest, AHandleOpenedBeforeUnpluggingDoesNotReachTheNextDevice)
 {
     startBus({deviceOf("a", 1)});
     startVisitor({QStringLiteral("init"), QStringLiteral("open"), QStringLiteral("0xF101"),

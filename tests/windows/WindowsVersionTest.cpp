@@ -7,7 +7,7 @@ namespace {
 
 using namespace EndToEnd;
 
-/// The report that switches a device over has another layout up to Windows 7.
+/// The layout of the update-mode report, which is different on Windows 7 and older.
 class WindowsVersionTest : public EndToEndTest
 {
 protected:

@@ -16,7 +16,7 @@ class CliSignatureTest : public CliTest
 protected:
     explicit CliSignatureTest(const QString &program = QStringLiteral(SIGNING_COMMAND_LINE_PROGRAM))
     {
-        m_scenario = std::make_unique<CliScenario>(QStringLiteral("DevMaa"), program);
+        m_scenario = std::make_unique<CliScenario>(QStringLiteral("DevMaa"), makeNativeSystem(program));
     }
 
     QString served() { return scenario().firmware.imageFile(scenario().model()); }
@@ -24,7 +24,7 @@ protected:
     {
         MakersKeys::publish(scenario().firmware, scenario().model(), signature);
     }
-    /// The last line of the log that begins with this.
+    /// Returns the last line of the log that begins with this text.
     QString logged(const char *beginning)
     {
         QString last;
@@ -61,7 +61,7 @@ TEST_F(CliSignatureTest, EachOfTheMakersKeysMaySign)
         EXPECT_TRUE(logged("The signature is valid. Key ").endsWith(MakersKeys::comment));
     }
     EXPECT_EQ(scenario().burned(), scenario().image());
-    EXPECT_EQ(run({update, requireSignature}), 0) << "the server's image has one anyhow";
+    EXPECT_EQ(run({update, requireSignature}), 0) << "the server's image has one anyway";
 }
 
 TEST_F(CliSignatureTest, EachWrongSignatureOfAServerIsRefusedWithItsReason)
@@ -89,7 +89,7 @@ TEST_F(CliSignatureTest, EachWrongSignatureOfAServerIsRefusedWithItsReason)
     EXPECT_EQ(run({update}), 0);
 }
 
-TEST_F(CliSignatureTest, APersonIsToldWhy)
+TEST_F(CliSignatureTest, APersonSeesTheReason)
 {
     publish("garbage");
     EXPECT_EQ(runForPerson({update}), 4);
@@ -107,7 +107,7 @@ TEST_F(CliSignatureTest, AFileWithoutASignatureIsRefusedOnlyIfOneIsRequired)
     EXPECT_EQ(scenario().burned(), m_bytes);
 }
 
-TEST_F(CliSignatureTest, AFileWithItsSignatureIsWrittenAndWithAnotherNot)
+TEST_F(CliSignatureTest, AFileIsWrittenOnlyWithItsOwnSignature)
 {
     const QString image = fileOfTheUsers();
     ASSERT_TRUE(WholeFile::write(image + QStringLiteral(".minisig"), MakersKeys::sign(served())));
@@ -133,7 +133,7 @@ TEST_F(CliSignatureTest, ADeviceInItsBootloaderIsTheModelThatIsNamed)
     EXPECT_EQ(s.burned(), m_bytes);
 }
 
-TEST_F(CliSignatureTest, ManifestVerifyAndCheckLookAtTheSignature)
+TEST_F(CliSignatureTest, ManifestVerifyAndCheckVerifyTheSignature)
 {
     const QStringList verify{QStringLiteral("manifest"), QStringLiteral("verify"),
                              QStringLiteral("--download")};
@@ -162,7 +162,7 @@ protected:
     CliWithoutKeysTest() : CliSignatureTest(BuildPaths::commandLineProgram()) {}
 };
 
-TEST_F(CliWithoutKeysTest, SignaturesAreNotLookedAt)
+TEST_F(CliWithoutKeysTest, SignaturesAreIgnored)
 {
     publish("garbage");
     EXPECT_EQ(run({update}), 0);

@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-/// The maker's work with the real minisign. The programs of these tests know the keys "first" and "second",
-/// and not "stranger".
+/// Signs images as a maker does, with the real minisign. The programs of these tests accept the keys "first"
+/// and "second", but not "stranger".
 namespace MakersKeys {
 
 const QString comment = QStringLiteral("model:DevMaa version:1.4.2");

@@ -28,7 +28,7 @@ protected:
             << reason.toStdString();
         expectUntouchedDevice();
     }
-    /// Writes an image of the user's, with this beside it.
+    /// Writes a local image, with this signature file beside it.
     QString fileOfTheUsers(const QByteArray &signature = {}, const char *name = "mine.img")
     {
         const QString path = makeFolder(scenario(), "images") + QLatin1Char('/') + QLatin1String(name);
@@ -72,7 +72,7 @@ TEST_F(WindowSignatureTest, AnImageWithoutASignatureIsRefused)
     expectRefused(QStringLiteral("The manifest has no signature for it."));
 }
 
-TEST_F(WindowSignatureTest, AnImageThatWasExchangedWithItsSumIsRefused)
+TEST_F(WindowSignatureTest, AnImageThatWasReplacedTogetherWithItsMd5IsRefused)
 {
     UpdateScenario &s = scenario();
     publish(sign());
@@ -106,7 +106,7 @@ TEST_F(WindowSignatureTest, InALaunchModeARefusedImageEndsTheUpdateUntilTheWindo
     EXPECT_EQ(s.closeWindow(eventLimitMs), 0);
 }
 
-TEST_F(WindowSignatureTest, AFileOfTheUsersIsVerifiedIfItsSignatureLiesBesideIt)
+TEST_F(WindowSignatureTest, AFileOfTheUserIsVerifiedIfItsSignatureIsBesideIt)
 {
     const QString file = fileOfTheUsers();
     ASSERT_TRUE(WholeFile::write(file + QStringLiteral(".minisig"), MakersKeys::sign(file, "second")));
@@ -116,7 +116,7 @@ TEST_F(WindowSignatureTest, AFileOfTheUsersIsVerifiedIfItsSignatureLiesBesideIt)
     EXPECT_TRUE(scenario().program.updateLog().contains(QLatin1String("The signature is valid. Key ")));
 }
 
-TEST_F(WindowSignatureTest, AFileOfTheUsersWithAWrongSignatureIsRefused)
+TEST_F(WindowSignatureTest, AFileOfTheUserWithAWrongSignatureIsRefused)
 {
     startWith(fileOfTheUsers(sign()));
     EXPECT_EQ(updateWhatIsChosen(), md5Failed);
@@ -124,7 +124,7 @@ TEST_F(WindowSignatureTest, AFileOfTheUsersWithAWrongSignatureIsRefused)
     expectUntouchedDevice();
 }
 
-TEST_F(WindowSignatureTest, AFileOfTheUsersWithoutASignatureIsWrittenAndTheLogSaysSo)
+TEST_F(WindowSignatureTest, AFileOfTheUserWithoutASignatureIsWrittenAndTheLogSaysSo)
 {
     startWith(fileOfTheUsers());
     EXPECT_EQ(updateWhatIsChosen(), upgradeSuccessful);
@@ -144,7 +144,7 @@ TEST_F(WindowSignatureTest, TheIapPanelProgramsNoFileThatIsRefused)
             count += run.arguments.value(0) == QLatin1String(first) ? 1 : 0;
         return count;
     };
-    // While the programmer is asked for its ports, a press would wait.
+    // While the programmer is asked for its ports, a click would be postponed.
     ASSERT_TRUE(pollUntil([&] { return runsOf("GetData") >= 2; }));
     ASSERT_TRUE(s.probe.check(QStringLiteral("iapBox")));
     ASSERT_TRUE(s.probe.waitForVisible(QStringLiteral("iapPanel"), true));
@@ -152,7 +152,7 @@ TEST_F(WindowSignatureTest, TheIapPanelProgramsNoFileThatIsRefused)
     ASSERT_TRUE(s.probe.waitForText(title, md5Failed, updateLimitMs));
     EXPECT_TRUE(logHas("The image is refused: Its signature is not in minisign's format."));
     EXPECT_EQ(runsOf("Start"), 0);
-    // Signed, it is programmed.
+    // With a signature, the file is programmed.
     ASSERT_TRUE(WholeFile::write(file + QStringLiteral(".minisig"),
                                  MakersKeys::sign(file, "first", QStringLiteral("model:DevMdq version:2"))));
     ASSERT_TRUE(s.probe.click(QStringLiteral("iapDownload")));
