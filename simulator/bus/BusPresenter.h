@@ -15,6 +15,7 @@ public:
         int position = 0;
         /// As in DeviceDescription.
         QString ports;
+        /// The device class; 9 for a hub.
         int deviceClass = 0;
         QByteArray descriptors;
         QString manufacturer;
