@@ -52,7 +52,7 @@ ATableWithoutABlankLineBeforeItIsFound() {
     finds 'a table needs a blank line before it'
 }
 WhatTheLinterMindsIsFound() {
-    changed docs/support.md 's/## Titles/#### Titles/'
+    changed README.md 's/## quillmarsh-cli/#### quillmarsh-cli/'
     finds 'MD001'
 }
 AScriptThatIsNotListedIsFound() {
