@@ -117,7 +117,7 @@ AVersionThatIsNotEverywhereIsFound() {
 }
 ALineThatSupportCannotLookUpIsFound() {
     changed update/UpdateWorkflow.cpp 's/"try to bootloader\.\.\."/"a line that nobody knows"/'
-    finds 'docs/support.md does not explain "a line that nobody knows"' 2
+    finds 'docs/support.md does not explain "a line that nobody knows"'
 }
 
 "$1"

@@ -5,6 +5,7 @@
 #include "tests/update/ManifestServer.h"
 #include "tests/update/OnWorkerThread.h"
 
+#include "support/LanguageUtilities.h"
 #include "support/ShutdownFlag.h"
 #include "update/ChosefirmwareWidget.h"
 
@@ -21,6 +22,8 @@ class ChosefirmwareWidgetTest : public testing::Test
 protected:
     ChosefirmwareWidgetTest()
     {
+        // Loads the language tables, which this program lacks, before anything is recorded.
+        LanguageUtilities::instance();
         m_rig.setManifest(R"({"CurrentVersion":{
             "b2":{"downloadURL":"http://x/b2"},"a1":{"downloadURL":"http://x/a1"},
             "C3":{"fileURL":"http://x/c3"}}})");
