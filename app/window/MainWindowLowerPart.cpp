@@ -4,6 +4,7 @@
 #include "app/window/NamedObjects.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
