@@ -59,7 +59,7 @@ TEST_F(DetectionTest, PressingStartWithoutADeviceChangesNothingButTheTitleAndThe
     ASSERT_TRUE(
         s.probe.waitForText(title, QStringLiteral("CurrentStatus: Start Failed - No Device Detected")));
     EXPECT_TRUE(s.probe.isEnabled(startButton));
-    EXPECT_TRUE(logHas("click UpdateBtn ERROR - Not Check Dev!"));
+    EXPECT_TRUE(pollUntil([&] { return logHas("click UpdateBtn ERROR - Not Check Dev!"); }));
 
     // The monitor was not stopped, and no update was begun.
     s.program.setControlList({s.model()}, {QStringLiteral("USB")});
