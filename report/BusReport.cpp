@@ -40,7 +40,7 @@ QJsonObject usbDevice(const UsbRecord &record, const ModelTable &table)
     QJsonArray interfaces;
     for (const QByteArray &configuration : record.configurations) {
         configurations.append(hex(configuration));
-        for (const QJsonValue &each : UsbInterfaces::of(configuration))
+        for (const QJsonValue each : UsbInterfaces::of(configuration))
             interfaces.append(each);
     }
     device.insert(QStringLiteral("position"), record.position);

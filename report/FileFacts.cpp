@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 pieceBytes = 1024 * 1024;
+constexpr qint64 pieceBytes = Q_INT64_C(1024) * 1024;
 constexpr int mostEntries = 100;
 
 QJsonValue sha256Of(const QString &path)

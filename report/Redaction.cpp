@@ -85,7 +85,7 @@ QJsonValue Redaction::apply(const QJsonValue &value) const
         return apply(value.toString());
     if (value.isArray()) {
         QJsonArray result;
-        for (const QJsonValue &each : value.toArray())
+        for (const QJsonValue each : value.toArray())
             result.append(apply(each));
         return result;
     }

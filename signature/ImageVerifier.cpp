@@ -15,7 +15,7 @@
 namespace {
 
 /// Stays in a processor's cache between reading and hashing.
-constexpr qint64 blockBytes = 256 * 1024;
+constexpr qint64 blockBytes = Q_INT64_C(256) * 1024;
 
 static_assert(MinisignKey::keySize == crypto_sign_PUBLICKEYBYTES);
 static_assert(MinisignSignature::signatureSize == crypto_sign_BYTES);
