@@ -19,7 +19,7 @@ public:
     ~ScreenReaderSession();
 
     bool start(const QString &display);
-    /// Adds what makes a program speak to this session's reader.
+    /// Adds what makes a program speak to this screen reader.
     void addTo(const std::function<void(const QString &name, const QString &value)> &setVariable) const;
 
     /// Returns every object of the program `name` as a reader finds it, parents before children: "name",
