@@ -101,19 +101,6 @@ std::string nameOfSignal(const testing::TestParamInfo<int> &info)
 
 INSTANTIATE_TEST_SUITE_P(Each, CliInterruptionTest, testing::ValuesIn(endingSignals()), nameOfSignal);
 
-TEST_F(CliInterruptionTest, WhileItWaitsForADeviceItEndsAtOnce)
-{
-    CliScenario &s = scenario();
-    s.devices[0].insert(QStringLiteral("start"), QStringLiteral("absent"));
-    start({update, QStringLiteral("--wait"), QStringLiteral("600")});
-    ASSERT_TRUE(waitUntilSaid("Waiting for a device."));
-    const RunningTimer sinceSignal;
-    interrupt(SIGINT);
-    EXPECT_EQ(waitForExit(), 130);
-    EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
-    expectResult("cancelled", "idle", "interrupted", 130);
-}
-
 TEST_F(CliInterruptionTest, BetweenTwoTriesOfTheFlasherItEnds)
 {
     CliScenario &s = scenario();

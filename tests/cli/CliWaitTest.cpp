@@ -1,0 +1,29 @@
+#include "tests/cli/CliTest.h"
+
+#include <csignal>
+
+namespace {
+
+using namespace CliCases;
+
+/// An interruption while no device is there. Under Wine a signal at that moment does not become a console
+/// event.
+class CliWaitTest : public CliTest
+{
+};
+
+TEST_F(CliWaitTest, WhileItWaitsForADeviceItEndsAtOnce)
+{
+    CliScenario &s = scenario();
+    s.devices[0].insert(QStringLiteral("start"), QStringLiteral("absent"));
+    start({update, QStringLiteral("--wait"), QStringLiteral("600")});
+    ASSERT_TRUE(pollUntil(
+        [&] { return s.program.standardError().contains(QLatin1String("Waiting for a device.")); }));
+    const RunningTimer sinceSignal;
+    ASSERT_EQ(kill(static_cast<pid_t>(s.bus.programId()), SIGINT), 0);
+    EXPECT_EQ(waitForExit(), 130);
+    EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
+    expectResult("cancelled", "idle", "interrupted", 130);
+}
+
+} // namespace
