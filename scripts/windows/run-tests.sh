@@ -56,7 +56,7 @@ echo "$(wc -l <"$work/run") tests to run, of $(wc -l <"$work/linux") on Linux; $
     echo
 } >"$work/numbers"
 # Twice as many jobs as processors, because tests mostly wait. A test that fails is run once more: on a busy machine
-# Wine itself misses a timer, a message or a connection now and then. What passes only then is listed at the end.
+# some have failed that passed when run again, for reasons that are not known. They are listed at the end.
 status=0
 ctest --preset mingw --parallel "$((2 * $(nproc)))" --repeat until-pass:2 --no-tests=error \
     --tests-information "$work/numbers" "$@" 2>&1 | tee "$work/output" || status=$?

@@ -6,8 +6,8 @@ namespace {
 
 using namespace CliCases;
 
-/// An interruption while no device is there. Under Wine a signal at that moment does not become a console
-/// event.
+/// An interruption while no device is there. Not tried under Wine: the program does not end there, and it is
+/// not known whether the cause is Wine or the program.
 class CliWaitTest : public CliTest
 {
 };
