@@ -2,17 +2,17 @@
 
 #include <functional>
 
-/// Ends the process when something that cannot be interrupted holds it, such as a name lookup inside Qt,
-/// which the application object waits for. May be used from any thread.
-namespace LastResort {
+/// Ends the process by force when something that cannot be interrupted keeps it from ending, such as a name
+/// lookup inside Qt, for which the application object's destructor waits. May be used from any thread.
+namespace ForcedExit {
 
-/// Sets what is still done before the process is ended that way; it returns the exit code, and must not use
-/// this namespace. Replaces what was set before, which is not called afterwards. Does not return if the
-/// process is being ended already.
-void setLastWords(std::function<int()> lastWords);
+/// Sets the function that a forced exit calls before it ends the process. The function returns the exit code
+/// and must not use this namespace. It replaces the one that was set before, which is not called any more.
+/// Does not return if the process is being ended already.
+void setFinalStep(std::function<int()> finalStep);
 
-/// Ends the process in about `limitMs` in which it was able to run, unless it has ended by then. Each call
-/// counts by itself.
-void begin(int limitMs);
+/// Ends the process after about `limitMs`, not counting pauses of the machine, unless it has ended by then.
+/// Each call starts a limit of its own.
+void schedule(int limitMs);
 
-} // namespace LastResort
+} // namespace ForcedExit

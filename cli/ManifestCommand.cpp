@@ -24,7 +24,7 @@
 
 namespace {
 
-/// Goes through a manifest and reports what it finds as it goes.
+/// Checks one manifest and reports each finding as soon as there is one.
 class Verification
 {
 public:
@@ -96,7 +96,7 @@ void Verification::verifyImage(const QString &model, const QString &address, con
         fetchImage(model, address, root);
 }
 
-/// Downloads the image as an update does, and verifies it as an update does.
+/// Downloads and verifies the image in the same way as an update.
 void Verification::fetchImage(const QString &model, const QString &address, const QJsonObject &root)
 {
     constexpr int segmentCount = 10;

@@ -9,7 +9,7 @@ using namespace CliCases;
 
 const QByteArray question = "Update DevMaa? [y/N] ";
 
-/// The program with a person in front of a terminal.
+/// Runs the program on a terminal, with the test in the place of the user.
 class CliTerminalTest : public CliTest
 {
 protected:
@@ -36,7 +36,7 @@ protected:
             2 * eventLimitMs);
         return waitForExit();
     }
-    /// Returns the lines, and of each the texts that took each other's place.
+    /// Returns all lines of the screen, with each text that a rewritten line has shown as one of its own.
     QList<QByteArray> texts()
     {
         QByteArray screen = m_terminal->screen();
@@ -46,7 +46,7 @@ protected:
     std::unique_ptr<PseudoTerminal> m_terminal;
 };
 
-TEST_F(CliTerminalTest, ItAsksAndGoesOnWithYes)
+TEST_F(CliTerminalTest, ItAsksAndUpdatesAfterYes)
 {
     CliScenario &s = scenario();
     startOnTerminal({update});
@@ -82,11 +82,11 @@ TEST_F(CliTerminalTest, AnInterruptionAtTheQuestionEndsItAtOnce)
     const RunningTimer sinceSignal;
     ASSERT_EQ(kill(static_cast<pid_t>(scenario().bus.programId()), SIGINT), 0);
     EXPECT_EQ(exitCode(), 130);
-    EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
+    EXPECT_LE(sinceSignal.elapsed(), exitLimitMs());
     expectUntouchedDevice();
 }
 
-TEST_F(CliTerminalTest, WhoSaysYesBeforehandIsNotAsked)
+TEST_F(CliTerminalTest, WithYesOnTheCommandLineNothingIsAsked)
 {
     startOnTerminal({update, QStringLiteral("--yes")});
     EXPECT_EQ(exitCode(), 0);
@@ -94,12 +94,12 @@ TEST_F(CliTerminalTest, WhoSaysYesBeforehandIsNotAsked)
     EXPECT_EQ(scenario().burned(), scenario().image());
 }
 
-TEST_F(CliTerminalTest, ForAProgramThereIsNoQuestionAndNoLiveLine)
+TEST_F(CliTerminalTest, WithJsonThereIsNoQuestionAndNoRewrittenLine)
 {
     startOnTerminal({update, QStringLiteral("--json")});
     EXPECT_EQ(exitCode(), 0);
     const QByteArray screen = QByteArray(m_terminal->screen()).replace("\r\n", "\n");
-    EXPECT_EQ(EventValidation::complaint(screen), QString());
+    EXPECT_EQ(EventValidation::problemsIn(screen), QString());
 }
 
 TEST_F(CliTerminalTest, ANarrowTerminalIsNeverFilledToItsEdge)
@@ -117,7 +117,7 @@ TEST_F(CliTerminalTest, ANarrowTerminalIsNeverFilledToItsEdge)
     EXPECT_TRUE(hasLiveLine);
 }
 
-TEST_F(CliTerminalTest, WhoWantsNoColourGetsNone)
+TEST_F(CliTerminalTest, ThereIsNoColourIfTheUserWantsNone)
 {
     scenario().program.setVariable(QStringLiteral("NO_COLOR"), QStringLiteral("1"));
     startOnTerminal({update, QStringLiteral("--yes")});

@@ -6,13 +6,13 @@ namespace {
 
 using namespace CliCases;
 
-/// An interruption while no device is there. Not tried under Wine: the program does not end there, and it is
-/// not known whether the cause is Wine or the program.
+/// An interruption while no device is connected. Not run under Wine: the program does not end there, and it
+/// is not known whether Wine or the program is the cause.
 class CliWaitTest : public CliTest
 {
 };
 
-TEST_F(CliWaitTest, WhileItWaitsForADeviceItEndsAtOnce)
+TEST_F(CliWaitTest, AnInterruptionWhileWaitingForADeviceEndsTheProgramAtOnce)
 {
     CliScenario &s = scenario();
     s.devices[0].insert(QStringLiteral("start"), QStringLiteral("absent"));
@@ -22,7 +22,7 @@ TEST_F(CliWaitTest, WhileItWaitsForADeviceItEndsAtOnce)
     const RunningTimer sinceSignal;
     ASSERT_EQ(kill(static_cast<pid_t>(s.bus.programId()), SIGINT), 0);
     EXPECT_EQ(waitForExit(), 130);
-    EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
+    EXPECT_LE(sinceSignal.elapsed(), exitLimitMs());
     expectResult("cancelled", "idle", "interrupted", 130);
 }
 

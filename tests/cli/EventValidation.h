@@ -7,6 +7,6 @@
 namespace EventValidation {
 
 /// Returns what is wrong with these lines according to docs/cli-events.schema.json; empty if nothing is.
-QString complaint(const QByteArray &lines);
+QString problemsIn(const QByteArray &lines);
 
 } // namespace EventValidation

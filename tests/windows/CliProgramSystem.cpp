@@ -15,7 +15,7 @@ QVector<int> CliCases::endingSignals()
     return {SIGINT};
 }
 
-int CliCases::leaveLimitMs()
+int CliCases::exitLimitMs()
 {
     // The program's two seconds, and those that Wine takes to end a process on a busy machine.
     return 6000;

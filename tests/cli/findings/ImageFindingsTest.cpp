@@ -16,7 +16,7 @@ WebAnswer partOf(const char *range, int status = 206, const char *problem = "")
     return {status, QLatin1String(problem), range, std::nullopt, {}};
 }
 
-TEST(ImageFindingsTest, AnImageHasASizeAndComesInPartsAsAskedFor)
+TEST(ImageFindingsTest, AnImageMustHaveASizeAndBeSentInTheRequestedParts)
 {
     const qint64 limit = qint64{1} << 31;
     const struct
@@ -53,7 +53,7 @@ TEST(ImageFindingsTest, AnImageHasASizeAndComesInPartsAsAskedFor)
     }
 }
 
-TEST(ImageFindingsTest, ASumHas32LowerCaseHexadecimalDigits)
+TEST(ImageFindingsTest, ASumMustHave32LowerCaseHexadecimalDigits)
 {
     const struct
     {
@@ -74,7 +74,7 @@ TEST(ImageFindingsTest, ASumHas32LowerCaseHexadecimalDigits)
                     .text.contains(QStringLiteral("capitals")));
 }
 
-TEST(ImageFindingsTest, AFetchedImageHasToHaveThePromisedSum)
+TEST(ImageFindingsTest, AFetchedImageMustHaveThePromisedSum)
 {
     const QString what = QStringLiteral("s");
     const QString sum = QStringLiteral("0123456789abcdef0123456789abcdef");

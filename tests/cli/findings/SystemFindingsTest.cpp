@@ -31,7 +31,7 @@ TEST(SystemFindingsTest, TheDriverIsNeverAProblemBecauseTheDeviceMayNotNeedIt)
     }
 }
 
-TEST(SystemFindingsTest, AReasonAgainstTheTemporaryFolderIsAProblem)
+TEST(SystemFindingsTest, AnUnusableTemporaryFolderIsAProblem)
 {
     const QString path = QStringLiteral("/tmp/x");
     EXPECT_EQ(SystemFindings::temporaryFolder(path, {}),
@@ -41,7 +41,7 @@ TEST(SystemFindingsTest, AReasonAgainstTheTemporaryFolderIsAProblem)
     EXPECT_EQ(refused.text, QStringLiteral("/tmp/x is a link"));
 }
 
-TEST(SystemFindingsTest, TheDiskHasToHoldThePartsAndTheImageAtOnce)
+TEST(SystemFindingsTest, TheDiskMustHoldThePartsAndTheImageTogether)
 {
     constexpr qint64 mib = qint64{1024} * 1024;
     const struct
@@ -59,13 +59,13 @@ TEST(SystemFindingsTest, TheDiskHasToHoldThePartsAndTheImageAtOnce)
             << c.available << ' ' << c.imageSize;
 }
 
-TEST(SystemFindingsTest, AnotherCopyThatUpdatesIsAProblem)
+TEST(SystemFindingsTest, AnotherCopyThatIsUpdatingIsAProblem)
 {
     EXPECT_EQ(SystemFindings::updateLock(false).verdict, Verdict::Ok);
     EXPECT_EQ(SystemFindings::updateLock(true).verdict, Verdict::Problem);
 }
 
-TEST(SystemFindingsTest, TlsIsNeededForASecureAddressAndMissedForAnotherOne)
+TEST(SystemFindingsTest, WithoutTlsASecureAddressIsAProblemAndAnInsecureAddressIsAlwaysAWarning)
 {
     const QString secure = QStringLiteral("https://firmware.example/m.json");
     const QString library = QStringLiteral("OpenSSL 3");

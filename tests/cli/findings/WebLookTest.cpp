@@ -22,7 +22,7 @@ protected:
     ManifestServer server;
 };
 
-TEST_F(WebLookTest, AFileArrivesWhole)
+TEST_F(WebLookTest, AFileArrivesComplete)
 {
     const WebAnswer answer = WebLook::fetch(url(), noLimitMs);
     EXPECT_EQ(answer.status, 200);
@@ -30,7 +30,7 @@ TEST_F(WebLookTest, AFileArrivesWhole)
     EXPECT_EQ(answer.body, QByteArray(100000, 'a'));
 }
 
-TEST_F(WebLookTest, TheHeadOfAPartTellsTheRange)
+TEST_F(WebLookTest, TheHeadersOfAPartNameItsRange)
 {
     const WebAnswer answer = WebLook::head(url(), part, noLimitMs);
     EXPECT_EQ(answer.status, 206);
@@ -39,7 +39,7 @@ TEST_F(WebLookTest, TheHeadOfAPartTellsTheRange)
     EXPECT_EQ(answer.contentLength, std::optional<qint64>(9));
 }
 
-TEST_F(WebLookTest, TheHeadComesAlthoughTheBodyNeverDoes)
+TEST_F(WebLookTest, TheHeadersArriveEvenIfTheBodyNeverDoes)
 {
     server.setFault(QStringLiteral("stall-after:bytes=0"));
     const WebAnswer answer = WebLook::head(url(), std::nullopt, noLimitMs);
@@ -55,14 +55,14 @@ TEST_F(WebLookTest, ARedirectIsFollowed)
     EXPECT_EQ(WebLook::fetch(old, noLimitMs).body.size(), 100000);
 }
 
-TEST_F(WebLookTest, WhatNeverAnswersEndsInTime)
+TEST_F(WebLookTest, ARequestWithoutAnAnswerEndsInTime)
 {
     server.setFault(QStringLiteral("stall"));
     EXPECT_EQ(WebLook::fetch(url(), shortLimitMs).problem, QStringLiteral("no answer within 0.5 s"));
     EXPECT_EQ(WebLook::head(url(), part, shortLimitMs).problem, QStringLiteral("no answer within 0.5 s"));
 }
 
-TEST_F(WebLookTest, ABodyThatStopsEndsInTime)
+TEST_F(WebLookTest, ARequestWhoseBodyStopsEndsInTime)
 {
     server.setFault(QStringLiteral("stall-after:bytes=10"));
     EXPECT_FALSE(WebLook::fetch(url(), shortLimitMs).problem.isEmpty());
@@ -105,7 +105,7 @@ TEST_F(WebLookTest, EachFaultIsAProblem)
     }
 }
 
-TEST_F(WebLookTest, AFileLargerThanAManifestMayBeIsNotReadToItsEnd)
+TEST_F(WebLookTest, AFileThatIsTooLargeForAManifestIsNotReadToItsEnd)
 {
     server.write(QStringLiteral("a.img"), QByteArray(20 * 1024 * 1024, 'a'));
     EXPECT_EQ(WebLook::fetch(url(), noLimitMs).problem, QStringLiteral("the file is larger than 16 MiB"));
