@@ -18,8 +18,8 @@ namespace {
 
 using Verdict = Finding::Verdict;
 
-/// Runs the command beside a server that has a manifest for DevMaa at the address where the program looks for it.
-/// There are no tools of the maker beside the test program.
+/// Runs the command beside a server that has a manifest for DevMaa at the address where the program looks for
+/// it. There are no tools of the maker beside the test program.
 class CheckCommandTest : public testing::Test
 {
 protected:

@@ -19,7 +19,8 @@ Finding findingAboutTheLock()
     return recorded.about("update-lock");
 }
 
-// On Linux only: elsewhere the lock is shared by the whole machine, and parallel tests would disturb each other.
+// On Linux only: elsewhere the lock is shared by the whole machine, and parallel tests would disturb each
+// other.
 TEST(CheckLockTest, TheLockOfAnotherCopyIsAProblemWhileItIsHeld)
 {
     const QTemporaryDir ownRuntimeFolder;

@@ -119,8 +119,7 @@ TEST(DeviceFindingsTest, DevicesAreJudgedForTheRequestedModel)
 TEST(DeviceFindingsTest, ARefusedDeviceFileIsNamedWithTheRulesThatHelp)
 {
     EXPECT_EQ(DeviceFindings::deviceAccess(QString()).verdict, Verdict::Ok);
-    EXPECT_TRUE(
-        DeviceFindings::deviceAccess(std::nullopt).text.contains(QStringLiteral("only in an update")));
+    EXPECT_TRUE(DeviceFindings::deviceAccess(std::nullopt).text.contains(QStringLiteral("Only an update")));
     const Finding refused = DeviceFindings::deviceAccess(QStringLiteral("/dev/bus/usb/001/002"));
     EXPECT_EQ(refused.verdict, Verdict::Problem);
     EXPECT_TRUE(refused.text.contains(QStringLiteral("/dev/bus/usb/001/002")));

@@ -19,8 +19,8 @@ TEST(SystemFindingsTest, TheDriverIsNeverAProblemBecauseTheDeviceMayNotNeedIt)
         {"running", DriverState{true, {QStringLiteral("a.inf")}}, Verdict::Ok, "is running"},
         {"not running", DriverState{false, {}}, Verdict::Warning, "not running"},
         {"package incomplete", DriverState{false, {QStringLiteral("a.inf")}}, Verdict::Warning, "a.inf"},
-        {"not told", DriverState{std::nullopt, {}}, Verdict::Warning, "does not list"},
-        {"not told, package incomplete", DriverState{std::nullopt, {QStringLiteral("a.inf")}},
+        {"drivers not listed", DriverState{std::nullopt, {}}, Verdict::Warning, "does not list"},
+        {"drivers not listed, package incomplete", DriverState{std::nullopt, {QStringLiteral("a.inf")}},
          Verdict::Warning, "a.inf"},
     };
     for (const auto &c : cases) {
