@@ -6,6 +6,11 @@
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+# The path of the build folder, of which no test makes use: with it the compiler cache would be of no use to a build
+# in another folder.
+get_target_property(qt_test_definitions Qt5::Test INTERFACE_COMPILE_DEFINITIONS)
+list(FILTER qt_test_definitions EXCLUDE REGEX "^QT_TESTCASE_BUILDDIR=")
+set_target_properties(Qt5::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS "${qt_test_definitions}")
 
 # A cross build cannot run programs, so ctest lists their tests instead of the build.
 if(CMAKE_CROSSCOMPILING)

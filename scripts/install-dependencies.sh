@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build ccache mold pkg-config git ca-certificates
     qtbase5-dev qtbase5-private-dev libusb-1.0-0-dev libhidapi-dev
-    libsodium-dev minisign
+    libsodium-dev minisign libdbus-1-dev
     libumockdev-dev umockdev
     libgtest-dev libgmock-dev
     clang libclang-rt-dev clang-format clang-tidy

@@ -136,14 +136,15 @@ TEST_F(CliOutputTest, VerboseWritesDiagnosticsToStandardErrorOnly)
     EXPECT_NE(scenario().program.standardError(), QString());
 }
 
-TEST_F(CliOutputTest, NoLibraryForWindowsIsLoaded)
+TEST_F(CliOutputTest, AListLoadsNoLibraryForWindowsOrDbus)
 {
     start({QStringLiteral("list"), QStringLiteral("--watch")});
     ASSERT_TRUE(pollUntil([&] { return !scenario().events(QStringLiteral("device")).isEmpty(); }));
     const QByteArray loaded =
         WholeFile::read(QStringLiteral("/proc/%1/maps").arg(scenario().bus.programId()));
     EXPECT_TRUE(loaded.contains("/libQt5Core.so"));
-    for (const char *library : {"/libQt5Gui.so", "/libQt5Widgets.so", "/libX11.so", "/libGL.so"})
+    for (const char *library :
+         {"/libQt5Gui.so", "/libQt5Widgets.so", "/libX11.so", "/libGL.so", "/libdbus-1.so"})
         EXPECT_FALSE(loaded.contains(library)) << library;
 }
 
