@@ -24,7 +24,7 @@ constexpr int flushLimitMs = 100;
 
 [[noreturn]] void endProcess(int exitCode, const char *reason)
 {
-    qWarning() << "Leaving at once:" << reason;
+    qWarning() << "The process is ended by force:" << reason;
     Diagnostics::flush(flushLimitMs);
     std::_Exit(exitCode);
 }
@@ -104,5 +104,5 @@ void Shutdown::finish(QObject *mainWidget, int exitCode)
     const bool workerEnded = QThreadPool::globalInstance()->waitForDone(workerLimitMs);
     QCoreApplication::sendPostedEvents(mainWidget, QEvent::MetaCall);
     if (!workerEnded)
-        endProcess(exitCode, "the update cannot be stopped.");
+        endProcess(exitCode, "the update thread does not stop.");
 }
