@@ -147,8 +147,7 @@ Finding DeviceFindings::deviceAccess(const std::optional<QString> &refusedFile)
         return Findings::ok(what, Texts::pick("Only an update shows whether you may open a device.",
                                               "是否有权打开设备只有在升级时才能得知。"));
     if (refusedFile->isEmpty())
-        return Findings::ok(what,
-                            Texts::pick("You may open the connected devices.", "没有设备被拒绝访问。"));
+        return Findings::ok(what, Texts::pick("You may open the connected devices.", "没有设备被拒绝访问。"));
     return Findings::problem(
         what, Texts::pick("You may not open %1.", "没有打开 %1 的权限。").arg(*refusedFile),
         Texts::pick("Install the udev rules 60-quillmarsh.rules in /etc/udev/rules.d and connect the device "
