@@ -11,8 +11,8 @@
 class DeviceSearch
 {
 public:
-    /// `bus` must outlive the search. `controlList` is the path of the controlled-device list, which is read
-    /// anew for each search.
+    /// `bus` must outlive the search. `controlList` is the path of the control list, which is read
+    /// for each search.
     DeviceSearch(UsbBus &bus, const QString &controlList);
 
     /// Returns the devices in bus order.
@@ -26,6 +26,6 @@ private:
     const ModelTable m_table;
 };
 
-/// Returns what has changed between two searches: first the devices that are gone, then those that are new or
-/// in another state.
+/// Returns what has changed between two searches: first the devices that were disconnected, then those that
+/// are new or in another state.
 QVector<DeviceInfo> changesBetween(const QVector<DeviceInfo> &before, const QVector<DeviceInfo> &after);

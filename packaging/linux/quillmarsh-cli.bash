@@ -1,4 +1,4 @@
-# Completion of quillmarsh-cli for bash.
+# Completion for quillmarsh-cli in bash.
 _quillmarsh_cli() {
     local current=$2 previous=$3 command=${COMP_WORDS[1]} words='--help --json --lang --log --verbose'
     COMPREPLY=()

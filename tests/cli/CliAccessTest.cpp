@@ -6,12 +6,12 @@ namespace {
 
 using namespace CliCases;
 
-/// The program without an administrator's right to open everything, beside device files that their owner has
-/// locked.
+/// Runs the program without an administrator's right to open every file, with device files that their owner
+/// has locked.
 class CliAccessTest : public CliTest
 {
 protected:
-    /// Starts the bus, and locks the files of the device on it.
+    /// Starts the bus and locks the files of its device.
     void lockDevice()
     {
         CliScenario &s = scenario();
@@ -39,20 +39,20 @@ protected:
     QStringList m_locked;
 };
 
-TEST_F(CliAccessTest, TheListSaysThatTheUserMayNotOpenTheDevice)
+TEST_F(CliAccessTest, TheListShowsThatTheUserMayNotOpenTheDevice)
 {
     ASSERT_NO_FATAL_FAILURE(lockDevice());
     EXPECT_EQ(run({list}), 0);
     EXPECT_EQ(stateInList(), QStringLiteral("no-permission"));
 }
 
-TEST_F(CliAccessTest, AnUpdateEndsWithFiveAndLeavesTheDeviceAlone)
+TEST_F(CliAccessTest, AnUpdateEndsWithCodeFiveAndLeavesTheDeviceAlone)
 {
     ASSERT_NO_FATAL_FAILURE(lockDevice());
     EXPECT_EQ(run({update}), 5);
     expectResult("failed", "idle", "no-access", 5);
     expectUntouchedDevice();
-    // Waiting does not help, and does not happen.
+    // The program does not wait: waiting would not help.
     EXPECT_EQ(run({update, QStringLiteral("--wait"), QStringLiteral("600")}), 5);
     expectResult("failed", "idle", "no-access", 5);
 }

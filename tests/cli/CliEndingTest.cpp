@@ -2,7 +2,7 @@
 
 namespace {
 
-TEST_P(CliEndingTest, TheExitCodeAndTheLastEventTellIt)
+TEST_P(CliEndingTest, TheExitCodeAndTheLastEventSayHowItEnded)
 {
     const Ending &ending = GetParam();
     s();
@@ -33,7 +33,7 @@ std::string nameOfEnding(const testing::TestParamInfo<Ending> &ending)
 
 INSTANTIATE_TEST_SUITE_P(Each, CliEndingTest, testing::ValuesIn(endings()), nameOfEnding);
 
-TEST(CliEndingTableTest, NoExitCodeIsMissing)
+TEST(CliEndingTableTest, TheTableHasEveryExitCode)
 {
     QList<int> seen;
     for (const Ending &ending : endings())

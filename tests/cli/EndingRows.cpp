@@ -55,7 +55,7 @@ const QVector<Ending> &endings()
          [](CliEndingTest &t) {
              t.waitForStage("flashing");
              t.interrupt();
-             ASSERT_TRUE(t.waitUntilSaid("the update goes on"));
+             ASSERT_TRUE(t.waitForMessage("the update goes on"));
              WholeFile::write(t.s().program.applicationFolder() + QLatin1String("/upgcmd.exe.go-on"));
          }},
 
@@ -144,7 +144,7 @@ const QVector<Ending> &endings()
          }},
 
         {"NoDevice",
-         "no such device in time",
+         "no matching device in time",
          "DevMaa",
          {update, waitFor, QStringLiteral("1")},
          3,
@@ -230,7 +230,7 @@ const QVector<Ending> &endings()
          "failed, asking-programmer, image-refused",
          "untouched",
          [](CliEndingTest &t) {
-             WholeFile::write(t.besideTheFolders("ControlList.img"), "an image");
+             WholeFile::write(t.besideTheWorkingFolder("ControlList.img"), "an image");
          }},
 
         {"FlasherMissing",
@@ -263,8 +263,8 @@ const QVector<Ending> &endings()
          "failed, idle, folder-unusable",
          "untouched",
          [](CliEndingTest &t) {
-             // Nobody can make a folder in a file, whatever their rights are.
-             const QString file = t.besideTheFolders("no-folder");
+             // Not even an administrator can make a folder inside a file.
+             const QString file = t.besideTheWorkingFolder("no-folder");
              ASSERT_TRUE(WholeFile::write(file, "a file"));
              t.s().program.setVariable(QStringLiteral("TMPDIR"), file);
          }},
@@ -292,7 +292,7 @@ const QVector<Ending> &endings()
          "untouched",
          [](CliEndingTest &t) { t.s().devices[0].insert(QStringLiteral("start"), QStringLiteral("absent")); },
          [](CliEndingTest &t) {
-             ASSERT_TRUE(t.waitUntilSaid("Waiting for a device."));
+             ASSERT_TRUE(t.waitForMessage("Waiting for a device."));
              t.interrupt();
          }},
         {"InterruptedWhileFetching",

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# CommandTextsTest.sh PROGRAM CASE: holds quillmarsh-cli's man page and its completion against what --help says.
+# CommandTextsTest.sh PROGRAM CASE: compares quillmarsh-cli's manual page and its completion for bash with --help.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
 program=$1
@@ -15,7 +15,7 @@ options_of() { # COMMAND
     # shellcheck disable=SC2086 # "manifest verify" is two words
     "$program" $1 --help | sed -nE 's/^  (--[a-z0-9-]+).*/\1/p' | sort
 }
-# What is offered for the last of these words.
+# Prints the completions that are offered for the last of these words.
 offered() { # WORD...
     # shellcheck disable=SC1090
     (
@@ -28,20 +28,20 @@ offered() { # WORD...
     )
 }
 
-ThePageNamesEachCommandAndOptionAndNoOther() {
+TheManualPageNamesExactlyTheOptionsOfTheHelp() {
     local all named
     all=$(for command in "${commands[@]}"; do options_of "$command"; done | sort -u)
     [ "$(wc -l <<<"$all")" -gt 10 ] || fail "--help names only: $all"
     named=$(sed 's/\\-/-/g' "$page" | grep -oE -- '--[a-z][a-z0-9-]+' | grep -vx -- --version | sort -u)
     [ "$all" = "$named" ] || fail "$(diff <(echo "$all") <(echo "$named"))"
     for command in "${commands[@]}"; do
-        grep -qF "$command" "$page" || fail "the page does not name $command"
+        grep -qF "$command" "$page" || fail "the manual page does not name $command"
     done
     for code in 0 1 2 3 4 5 6 130; do
-        grep -qxF ".B $code" "$page" || fail "the page does not explain the exit code $code"
+        grep -qxF ".B $code" "$page" || fail "the manual page does not explain the exit code $code"
     done
 }
-EachCommandIsOfferedWithItsOptions() {
+CompletionOffersEachCommandAndItsOptions() {
     [ "$(offered '' | tr '\n' ' ')" = 'check list manifest update ' ] || fail "commands: $(offered '')"
     [ "$(offered manifest '')" = verify ] || fail "manifest: $(offered manifest '')"
     for command in "${commands[@]}"; do
@@ -51,10 +51,10 @@ EachCommandIsOfferedWithItsOptions() {
     done
     [ "$(offered update --w | tr '\n' ' ')" = '--wait --write-type ' ] || fail "--w: $(offered update --w)"
 }
-ValuesAreOfferedWhereTheyAreKnown() {
+CompletionOffersKnownValues() {
     [ "$(offered update --write-type '' | tr '\n' ' ')" = 'hid usb ' ] || fail 'write types'
     [ "$(offered list --lang '' | tr '\n' ' ')" = 'en zh ' ] || fail 'languages'
-    [ -z "$(offered update --wait '')" ] || fail 'there is something to offer for a number'
+    [ -z "$(offered update --wait '')" ] || fail 'something is offered for a number'
     cd "$(mktemp -d)"
     touch 'an image.img'
     [ "$(offered update --file an)" = 'an image.img' ] || fail "files: $(offered update --file an)"
