@@ -18,7 +18,7 @@ class CommandContext;
 class IapProgrammer;
 
 /// One update of one device, from the choice of the image to the result. Lives on the main thread, whose
-/// event loop it runs; the update itself runs on a thread of its own.
+/// event loop it runs; the update itself runs on a thread of the global pool.
 class UpdateRun : public UpdateHost
 {
 public:
