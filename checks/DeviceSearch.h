@@ -7,7 +7,8 @@
 #include <QString>
 #include <QVector>
 
-/// Finds the connected devices that the model table knows, and those in their bootloader. Main thread.
+/// Finds the connected devices that the model table knows, and those in their bootloader. May be
+/// used on any thread, but an object only by one at a time.
 class DeviceSearch
 {
 public:

@@ -17,7 +17,7 @@ class CommandContext;
 class IapProgrammer;
 
 /// One update of one device, from the choice of the image to the result. Used on the main thread, where it
-/// waits in an event loop; the update itself runs on another thread.
+/// waits in an event loop; the update itself runs on a thread of the global pool.
 class UpdateRun : public UpdateHost
 {
 public:

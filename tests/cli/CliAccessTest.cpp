@@ -1,6 +1,4 @@
-#include "tests/cli/CliTest.h"
-
-#include <QDir>
+#include "tests/cli/LockedDevice.h"
 
 namespace {
 
@@ -12,22 +10,11 @@ class CliAccessTest : public CliTest
 {
 protected:
     /// Starts the bus and locks the files of its device.
-    void lockDevice()
+    void lock()
     {
-        CliScenario &s = scenario();
-        s.program.startThrough({QStringLiteral("setpriv"), QStringLiteral("--inh-caps=-all"),
-                                QStringLiteral("--ambient-caps=-all"),
-                                QStringLiteral("--bounding-set=-all")});
-        ASSERT_EQ(run({list}), 0);
-        ASSERT_EQ(stateInList(), QStringLiteral("ready"));
-        const QString nodes =
-            s.bus.environment().value(QLatin1String("UMOCKDEV_DIR")).toString() + QStringLiteral("/dev/");
-        for (const QString &name :
-             QDir(nodes).entryList({QStringLiteral("hidraw*")}, QDir::AllEntries | QDir::System)) {
-            ASSERT_TRUE(QFile::setPermissions(nodes + name, QFile::Permissions()));
-            m_locked.append(name);
-        }
+        m_locked = lockDevice(scenario());
         ASSERT_FALSE(m_locked.isEmpty());
+        ASSERT_EQ(stateInList(), QStringLiteral("ready"));
     }
     QString stateInList()
     {
@@ -41,14 +28,14 @@ protected:
 
 TEST_F(CliAccessTest, TheListShowsThatTheUserMayNotOpenTheDevice)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({list}), 0);
     EXPECT_EQ(stateInList(), QStringLiteral("no-permission"));
 }
 
 TEST_F(CliAccessTest, AnUpdateEndsWithCodeFiveAndLeavesTheDeviceAlone)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({update}), 5);
     expectResult("failed", "idle", "no-access", 5);
     expectUntouchedDevice();
@@ -59,7 +46,7 @@ TEST_F(CliAccessTest, AnUpdateEndsWithCodeFiveAndLeavesTheDeviceAlone)
 
 TEST_F(CliAccessTest, TheCheckNamesTheFile)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({QStringLiteral("check")}), 5);
     QJsonObject finding;
     for (const QJsonObject &event : scenario().events(QStringLiteral("finding"))) {

@@ -33,13 +33,4 @@ std::string nameOfEnding(const testing::TestParamInfo<Ending> &ending)
 
 INSTANTIATE_TEST_SUITE_P(Each, CliEndingTest, testing::ValuesIn(endings()), nameOfEnding);
 
-TEST(CliEndingTableTest, TheTableHasEveryExitCode)
-{
-    QList<int> seen;
-    for (const Ending &ending : endings())
-        seen.append(ending.exitCode);
-    for (const int exitCode : {0, 1, 2, 3, 4, 5, 6, 130})
-        EXPECT_TRUE(seen.contains(exitCode)) << exitCode;
-}
-
 } // namespace

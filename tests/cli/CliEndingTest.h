@@ -107,5 +107,5 @@ protected:
     int m_reportsBefore = 0;
 };
 
-/// Returns all endings.
+/// Returns the endings of the program under test; each test program has its own list.
 const QVector<Ending> &endings();

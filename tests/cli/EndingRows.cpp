@@ -1,5 +1,6 @@
 #include "harness/BuildPaths.h"
 #include "tests/cli/CliEndingTest.h"
+#include "tests/cli/LockedDevice.h"
 
 using namespace CliCases;
 
@@ -232,7 +233,24 @@ const QVector<Ending> &endings()
          [](CliEndingTest &t) {
              WholeFile::write(t.besideTheWorkingFolder("ControlList.img"), "an image");
          }},
+        {"SignatureThatCannotBeVerified",
+         "a signature is required, but no key is known",
+         "DevMaa",
+         {update, QStringLiteral("--require-signature")},
+         4,
+         "failed, idle, signature-refused",
+         "untouched"},
 
+        {"DeviceLocked",
+         "the user may not open the device",
+         "DevMaa",
+         {update},
+         5,
+         "failed, idle, no-access",
+         "untouched",
+         [](CliEndingTest &t) {
+             ASSERT_FALSE(lockDevice(t.s()).isEmpty());
+         }},
         {"FlasherMissing",
          "the flasher is missing",
          "DevMaa",

@@ -5,12 +5,14 @@ project=$(cd "$(dirname "$0")/../.." && pwd)
 program=$1
 page=$project/packaging/linux/quillmarsh-cli.1
 completion=$project/packaging/linux/quillmarsh-cli.bash
-commands=(list update check 'manifest verify')
 
 fail() {
     echo "$*" >&2
     exit 1
 }
+# The commands that --help lists, such as "list" and "manifest verify".
+mapfile -t commands < <("$program" --help | sed -nE '/^Commands:$/,/^$/s/^  ([a-z]+( [a-z]+)?)  .*/\1/p')
+[ "${#commands[@]}" -gt 3 ] || fail "--help lists only: ${commands[*]}"
 options_of() { # COMMAND
     # shellcheck disable=SC2086 # "manifest verify" is two words
     "$program" $1 --help | sed -nE 's/^  (--[a-z0-9-]+).*/\1/p' | sort
@@ -35,14 +37,15 @@ TheManualPageNamesExactlyTheOptionsOfTheHelp() {
     named=$(sed 's/\\-/-/g' "$page" | grep -oE -- '--[a-z][a-z0-9-]+' | grep -vx -- --version | sort -u)
     [ "$all" = "$named" ] || fail "$(diff <(echo "$all") <(echo "$named"))"
     for command in "${commands[@]}"; do
-        grep -qF "$command" "$page" || fail "the manual page does not name $command"
+        grep -qxF ".B quillmarsh-cli $command" "$page" || fail "the synopsis of the manual page does not name $command"
+        grep -qxF ".B $command" "$page" || fail "the manual page does not describe $command"
     done
     for code in 0 1 2 3 4 5 6 130; do
         grep -qxF ".B $code" "$page" || fail "the manual page does not explain the exit code $code"
     done
 }
 CompletionOffersEachCommandAndItsOptions() {
-    [ "$(offered '' | tr '\n' ' ')" = 'check list manifest update ' ] || fail "commands: $(offered '')"
+    [ "$(offered '')" = "$(printf '%s\n' "${commands[@]%% *}" | sort)" ] || fail "commands: $(offered '')"
     [ "$(offered manifest '')" = verify ] || fail "manifest: $(offered manifest '')"
     for command in "${commands[@]}"; do
         # shellcheck disable=SC2086
@@ -59,6 +62,7 @@ CompletionOffersKnownValues() {
     touch 'an image.img'
     [ "$(offered update --file an)" = 'an image.img' ] || fail "files: $(offered update --file an)"
     [ "$(offered manifest verify an)" = 'an image.img' ] || fail "manifests: $(offered manifest verify an)"
+    [ "$(offered report an)" = 'an image.img' ] || fail "reports: $(offered report an)"
     rm -r "$PWD"
 }
 
