@@ -36,7 +36,7 @@ UpdateStarter::~UpdateStarter()
 void UpdateStarter::start()
 {
     UpdateSession &session = m_dependencies.session;
-    if (session.isRunning() || isWaitingForTool())
+    if (!session.isStartAllowed() || isWaitingForTool())
         return;
     if (!hasDevice()) {
         reportMissingDevice();

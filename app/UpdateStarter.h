@@ -38,9 +38,9 @@ public:
     explicit UpdateStarter(const Dependencies &dependencies);
     ~UpdateStarter();
 
-    /// Starts an update. Does nothing while one is running or a tool is being waited for; reports to the user
-    /// when there is no device or another copy of the program is updating one. Fetches the chooser's manifest
-    /// in a local event loop, then returns without waiting for the update.
+    /// Starts an update. Does nothing while the session allows none or a tool is being waited for; reports to
+    /// the user when there is no device or another copy of the program is updating one. Fetches the chooser's
+    /// manifest in a local event loop, then returns without waiting for the update.
     void start();
 
 private:

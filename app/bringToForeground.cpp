@@ -42,7 +42,7 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     qDebug().noquote() << "当前进程所在文件夹路径:" << m_paths.applicationDir;
     initialiseDeviceLibraries();
     setLocaleCodec();
-    buildFlashingPage();
+    MainWindowLayout::buildFlashingPage(this, this, m_widgets);
     InitUseWirteType();
     buildWriteTypeBox();
     buildInterface();
@@ -50,11 +50,11 @@ bringToForeground::bringToForeground(QWidget *parent, bool isZN58Mode, bool isTe
     createLogWindow();
     GetDefaultImagePath(m_paths.applicationDir);
     connect(m_widgets.chooseFileButton, &QPushButton::clicked, this, [this] { m_image->browse(this); });
-    checkDriver();
+    m_access.checkAtStart(m_paths.applicationDir, *m_logWindow, *m_checkTimer);
     createDownloaders();
     connectControls();
     if (m_launch.isAutomatic())
-        reduceInterface();
+        MainWindowLayout::applyAutomaticMode(m_widgets);
     // Show the window before the panel is complete: its constructor waits for the programmer without a limit.
     QTimer::singleShot(0, this, &QWidget::show);
     createIapPanel();
@@ -117,11 +117,6 @@ void bringToForeground::initialiseDeviceLibraries()
     m_hid = makeHidapiPort();
 }
 
-void bringToForeground::buildFlashingPage()
-{
-    MainWindowLayout::buildFlashingPage(this, this, m_widgets);
-}
-
 void bringToForeground::buildWriteTypeBox()
 {
     MainWindowLayout::buildWriteTypeBox(this, m_writeType.usb, m_writeType.hid, m_widgets);
@@ -162,11 +157,6 @@ void bringToForeground::createLogWindow()
     AppendLog(m_logWindow.get(), SystemReport::describe());
 }
 
-void bringToForeground::checkDriver()
-{
-    m_access.checkAtStart(m_paths.applicationDir, *m_logWindow, *m_checkTimer);
-}
-
 void bringToForeground::createDownloaders()
 {
     m_downloader = new FileDownloaderHTTP(this, this);
@@ -190,17 +180,12 @@ void bringToForeground::connectControls()
                                   [this] { return LastRun::of(m_session); }, *m_logWindow});
 }
 
-void bringToForeground::reduceInterface()
-{
-    MainWindowLayout::applyAutomaticMode(m_widgets);
-}
-
 void bringToForeground::createIapPanel()
 {
     log(QStringLiteral("create IAPUpDate Mode..."));
-    QString programmer;
-    log(findIapProgrammer(&programmer) ? QStringLiteral("IAP Process exists")
-                                       : QStringLiteral("IAP Process not exists.!"));
+    const QString programmer = ProgramPaths::iapProgrammer();
+    log(QFile::exists(programmer) ? QStringLiteral("IAP Process exists")
+                                  : QStringLiteral("IAP Process not exists.!"));
     makeIapPanel(programmer);
     log(QStringLiteral("create IAPUpDate Mode done."));
 }
@@ -211,12 +196,6 @@ void bringToForeground::makeIapPanel(const QString &programmer)
                                m_logWindow.get());
     // The user may have ticked the box while the constructor waited for the programmer.
     onIAPStateChanged(m_widgets.iapBox->checkState());
-}
-
-bool bringToForeground::findIapProgrammer(QString *path) const
-{
-    *path = ProgramPaths::iapProgrammer();
-    return QFile::exists(*path);
 }
 
 void bringToForeground::checkConnection()

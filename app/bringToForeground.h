@@ -108,18 +108,14 @@ private:
     void connectLog();
     void connectControlSignals();
     void initialiseDeviceLibraries();
-    void buildFlashingPage();
     void buildWriteTypeBox();
     void buildInterface();
     void createMonitor();
     void createLogWindow();
-    void checkDriver();
     void createDownloaders();
     void connectControls();
-    void reduceInterface();
     void createIapPanel();
     void makeIapPanel(const QString &programmer);
-    bool findIapProgrammer(QString *path) const;
 
     void checkConnection();
     void apply(const MonitorOutcome &outcome);

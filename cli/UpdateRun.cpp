@@ -74,6 +74,7 @@ UpdateSummary UpdateRun::run(const Target &target)
             request.requireSignature = m_context.options.requireSignature;
             runWorkflow(request);
             m_summary.result = m_session.lastResult();
+            m_summary.seconds = m_session.lastSeconds();
         } else {
             m_summary.result.reason = UpdateReason::AnotherCopy;
         }
@@ -197,13 +198,8 @@ bool UpdateRun::startIapPanel()
 void UpdateRun::noteStage(UpdateStage stage)
 {
     m_awake.onStageChanged(stage);
-    if (m_inStage.isValid())
-        m_summary.seconds[m_stage] += static_cast<double>(m_inStage.elapsed()) / 1000.0;
-    m_inStage.invalidate();
     if (stage == UpdateStage::Idle || stage == UpdateStage::ProgramClosed)
         return;
-    m_stage = stage;
-    m_inStage.start();
     m_context.sink.stage(stage);
     if (m_summary.sum.isEmpty() && !m_session.image().isEmpty())
         m_summary.sum = md5Check::fileMd5(m_session.image());

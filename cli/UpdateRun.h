@@ -9,7 +9,6 @@
 #include "update/UpdateHost.h"
 #include "update/UpdatePaths.h"
 
-#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -55,7 +54,5 @@ private:
     CliReporter &m_reporter;
     UpdateChoices m_choices;
     UpdateSummary m_summary;
-    UpdateStage m_stage = UpdateStage::Idle;
-    QElapsedTimer m_inStage;
     AwakeWhileWriting m_awake;
 };

@@ -50,9 +50,9 @@ QLatin1String HidScan::markerOf(const QString &name)
     return searchFor(name).marker;
 }
 
-bool HidScan::hasMarker(const HidInterface &seen, QLatin1String marker)
+bool HidScan::isWanted(const HidInterface &seen, quint32 vendorId, quint32 productId, QLatin1String marker)
 {
-    if (marker.isEmpty())
+    if (marker.isEmpty() || seen.path.isNull() || seen.vendorId != vendorId || seen.productId != productId)
         return false;
     return QString::fromUtf8(seen.path).contains(marker, Qt::CaseInsensitive) ||
            seen.markers.contains(marker, Qt::CaseInsensitive);
@@ -70,7 +70,7 @@ std::unique_ptr<HidDevice> HidScan::findInterface(HidPort &port, const QString &
         if (seen.vendorId != vendorId || seen.productId != productId || search.marker.isEmpty())
             continue;
         qDebug().noquote().nospace() << "duoDevstr: " << path;
-        if (seen.path.isNull() || !hasMarker(seen, search.marker))
+        if (!isWanted(seen, vendorId, productId, search.marker))
             continue;
         if (std::unique_ptr<HidDevice> handle = port.openPath(seen.path)) {
             reporter.log(search.foundText);

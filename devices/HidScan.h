@@ -16,11 +16,12 @@ namespace HidScan {
 /// empty for a model that needs no certain one.
 QLatin1String markerOf(const QString &name);
 
-/// Returns whether the interface has the marker, in whatever letter case. Returns false for an empty marker.
-bool hasMarker(const HidInterface &seen, QLatin1String marker);
+/// Returns whether the interface belongs to a device with these ids and has the marker in its path, or in its
+/// markers, in whatever letter case. Returns false for an interface without a path and for an empty marker.
+bool isWanted(const HidInterface &seen, quint32 vendorId, quint32 productId, QLatin1String marker);
 
-/// Opens the HID interface that the model `name` needs: the first one that has the marker and can be opened.
-/// Returns null if there is none. Appends a line to the file `interfaceLogPath` for each interface that is
+/// Opens the HID interface that the model `name` needs: the first wanted one that can be opened. Returns
+/// null if there is none. Appends a line to the file `interfaceLogPath` for each interface that is
 /// examined.
 std::unique_ptr<HidDevice> findInterface(HidPort &port, const QString &name, quint32 vendorId,
                                          quint32 productId, Reporter &reporter,

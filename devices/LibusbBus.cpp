@@ -1,14 +1,10 @@
+#include "devices/LibusbDeviceList.h"
 #include "devices/LibusbPosition.h"
 #include "devices/UsbBus.h"
 
 #include <libusb.h>
 
 namespace {
-
-struct ListDeleter
-{
-    void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
-};
 
 class LibusbBus : public UsbBus
 {
@@ -20,18 +16,17 @@ public:
         Listing listing;
         if (!m_initialised)
             return listing;
-        libusb_device **devices = nullptr;
-        listing.count = libusb_get_device_list(nullptr, &devices);
-        const std::unique_ptr<libusb_device *[], ListDeleter> owner(devices);
+        const LibusbDeviceList devices;
+        listing.count = devices.count();
         if (listing.count < 1)
             return listing;
         listing.descriptors.reserve(static_cast<int>(listing.count));
-        for (qint64 i = 0; i < listing.count; ++i) {
+        for (ssize_t i = 0; i < devices.count(); ++i) {
             libusb_device_descriptor descriptor{};
-            if (libusb_get_device_descriptor(devices[i], &descriptor) != LIBUSB_SUCCESS)
+            if (libusb_get_device_descriptor(devices.at(i), &descriptor) != LIBUSB_SUCCESS)
                 continue;
             listing.descriptors.append(descriptor);
-            listing.positions.append(libusbPosition(devices[i]));
+            listing.positions.append(libusbPosition(devices.at(i)));
         }
         return listing;
     }

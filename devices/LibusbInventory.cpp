@@ -1,4 +1,5 @@
 #include "devices/BusInventory.h"
+#include "devices/LibusbDeviceList.h"
 #include "devices/LibusbPosition.h"
 #include "devices/UsbDescriptorBytes.h"
 
@@ -8,10 +9,6 @@
 
 namespace {
 
-struct ListDeleter
-{
-    void operator()(libusb_device **list) const { libusb_free_device_list(list, 1); }
-};
 struct ConfigurationDeleter
 {
     void operator()(libusb_config_descriptor *descriptor) const { libusb_free_config_descriptor(descriptor); }
@@ -36,12 +33,11 @@ void readUsbInventory(bool usbReady, const BusInventory::IsWanted &isWanted, Bus
 {
     if (!usbReady)
         return;
-    libusb_device **devices = nullptr;
-    inventory.usbCount = libusb_get_device_list(nullptr, &devices);
-    const std::unique_ptr<libusb_device *[], ListDeleter> owner(devices);
-    for (qint64 i = 0; i < inventory.usbCount; ++i) {
+    const LibusbDeviceList devices;
+    inventory.usbCount = devices.count();
+    for (ssize_t i = 0; i < devices.count(); ++i) {
         libusb_device_descriptor descriptor{};
-        if (libusb_get_device_descriptor(devices[i], &descriptor) != LIBUSB_SUCCESS)
+        if (libusb_get_device_descriptor(devices.at(i), &descriptor) != LIBUSB_SUCCESS)
             continue;
         UsbRecord record;
         record.vendorId = descriptor.idVendor;
@@ -49,8 +45,8 @@ void readUsbInventory(bool usbReady, const BusInventory::IsWanted &isWanted, Bus
         record.deviceClass = descriptor.bDeviceClass;
         if (isWanted(descriptor.idVendor)) {
             record.descriptor = UsbDescriptorBytes::of(descriptor);
-            record.configurations = configurationsOf(devices[i], descriptor.bNumConfigurations);
-            record.position = libusbPosition(devices[i]);
+            record.configurations = configurationsOf(devices.at(i), descriptor.bNumConfigurations);
+            record.position = libusbPosition(devices.at(i));
         }
         inventory.usb.append(record);
     }

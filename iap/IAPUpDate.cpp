@@ -23,6 +23,18 @@ void fill(QComboBox &box, const QStringList &items)
     box.addItems(items);
 }
 
+/// Disables a widget during its lifetime.
+class Disabled
+{
+public:
+    explicit Disabled(QWidget &widget) : m_widget(widget) { m_widget.setEnabled(false); }
+    ~Disabled() { m_widget.setEnabled(true); }
+    Q_DISABLE_COPY(Disabled)
+
+private:
+    QWidget &m_widget;
+};
+
 } // namespace
 
 IAPUpDate::IAPUpDate(quint32 productId, quint32 vendorId, const QString &programmerPath, QWidget *parent,
@@ -148,8 +160,12 @@ void IAPUpDate::onStartClicked()
 {
     if (m_workflowStart.postpone())
         return;
-    // The arguments of the run are read from the fields, which must belong to the selected port type.
-    m_portTypeChange.runNow();
+    {
+        // The arguments of the run are read from the fields, which must belong to the selected port type.
+        // Acting on a postponed change asks the programmer, and the user could change the type again.
+        const Disabled unchanged(*m_form.portType);
+        m_portTypeChange.runNow();
+    }
     if (!beginRun()) {
         if (m_programmer->isRunning())
             qWarning() << "IAP already running";
@@ -181,9 +197,8 @@ bool IAPUpDate::beginRun()
 /// Lets the main widget check the file that the user wants to program, and ends the run if it is refused.
 bool IAPUpDate::checkImage()
 {
-    m_form.portType->setEnabled(false);
+    const Disabled unchanged(*m_form.portType);
     const UpdateReason reason = m_host->checkUpdateFile();
-    m_form.portType->setEnabled(true);
     if (reason != UpdateReason::None)
         endRun(reason, {});
     return reason == UpdateReason::None;
@@ -192,9 +207,8 @@ bool IAPUpDate::checkImage()
 std::optional<IapRun> IAPUpDate::prepareRun()
 {
     // Until the port type is read below, the fields must belong to it.
-    m_form.portType->setEnabled(false);
+    const Disabled unchanged(*m_form.portType);
     std::optional<IapRun> run = m_programmer->prepare(m_host->chosenIapDevice());
-    m_form.portType->setEnabled(true);
     if (!run)
         return run;
     if (!std::exchange(m_portsKnown, true))

@@ -92,8 +92,7 @@ QLatin1String nameOf(ConnectionState state)
 int pickedInterface(const QVector<HidRecord> &interfaces, const UsbRecord &device, QLatin1String marker)
 {
     const auto picked = std::find_if(interfaces.begin(), interfaces.end(), [&](const HidRecord &each) {
-        return each.seen.vendorId == device.vendorId && each.seen.productId == device.productId &&
-               HidScan::hasMarker(each.seen, marker) && each.opens;
+        return HidScan::isWanted(each.seen, device.vendorId, device.productId, marker) && each.opens;
     });
     return picked == interfaces.end() ? -1 : static_cast<int>(picked - interfaces.begin());
 }

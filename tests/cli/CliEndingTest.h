@@ -37,22 +37,20 @@ inline void PrintTo(const Ending &ending, std::ostream *out)
 class CliEndingTest : public CliTest, public testing::WithParamInterface<Ending>
 {
 public:
+    using CliTest::interrupt;
+    using CliTest::waitUntilSaid;
+
     CliScenario &s() { return scenario(GetParam().model); }
     void playBurn(const QJsonArray &steps)
     {
         s().program.setScript(CliCases::usbFlasher, CliCases::scriptFor(QStringLiteral("image"), {steps}));
     }
     void waitForStage(const char *stage) { ASSERT_TRUE(s().waitForEvent(CliCases::inStage(stage))); }
-    void waitUntilSaid(const char *text)
-    {
-        ASSERT_TRUE(pollUntil([&] { return s().program.standardError().contains(QLatin1String(text)); }));
-    }
-    void interrupt() { ASSERT_EQ(kill(static_cast<pid_t>(s().bus.programId()), SIGINT), 0); }
     void interruptTwice()
     {
         dependsOnRealTime("the five seconds for the second request");
         interrupt();
-        waitUntilSaid("the update goes on");
+        ASSERT_TRUE(waitUntilSaid("the update goes on"));
         interrupt();
     }
     void remove(const QString &tool)

@@ -1,8 +1,6 @@
 #include "tests/cli/CliTest.h"
 #include "tests/endtoend/ServerFaultRows.h"
 
-#include <csignal>
-
 namespace {
 
 using namespace CliCases;
@@ -28,7 +26,7 @@ TEST_P(CliServerFaultTest, ExactBytesOrAnUntouchedDevice)
     start({update});
     if (waitsForEver()) {
         ASSERT_TRUE(pollUntil([&] { return s.program.standardOutput().contains(QLatin1String(row.line)); }));
-        ASSERT_EQ(kill(static_cast<pid_t>(s.bus.programId()), SIGINT), 0);
+        interrupt();
     }
     const int exitCode = waitForExit();
     if (row.end == FetchEnds::Burned) {

@@ -1,7 +1,5 @@
 #include "tests/cli/CliTest.h"
 
-#include <csignal>
-
 namespace {
 
 using namespace CliCases;
@@ -26,10 +24,8 @@ protected:
     }
     void interruptAndExpectEnd(int exitCode)
     {
-        const RunningTimer sinceSignal;
-        ASSERT_EQ(kill(static_cast<pid_t>(scenario().bus.programId()), SIGINT), 0);
-        EXPECT_EQ(waitForExit(), exitCode);
-        EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
+        interrupt();
+        expectExitAtOnce(exitCode);
     }
     QString mark() { return scenario().program.workingFolder() + QLatin1String("/../hangs"); }
 };

@@ -1,7 +1,5 @@
 #include "tests/cli/CliTest.h"
 
-#include <csignal>
-
 namespace {
 
 using namespace CliCases;
@@ -92,7 +90,7 @@ TEST_F(CliListTest, WatchingTellsOfDevicesThatComeAndGoUntilItIsInterrupted)
     wanted.append(QStringLiteral("DevMaa ready"));
     EXPECT_TRUE(waitUntilTold(wanted));
     EXPECT_TRUE(s.bus.programState().running);
-    kill(static_cast<pid_t>(s.bus.programId()), SIGINT);
+    interrupt();
     EXPECT_EQ(waitForExit(), 0);
     EXPECT_EQ(told(), wanted);
 }

@@ -1,7 +1,5 @@
 #include "tests/cli/CliTest.h"
 
-#include <csignal>
-
 namespace {
 
 using namespace CliCases;
@@ -13,10 +11,6 @@ const QString wait = QStringLiteral("--wait");
 class CliRepeatTest : public CliTest
 {
 protected:
-    bool waitUntilSaid(const QString &text, int times = 1)
-    {
-        return pollUntil([&] { return scenario().program.standardError().count(text) >= times; });
-    }
     QStringList outcomes()
     {
         QStringList texts;
@@ -28,15 +22,14 @@ protected:
     void exchangeDeviceAfter(int handled)
     {
         CliScenario &s = scenario();
-        ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device."), handled));
+        ASSERT_TRUE(waitUntilSaid("Disconnect the device.", handled));
         if (outcomes().last() == QLatin1String("succeeded")) {
             ASSERT_TRUE(s.bus.waitForDevice(s.model(), application));
         }
         ASSERT_TRUE(s.bus.unplug(s.model()));
-        ASSERT_TRUE(waitUntilSaid(QStringLiteral("Connect the next device."), handled + 1));
+        ASSERT_TRUE(waitUntilSaid("Connect the next device.", handled + 1));
         ASSERT_TRUE(s.bus.plug(s.model()));
     }
-    void interrupt() { ASSERT_EQ(kill(static_cast<pid_t>(scenario().bus.programId()), SIGINT), 0); }
     int burns() { return scenario().bus.device(scenario().model()).value(QLatin1String("burns")).toInt(); }
 };
 
@@ -44,7 +37,7 @@ TEST_F(CliRepeatTest, EachDeviceIsUpdatedOnceUntilAnInterruption)
 {
     start({update, repeat});
     ASSERT_NO_FATAL_FAILURE(exchangeDeviceAfter(1));
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device."), 2));
+    ASSERT_TRUE(waitUntilSaid("Disconnect the device.", 2));
     // The device is back, and still the one that was updated.
     ASSERT_TRUE(scenario().bus.waitForDevice(scenario().model(), application));
     EXPECT_FALSE(pollUntil([&] { return outcomes().size() > 2; }, 2000));
@@ -53,7 +46,7 @@ TEST_F(CliRepeatTest, EachDeviceIsUpdatedOnceUntilAnInterruption)
     EXPECT_EQ(outcomes(), (QStringList{QStringLiteral("succeeded"), QStringLiteral("succeeded")}));
     EXPECT_EQ(burns(), 2);
     EXPECT_EQ(scenario().burned(), scenario().image());
-    EXPECT_TRUE(waitUntilSaid(QStringLiteral("2 updated, 0 failed.")));
+    EXPECT_TRUE(waitUntilSaid("2 updated, 0 failed."));
 }
 
 TEST_F(CliRepeatTest, AFailureIsCountedAndTheNextDeviceIsUpdated)
@@ -63,23 +56,23 @@ TEST_F(CliRepeatTest, AFailureIsCountedAndTheNextDeviceIsUpdated)
         usbFlasher, scriptFor(QStringLiteral("image"), {{step("exit", 1)}, {step("burn"), step("success")}}));
     start({update, repeat});
     ASSERT_NO_FATAL_FAILURE(exchangeDeviceAfter(1));
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device."), 2));
+    ASSERT_TRUE(waitUntilSaid("Disconnect the device.", 2));
     interrupt();
     EXPECT_EQ(waitForExit(), 1);
     EXPECT_EQ(outcomes(), (QStringList{QStringLiteral("failed"), QStringLiteral("succeeded")}));
-    EXPECT_TRUE(waitUntilSaid(QStringLiteral("1 updated, 1 failed.")));
+    EXPECT_TRUE(waitUntilSaid("1 updated, 1 failed."));
 }
 
 TEST_F(CliRepeatTest, WithoutANextDeviceInTimeItEndsAsTheUpdatesDid)
 {
     CliScenario &s = scenario();
     start({update, repeat, wait, QStringLiteral("1")});
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device.")));
+    ASSERT_TRUE(waitUntilSaid("Disconnect the device."));
     ASSERT_TRUE(s.bus.waitForDevice(s.model(), application));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     EXPECT_EQ(waitForExit(), 0);
     EXPECT_EQ(outcomes(), QStringList{QStringLiteral("succeeded")});
-    EXPECT_TRUE(waitUntilSaid(QStringLiteral("1 updated, 0 failed.")));
+    EXPECT_TRUE(waitUntilSaid("1 updated, 0 failed."));
 }
 
 TEST_F(CliRepeatTest, WithoutAnyDeviceInTimeItEndsWithThree)
@@ -95,7 +88,7 @@ TEST_F(CliRepeatTest, AnInterruptionBeforeTheFirstDeviceIsACancelledUpdate)
     CliScenario &s = scenario();
     s.devices[0].insert(QStringLiteral("start"), QStringLiteral("absent"));
     start({update, repeat});
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Connect the next device.")));
+    ASSERT_TRUE(waitUntilSaid("Connect the next device."));
     interrupt();
     EXPECT_EQ(waitForExit(), 130);
     expectResult("cancelled", "idle", "interrupted", 130);
@@ -120,13 +113,13 @@ TEST_F(CliRepeatTest, OfSeveralBootloadersNoneIsWrittenAndTheWorkGoesOn)
     const QString other = QStringLiteral("DevMah");
     s.devices = {ModelOnBus::bootloader(s.model()), ModelOnBus::bootloader(other)};
     start({update, repeat, QStringLiteral("--model"), s.model()});
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("More than one device waits in its bootloader")));
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device.")));
+    ASSERT_TRUE(waitUntilSaid("More than one device waits in its bootloader"));
+    ASSERT_TRUE(waitUntilSaid("Disconnect the device."));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     ASSERT_TRUE(s.bus.unplug(other));
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Connect the next device."), 2));
+    ASSERT_TRUE(waitUntilSaid("Connect the next device.", 2));
     ASSERT_TRUE(s.bus.plug(s.model()));
-    ASSERT_TRUE(waitUntilSaid(QStringLiteral("Disconnect the device."), 2));
+    ASSERT_TRUE(waitUntilSaid("Disconnect the device.", 2));
     interrupt();
     EXPECT_EQ(waitForExit(), 1);
     EXPECT_EQ(outcomes(), (QStringList{QStringLiteral("failed"), QStringLiteral("succeeded")}));

@@ -1,8 +1,6 @@
 #include "tests/cli/CliTest.h"
 #include "tests/cli/PseudoTerminal_linux.h"
 
-#include <csignal>
-
 namespace {
 
 using namespace CliCases;
@@ -79,10 +77,9 @@ TEST_F(CliTerminalTest, AnInterruptionAtTheQuestionEndsItAtOnce)
 {
     startOnTerminal({update});
     ASSERT_TRUE(waitForScreen(question));
-    const RunningTimer sinceSignal;
-    ASSERT_EQ(kill(static_cast<pid_t>(scenario().bus.programId()), SIGINT), 0);
+    interrupt();
     EXPECT_EQ(exitCode(), 130);
-    EXPECT_LE(sinceSignal.elapsed(), leaveLimitMs());
+    EXPECT_LE(m_sinceSignal.elapsed(), leaveLimitMs());
     expectUntouchedDevice();
 }
 

@@ -5,6 +5,7 @@
 #include "harness/session/ModelOnBus.h"
 #include "simulator/files/WholeFile.h"
 #include "simulator/standin/StandinScript.h"
+#include "simulator/time/RunningTime.h"
 #include "tests/cli/EventValidation.h"
 #include "tests/support/AnotherAttempt.h"
 
@@ -14,12 +15,16 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace CliCases {
 
 /// The system of the program under test; each test program has its own.
 std::unique_ptr<TargetSystem> programSystem();
 /// The signals that ask that program to end.
 QVector<int> endingSignals();
+/// Whether a signal may be sent to the process now.
+bool canBeSignalled(qint64 programId);
 /// The milliseconds in which it has to end after one of them, unless a device is being written.
 int leaveLimitMs();
 
@@ -101,6 +106,27 @@ protected:
         m_isJson = false;
         return scenario().run(arguments).value_or(-1);
     }
+    /// Sends the signal to the program.
+    void interrupt(int number = SIGINT)
+    {
+        const qint64 id = scenario().bus.programId();
+        ASSERT_GT(id, 0);
+        ASSERT_TRUE(pollUntil([id] { return CliCases::canBeSignalled(id); }));
+        m_sinceSignal.restart();
+        ASSERT_EQ(kill(static_cast<pid_t>(id), number), 0);
+    }
+    /// Expects that the program ends soon after interrupt().
+    void expectExitAtOnce(int exitCode)
+    {
+        EXPECT_EQ(waitForExit(), exitCode);
+        EXPECT_LE(m_sinceSignal.elapsed(), CliCases::leaveLimitMs());
+    }
+    /// Waits until the program has said a text so many times.
+    bool waitUntilSaid(const char *text, int times = 1)
+    {
+        return pollUntil(
+            [&] { return scenario().program.standardError().count(QLatin1String(text)) >= times; });
+    }
     int waitForExit() { return scenario().bus.waitForExit(2 * eventLimitMs).value_or(-1); }
 
     /// Returns the fields of the last event without "time" and, of a result, without "seconds".
@@ -157,6 +183,7 @@ protected:
     bool m_readsOutput = true;
     bool m_expectsNoFiles = true;
     std::unique_ptr<CliScenario> m_scenario;
+    RunningTimer m_sinceSignal;
 
 private:
     void expectValidEvents()

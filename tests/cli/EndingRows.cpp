@@ -55,7 +55,7 @@ const QVector<Ending> &endings()
          [](CliEndingTest &t) {
              t.waitForStage("flashing");
              t.interrupt();
-             t.waitUntilSaid("the update goes on");
+             ASSERT_TRUE(t.waitUntilSaid("the update goes on"));
              WholeFile::write(t.s().program.applicationFolder() + QLatin1String("/upgcmd.exe.go-on"));
          }},
 
@@ -292,7 +292,7 @@ const QVector<Ending> &endings()
          "untouched",
          [](CliEndingTest &t) { t.s().devices[0].insert(QStringLiteral("start"), QStringLiteral("absent")); },
          [](CliEndingTest &t) {
-             t.waitUntilSaid("Waiting for a device.");
+             ASSERT_TRUE(t.waitUntilSaid("Waiting for a device."));
              t.interrupt();
          }},
         {"InterruptedWhileFetching",

@@ -13,6 +13,11 @@ QVector<int> CliCases::endingSignals()
     return {SIGINT, SIGTERM, SIGHUP};
 }
 
+bool CliCases::canBeSignalled(qint64 /*programId*/)
+{
+    return true;
+}
+
 int CliCases::leaveLimitMs()
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

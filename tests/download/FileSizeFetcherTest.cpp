@@ -93,7 +93,7 @@ TEST_F(FileSizeFetcherTest, AFailedRequestIsRepeatedAtOnce)
     auto *manager = probe.findChild<QNetworkAccessManager *>();
     ASSERT_NE(manager, nullptr);
     int repeated = 0;
-    // // Called after the probe's own slot for the same signal.
+    // Called after the probe's own slot for the same signal.
     QObject::connect(manager, &QNetworkAccessManager::finished, manager, [&](const QNetworkReply *ended) {
         const QList<QNetworkReply *> replies = manager->findChildren<QNetworkReply *>();
         repeated += std::any_of(replies.begin(), replies.end(), [&](const QNetworkReply *reply) {

@@ -48,8 +48,12 @@ TEST_F(IapStaleTest, ACopyThatComesAndGoesLeavesTheProgrammerOfAnUpdateAlone)
     ASSERT_TRUE(second.start()) << second.errorText().toStdString();
     const QString made = QStringLiteral("create IAPUpDate Mode done.");
     ASSERT_TRUE(pollUntil([&] { return second.program.updateLogLines().contains(made); }, eventLimitMs, 20));
+    EXPECT_TRUE(second.program.updateLogLines().contains(
+        QStringLiteral("The IAP programmer is not asked for its ports while another copy of this program is "
+                       "updating a device.")));
     EXPECT_EQ(second.closeWindow(), 0);
     EXPECT_EQ(argumentsOf(second.program, taskkill()), QList<QStringList>());
+    EXPECT_EQ(argumentsOf(second.program, programmer), QList<QStringList>());
 
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());

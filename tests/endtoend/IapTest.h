@@ -34,8 +34,8 @@ protected:
         }));
     }
 
-    /// Starts the program and waits until the device is detected and the panel is ready: while the programmer
-    /// is asked for its ports, a start would have no effect.
+    /// Starts the program and waits until the device is detected and the programmer was asked for its ports,
+    /// so that a start takes effect at once.
     void startAndDetect()
     {
         start();

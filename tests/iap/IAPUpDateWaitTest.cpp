@@ -75,6 +75,31 @@ TEST_F(IAPUpDateWaitTest, ThePortTypeCannotBeChangedWhileTheStartAsks)
     EXPECT_TRUE(portType().isEnabled());
 }
 
+TEST_F(IAPUpDateWaitTest, ThePortTypeCannotBeChangedWhileAStartActsOnAnEarlierChange)
+{
+    makeSlowPanel();
+    whileAsked([this] {
+        emit panel().sigStartClicked();
+        portType().setCurrentText(QStringLiteral("I2C"));
+    });
+    portType().setCurrentText(QStringLiteral("USB"));
+    m_tools.holdBack();
+    QList<bool> enabled;
+    QTimer whileAskedAgain;
+    whileAskedAgain.callOnTimeout([&] {
+        if (!isWaitingForTool())
+            return;
+        enabled.append(portType().isEnabled());
+        m_tools.letGoOn();
+    });
+    whileAskedAgain.start(10);
+    ASSERT_TRUE(waitFor("ended"));
+    EXPECT_FALSE(enabled.isEmpty());
+    EXPECT_EQ(enabled.count(true), 0);
+    EXPECT_TRUE(portType().isEnabled());
+    EXPECT_EQ(starts(), list({"Start|4||-1|-1|0|0|1M|08004000|false|/srv/dev.bin"}));
+}
+
 TEST_F(IAPUpDateWaitTest, AStartRequestedByTheUpdateIsDeferredAndNotLost)
 {
     makeSlowPanel();

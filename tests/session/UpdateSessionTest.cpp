@@ -135,6 +135,21 @@ TEST_F(UpdateSessionTest, WithoutAnUpdateThereIsNoStageToEnterAndNoImage)
     EXPECT_EQ(m_session.image(), QString());
 }
 
+TEST_F(UpdateSessionTest, TheTimesOfTheStagesAreThoseOfTheUpdateThatEndedLast)
+{
+    using Stages = QList<UpdateStage>;
+    begin();
+    m_session.enter(UpdateStage::Flashing);
+    EXPECT_TRUE(m_session.lastSeconds().isEmpty());
+    end(Afterwards::Idle);
+    const Stages reached{UpdateStage::Fetching, UpdateStage::Flashing};
+    EXPECT_EQ(m_session.lastSeconds().keys(), reached);
+    begin();
+    EXPECT_EQ(m_session.lastSeconds().keys(), reached);
+    end(Afterwards::Idle);
+    EXPECT_EQ(m_session.lastSeconds().keys(), Stages{UpdateStage::Fetching});
+}
+
 TEST_F(UpdateSessionTest, EachNewStageIsReportedOnce)
 {
     QList<UpdateStage> told;

@@ -7,6 +7,22 @@ namespace {
 
 class FirmwareFetchImageTest : public FirmwareFetchTest
 {
+protected:
+    /// Runs a fetch for a device in its bootloader, whose model the user picks, and returns its result.
+    /// `before` is the device that was connected before.
+    QString fetchForPickedModel(const char *before, quint8 iapFlag)
+    {
+        setDevice(QString::fromLatin1(before), iapFlag);
+        m_choices.setFound(m_choices.device(), true);
+        ChosefirmwareWidget chooser(m_paths.manifestUrl);
+        QTimer whenShown;
+        QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] {
+            if (chooser.isVisible())
+                chooser.findChild<QPushButton *>(QStringLiteral("choose M1"))->click();
+        });
+        whenShown.start(5);
+        return fetch(&chooser);
+    }
 };
 
 TEST_F(FirmwareFetchImageTest, ASuccessReportsEachStepInOrderAndStoresTheImage)
@@ -79,9 +95,12 @@ TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedIsReportedWithItsRea
     const QString path = onWorkerThread([&] {
         FirmwareFetch run(m_reporter, *m_session, m_choices, Clock::real(), m_paths, m_downloader, impatient,
                           nullptr);
-        return run.fetchFirmware(m_choices.request(), &m_manifest);
+        const QString fetched = run.fetchFirmware(m_choices.request(), &m_manifest);
+        m_failure = run.failure();
+        return fetched;
     });
     EXPECT_EQ(path, QString());
+    EXPECT_EQ(m_failure, UpdateReason::DownloadFailed);
     EXPECT_EQ(m_reporter.events().mid(m_reporter.events().size() - 2),
               (QStringList{QStringLiteral("title Current Status: Error Occurred While Downloading File!"),
                            QStringLiteral("log Download ERROR!")}));
@@ -91,22 +110,34 @@ TEST_F(FirmwareFetchImageTest, AnImageThatCannotBeDownloadedIsReportedWithItsRea
 
 TEST_F(FirmwareFetchImageTest, ADeviceInItsBootloaderIsLookedUpByTheChosenName)
 {
-    setDevice(QStringLiteral("Other"), 0);
-    m_choices.setFound(m_choices.device(), true);
-    ChosefirmwareWidget chooser(m_paths.manifestUrl);
-    QTimer whenShown;
-    QObject::connect(&whenShown, &QTimer::timeout, &chooser, [&] {
-        if (chooser.isVisible())
-            chooser.findChild<QPushButton *>(QStringLiteral("choose M1"))->click();
-    });
-    whenShown.start(5);
-    EXPECT_EQ(fetch(&chooser), m_paths.downloadedImage());
+    EXPECT_EQ(fetchForPickedModel("Other", 0), m_paths.downloadedImage());
     EXPECT_EQ(m_reporter.events().mid(0, 4),
               (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
                            QStringLiteral("log ChoseDev: M1")}) +
                   m_parsing);
     EXPECT_EQ(m_key, QStringLiteral("M1"));
     EXPECT_EQ(m_choices.device().name, QStringLiteral("Other"));
+}
+
+TEST_F(FirmwareFetchImageTest, TheImageOfADeviceInItsBootloaderIsStoredAsDevImgAlsoAfterAnIapDevice)
+{
+    EXPECT_EQ(fetchForPickedModel("Other", 1), m_paths.downloadedImage());
+    EXPECT_TRUE(m_reporter.logLines().contains(QStringLiteral("is img file type.")));
+    EXPECT_EQ(contentOf(m_paths.downloadedImage()), m_image);
+    EXPECT_FALSE(QFile::exists(m_paths.downloadedIapImage()));
+}
+
+TEST_F(FirmwareFetchImageTest, AnEarlierDownloadIsNoLongerTheImageToBurnBeforeItsFileIsDeleted)
+{
+    const QString before = QStringLiteral("/srv/before.img");
+    m_choices.chooseImage({before, FirmwareImage::Origin::User, false, {}});
+    ASSERT_TRUE(WholeFile::write(m_paths.downloadedImage(), "checked earlier"));
+    m_choices.useServerImage(m_paths.downloadedImage(), QStringLiteral("M1"));
+    QByteArray whenDropped;
+    m_choices.watchImage([&] { whenDropped = contentOf(m_paths.downloadedImage()); });
+    EXPECT_EQ(fetch(), m_paths.downloadedImage());
+    EXPECT_EQ(m_choices.image().path, before) << "the new file has not been checked yet";
+    EXPECT_EQ(whenDropped, "checked earlier");
 }
 
 TEST_F(FirmwareFetchImageTest, WithoutABootloaderTheChooserStaysHidden)
@@ -132,6 +163,7 @@ TEST_F(FirmwareFetchImageTest, AChooserClosedWithoutAPickEndsTheFetch)
         (QStringList{QStringLiteral("log Find BootloaderMode.!, Show ChosefirmwareWidget."),
                      QStringLiteral("log ChoseDev: "), QStringLiteral("log ChoseDev is null，return")}));
     EXPECT_EQ(m_key, QString());
+    EXPECT_EQ(m_failure, UpdateReason::NoModelChosen);
 }
 
 } // namespace

@@ -21,6 +21,7 @@ protected:
         m_manifestText = manifest;
         m_rig.setManifest(manifest.toUtf8());
         EXPECT_EQ(fetch(), QString());
+        EXPECT_EQ(m_failure, UpdateReason::AddressNotFound);
         QStringList lines;
         for (const QString &message : messages)
             lines.append(QStringLiteral("log ") + message);

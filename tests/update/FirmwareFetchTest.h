@@ -72,6 +72,7 @@ protected:
             FirmwareFetch run = makeFetch(Clock::real(), chooser);
             const QString path = run.fetchFirmware(m_choices.request(), &m_manifest);
             m_key = run.deviceKey();
+            m_failure = run.failure();
             return path;
         });
     }
@@ -102,4 +103,5 @@ protected:
     ThreadFileDownloader m_segmentWorker;
     QJsonObject m_manifest;
     QString m_key;
+    UpdateReason m_failure = UpdateReason::None;
 };
