@@ -27,7 +27,7 @@ public:
         QNetworkRequest request = HttpAnswer::request(QUrl(address));
         if (part)
             request.setRawHeader("Range", rangeHeader(part->start, part->end));
-        m_reply.reset(m_manager.get(request));
+        m_reply.reset(HttpAnswer::get(m_manager, request));
         m_reply->setReadBufferSize(HttpAnswer::readBufferSize);
         QObject::connect(m_reply.get(), &QNetworkReply::finished, &m_loop, &QEventLoop::quit);
         QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, &m_loop, &QEventLoop::quit,

@@ -74,7 +74,7 @@ void FileDownloader::startDownload()
 
 void FileDownloader::sendRequest(const QNetworkRequest &request)
 {
-    m_reply = m_manager->get(request);
+    m_reply = HttpAnswer::get(*m_manager, request);
     m_reply->setReadBufferSize(HttpAnswer::readBufferSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloader::onReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileDownloader::onDownloadProgress);

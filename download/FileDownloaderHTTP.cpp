@@ -71,7 +71,7 @@ void FileDownloaderHTTP::onDownloadFile(QString url, QString savePath)
     }
     m_receivedBytes = 0;
     m_problem.clear();
-    m_reply = m_manager->get(HttpAnswer::request(address));
+    m_reply = HttpAnswer::get(*m_manager, HttpAnswer::request(address));
     // As large as the file may be: with a smaller buffer, Qt occasionally stops emitting readyRead.
     m_reply->setReadBufferSize(HttpAnswer::manifestLimit + 1);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileDownloaderHTTP::onReadyRead);

@@ -27,7 +27,7 @@ FileSizeFetcher::FileSizeFetcher(const QUrl &url, QObject *parent)
 
 void FileSizeFetcher::fetchFileSize()
 {
-    m_reply = m_manager->get(HttpAnswer::request(m_url));
+    m_reply = HttpAnswer::get(*m_manager, HttpAnswer::request(m_url));
     // Set at once: bytes arrive in the buffer before this thread handles the headers.
     m_reply->setReadBufferSize(readBufferSize);
     m_isSizeKnown = false;

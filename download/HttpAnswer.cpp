@@ -1,6 +1,7 @@
 #include "download/HttpAnswer.h"
 
 #include <QList>
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 
 #include <algorithm>
@@ -58,6 +59,15 @@ QNetworkRequest HttpAnswer::request(const QUrl &url)
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setRawHeader("Accept-Encoding", "identity");
     return request;
+}
+
+QNetworkReply *HttpAnswer::get(QNetworkAccessManager &manager, const QNetworkRequest &request)
+{
+    QNetworkReply *reply = manager.get(request);
+    // Qt requests the target from the event loop, so this takes effect before that.
+    QObject::connect(reply, &QNetworkReply::redirected, reply,
+                     [reply] { QObject::disconnect(reply, SIGNAL(startHttpRequest()), nullptr, nullptr); });
+    return reply;
 }
 
 int HttpAnswer::status(const QNetworkReply &reply)

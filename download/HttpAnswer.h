@@ -5,6 +5,7 @@
 
 #include <optional>
 
+class QNetworkAccessManager;
 class QNetworkReply;
 class QUrl;
 
@@ -23,6 +24,11 @@ QString tooLarge();
 /// Creates a request that follows redirects, though never from https to http, and does not accept
 /// compression. Qt would accept it by default, and sizes and ranges would then not be those of the file.
 QNetworkRequest request(const QUrl &url);
+
+/// Sends a request. Use it for every request that may be redirected: Qt 5 starts the one to the target with a
+/// signal to which the receiver of the redirect is still connected, and that receiver repeats its own request
+/// if it has not been deleted by then. The reply would mix the headers and bodies of both answers.
+QNetworkReply *get(QNetworkAccessManager &manager, const QNetworkRequest &request);
 
 /// Returns the HTTP status, or 0 if there is none yet.
 int status(const QNetworkReply &reply);

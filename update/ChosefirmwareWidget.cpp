@@ -37,7 +37,7 @@ ChosefirmwareWidget::ChosefirmwareWidget(const QString &manifestUrl, QWidget *pa
 void ChosefirmwareWidget::fetchModels(const QString &manifestUrl, Reporter *reporter)
 {
     QNetworkAccessManager manager;
-    QNetworkReply *reply = manager.get(HttpAnswer::request(QUrl(manifestUrl)));
+    QNetworkReply *reply = HttpAnswer::get(manager, HttpAnswer::request(QUrl(manifestUrl)));
     reply->setReadBufferSize(HttpAnswer::readBufferSize);
     QByteArray body;
     const auto isTooLarge = [&body] {

@@ -14,7 +14,6 @@ scripts/windows/install-tools.sh
 step 'Tests'
 cmake --preset test -B build/wine -DQUILLMARSH_WINE_TESTS="$PWD/build/mingw"
 cmake --build build/wine --target windows_endtoend_tests windows_cli_tests windows_library_tests quillmarsh-demo
-# A test that fails is run once more, for the reason given in run-tests.sh; ctest shows both runs.
 ctest --test-dir build/wine --label-regex '^wine$' --output-on-failure --no-tests=error \
-    --repeat until-pass:2 --parallel "$(nproc)" "$@"
+    --parallel "$(nproc)" "$@"
 step 'Done'

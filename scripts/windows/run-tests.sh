@@ -55,15 +55,10 @@ echo "$(wc -l <"$work/run") tests to run, of $(wc -l <"$work/linux") on Linux; $
         "$work/run" "$work/windows.numbered"
     echo
 } >"$work/numbers"
-# Twice as many jobs as processors, because tests mostly wait. A test that fails is run once more: on a busy machine
-# some have failed that passed when run again, for reasons that are not known. They are listed at the end.
+# Twice as many jobs as processors, because tests mostly wait.
 status=0
-ctest --preset mingw --parallel "$((2 * $(nproc)))" --repeat until-pass:2 --no-tests=error \
-    --tests-information "$work/numbers" "$@" 2>&1 | tee "$work/output" || status=$?
-if grep -aE '\*\*\*(Failed|Timeout|Exception)' "$work/output" | cut -c 1-160 >"$work/twice"; then
-    echo 'These tests failed at least once:'
-    cat "$work/twice"
-fi
+ctest --preset mingw --parallel "$((2 * $(nproc)))" --no-tests=error --tests-information "$work/numbers" "$@" 2>&1 |
+    tee "$work/output" || status=$?
 # A skipped test has not passed.
 if grep -E '\*\*\*(Skipped|Not Run)' "$work/output"; then
     echo 'These tests did not run.' >&2

@@ -14,12 +14,5 @@ if [ "$status" -ne 0 ] && [ ! -s "$output" ]; then
     status=0
     "$(dirname "$0")/wine.sh" "$@" </dev/null >"$output" 2>&1 || status=$?
 fi
-# A process has crashed at its end after its test had passed, once in 1400; why is not known. Such a test is run once
-# more, and has to end well.
-if [ "$status" -eq 139 ] && grep -q '^\[  PASSED  \]' "$output" && ! grep -q '^\[  FAILED  \]' "$output"; then
-    echo 'The program crashed at its end, after its tests had passed; trying again.'
-    status=0
-    "$(dirname "$0")/wine.sh" "$@" </dev/null >"$output" 2>&1 || status=$?
-fi
 cat "$output"
 exit "$status"

@@ -82,6 +82,14 @@ protected:
             ranges.append(request.header("Range"));
         return ranges;
     }
+    QList<QByteArray> pathsAsked() const
+    {
+        QList<QByteArray> paths;
+        const QList<ServerRequest> requests = m_server.requests();
+        for (const ServerRequest &request : requests)
+            paths.append(request.path);
+        return paths;
+    }
 
     /// Processes events for a while, to show that something does not happen.
     static void pumpFor(int milliseconds)

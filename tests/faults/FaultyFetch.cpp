@@ -20,6 +20,7 @@ namespace {
 constexpr int roundsUntilShutdown = 400;
 /// Ten segments of 20000 bytes, the last one longer by 3.
 constexpr int imageBytes = 200003;
+constexpr int aDayMs = 24 * 60 * 60 * 1000;
 
 void write(const QString &path, const QByteArray &content)
 {
@@ -100,6 +101,9 @@ void FaultyFetch::watch(unsigned right)
 
 Outcome FaultyFetch::run(unsigned right)
 {
+    // The program shuts down before a stalled segment times out, however slow the machine is.
+    if ((right & GoesOnWaiting) != 0)
+        m_segmentWorker.stallTimeout = aDayMs;
     m_clock.onSleep = [this, right] {
         watch(right);
     };

@@ -8,21 +8,30 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <functional>
+
 namespace {
 
 class IAPUpDateRunTest : public IAPUpDateTest
 {
 protected:
+    /// Calls `act` as soon as a message box is shown.
+    void whenTheWarningIsShown(const std::function<void(QMessageBox &)> &act)
+    {
+        QTimer::singleShot(5, &m_logWindow, [this, act] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+                act(*box);
+            else
+                whenTheWarningIsShown(act);
+        });
+    }
     /// Presses the button of the next message box and stores the properties of the box.
     void answerTheWarning()
     {
-        QTimer::singleShot(0, &m_logWindow, [this] {
-            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            if (!box)
-                return answerTheWarning();
-            m_warning = QStringList{box->windowTitle(), box->text()};
-            m_warningIcon = box->icon();
-            box->button(QMessageBox::Ok)->click();
+        whenTheWarningIsShown([this](QMessageBox &box) {
+            m_warning = QStringList{box.windowTitle(), box.text()};
+            m_warningIcon = box.icon();
+            box.button(QMessageBox::Ok)->click();
         });
     }
     void run(const ToolSteps &body)
@@ -226,15 +235,15 @@ TEST_F(IAPUpDateRunTest, ShuttingDownClosesTheWarningAboutTheFile)
 {
     makePanel();
     m_host.file = QStringLiteral("image.img");
-    bool wasAnswered = false;
-    QTimer::singleShot(300, &m_logWindow, [] { ShutdownFlag::instance().raise(); });
-    QTimer::singleShot(eventLimitMs, &m_logWindow, [&wasAnswered] {
-        wasAnswered = true;
-        if (QWidget *box = QApplication::activeModalWidget())
-            box->close();
+    bool wasShown = false;
+    whenTheWarningIsShown([&wasShown](QMessageBox &box) {
+        wasShown = true;
+        ShutdownFlag::instance().raise();
+        EXPECT_FALSE(box.isVisible());
+        box.close(); // if it is still open, the test would wait for ever
     });
     download().click();
-    EXPECT_FALSE(wasAnswered);
+    EXPECT_TRUE(wasShown);
     EXPECT_TRUE(m_host.has("log UpDateFile is not .bin.!"));
 }
 
