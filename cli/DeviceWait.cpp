@@ -36,34 +36,19 @@ DeviceWait::Result DeviceWait::wait(qint64 limitMs)
                                m_context.tools.controlList, seenInterfaces, seenInterfaces},
                               LaunchOptions());
     const qint64 start = Clock::real().nowMs();
+    WaitDecision decision(!m_context.options.model.isEmpty());
     ChosenDevice device;
-    bool wasRefused = false;
     for (;;) {
         MonitorOutcome found = monitor.tick(device);
         device = found.device;
-        switch (found.state) {
-        case ConnectionState::OneBootloader:
-            // A device that was connected before need not be the one that waits in its bootloader.
-            found.device = ChosenDevice();
-            return {m_context.options.model.isEmpty() ? End::ModelNeeded : End::Found, found};
-        case ConnectionState::SeveralBootloaders:
-            return {End::SeveralBootloaders, found};
-        case ConnectionState::Device:
-        case ConnectionState::IapDevice:
-            if (mayOpen(device))
-                return {End::Found, found};
-            // The system grants access shortly after a device has appeared: try a second time.
-            if (wasRefused)
-                return {End::NoAccess, found};
-            wasRefused = true;
-            break;
-        case ConnectionState::DeviceStartsItself:
-        case ConnectionState::Nothing:
-            break;
-        }
         const bool isLate = limitMs >= 0 && Clock::real().nowMs() - start >= limitMs;
-        if (isLate && !wasRefused)
-            return {End::TimedOut, found};
+        const std::optional<End> end = decision.afterLook(
+            found.state, [&device] { return mayOpen(device); }, isLate);
+        // A device that was connected before need not be the one that waits in its bootloader.
+        if (found.state == ConnectionState::OneBootloader)
+            found.device = ChosenDevice();
+        if (end)
+            return {*end, found};
         if (!CommandContext::waitMs(intervalMs))
             return {End::Interrupted, found};
     }

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "cli/WaitDecision.h"
 #include "devices/ConnectionMonitor.h"
-
-#include <functional>
 
 class CommandContext;
 
@@ -10,14 +9,7 @@ class CommandContext;
 class DeviceWait
 {
 public:
-    enum class End {
-        Found,
-        TimedOut,
-        ModelNeeded,        ///< A device waits in its bootloader, and its model was not named.
-        SeveralBootloaders, ///< More than one device waits in its bootloader: the flasher takes any of them.
-        NoAccess,           ///< The user may not open the device.
-        Interrupted,
-    };
+    using End = WaitDecision::End;
     struct Result
     {
         End end = End::TimedOut;
