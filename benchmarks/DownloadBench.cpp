@@ -82,6 +82,8 @@ void addFigures(BenchContext &context, const char *subject, const QVector<Fetche
                                    fetcher.figures);
 }
 
+const QString sourceProblem = QStringLiteral("the file to fetch cannot be written");
+
 /// Makes the file to fetch in a folder that a server can serve, and returns its path; empty if that failed.
 QString makeSource(const QString &folder, int mebibytes)
 {
@@ -98,7 +100,9 @@ QString Subjects::loopbackDownload(BenchContext &context)
     constexpr quint16 port = 18100;
     const QString source = makeSource(context.folder, 256);
     NginxServer server;
-    if (source.isEmpty() || !server.start(context.folder + QLatin1String("/root"), port))
+    if (source.isEmpty())
+        return sourceProblem;
+    if (!server.start(context.folder + QLatin1String("/root"), port))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://127.0.0.1:%1/image").arg(port));
     const QString problem = runRounds(all, source, context.folder, context.rounds);
@@ -130,8 +134,9 @@ QString Subjects::lossyDownload(BenchContext &context)
     const QString source = makeSource(context.folder, mebibytes);
     // The server is started at the far end of the link, in another network namespace.
     NginxServer server;
-    if (source.isEmpty() ||
-        !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
+    if (source.isEmpty())
+        return sourceProblem;
+    if (!server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
                       {Measuring::program("quillmarsh-bench-link")}))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port)).mid(0, 2);
@@ -158,8 +163,9 @@ QString Subjects::cleanDownload(BenchContext &context)
     constexpr int mebibytes = 256;
     const QString source = makeSource(context.folder, mebibytes);
     NginxServer server;
-    if (source.isEmpty() ||
-        !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
+    if (source.isEmpty())
+        return sourceProblem;
+    if (!server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
                       {Measuring::program("quillmarsh-bench-link"), QStringLiteral("--clean")}))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port));
