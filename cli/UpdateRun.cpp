@@ -119,7 +119,7 @@ UpdateReason UpdateRun::prepareImage(const Target & /*target*/)
     if (!options.imageSum.isEmpty() && md5Check::fileMd5(copy) != options.imageSum)
         return UpdateReason::ChecksumMismatch;
     if (!copySignature(copy)) {
-        m_reporter.log(QStringLiteral("The image cannot be copied to ") + m_context.folder());
+        m_reporter.log(QStringLiteral("The signature cannot be copied to ") + m_context.folder());
         return UpdateReason::FolderUnusable;
     }
     m_choices.chooseImage({copy, FirmwareImage::Origin::User, !options.imageSum.isEmpty(), {}});
