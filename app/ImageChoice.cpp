@@ -11,7 +11,8 @@ ImageChoice::ImageChoice(UpdateChoices &choices, QLineEdit &field, const QString
     : m_choices(choices),
       m_lastDirFile(lastDirFile)
 {
-    // Any thread may change the image. The field asks for it when its turn comes, so the last one stays.
+    // Any thread may change the image. Each queued call reads the image when it runs, so that the field ends
+    // up with the last one.
     choices.watchImage([&choices, &field] {
         QMetaObject::invokeMethod(&field, [&choices, &field] { field.setText(choices.image().path); });
     });

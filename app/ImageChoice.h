@@ -6,17 +6,17 @@ class QLineEdit;
 class QWidget;
 class UpdateChoices;
 
-/// The image to burn as the path field shows it, and as the user picks it. GUI thread.
+/// Lets the user pick the image to burn, and shows its path in the path field. GUI thread.
 class ImageChoice
 {
 public:
-    /// Shows the image from now on, whoever changes it. `choices` and `field` must outlive this object;
-    /// `lastDirFile` stores the folder that the file dialog showed last.
+    /// Makes `field` follow the image in `choices`, whichever thread changes it. Both must outlive this
+    /// object. `lastDirFile` is the file that stores which folder the file dialog showed last.
     ImageChoice(UpdateChoices &choices, QLineEdit &field, const QString &lastDirFile);
 
     /// Makes the default image the one to burn.
     void useDefault(const QString &path);
-    /// Lets the user pick a file over the window `owner`.
+    /// Lets the user pick a file, in a dialog over the window `owner`.
     void browse(QWidget *owner);
 
 private:

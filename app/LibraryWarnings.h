@@ -9,9 +9,9 @@ namespace LibraryWarnings {
 /// then continues without it.
 void initialise(DeviceLibraries &libraries);
 
-/// Requests the program to quit if a library failed. Intentional: the main event loop forgets the request
-/// when it starts, so that the window opens. Until then the request ends every local event loop at once, so
-/// call this after all warnings and tools.
+/// Asks Qt to quit if a library failed. Intentional: the main event loop forgets the request when it starts,
+/// so that the window still opens. Until then the request ends every local event loop at once, so call this
+/// after everything that shows a box or waits for a tool.
 void askToQuitAfterFailure(const DeviceLibraries &libraries);
 
 } // namespace LibraryWarnings

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Sets the codec of Qt's conversions to and from the locale's encoding. Does nothing on Linux.
+/// Sets the codec with which Qt converts text to and from the locale's encoding. Does nothing on Linux.
 void setLocaleCodec();

@@ -21,7 +21,7 @@ UpdateReason checkPanelImage(Reporter &reporter, const QStringList &keys, const 
         return SignatureCheck(reporter, Clock::real(), keys).checkLocalImage(image.path, model, false);
     }));
     loop.exec();
-    // Something else may have ended the loop; the thread uses what belongs to the caller.
+    // Something else may have ended the loop, and the thread refers to objects of the caller.
     watcher.waitForFinished();
     const UpdateReason reason = watcher.result();
     if (reason == UpdateReason::SignatureRefused)

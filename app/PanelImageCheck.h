@@ -8,9 +8,10 @@
 
 class Reporter;
 
-/// Checks, by its signature, an image that the user has the IAP panel program without an update around it. A
-/// downloaded one was checked already. Reads the image on another thread and meanwhile runs a local event
-/// loop on the GUI thread; returns at once without `keys`. Returns None, SignatureRefused, or ProgramClosed
-/// when the program began to leave. `model` is that of the connected device, or empty.
+/// Verifies the signature of an image that the user writes with the IAP panel's own button, outside an
+/// update. Returns at once if there are no `keys` or if the image was downloaded: the update has verified
+/// that one. Otherwise another thread reads the image, and the GUI thread runs a local event loop meanwhile.
+/// `model` is that of the connected device, or empty. Returns None, SignatureRefused, or ProgramClosed if the
+/// program is shutting down.
 UpdateReason checkPanelImage(Reporter &reporter, const QStringList &keys, const FirmwareImage &image,
                              const QString &model);

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Returns the tools that the window program uses: those beside it.
+/// Returns the tools of the window program, which looks for them only beside itself.
 ToolFiles toolsBeside(const QString &folder)
 {
     return ToolFiles::findIn({folder}, {folder + QLatin1String("/qmake")});
@@ -47,7 +47,7 @@ ReportSaver::ReportSaver(Dependencies dependencies) : m_dependencies(std::move(d
     QObject::connect(view, &QWidget::customContextMenuRequested, &m_watcher,
                      [this](const QPoint &place) { showMenu(place); });
     QObject::connect(&m_watcher, &QFutureWatcher<Saved>::finished, &m_watcher,
-                     [this] { tell(m_watcher.result()); });
+                     [this] { showResult(m_watcher.result()); });
 }
 
 ReportSaver::~ReportSaver()
@@ -97,9 +97,9 @@ void ReportSaver::save(const QString &path)
     }));
 }
 
-void ReportSaver::tell(const Saved &saved)
+void ReportSaver::showResult(const Saved &saved)
 {
-    if (saved.isCutShort || ShutdownFlag::instance().isRaised())
+    if (saved.isAbandoned || ShutdownFlag::instance().isRaised())
         return;
     if (!m_box) {
         m_box = new QMessageBox(&m_dependencies.window);

@@ -21,8 +21,9 @@ class QMenu;
 class QMessageBox;
 class TextWindow;
 
-/// "Save report…" in the context menu of the log window: asks for a file and writes a report for support into
-/// it. The report is made on a thread of its own, and the window stays alive. GUI thread.
+/// Adds "Save report…" to the context menu of the log window. The action asks for a file and writes a report
+/// for support into it. The report is made on a thread of its own, so that the window stays responsive. GUI
+/// thread.
 class ReportSaver
 {
 public:
@@ -35,13 +36,13 @@ public:
         UpdatePaths paths;
         /// Returns the update that this program ran last; nothing before the first.
         std::function<std::optional<LastRun>()> lastRun;
-        /// The log window, whose menu and boxes they are.
+        /// The log window: gets the menu, and owns the dialogs.
         TextWindow &window;
     };
 
     /// What `dependencies` refers to must outlive this object.
     explicit ReportSaver(Dependencies dependencies);
-    /// Waits for a report that is being made; it ends early when the program leaves.
+    /// Waits for a report that is being made. Making one ends early when the program shuts down.
     ~ReportSaver();
     Q_DISABLE_COPY(ReportSaver)
 
@@ -49,20 +50,20 @@ private:
     struct Saved
     {
         QString path;
-        /// Empty if it was written.
+        /// Why the report could not be written; empty if it was.
         QString problem;
-        /// The program leaves, and nobody is told.
-        bool isCutShort = false;
+        /// The program is shutting down, and no box is shown.
+        bool isAbandoned = false;
     };
 
     void showMenu(const QPoint &place);
     void askAndSave();
     void save(const QString &path);
-    void tell(const Saved &saved);
+    void showResult(const Saved &saved);
 
     const Dependencies m_dependencies;
     std::unique_ptr<QMenu> m_menu;
-    /// Kept, like the question of Departure.
+    /// Made for the first report and then kept, for the reason given in Shutdown.
     QPointer<QMessageBox> m_box;
     QThreadPool m_pool;
     QFutureWatcher<Saved> m_watcher;

@@ -23,7 +23,8 @@ public:
     SystemAccess();
 
     /// Runs the driver check. Its lines go to `window` directly; queued lines that arrive meanwhile are held
-    /// back until it has ended, so that the check's lines stay together. `ticks` is blocked meanwhile.
+    /// back until it has ended, so that the check's lines stay together. The monitor's timer `ticks` is
+    /// blocked meanwhile.
     void checkAtStart(const QString &applicationDir, TextWindow &window, QTimer &ticks);
     /// Like checkAtStart(), but runs `check` instead of the driver check.
     void runAlone(const Check &check, TextWindow &window, QTimer &ticks);

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// What the program finds out about the system that it runs on. GUI thread; needs no application object
-/// except where noted.
+/// Facts about the system that the program runs on. GUI thread; needs no application object except where
+/// noted.
 namespace SystemReport {
 
 /// Returns whether the system locale's country is China. This selects the language, the window title and the

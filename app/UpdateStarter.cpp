@@ -67,7 +67,7 @@ void UpdateStarter::reportMissingDevice()
     m_dependencies.reporter.log(QStringLiteral("click UpdateBtn ERROR - Not Check Dev!"));
 }
 
-/// Makes the chooser for this run. Returns false when the program began to leave meanwhile.
+/// Makes the chooser for this run. Returns false if the program began to shut down meanwhile.
 bool UpdateStarter::makeChooser()
 {
     m_chooser = std::make_unique<ChosefirmwareWidget>(m_dependencies.paths.manifestUrl, nullptr,

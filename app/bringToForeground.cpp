@@ -95,11 +95,11 @@ void bringToForeground::connectLog()
 {
     using Self = bringToForeground;
     connect(
-        this, &Self::sigAppendLog, this, [this] { ++m_linesOnTheirWay; }, Qt::DirectConnection);
+        this, &Self::sigAppendLog, this, [this] { ++m_queuedLines; }, Qt::DirectConnection);
     connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
     // Connected after AppendLog: queued calls arrive in the order of their connections.
     connect(
-        this, &Self::sigAppendLog, this, [this] { --m_linesOnTheirWay; }, Qt::QueuedConnection);
+        this, &Self::sigAppendLog, this, [this] { --m_queuedLines; }, Qt::QueuedConnection);
 }
 
 void bringToForeground::connectControlSignals()
@@ -194,7 +194,7 @@ void bringToForeground::makeIapPanel(const QString &programmer)
 {
     m_iapPanel = new IAPUpDate(IAPUpDate::noDevice, IAPUpDate::noDevice, programmer, parentWidget(), this,
                                m_logWindow.get());
-    // The user may have ticked the box while the constructor waited for the programmer.
+    // The user may have ticked the IAP box while the constructor waited for the programmer.
     onIAPStateChanged(m_widgets.iapBox->checkState());
 }
 
@@ -289,7 +289,8 @@ void bringToForeground::StartCheckConnectTimer()
 
 void bringToForeground::StopCheckConnectTimer()
 {
-    // Intentional: unlike the start half, stop directly. Both must be off when this returns.
+    // Intentional: unlike StartCheckConnectTimer(), this emits no signals. Timer and button must be off when
+    // it returns.
     log(QStringLiteral("StopCheckConnectTimer."));
     emit sigSetprogressBarValue(0);
     m_checkTimer->stop();
@@ -359,7 +360,7 @@ void bringToForeground::onIAPStateChanged(int state)
     if (!m_iapPanel)
         return;
     m_iapPanel->setVisible(state == Qt::Checked);
-    // Window managers leave the focus where it is when a tool window opens, out of the keyboard's reach.
+    // Window managers do not give the focus to a tool window that opens; the keyboard could not reach it.
     if (m_iapPanel->isVisible())
         m_iapPanel->activateWindow();
 }

@@ -60,7 +60,7 @@ public:
     void StopCheckConnectTimer() override;
 
     void log(const QString &line) override { emit sigAppendLog(m_logWindow.get(), line); }
-    bool isCatchingUp() const override { return m_linesOnTheirWay > 0; }
+    bool isCatchingUp() const override { return m_queuedLines > 0; }
     void setStateTitle(const TranslatableText &title) override;
     void setProgress(int percent) override { emit sigSetprogressBarValue(percent); }
     void enableStartButton(bool enable) override { emit sigSetBtnEnable(m_widgets.startButton, enable); }
@@ -87,7 +87,7 @@ signals:
     void sigSetStateTitle(QString text);
 
 public slots:
-    // Keep the order: callers invoke these by their meta-object index.
+    // Keep the order: callers invoke these slots by their index in the meta-object.
     void onSetBtnEnable(QPushButton *btn, bool enable);
     void onStartCheckDeviceQTimer(bool Start);
     void onSetprogressBarValue(int value);
@@ -133,7 +133,7 @@ private:
     std::unique_ptr<ConnectionMonitor> m_monitor;
 
     MainWindowWidgets m_widgets;
-    /// Presses again: the button may be disabled by then.
+    /// Clicks the button after the tool has ended: a disabled button ignores the click.
     AfterToolWait m_startPress{[this] {
         m_widgets.startButton->click();
     }};
@@ -142,7 +142,7 @@ private:
     QTimer *m_checkTimer = nullptr;
     std::unique_ptr<TextWindow> m_logWindow;
     SystemAccess m_access;
-    std::atomic<int> m_linesOnTheirWay{0};
+    std::atomic<int> m_queuedLines{0};
     FileDownloaderHTTP *m_downloader = nullptr;
     std::unique_ptr<ThreadFileDownloader> m_segmentWorker;
     UpdateLock m_updateLock{ProgramPaths::updateLock()};

@@ -1,5 +1,5 @@
 #include "app/CommandLine.h"
-#include "app/Departure.h"
+#include "app/Shutdown.h"
 #include "app/SystemReport.h"
 #include "app/bringToForeground.h"
 #include "app/window/MainWindowAccess.h"
@@ -16,10 +16,10 @@ namespace {
 
 int run(const ProgramArguments &arguments)
 {
-    Departure departure;
+    Shutdown shutdown;
     BackgroundWidget background(SystemReport::isCountryChina());
-    QObject::connect(&background, &BackgroundWidget::sigCloseAsked, &departure, [&] {
-        if (departure.requestClose(&background))
+    QObject::connect(&background, &BackgroundWidget::sigCloseAsked, &shutdown, [&] {
+        if (shutdown.requestClose(&background))
             background.allowClose();
     });
     background.show();
@@ -28,10 +28,10 @@ int run(const ProgramArguments &arguments)
     auto *mainWidget = new bringToForeground(&background, launch.isZN58Mode, launch.isTessilonixMode,
                                              launch.wantedModelName);
     mainWidget->show();
-    departure.askWhile([mainWidget] { return mainWidget->isWriting(); });
+    shutdown.askFirstWhile([mainWidget] { return mainWidget->isWriting(); });
 
-    const int exitCode = departure.runLoop();
-    departure.settle(mainWidget, exitCode);
+    const int exitCode = shutdown.runLoop();
+    shutdown.finish(mainWidget, exitCode);
     return exitCode;
 }
 

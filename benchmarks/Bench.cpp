@@ -48,10 +48,11 @@ int main(int argc, char *argv[])
     for (const Subject &subject : subjects())
         names.append(QLatin1String(subject.name));
     parser.addPositionalArgument(QStringLiteral("subjects"), names.join(QLatin1Char(' ')));
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("Where the table goes."),
+    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The folder for the table."),
                                     QStringLiteral("folder"), QStringLiteral("."));
-    const QCommandLineOption rounds(QStringLiteral("rounds"), QStringLiteral("Alternating rounds."),
-                                    QStringLiteral("n"), QStringLiteral("5"));
+    const QCommandLineOption rounds(QStringLiteral("rounds"),
+                                    QStringLiteral("The number of alternating rounds."), QStringLiteral("n"),
+                                    QStringLiteral("5"));
     parser.addOptions({output, rounds});
     parser.process(application);
 

@@ -32,12 +32,11 @@ double firstLineMs(const QStringList &command)
     return hasLine && hasEnded && process.exitCode() == 0 ? taken : -1;
 }
 
-/// A device on a bus, a server with its firmware, and both programs; their flasher has burned as soon as it
-/// is asked to.
-class Desk
+/// A device on a bus, a server with its firmware, and both programs, with a flasher that burns without delay.
+class UpdateBench
 {
 public:
-    Desk() : window(BuildPaths::program())
+    UpdateBench() : window(BuildPaths::program())
     {
         using namespace StandinScript;
         const QJsonObject success = step("print", QStringLiteral("Burn image successfully!\n"));
@@ -57,11 +56,11 @@ public:
         if (!display.start())
             return display.errorText();
         window.setDisplay(display.display());
-        // It starts the bus.
+        // This also starts the bus.
         return cli.run({QStringLiteral("list")}) == 0 ? QString() : cli.errorText();
     }
-    /// Updates the device with one of the programs; returns the milliseconds from the program's start until
-    /// the device is restarted, negative if that failed.
+    /// Updates the device with one of the programs. Returns the milliseconds from the program's start until
+    /// the device is restarted; negative if that failed.
     double update(const Launch &launch)
     {
         const int before = resets();
@@ -75,8 +74,11 @@ public:
         cli.bus.killProgram();
         return isWhole ? taken : -1;
     }
-    Launch ofCli() const { return cli.program.launch({QStringLiteral("update"), QStringLiteral("--json")}); }
-    Launch ofWindow() const { return window.launch({QStringLiteral("TessilonixUpDate"), cli.model()}); }
+    Launch cliLaunch() const
+    {
+        return cli.program.launch({QStringLiteral("update"), QStringLiteral("--json")});
+    }
+    Launch windowLaunch() const { return window.launch({QStringLiteral("TessilonixUpDate"), cli.model()}); }
 
 private:
     int resets() { return cli.bus.device(cli.model()).value(QLatin1String("resets")).toInt(); }
@@ -96,7 +98,7 @@ QString Subjects::cliStart(BenchContext &context)
                                       {peer},
                                       {Measuring::program("quillmarsh-bench-console-network")}};
     QVector<double> figures[3];
-    // The first of each is for the disk's cache.
+    // The first start of each program fills the disk's cache and does not count.
     for (int round = -1; round < context.rounds * startsPerRound; ++round) {
         for (int which = 0; which < 3; ++which) {
             const double taken = firstLineMs(commands.at(which));
@@ -109,8 +111,8 @@ QString Subjects::cliStart(BenchContext &context)
     const char *const names[] = {"ours", "empty console program", "the same with network access"};
     double medians[3] = {};
     for (int which = 0; which < 3; ++which) {
-        context.results.keep(QStringLiteral("cli-start/%1 ms").arg(QLatin1String(names[which])),
-                             figures[which]);
+        context.results.addFigures(QStringLiteral("cli-start/%1 ms").arg(QLatin1String(names[which])),
+                                   figures[which]);
         medians[which] = Measuring::median(figures[which]);
     }
     const double ratio = medians[0] / medians[1];
@@ -124,20 +126,20 @@ QString Subjects::cliStart(BenchContext &context)
 
 QString Subjects::cliUpdate(BenchContext &context)
 {
-    Desk desk;
-    const QString problem = desk.start();
+    UpdateBench bench;
+    const QString problem = bench.start();
     if (!problem.isEmpty())
         return problem;
     QVector<double> ours;
     QVector<double> windows;
     for (int round = 0; round < context.rounds; ++round) {
-        ours.append(desk.update(desk.ofCli()));
-        windows.append(desk.update(desk.ofWindow()));
+        ours.append(bench.update(bench.cliLaunch()));
+        windows.append(bench.update(bench.windowLaunch()));
         if (ours.last() < 0 || windows.last() < 0)
             return QStringLiteral("the device was not updated");
     }
-    context.results.keep(QStringLiteral("cli-update/ours ms"), ours);
-    context.results.keep(QStringLiteral("cli-update/window ms"), windows);
+    context.results.addFigures(QStringLiteral("cli-update/ours ms"), ours);
+    context.results.addFigures(QStringLiteral("cli-update/window ms"), windows);
     const double ratio = Measuring::median(ours) / Measuring::median(windows);
     context.results.add(
         {QStringLiteral("quillmarsh-cli update: start to restarted device, 1 MiB over loopback"),

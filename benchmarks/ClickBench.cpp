@@ -12,7 +12,7 @@ namespace {
 
 constexpr int updateLimitMs = 60000;
 
-/// A flasher that has burned as soon as it is asked to; its reset sends the device back.
+/// Returns a script for a flasher that succeeds without delay and can restart the device.
 QJsonDocument flasherThatEndsAtOnce()
 {
     using namespace StandinScript;
@@ -21,7 +21,7 @@ QJsonDocument flasherThatEndsAtOnce()
                                      {QStringLiteral("shcmd"), runs({{step("reset")}})}});
 }
 
-/// Waits for a title that holds `text`, asking as often as the program answers.
+/// Waits until the status title contains `text`.
 bool waitForTitle(ProbeClient &probe, const QString &text)
 {
     const double end = Measuring::steadyMs() + updateLimitMs;
@@ -58,8 +58,8 @@ const QString success = QStringLiteral("Upgrade Successful");
 
 QString Subjects::clickToSuccess(BenchContext &context)
 {
-    // One look each after the manifest, the size and the segments, and the bootloader's second. The
-    // reset comes after the title.
+    // The program polls for the manifest, the size and the segments every 100 ms, and gives the device one
+    // second to enter its bootloader. The reset follows after the title.
     constexpr double waitsMs = 100 + 100 + 100 + 1000;
     QVector<double> figures;
     for (int round = 0; round < context.rounds; ++round) {
@@ -73,7 +73,7 @@ QString Subjects::clickToSuccess(BenchContext &context)
             return QStringLiteral("no success: ") + scenario.program.updateLog();
         figures.append(Measuring::steadyMs() - start);
     }
-    context.results.keep(QStringLiteral("click/ours ms"), figures);
+    context.results.addFigures(QStringLiteral("click/ours ms"), figures);
     const double ours = Measuring::median(figures);
     context.results.add(
         {QStringLiteral("Click to success title, 1 MiB over loopback"), Measuring::milliseconds(ours),
@@ -93,7 +93,7 @@ QString Subjects::downloadMemory(BenchContext &context)
     if (!startWith(scenario, server, &error))
         return error;
     const QVector<qint64> processes = scenario.program.runningProcesses();
-    if (processes.size() != 1 || !Measuring::forgetPeak(processes.first()))
+    if (processes.size() != 1 || !Measuring::resetPeak(processes.first()))
         return QStringLiteral("the program's memory cannot be followed");
     const qint64 before = Measuring::memoryOf(processes.first()).rss;
     if (!scenario.probe.click(QStringLiteral("startButton")) || !waitForTitle(scenario.probe, success))
@@ -102,7 +102,7 @@ QString Subjects::downloadMemory(BenchContext &context)
         return QStringLiteral("another file was fetched");
     const Measuring::Memory after = Measuring::memoryOf(processes.first());
     const double growth = static_cast<double>(after.peak - before);
-    context.results.keep(
+    context.results.addFigures(
         QStringLiteral("memory/before, peak, after KiB"),
         {static_cast<double>(before), static_cast<double>(after.peak), static_cast<double>(after.rss)});
     context.results.add({QStringLiteral("Peak growth of memory during an update of 256 MiB"),
@@ -123,7 +123,7 @@ QString Subjects::idle(BenchContext &context)
         return error;
     const QVector<qint64> processes = scenario.program.runningProcesses();
     if (processes.size() != 1)
-        return QStringLiteral("the program runs more than once");
+        return QStringLiteral("more than one process of the program runs");
     QThread::msleep(settleMs);
     const double before = Measuring::processorMs(processes.first());
     const double start = Measuring::steadyMs();
@@ -133,7 +133,7 @@ QString Subjects::idle(BenchContext &context)
     if (before < 0 || used < 0 ||
         !scenario.probe.text(QStringLiteral("deviceModelLabel")).contains(scenario.model()))
         return QStringLiteral("the program or the device has gone");
-    context.results.keep(QStringLiteral("idle/ms used in 30 s"), {used});
+    context.results.addFigures(QStringLiteral("idle/ms used in 30 s"), {used});
     context.results.add({QStringLiteral("Idle, a device connected, 30 s"),
                          QString::number(percent, 'f', 2) + QLatin1String(" % of a core"),
                          QStringLiteral("-"), QStringLiteral("-"), QStringLiteral("< 1 %"), percent < 1});

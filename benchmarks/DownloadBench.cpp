@@ -16,11 +16,11 @@ struct Fetcher
     const char *name;
     QStringList command;
     QVector<double> figures;
-    /// Bytes of TCP's payload that arrived over the link.
+    /// Bytes of TCP payload that arrived over the link.
     QVector<double> carried;
 };
 
-/// The commands that fetch `url` to "fetched" in the working folder.
+/// Returns the commands that fetch `url` to the file "fetched" in the working folder.
 QVector<Fetcher> fetchers(const QString &url)
 {
     return {
@@ -37,22 +37,23 @@ QVector<Fetcher> fetchers(const QString &url)
          {}}};
 }
 
-/// Bytes that TCP has brought over the link so far: those of its packets, which are all full or without any,
-/// less the 52 of their heads. 0 without a link.
+/// Returns the bytes of TCP payload that have arrived over the link so far: all bytes less the 52 bytes of
+/// headers of each packet. Returns 0 if there is no link.
 double carriedBytes()
 {
     QFile file(QStringLiteral("/proc/net/dev"));
     if (!file.open(QIODevice::ReadOnly))
         return 0;
-    // A line for each device: its name, and then first what it received, in bytes and in packets.
+    // Each line has the name of a network device, followed by the bytes and the packets that it has received.
     const QByteArray all = file.readAll();
     const int at = all.indexOf("benchnear:");
     const QList<QByteArray> columns = all.mid(at).simplified().split(' ');
     return at < 0 ? 0 : columns.value(1).toDouble() - 52 * columns.value(2).toDouble();
 }
 
-/// Fetches the file with each in turn, `rounds` times, and compares what came. Returns what went wrong.
-QString alternate(QVector<Fetcher> &all, const QString &source, const QString &folder, int rounds)
+/// Fetches the file with each fetcher in turn, `rounds` times, and compares the bytes. Returns what went
+/// wrong.
+QString runRounds(QVector<Fetcher> &all, const QString &source, const QString &folder, int rounds)
 {
     const QString fetched = folder + QLatin1String("/fetched");
     for (int round = 0; round < rounds; ++round) {
@@ -73,15 +74,15 @@ QString alternate(QVector<Fetcher> &all, const QString &source, const QString &f
     return QString();
 }
 
-void keep(BenchContext &context, const char *subject, const QVector<Fetcher> &all)
+void addFigures(BenchContext &context, const char *subject, const QVector<Fetcher> &all)
 {
     for (const Fetcher &fetcher : all)
-        context.results.keep(QLatin1String(subject) + QLatin1Char('/') + QLatin1String(fetcher.name) +
-                                 QLatin1String(" ms"),
-                             fetcher.figures);
+        context.results.addFigures(QLatin1String(subject) + QLatin1Char('/') + QLatin1String(fetcher.name) +
+                                       QLatin1String(" ms"),
+                                   fetcher.figures);
 }
 
-/// The file to fetch, in a folder that a server can serve.
+/// Makes the file to fetch in a folder that a server can serve, and returns its path; empty if that failed.
 QString makeSource(const QString &folder, int mebibytes)
 {
     QDir().mkpath(folder + QLatin1String("/root"));
@@ -100,10 +101,10 @@ QString Subjects::loopbackDownload(BenchContext &context)
     if (source.isEmpty() || !server.start(context.folder + QLatin1String("/root"), port))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://127.0.0.1:%1/image").arg(port));
-    const QString problem = alternate(all, source, context.folder, context.rounds);
+    const QString problem = runRounds(all, source, context.folder, context.rounds);
     if (!problem.isEmpty())
         return problem;
-    keep(context, "download", all);
+    addFigures(context, "download", all);
 
     const double ours = Measuring::median(all.at(0).figures);
     const double curl = Measuring::median(all.at(1).figures);
@@ -127,17 +128,17 @@ QString Subjects::lossyDownload(BenchContext &context)
     if (!isSet)
         mebibytes = 256;
     const QString source = makeSource(context.folder, mebibytes);
-    // The far side of the link is a network of its own, in which the server is started.
+    // The server is started at the far end of the link, in another network namespace.
     NginxServer server;
     if (source.isEmpty() ||
         !server.start(context.folder + QLatin1String("/root"), port, QStringLiteral("10.77.0.2"),
                       {Measuring::program("quillmarsh-bench-link")}))
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port)).mid(0, 2);
-    const QString problem = alternate(all, source, context.folder, mebibytes < 128 ? context.rounds : 1);
+    const QString problem = runRounds(all, source, context.folder, mebibytes < 128 ? context.rounds : 1);
     if (!problem.isEmpty())
         return problem;
-    keep(context, "link", all);
+    addFigures(context, "link", all);
 
     const double ours = Measuring::median(all.at(0).figures);
     const double curl = Measuring::median(all.at(1).figures);
@@ -163,13 +164,13 @@ QString Subjects::cleanDownload(BenchContext &context)
         return server.errorText();
     QVector<Fetcher> all = fetchers(QStringLiteral("http://10.77.0.2:%1/image").arg(port));
     all.removeAt(1);
-    const QString problem = alternate(all, source, context.folder, std::min(context.rounds, 3));
+    const QString problem = runRounds(all, source, context.folder, std::min(context.rounds, 3));
     if (!problem.isEmpty())
         return problem;
-    keep(context, "clean link", all);
+    addFigures(context, "clean link", all);
 
     const double size = mebibytes * 1048576.0;
-    // 1448 of the 1500 bytes of a packet are the file's.
+    // A packet of 1500 bytes carries 1448 bytes of the file.
     const double fullSpeed = size * 8 / 100e6 * 1000 * 1500 / 1448;
     const double ours = Measuring::median(all.at(0).figures);
     const double aria = Measuring::median(all.at(1).figures);

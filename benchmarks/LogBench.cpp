@@ -15,7 +15,7 @@ namespace {
 
 constexpr int lines = 100000;
 constexpr int limitMs = 180000;
-/// The pane is full after a fifth of the lines; what follows must not grow.
+/// The pane is full after a fifth of the lines. From then on, memory must not grow.
 constexpr double growthLimitKib = 16 * 1024;
 
 QVector<double> figures(const QJsonValue &values)
@@ -27,7 +27,7 @@ QVector<double> figures(const QJsonValue &values)
     return list;
 }
 
-/// Whether every line arrived, in its order.
+/// Returns whether every line has arrived, in order.
 bool isWhole(const QStringList &log)
 {
     int next = 0;
@@ -64,8 +64,8 @@ QString Subjects::logFlood(BenchContext &context)
     const QVector<double> rss = figures(result.value(QLatin1String("rss")));
     if (late.isEmpty() || rss.size() < 10)
         return QStringLiteral("too few figures");
-    context.results.keep(QStringLiteral("log/late ms"), late);
-    context.results.keep(QStringLiteral("log/RSS KiB, five a second"), rss);
+    context.results.addFigures(QStringLiteral("log/late ms"), late);
+    context.results.addFigures(QStringLiteral("log/RSS KiB, five a second"), rss);
     const double worst = *std::max_element(late.begin(), late.end());
     context.results.add(
         {QStringLiteral("100,000 log lines at 5,000 a second, log window open: a 10 ms timer's worst"),

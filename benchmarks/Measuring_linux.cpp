@@ -37,7 +37,7 @@ Measuring::Memory Measuring::memoryOf(qint64 processId)
     return memory;
 }
 
-bool Measuring::forgetPeak(qint64 processId)
+bool Measuring::resetPeak(qint64 processId)
 {
     QFile file(inProc(processId, "clear_refs"));
     return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write("5") == 1;
@@ -56,7 +56,7 @@ QVector<qint64> Measuring::childrenOf(qint64 processId)
 
 double Measuring::processorMs(qint64 processId)
 {
-    // The name, in parentheses, may hold blanks; the times are the 14th and 15th field of all.
+    // The name in parentheses may contain blanks. User and system time are the 14th and 15th of all fields.
     const QByteArray text = read(processId, "stat");
     const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
     if (fields.size() < 13)

@@ -10,14 +10,14 @@
 
 namespace {
 
-// With the root hub: as many as a bus has addresses.
+// Together with the root hub, these are as many devices as a bus has addresses.
 constexpr int deviceCount = 126;
 constexpr int interfaceCount = 32;
 constexpr int ticks = 300;
 const QString model = QStringLiteral("DevMbu");
 
-/// Devices that nobody knows, before the one that is looked for: every descriptor has to be looked at.
-QList<QJsonObject> crowd()
+/// Returns unknown devices followed by the known one, so that the monitor has to look at every descriptor.
+QList<QJsonObject> crowdedBus()
 {
     const QJsonObject known = ModelOnBus::application(model);
     const int knownInterfaces = known.value(QLatin1String("interfaces")).toArray().size();
@@ -49,7 +49,7 @@ QJsonObject runOnBus(const QString &folder, QString *error)
     const QString description = folder + QLatin1String("/bus.json");
     const QString list = folder + QLatin1String("/ControlDevList.json");
     const QString result = folder + QLatin1String("/ticks.json");
-    if (!WholeFile::write(description, ModelOnBus::describe(crowd())) ||
+    if (!WholeFile::write(description, ModelOnBus::describe(crowdedBus())) ||
         !WholeFile::write(list, "{\"devices\":[{\"id\":\"" + model.toUtf8() + "\",\"is_on\":true}]}")) {
         *error = QStringLiteral("cannot write to ") + folder;
         return {};
@@ -89,9 +89,9 @@ QString Subjects::monitorTick(BenchContext &context)
     const QVector<double> tick = figures(result, "tick");
     const QVector<double> own = figures(result, "own");
     const QVector<double> bare = figures(result, "bare");
-    context.results.keep(QStringLiteral("monitor/tick ms"), tick);
-    context.results.keep(QStringLiteral("monitor/own share ms"), own);
-    context.results.keep(QStringLiteral("monitor/bare ms"), bare);
+    context.results.addFigures(QStringLiteral("monitor/tick ms"), tick);
+    context.results.addFigures(QStringLiteral("monitor/own share ms"), own);
+    context.results.addFigures(QStringLiteral("monitor/bare ms"), bare);
     const double ratio = Measuring::median(tick) / Measuring::median(bare);
     context.results.add({QStringLiteral("One monitor tick, 127 devices, 32 HID interfaces"),
                          Measuring::milliseconds(Measuring::median(tick)),

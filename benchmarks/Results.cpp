@@ -35,7 +35,7 @@ void Results::add(const ResultRow &row)
                         << '\n';
 }
 
-void Results::keep(const QString &what, const QVector<double> &figures)
+void Results::addFigures(const QString &what, const QVector<double> &figures)
 {
     QJsonArray list;
     for (const double figure : figures)

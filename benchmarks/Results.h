@@ -5,31 +5,31 @@
 #include <QStringList>
 #include <QVector>
 
-/// One line of the table; all but the last are shown as they are.
+/// One row of the table. All members but the last are texts to show.
 struct ResultRow
 {
     QString what;
     QString ours;
     QString peer;
     QString ratio;
-    /// Empty for a figure that has no goal.
+    /// Empty if there is no goal.
     QString goal;
     bool isMet = false;
 };
 
-/// What was measured: the table for people, and every single figure beside it.
+/// The results of the benchmarks: a table to read, and a file with every single figure.
 class Results
 {
 public:
-    /// Writes "table.md" and "raw.json" into `folder`, again with every addition.
+    /// Writes "table.md" and "raw.json" into `folder`, and rewrites them with every addition.
     explicit Results(const QString &folder);
 
     void add(const ResultRow &row);
-    /// The figures that a row was made of, in the order in which they were taken.
-    void keep(const QString &what, const QVector<double> &figures);
-    /// A text of its own below the table, in Markdown.
+    /// Stores the single figures of a row in the order of the measurements.
+    void addFigures(const QString &what, const QVector<double> &figures);
+    /// Adds a text in Markdown below the table.
     void addText(const QString &text);
-    /// What could not be measured, and why.
+    /// Records that a subject could not be measured, and why.
     void fail(const QString &subject, const QString &why);
 
     bool hasFailures() const { return !m_failures.isEmpty(); }

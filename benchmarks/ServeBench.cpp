@@ -17,40 +17,40 @@ namespace {
 
 constexpr int processors = 2;
 constexpr double mebibyte = 1048576;
-/// Sizes of images, and how many clients fetch each at once: a crowd that finds the cache empty, and fewer,
-/// to see what an update costs when nobody waits for a processor.
+/// The sizes of the images, and how many clients fetch each at once: a crowd that finds the cache empty, and
+/// fewer clients to measure the costs of an update while no client waits for a processor.
 constexpr int crowdMebibytes = 4;
 constexpr int crowd = 200;
 constexpr int smallMebibytes = 2;
 constexpr int largeMebibytes = 16;
 constexpr int few = 40;
 
-/// What the clients of one round cost the caching server.
+/// The costs of the clients of one round for the caching server.
 struct Round
 {
     int clients = 0;
     double seconds = 0;
     double processorMs = 0;
-    /// TCP's payload on the loopback device, of both directions.
+    /// TCP payload on the loopback device in both directions.
     double bytes = 0;
     double peakKibibytes = 0;
     ClientResults results;
     QVector<ServedRequest> requests;
 };
 
-/// Payload that TCP has carried over loopback so far.
+/// Returns the bytes of TCP payload that have passed over loopback so far.
 double carriedBytes()
 {
     QFile file(QStringLiteral("/proc/net/dev"));
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     const QByteArray all = file.readAll();
-    // Bytes and packets that were received; each packet has 52 bytes of heads.
+    // The received bytes and packets; each packet has 52 bytes of headers.
     const QList<QByteArray> columns = all.mid(all.indexOf("lo:") + 3).simplified().split(' ');
     return columns.value(0).toDouble() - 52 * columns.value(1).toDouble();
 }
 
-/// The caching server's processes.
+/// Returns the processes of the caching server.
 QVector<qint64> edgeProcesses(const EdgeAndOrigin &sites)
 {
     return QVector<qint64>{sites.edgeProcessId()} + Measuring::childrenOf(sites.edgeProcessId());
@@ -102,7 +102,7 @@ QString fetchAtOnce(const EdgeAndOrigin &sites, const QString &model, int count,
     if (complete != count || round.results.sums.size() != 1)
         return QStringLiteral("%1 of %2 clients have the image: ").arg(complete).arg(count) +
                round.results.failures.value(0) + clients.errorText();
-    // A request is written down when nginx has seen its end.
+    // nginx writes a request to its log only when the request has ended.
     pollUntil([&] { return imageRequests(sites.edgeRequests()).size() >= 11 * count; });
     round.requests = sites.edgeRequests();
     round.processorMs = processorMs(edge) - processorBefore;
@@ -110,8 +110,8 @@ QString fetchAtOnce(const EdgeAndOrigin &sites, const QString &model, int count,
     return {};
 }
 
-/// Fetches the model several times, each by one client alone, so that nothing is sent twice for want of a
-/// processor, and puts the median of the bytes into `bytes`. Returns what went wrong.
+/// Fetches the model `rounds` times with a single client, so that nothing is sent again because the
+/// processors are busy, and sets `bytes` to the median of the bytes. Returns what went wrong.
 QString measureBytes(const EdgeAndOrigin &sites, const QString &model, int rounds, double &bytes)
 {
     QVector<double> figures;
@@ -233,7 +233,7 @@ QString Subjects::serve(BenchContext &context)
     Round cold;
     QString problem = fetchAtOnce(sites, crowdModel, crowd, cold);
     const QVector<ServedRequest> origin = sites.originRequests();
-    // The first round of each fills the cache.
+    // The first round with each image fills the cache.
     struct Measured
     {
         QString model;
@@ -257,7 +257,7 @@ QString Subjects::serve(BenchContext &context)
     ServingCosts costs = ServingCosts::of(small.sample, large.sample);
     costs.requests = double(large.round.requests.size()) / few;
     costs.kibibytesPerDownload = std::max(0.0, cold.peakKibibytes - idleKibibytes) / crowd;
-    context.results.keep(QStringLiteral("serve/clients ms"), large.round.results.tookMs);
+    context.results.addFigures(QStringLiteral("serve/clients ms"), large.round.results.tookMs);
     addRows(context, cold, large.round, costs, origin);
     return {};
 }

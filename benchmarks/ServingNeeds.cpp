@@ -6,7 +6,7 @@ namespace {
 
 constexpr double mebibyte = 1048576;
 constexpr double secondsPerDay = 86400;
-/// Bytes of a full packet, and those of its payload.
+/// The bytes of a full packet divided by those of its payload.
 constexpr double packetShare = 1500.0 / 1448;
 
 double bytesOnLine(const ServingCosts &costs, double imageMebibytes)

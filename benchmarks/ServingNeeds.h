@@ -2,48 +2,48 @@
 
 #include <QString>
 
-/// What one caching server was seen to spend on updates.
+/// The measured costs of updates for one caching server.
 struct ServingCosts
 {
-    /// Requests of an update: manifest, size, ten ranges, and what was repeated.
+    /// Requests of one update: manifest, size, ten ranges, and repetitions.
     double requests = 0;
-    /// Bytes on the line for an update beside the image, and for each byte of the image.
+    /// Bytes on the line for one update without the image, and for each byte of the image.
     double fixedBytes = 0;
     double bytesPerByte = 0;
-    /// Processor time of the server for an update, and for each MiB of the image.
+    /// Processor time of the server for one update without the image, and for each MiB of the image.
     double fixedProcessorMs = 0;
     double processorMsPerMebibyte = 0;
-    /// Memory for a download that is under way, in KiB.
+    /// Memory for one running download, in KiB.
     double kibibytesPerDownload = 0;
 
-    /// Splits what was measured with a small and a large image, both in MiB, into what an update costs and
-    /// what a MiB costs. The other fields are those of `large`. A share that comes out below zero, within
-    /// what a measurement varies, counts as zero.
+    /// The costs of one update with an image of a certain size.
     struct Sample
     {
         double mebibytes = 0;
         double bytes = 0;
         double processorMs = 0;
     };
+    /// Splits the costs of updates with a small and a large image into fixed costs and costs per MiB. Costs
+    /// that are computed as negative, because measurements vary, count as zero.
     static ServingCosts of(const Sample &small, const Sample &large);
 };
 
-/// How many updates there are, and how they come.
+/// The number of updates and how they are distributed.
 struct ServingLoad
 {
     double updatesPerDay = 1e6;
     double imageMebibytes = 32;
-    /// The busiest moment beside the mean of the day.
+    /// The load of the busiest moment divided by the mean of the day.
     double peakFactor = 4;
-    /// The line of a user, which decides how long a download is under way.
+    /// The speed of a user's line, which decides how long a download takes.
     double userMegabits = 50;
     int models = 100;
-    /// Images of each model that are asked for at the same time.
+    /// Images of each model that are requested during the same time.
     int imagesPerModel = 2;
     int edges = 3;
 };
 
-/// What such a load needs, of all caching servers together.
+/// The resources that such a load needs of all caching servers together.
 struct ServingNeeds
 {
     double meanUpdatesPerSecond = 0;
@@ -54,7 +54,7 @@ struct ServingNeeds
     double downloadsAtPeak = 0;
     double memoryGibibytesAtPeak = 0;
     double cacheGibibytes = 0;
-    /// What the origin hands out in all when each image is new: each byte once to each caching server.
+    /// What the origin sends if every image is new: each byte once to each caching server.
     double originGibibytes = 0;
     double peakFactor = 1;
 
@@ -62,7 +62,7 @@ struct ServingNeeds
     double peak(double mean) const { return mean * peakFactor; }
 };
 
-/// Updates a second at which a resource is used up.
+/// The updates per second at which a resource of one caching server is exhausted.
 struct ServingLimits
 {
     double byLine = 0;

@@ -5,17 +5,17 @@
 
 namespace {
 
-/// Has minisign make a key and sign the file. Returns the public key; empty, and the reason in `error`, if
-/// that failed.
+/// Makes a key with minisign and signs the file with it. Returns the public key. If that failed, returns an
+/// empty text and sets `*error`.
 QString signFile(const QString &file, const QString &folder, QString *error)
 {
     const QString secret = folder + QLatin1String("/key");
-    const QString open = folder + QLatin1String("/key.pub");
+    const QString publicKey = folder + QLatin1String("/key.pub");
     const QStringList makeKey{QStringLiteral("minisign"),
                               QStringLiteral("-G"),
                               QStringLiteral("-W"),
                               QStringLiteral("-p"),
-                              open,
+                              publicKey,
                               QStringLiteral("-s"),
                               secret};
     const QStringList sign{QStringLiteral("minisign"), QStringLiteral("-S"),
@@ -24,7 +24,7 @@ QString signFile(const QString &file, const QString &folder, QString *error)
                            QStringLiteral("-t"),       QStringLiteral("model:DevMaa version:1.4.2")};
     if (Measuring::runTimed(makeKey, folder, error) < 0 || Measuring::runTimed(sign, folder, error) < 0)
         return {};
-    QFile key(open);
+    QFile key(publicKey);
     if (!key.open(QIODevice::ReadOnly)) {
         *error = QStringLiteral("minisign has left no public key");
         return {};
@@ -59,8 +59,8 @@ QString Subjects::signature(BenchContext &context)
         if (verdict.trimmed() != "valid" || sum.size() < 128)
             return QStringLiteral("nothing was verified: ") + QString::fromUtf8(verdict);
     }
-    context.results.keep(QStringLiteral("signature/ours ms"), ours);
-    context.results.keep(QStringLiteral("signature/b2sum ms"), peer);
+    context.results.addFigures(QStringLiteral("signature/ours ms"), ours);
+    context.results.addFigures(QStringLiteral("signature/b2sum ms"), peer);
     const double ratio = Measuring::median(ours) / Measuring::median(peer);
     context.results.add({QStringLiteral("signature of 256 MiB"),
                          Measuring::milliseconds(Measuring::median(ours)),

@@ -27,7 +27,7 @@ QByteArray lineOf(const QString &path)
     return line.endsWith('\n') ? line : QByteArray();
 }
 
-/// Starts the program and tells when it had painted, and what memory it has once it is idle.
+/// Starts the program and returns when it had painted its window and how much memory it uses once it is idle.
 Start start(const QString &executable, const QStringList &arguments, const QString &display)
 {
     StagedProgram program(executable);
@@ -49,20 +49,20 @@ Start start(const QString &executable, const QStringList &arguments, const QStri
     return result;
 }
 
-/// What the three programs took: ours, the empty window, and the window with a text and network access.
+/// The figures of the three programs: ours, the empty window, and the window with a text and network access.
 struct Figures
 {
     QVector<double> of[3];
 };
 
-/// Compares ours with the window that has what no program of the kind goes without; the empty window tells
-/// how much of that Qt itself takes.
+/// Compares our program with the window that has what every program of this kind needs. The empty window
+/// shows how much of that Qt itself takes.
 void add(BenchContext &context, const QString &what, const Figures &figures, QString (*shown)(double))
 {
     const char *const names[] = {"ours", "empty window", "window with text and network"};
     double medians[3] = {};
     for (int which = 0; which < 3; ++which) {
-        context.results.keep(what + QLatin1Char('/') + QLatin1String(names[which]), figures.of[which]);
+        context.results.addFigures(what + QLatin1Char('/') + QLatin1String(names[which]), figures.of[which]);
         medians[which] = Measuring::median(figures.of[which]);
     }
     const double ratio = medians[0] / medians[2];
@@ -85,7 +85,7 @@ QString Subjects::startAndMemory(BenchContext &context)
     Figures paints;
     Figures rss;
     Figures pss;
-    // The first of each is for the disk's cache.
+    // The first start of each program fills the disk's cache and does not count.
     for (int round = -1; round < context.rounds; ++round) {
         for (const int which : {0, 1, 2}) {
             const QStringList arguments = which == 2 ? QStringList{QStringLiteral("full")} : QStringList();

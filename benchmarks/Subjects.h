@@ -2,18 +2,18 @@
 
 #include "benchmarks/Results.h"
 
-/// What a subject of measurement is given.
+/// The context of one benchmark.
 struct BenchContext
 {
     Results &results;
-    /// A folder on a disk for what is fetched and made.
+    /// A folder on a disk for temporary files.
     QString folder;
-    /// Alternating rounds of ours and the peer.
+    /// The number of rounds; in each, the product and its peer run once.
     int rounds;
 };
 
-/// Each measures its subject beside its peer, checks that the work was really done, and adds its rows.
-/// What went wrong is returned; an empty text when nothing did.
+/// The benchmarks. Each measures the product and a peer, checks that the work was really done, and adds its
+/// rows to the results. Each returns what went wrong; an empty text if nothing did.
 namespace Subjects {
 
 QString loopbackDownload(BenchContext &context);

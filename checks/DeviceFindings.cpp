@@ -11,7 +11,7 @@ using State = DeviceInfo::State;
 
 namespace {
 
-/// Keeps the last line.
+/// Keeps the last line that was logged.
 class LastLine : public QuietReporter
 {
 public:
@@ -91,10 +91,10 @@ bool DeviceFindings::isKnownModel(const QString &model)
     return rowOf(table, model) != nullptr;
 }
 
-QString DeviceFindings::modelToCheck(const QString &asked, const QVector<DeviceInfo> &devices)
+QString DeviceFindings::modelToCheck(const QString &requestedModel, const QVector<DeviceInfo> &devices)
 {
-    if (!asked.isEmpty())
-        return asked;
+    if (!requestedModel.isEmpty())
+        return requestedModel;
     QStringList models;
     for (const DeviceInfo &device : devices)
         models.append(device.model);
@@ -102,19 +102,19 @@ QString DeviceFindings::modelToCheck(const QString &asked, const QVector<DeviceI
     return models.size() == 1 ? models.first() : QString();
 }
 
-Finding DeviceFindings::devices(const QVector<DeviceInfo> &devices, const QString &asked)
+Finding DeviceFindings::devices(const QVector<DeviceInfo> &devices, const QString &requestedModel)
 {
     const QString what = QStringLiteral("device");
-    if (!asked.isEmpty() && !isKnownModel(asked))
-        return Findings::problem(what,
-                                 Texts::pick("No model is called %1.", "没有名为 %1 的型号。").arg(asked),
-                                 Texts::pick("Check the name; capitals count.", "请检查名称,区分大小写。"));
+    if (!requestedModel.isEmpty() && !isKnownModel(requestedModel))
+        return Findings::problem(
+            what, Texts::pick("No model is called %1.", "没有名为 %1 的型号。").arg(requestedModel),
+            Texts::pick("Check the name; capitals count.", "请检查名称,区分大小写。"));
     QStringList models;
     int bootloaders = 0;
     for (const DeviceInfo &device : devices) {
         if (device.state == State::InBootloader)
             ++bootloaders;
-        else if (asked.isEmpty() || device.model == asked)
+        else if (requestedModel.isEmpty() || device.model == requestedModel)
             models.append(device.model);
     }
     if (bootloaders > 1)
@@ -122,7 +122,7 @@ Finding DeviceFindings::devices(const QVector<DeviceInfo> &devices, const QStrin
             what,
             Texts::pick("More than one device waits in its bootloader.", "有多个设备停留在 bootloader。"),
             Texts::pick("Leave one connected.", "请只连接一个。"));
-    if (bootloaders == 1 && asked.isEmpty())
+    if (bootloaders == 1 && requestedModel.isEmpty())
         return Findings::warning(what,
                                  Texts::pick("A device waits in its bootloader.", "设备停留在 bootloader。"),
                                  Texts::pick("Name its model with --model.", "请用 --model 指定型号。"));
@@ -130,11 +130,12 @@ Finding DeviceFindings::devices(const QVector<DeviceInfo> &devices, const QStrin
         return Findings::ok(what,
                             Texts::pick("A device waits in its bootloader.", "设备停留在 bootloader。"));
     if (models.isEmpty())
-        return Findings::warning(what,
-                                 asked.isEmpty()
-                                     ? Texts::pick("No known device is connected.", "没有连接已知的设备。")
-                                     : Texts::pick("No %1 is connected.", "没有连接 %1。").arg(asked),
-                                 Texts::pick("Connect the device.", "请连接设备。"));
+        return Findings::warning(
+            what,
+            requestedModel.isEmpty()
+                ? Texts::pick("No known device is connected.", "没有连接已知的设备。")
+                : Texts::pick("No %1 is connected.", "没有连接 %1。").arg(requestedModel),
+            Texts::pick("Connect the device.", "请连接设备。"));
     return Findings::ok(what,
                         Texts::pick("%1 connected.", "已连接 %1。").arg(models.join(QLatin1String(", "))));
 }
@@ -143,10 +144,10 @@ Finding DeviceFindings::deviceAccess(const std::optional<QString> &refusedFile)
 {
     const QString what = QStringLiteral("device-access");
     if (!refusedFile)
-        return Findings::ok(what, Texts::pick("Whether you may open a device shows only in an update.",
+        return Findings::ok(what, Texts::pick("Only an update shows whether you may open a device.",
                                               "是否有权打开设备只有在升级时才能得知。"));
     if (refusedFile->isEmpty())
-        return Findings::ok(what, Texts::pick("No connected device is refused.", "没有设备被拒绝访问。"));
+        return Findings::ok(what, Texts::pick("You may open the connected devices.", "没有设备被拒绝访问。"));
     return Findings::problem(
         what, Texts::pick("You may not open %1.", "没有打开 %1 的权限。").arg(*refusedFile),
         Texts::pick("Install the udev rules 60-quillmarsh.rules in /etc/udev/rules.d and connect the device "

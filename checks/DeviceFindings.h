@@ -10,14 +10,15 @@
 
 #include <optional>
 
-/// Decides on the connected devices and on what an update of their model needs. Nothing here looks at the
-/// machine.
+/// Findings about the connected devices and about what an update of their model needs. The functions only
+/// judge the facts that they are given; nothing here looks at the machine.
 namespace DeviceFindings {
 
-/// `contents` is nothing for a list that cannot be read. `model` may be empty: any.
+/// Judges the control list. `contents` is nothing if the file cannot be read. `model` is empty if any model
+/// will do.
 Finding controlList(const QString &path, const std::optional<QByteArray> &contents, const QString &model);
 
-/// A file that is a tool of the maker's.
+/// One of the maker's tools, with what is known about its file.
 struct Tool
 {
     QString what;
@@ -26,25 +27,25 @@ struct Tool
     bool executable = false;
 };
 
-/// `isNeeded` tells whether the update cannot do without it.
+/// Judges a tool. `isNeeded` says whether the update cannot do without it.
 Finding tool(const Tool &tool, bool isNeeded);
 
 /// Returns which of the tools "usb-flasher", "hid-flasher" and "iap-programmer" an update of `model` needs.
-/// `writeTypes` are the control list's. An empty model is one of the SoC family.
+/// `writeTypes` are those of the control list. An empty model counts as one that a flasher writes.
 QString neededTool(const QString &model, const QStringList &writeTypes);
 
 /// Returns whether the model table has `model`.
 bool isKnownModel(const QString &model);
 
-/// Returns the model to check for: the one that was asked for, else that of the connected devices if they
-/// are all of one model, else an empty text.
-QString modelToCheck(const QString &asked, const QVector<DeviceInfo> &devices);
+/// Returns the model to check for: the requested one or else, if all connected devices are of one model, that
+/// model. Returns an empty text otherwise.
+QString modelToCheck(const QString &requestedModel, const QVector<DeviceInfo> &devices);
 
-/// Decides on the connected devices. `asked` is the model that was asked for, or empty.
-Finding devices(const QVector<DeviceInfo> &devices, const QString &asked);
+/// Judges the connected devices. `requestedModel` may be empty.
+Finding devices(const QVector<DeviceInfo> &devices, const QString &requestedModel);
 
-/// `refusedFile` is the device file that this user may not open; empty if there is none, and nothing where
-/// the system has no device files and so does not tell.
+/// Judges the access to the devices. `refusedFile` is the device file that the user may not open; empty if
+/// there is none, and nothing on a system without device files, where this is not known.
 Finding deviceAccess(const std::optional<QString> &refusedFile);
 
 } // namespace DeviceFindings

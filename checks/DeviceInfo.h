@@ -9,7 +9,7 @@ struct DeviceInfo
         Ready,
         InBootloader,       ///< Its model is not known.
         NeedsIapProgrammer, ///< Ready, and updated through the IAP programmer.
-        NoPermission,       ///< This user may not open it.
+        NoPermission,       ///< The user may not open it.
         SwitchedOff,        ///< The control list does not switch its model on.
     };
 
@@ -17,10 +17,10 @@ struct DeviceInfo
     QString model;
     quint32 vendorId = 0;
     quint32 productId = 0;
-    /// Bus and ports from the root hub on, as in "1-2.3"; empty where the system does not tell.
+    /// Bus and ports from the root hub on, as in "1-2.3"; empty if the system does not provide them.
     QString position;
     State state = State::Ready;
-    /// False for the event that a device is gone.
+    /// False if the device was disconnected.
     bool connected = true;
 
     bool operator==(const DeviceInfo &other) const

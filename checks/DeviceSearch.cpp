@@ -52,27 +52,27 @@ DeviceInfo::State DeviceSearch::stateOf(const ModelRow &row) const
 
 QVector<DeviceInfo> changesBetween(const QVector<DeviceInfo> &before, const QVector<DeviceInfo> &after)
 {
-    const auto samePlace = [](const DeviceInfo &a, const DeviceInfo &b) {
+    const auto isSameDevice = [](const DeviceInfo &a, const DeviceInfo &b) {
         return a.position == b.position && a.vendorId == b.vendorId && a.productId == b.productId;
     };
-    // Devices can be alike where the system tells no positions, so each accounts for one other only.
-    QVector<DeviceInfo> oldOnes = before;
-    QVector<DeviceInfo> newOnes;
+    // Without positions two devices may look the same, so each device is matched with one other only.
+    QVector<DeviceInfo> unmatchedBefore = before;
+    QVector<DeviceInfo> changed;
     for (const DeviceInfo &device : after) {
-        if (!oldOnes.removeOne(device))
-            newOnes.append(device);
+        if (!unmatchedBefore.removeOne(device))
+            changed.append(device);
     }
     QVector<DeviceInfo> changes;
-    QVector<DeviceInfo> unmatched = newOnes;
-    for (DeviceInfo old : qAsConst(oldOnes)) {
-        const auto again = std::find_if(unmatched.begin(), unmatched.end(),
-                                        [&](const DeviceInfo &device) { return samePlace(device, old); });
-        if (again != unmatched.end()) {
-            unmatched.erase(again);
+    QVector<DeviceInfo> unmatchedAfter = changed;
+    for (DeviceInfo old : qAsConst(unmatchedBefore)) {
+        const auto match = std::find_if(unmatchedAfter.begin(), unmatchedAfter.end(),
+                                        [&](const DeviceInfo &device) { return isSameDevice(device, old); });
+        if (match != unmatchedAfter.end()) {
+            unmatchedAfter.erase(match);
             continue;
         }
         old.connected = false;
         changes.append(old);
     }
-    return changes + newOnes;
+    return changes + changed;
 }

@@ -7,12 +7,13 @@
 #include <QString>
 #include <QVector>
 
-/// Finds the connected devices that the model table knows, and those in their bootloader. Main thread.
+/// Finds the connected devices that the model table knows, and those in their bootloader. May be
+/// used on any thread, but an object only by one at a time.
 class DeviceSearch
 {
 public:
-    /// `bus` must outlive the search. `controlList` is the path of the controlled-device list, which is read
-    /// anew for each search.
+    /// `bus` must outlive the search. `controlList` is the path of the control list, which is read
+    /// for each search.
     DeviceSearch(UsbBus &bus, const QString &controlList);
 
     /// Returns the devices in bus order.
@@ -26,6 +27,6 @@ private:
     const ModelTable m_table;
 };
 
-/// Returns what has changed between two searches: first the devices that are gone, then those that are new or
-/// in another state.
+/// Returns what has changed between two searches: first the devices that were disconnected, then those that
+/// are new or in another state.
 QVector<DeviceInfo> changesBetween(const QVector<DeviceInfo> &before, const QVector<DeviceInfo> &after);

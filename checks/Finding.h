@@ -4,15 +4,15 @@
 #include <QString>
 #include <QVector>
 
-/// What was found out about one thing that an update needs.
+/// The result of checking one thing that an update needs.
 struct Finding
 {
     enum class Verdict { Ok, Warning, Problem };
 
-    /// What was looked at. Companions rely on it: do not change one.
+    /// The name of the checked thing. Companions rely on these names: do not change one.
     QString what;
     Verdict verdict = Verdict::Ok;
-    /// One sentence or less, in the language of the person.
+    /// At most one sentence, in the user's language.
     QString text;
     /// What to do about it; empty if there is nothing to do.
     QString remedy;
@@ -32,7 +32,7 @@ Finding problem(const QString &what, const QString &text, const QString &remedy 
 /// Returns the name that the events of --json use: "ok", "warning" or "problem".
 QLatin1String nameOf(Finding::Verdict verdict);
 
-/// Returns a finding in one line: verdict, what was looked at, text and remedy.
+/// Returns a finding in one line: verdict, name, text and remedy.
 QString describe(const Finding &finding);
 
 /// Returns whether one of the findings is a problem.

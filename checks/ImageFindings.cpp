@@ -9,9 +9,9 @@
 
 namespace {
 
-/// A download has ten parts.
+/// A download is cut into ten parts of at least one byte.
 constexpr qint64 smallestSize = 10;
-/// The ends of parts have 32 bits.
+/// The ends of parts are computed as signed 32-bit numbers.
 constexpr qint64 sizeLimit = qint64{1} << 31;
 
 QString problemOf(const WebAnswer &answer)
@@ -39,11 +39,11 @@ QString problemOfPart(const WebAnswer &part, qint64 size)
     if (!problem.isEmpty())
         return problem;
     const QString range = QString::fromLatin1(part.contentRange);
-    const bool isRight =
+    const bool isRequestedPart =
         HttpAnswer::firstOfContentRange(part.contentRange) == ImageFindings::trialPart.start &&
         HttpAnswer::endOfContentRange(part.contentRange) == std::min(ImageFindings::trialPart.end, size) &&
         HttpAnswer::totalOfContentRange(part.contentRange) == size;
-    if (isRight)
+    if (isRequestedPart)
         return {};
     return range.isEmpty() ? QStringLiteral("no Content-Range")
                            : QStringLiteral("Content-Range \"%1\"").arg(range);
@@ -56,38 +56,40 @@ ImageFindings::Image ImageFindings::image(const QString &what, const WebAnswer &
     const QString problem = problemOf(whole);
     if (!problem.isEmpty())
         return {Findings::problem(
-                    what, Texts::pick("The image does not arrive: %1.", "无法获取镜像:%1。").arg(problem),
+                    what, Texts::pick("The image cannot be fetched: %1.", "无法获取镜像:%1。").arg(problem),
                     Texts::pick("Put the image where \"fileURL\" points.",
                                 "请将镜像放到 \"fileURL\" 指向的位置。")),
                 0};
     const qint64 size = whole.contentLength.value_or(0);
     if (!whole.contentLength)
         return {Findings::problem(
-                    what, Texts::pick("The server does not tell the image's size.", "服务器未告知镜像大小。"),
-                    Texts::pick("Have it send \"Content-Length\".", "请让服务器发送 \"Content-Length\"。")),
+                    what, Texts::pick("The server does not send the image's size.", "服务器未告知镜像大小。"),
+                    Texts::pick("Make the server send \"Content-Length\".",
+                                "请让服务器发送 \"Content-Length\"。")),
                 0};
     const QString sizeProblem = problemOfSize(size);
     if (!sizeProblem.isEmpty())
         return {Findings::problem(what, sizeProblem), size};
-    const QString parts = Texts::pick("Have the server answer a range with 206 and its \"Content-Range\".",
-                                      "请让服务器以 206 和正确的 \"Content-Range\" 响应分段请求。");
+    const QString remedy = Texts::pick("Make the server answer a range with 206 and its \"Content-Range\".",
+                                       "请让服务器以 206 和正确的 \"Content-Range\" 响应分段请求。");
     if (part.status == 200 && part.problem.isEmpty())
         return {Findings::warning(what,
                                   Texts::pick("%1 bytes; the server sends no parts, so that each of ten "
                                               "requests fetches the whole image.",
                                               "%1 字节;服务器不支持分段,十个请求都会获取整个镜像。")
                                       .arg(size),
-                                  parts),
+                                  remedy),
                 size};
     const QString partProblem = problemOfPart(part, size);
     if (!partProblem.isEmpty())
         return {Findings::problem(what,
-                                  Texts::pick("Parts of the image do not arrive as asked for: %1.",
+                                  Texts::pick("Parts of the image are not sent as requested: %1.",
                                               "镜像分段与请求不符:%1。")
                                       .arg(partProblem),
-                                  parts),
+                                  remedy),
                 size};
-    return {Findings::ok(what, Texts::pick("%1 bytes, in parts.", "%1 字节,支持分段。").arg(size)), size};
+    return {Findings::ok(what, Texts::pick("%1 bytes, sent in parts.", "%1 字节,支持分段。").arg(size)),
+            size};
 }
 
 Finding ImageFindings::sum(const QString &what, const QString &sum)
@@ -98,12 +100,13 @@ Finding ImageFindings::sum(const QString &what, const QString &sum)
     const QString remedy = Texts::pick("Write the MD5 sum with 32 lower-case hexadecimal digits.",
                                        "请用 32 位小写十六进制数字书写 MD5。");
     if (digits.match(sum.toLower()).hasMatch())
-        return Findings::problem(what,
-                                 Texts::pick("The sum has capitals; it is compared as it stands.",
-                                             "校验和含大写字母;比较时区分大小写。"),
-                                 remedy);
+        return Findings::problem(
+            what,
+            Texts::pick("The sum has capital letters, and the comparison is case-sensitive.",
+                        "校验和含大写字母;比较时区分大小写。"),
+            remedy);
     return Findings::problem(
-        what, Texts::pick("\"%1\" is no MD5 sum.", "\"%1\" 不是 MD5 校验和。").arg(sum.left(64)), remedy);
+        what, Texts::pick("\"%1\" is not an MD5 sum.", "\"%1\" 不是 MD5 校验和。").arg(sum.left(64)), remedy);
 }
 
 Finding ImageFindings::fetchedSum(const QString &what, const QString &promised, const QString &fetched)

@@ -2,7 +2,7 @@
 
 #include "checks/ImageFindings.h"
 #include "checks/Texts.h"
-#include "checks/WebLook.h"
+#include "checks/WebRequest.h"
 #include "update/FirmwareManifest.h"
 
 namespace {
@@ -11,12 +11,12 @@ const QLatin1String versionsKey("CurrentVersion");
 
 Finding address(const QString &what, const QJsonValue &value, Finding::Verdict whenMissing)
 {
-    const QString remedy = Texts::pick("Give it an address of http or https.", "请填写 http 或 https 地址。");
+    const QString remedy = Texts::pick("Set it to an http or https address.", "请填写 http 或 https 地址。");
     if (value.isUndefined())
         return {what, whenMissing, Texts::pick("The key is missing.", "缺少该键。"), remedy};
     if (!value.isString())
         return Findings::problem(what, Texts::pick("The value is not a string.", "该值不是字符串。"), remedy);
-    if (!WebLook::isAddress(value.toString()))
+    if (!WebRequest::isAddress(value.toString()))
         return Findings::problem(
             what,
             Texts::pick("\"%1\" is not an address.", "\"%1\" 不是地址。").arg(value.toString().left(200)),
@@ -58,7 +58,7 @@ Finding ManifestFindings::entryFor(const QJsonObject &root, const QString &model
         return Findings::problem(
             what, Texts::pick("The manifest has no address for %1.", "清单中没有 %1 的地址。").arg(model),
             remedy);
-    if (!WebLook::isAddress(url))
+    if (!WebRequest::isAddress(url))
         return Findings::problem(
             what, Texts::pick("\"%1\" is not an address.", "\"%1\" 不是地址。").arg(url.left(200)), remedy);
     return Findings::ok(what, Texts::pick("%1 is at %2", "%1 位于 %2").arg(model, url));
@@ -81,7 +81,7 @@ QVector<Finding> ManifestFindings::entry(const QString &model, const QJsonValue 
     const QJsonObject object = entry.toObject();
     findings.append(address(model + QLatin1String("/fileURL"), object.value(QLatin1String("fileURL")),
                             Finding::Verdict::Problem));
-    // The chooser shows the model without it, too.
+    // Only a warning: the chooser shows the model without this key as well.
     findings.append(address(model + QLatin1String("/downloadURL"), object.value(QLatin1String("downloadURL")),
                             Finding::Verdict::Warning));
     const QJsonValue sum = object.value(QLatin1String("md5"));
@@ -93,6 +93,6 @@ QVector<Finding> ManifestFindings::entry(const QString &model, const QJsonValue 
             sumKey,
             sum.isUndefined() ? Texts::pick("The key is missing.", "缺少该键。")
                               : Texts::pick("The value is not a string.", "该值不是字符串。"),
-            Texts::pick("Give it the MD5 sum of the image.", "请填写镜像的 MD5。")));
+            Texts::pick("Set it to the MD5 sum of the image.", "请填写镜像的 MD5。")));
     return findings;
 }

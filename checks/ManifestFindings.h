@@ -7,17 +7,17 @@
 #include <QString>
 #include <QVector>
 
-/// Decides on what a firmware manifest says.
+/// Findings about the contents of a firmware manifest.
 namespace ManifestFindings {
 
-/// Decides whether `json` is a manifest that names models. `root` becomes its root object, or stays as it is.
+/// Judges whether `json` is a manifest that names models. Stores its root object in `*root` if it has one.
 Finding manifest(const QByteArray &json, QJsonObject *root);
 
-/// Decides whether the manifest has an address and a sum for `model`: what an update needs.
+/// Judges whether the manifest has an address for `model`, which an update needs.
 Finding entryFor(const QJsonObject &root, const QString &model);
 
-/// Decides on one entry of "CurrentVersion" as its maker wants it: keys, types and the form of the sum.
-/// "what" begins with the name of the model. `isKnownModel` tells whether the model table has it.
+/// Judges one entry of "CurrentVersion" for its maker: keys, types, and the form of the sum. The findings'
+/// names begin with the name of the model. `isKnownModel` says whether the model table has it.
 QVector<Finding> entry(const QString &model, const QJsonValue &entry, bool isKnownModel);
 
 } // namespace ManifestFindings

@@ -2,7 +2,7 @@
 
 #include "checks/ManifestFindings.h"
 #include "checks/Texts.h"
-#include "checks/WebLook.h"
+#include "checks/WebRequest.h"
 #include "download/HttpAnswer.h"
 
 #include <QFile>
@@ -17,7 +17,7 @@ const QLatin1String manifestName("manifest");
 ServerCheck::Manifest ServerCheck::fetchManifest(const QString &address)
 {
     const QString server = QStringLiteral("server");
-    const WebAnswer answer = WebLook::fetch(address);
+    const WebAnswer answer = WebRequest::fetch(address);
     if (answer.status == 0)
         return {{Findings::problem(server, Texts::pick("%1: %2.", "%1:%2。").arg(address, answer.problem),
                                    Texts::pick("Check the network and the server.", "请检查网络和服务器。"))},
@@ -27,7 +27,7 @@ ServerCheck::Manifest ServerCheck::fetchManifest(const QString &address)
     if (!answer.problem.isEmpty())
         manifest.findings.append(Findings::problem(
             manifestName,
-            Texts::pick("The manifest does not arrive: %1.", "无法获取清单:%1。").arg(answer.problem),
+            Texts::pick("The manifest cannot be fetched: %1.", "无法获取清单:%1。").arg(answer.problem),
             Texts::pick("Put the manifest at %1.", "请将清单放到 %1。").arg(address)));
     else
         manifest.findings.append(ManifestFindings::manifest(answer.body, &manifest.root));
@@ -37,7 +37,7 @@ ServerCheck::Manifest ServerCheck::fetchManifest(const QString &address)
 ServerCheck::Manifest ServerCheck::readManifest(const QString &file)
 {
     QFile manifestFile(file);
-    // A named pipe would block in open().
+    // Opening a named pipe would block.
     if (!QFileInfo(file).isFile() || !manifestFile.open(QIODevice::ReadOnly))
         return {
             {Findings::problem(manifestName, Texts::pick("%1 cannot be read.", "无法读取 %1。").arg(file))},
@@ -50,18 +50,18 @@ ServerCheck::Manifest ServerCheck::readManifest(const QString &file)
     return manifest;
 }
 
-ImageFindings::Image ServerCheck::lookAtImage(const QString &what, const QString &address)
+ImageFindings::Image ServerCheck::checkImage(const QString &what, const QString &address)
 {
-    const WebAnswer whole = WebLook::head(address, std::nullopt);
+    const WebAnswer whole = WebRequest::head(address, std::nullopt);
     WebAnswer part;
     if (whole.problem.isEmpty())
-        part = WebLook::head(address, ImageFindings::trialPart);
+        part = WebRequest::head(address, ImageFindings::trialPart);
     return ImageFindings::image(what, whole, part);
 }
 
-Finding ServerCheck::answers(const QString &what, const QString &address)
+Finding ServerCheck::checkAddress(const QString &what, const QString &address)
 {
-    const WebAnswer answer = WebLook::head(address, std::nullopt);
+    const WebAnswer answer = WebRequest::head(address, std::nullopt);
     if (answer.problem.isEmpty())
         return Findings::ok(what, Texts::pick("It answers.", "有响应。"));
     return Findings::problem(

@@ -7,27 +7,27 @@
 #include <QString>
 #include <QVector>
 
-/// Asks a firmware server. Each request takes at most WebLook::limitMs.
+/// Checks a firmware server. Each request takes at most WebRequest::limitMs.
 namespace ServerCheck {
 
-/// A manifest and what is to be said about it.
+/// A manifest and the findings about it.
 struct Manifest
 {
     QVector<Finding> findings;
-    /// Empty if the manifest did not arrive or is no JSON object.
+    /// Empty if the manifest did not arrive or is not a JSON object.
     QJsonObject root;
 };
 
 /// Fetches the manifest. The findings are "server" and, if it answered, "manifest".
 Manifest fetchManifest(const QString &address);
 
-/// Decides on the manifest in a file of this machine.
+/// Reads the manifest from a file.
 Manifest readManifest(const QString &file);
 
-/// Asks for the image and for a part of it. `address` must be one as WebLook::isAddress() takes.
-ImageFindings::Image lookAtImage(const QString &what, const QString &address);
+/// Requests the image and a part of it, without reading it. WebRequest::isAddress() must hold for `address`.
+ImageFindings::Image checkImage(const QString &what, const QString &address);
 
-/// Decides whether something answers at `address`.
-Finding answers(const QString &what, const QString &address);
+/// Checks whether a server answers at `address`.
+Finding checkAddress(const QString &what, const QString &address);
 
 } // namespace ServerCheck

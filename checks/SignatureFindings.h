@@ -6,13 +6,13 @@
 #include <QString>
 #include <QStringList>
 
-/// Decides on the signature that a manifest gives for an image.
+/// Findings about the signature that a manifest has for an image.
 namespace SignatureFindings {
 
-/// Decides whether the signature is one by `keys` for `model`, without looking at the image.
+/// Judges whether the signature was made with one of `keys` for `model`, without looking at the image.
 Finding signature(const QString &what, const QString &text, const QString &model, const QStringList &keys);
 
-/// Decides what the verification of a signature has come to, with an image or without one.
+/// Turns the result of verifying a signature, with or without an image, into a finding.
 Finding verification(const QString &what, const ImageVerifier::Result &result, const QString &model);
 
 } // namespace SignatureFindings

@@ -21,7 +21,7 @@
 
 namespace {
 
-/// Returns the file of a connected device, in its bootloader or not, that this user may not open.
+/// Returns the device file of a connected device, in its bootloader or not, that the user may not open.
 QString refusedFile()
 {
     const ModelTable table;
@@ -33,46 +33,46 @@ QString refusedFile()
 
 } // namespace
 
-SystemCheck::SystemCheck(const Dependencies &dependencies, Told told)
+SystemCheck::SystemCheck(const Dependencies &dependencies, OnFinding onFinding)
     : m_dependencies(dependencies),
-      m_told(std::move(told))
+      m_onFinding(std::move(onFinding))
 {
 }
 
-QVector<Finding> SystemCheck::run(const QString &asked)
+QVector<Finding> SystemCheck::run(const QString &requestedModel)
 {
     m_findings.clear();
-    lookAtMachine(asked);
-    const qint64 imageSize = lookAtServer();
+    checkMachine(requestedModel);
+    const qint64 imageSize = checkServer();
     report(SystemFindings::diskSpace(QStorageInfo(m_dependencies.folder).bytesAvailable(), imageSize));
     return m_findings;
 }
 
 void SystemCheck::report(const Finding &finding)
 {
-    if (m_told)
-        m_told(finding);
+    if (m_onFinding)
+        m_onFinding(finding);
     m_findings.append(finding);
 }
 
-void SystemCheck::lookAtMachine(const QString &asked)
+void SystemCheck::checkMachine(const QString &requestedModel)
 {
     const QString &list = m_dependencies.tools.controlList;
     const QString &folder = m_dependencies.folder;
     const QVector<DeviceInfo> devices = DeviceSearch(m_dependencies.usb, list).find();
-    m_model = DeviceFindings::modelToCheck(asked, devices);
-    report(DeviceFindings::devices(devices, asked));
+    m_model = DeviceFindings::modelToCheck(requestedModel, devices);
+    report(DeviceFindings::devices(devices, requestedModel));
     const std::optional<DriverState> driver = DriverState::ofThisSystem();
-    // Where a driver opens devices there are no device files.
+    // A system that opens devices through a driver has no device files.
     report(DeviceFindings::deviceAccess(driver ? std::nullopt : std::optional<QString>(refusedFile())));
     report(SystemFindings::driver(driver));
     report(DeviceFindings::controlList(list, ControlledDeviceList::readWhole(list), m_model));
-    lookAtTools();
+    checkTools();
     report(SystemFindings::temporaryFolder(folder, TemporaryFolder::reasonNotToWriteIn(folder)));
     report(SystemFindings::updateLock(m_dependencies.lock.isTakenElsewhere()));
 }
 
-void SystemCheck::lookAtTools()
+void SystemCheck::checkTools()
 {
     const ToolFiles &tools = m_dependencies.tools;
     WriteType offered;
@@ -89,7 +89,7 @@ void SystemCheck::lookAtTools()
 }
 
 /// Returns the size of the model's image; 0 if it is not known.
-qint64 SystemCheck::lookAtServer()
+qint64 SystemCheck::checkServer()
 {
     const QString manifestUrl = firmwareManifestUrl();
     report(SystemFindings::tls(manifestUrl, QSslSocket::supportsSsl() ? QSslSocket::sslLibraryVersionString()
@@ -108,7 +108,7 @@ qint64 SystemCheck::lookAtServer()
                                             firmwareKeys()));
     if (entry.verdict != Finding::Verdict::Ok)
         return 0;
-    const ImageFindings::Image image = ServerCheck::lookAtImage(
+    const ImageFindings::Image image = ServerCheck::checkImage(
         QStringLiteral("image"), FirmwareManifest::fileAddress(manifest.root, m_model).url);
     report(image.finding);
     return image.size;

@@ -10,8 +10,8 @@
 
 #include <functional>
 
-/// Looks at the machine and at the firmware server for everything that an update needs. It runs local event
-/// loops and ends early when the program is told to end. May be used on any thread, one at a time.
+/// Checks the machine and the firmware server for everything that an update needs. Runs local event loops and
+/// ends early when the program is told to end. May be used on any thread, but only on one at a time.
 class SystemCheck
 {
 public:
@@ -20,26 +20,27 @@ public:
         UsbBus &usb;
         const UpdateLock &lock;
         ToolFiles tools;
-        /// Where downloads lie.
+        /// The folder for downloads.
         QString folder;
     };
-    /// Hears of each finding as it is made.
-    using Told = std::function<void(const Finding &finding)>;
+    /// Called for each finding as soon as it is made.
+    using OnFinding = std::function<void(const Finding &finding)>;
 
     /// `dependencies` must outlive the check.
-    explicit SystemCheck(const Dependencies &dependencies, Told told = {});
+    explicit SystemCheck(const Dependencies &dependencies, OnFinding onFinding = {});
 
-    /// Checks for an update of `asked`; when that is empty, of the connected model.
-    QVector<Finding> run(const QString &asked);
+    /// Checks what an update of `requestedModel` needs or, if that is empty, an update of the connected
+    /// model.
+    QVector<Finding> run(const QString &requestedModel);
 
 private:
-    void lookAtMachine(const QString &asked);
-    void lookAtTools();
-    qint64 lookAtServer();
+    void checkMachine(const QString &requestedModel);
+    void checkTools();
+    qint64 checkServer();
     void report(const Finding &finding);
 
     const Dependencies m_dependencies;
-    const Told m_told;
+    const OnFinding m_onFinding;
     QVector<Finding> m_findings;
     QString m_model;
 };

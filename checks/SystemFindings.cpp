@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Below this, a usual image may not fit.
+/// With less free space, an image of the usual size may not fit.
 constexpr qint64 littleSpace = qint64{256} * 1024 * 1024;
 constexpr qint64 mebibyte = qint64{1024} * 1024;
 
@@ -19,7 +19,7 @@ Finding SystemFindings::driver(const std::optional<DriverState> &state)
     if (state->running.value_or(false))
         return Findings::ok(what, Texts::pick("libusbK is running.", "libusbK 正在运行。"));
     const QString remedy = Texts::pick("Start the window program once as an administrator: it installs the "
-                                       "driver. Whether you may install it shows only then.",
+                                       "driver, if you are allowed to.",
                                        "请以管理员身份启动一次窗口程序以安装驱动;是否有权安装届时才能得知。");
     if (!state->missingFiles.isEmpty())
         return Findings::warning(
@@ -75,7 +75,7 @@ Finding SystemFindings::tls(const QString &serverAddress, const QString &library
     const QString what = QStringLiteral("tls");
     if (!serverAddress.startsWith(QLatin1String("https:")))
         return Findings::warning(
-            what, Texts::pick("The firmware server's address is not a secure one.", "固件服务器地址未加密。"),
+            what, Texts::pick("The firmware server's address is not secure.", "固件服务器地址未加密。"),
             Texts::pick("Use a program that was built with an https address.",
                         "请使用以 https 地址构建的程序。"));
     if (library.isEmpty())

@@ -7,21 +7,24 @@
 
 #include <optional>
 
-/// Decides on what this machine has for an update of whatever model. Nothing here looks at the machine.
+/// Findings about what the machine has for an update of any model. The functions only judge the facts that
+/// they are given; nothing here looks at the machine.
 namespace SystemFindings {
 
-/// `state` is nothing where no driver is needed.
+/// Judges the driver. `state` is nothing on a system that needs none.
 Finding driver(const std::optional<DriverState> &state);
 
-/// `reason` tells why the folder cannot be used; empty if it can.
+/// Judges the temporary folder. `reason` says why it cannot be used; empty if it can.
 Finding temporaryFolder(const QString &path, const QString &reason);
 
-/// Decides on the free bytes where the image will lie. `imageSize` is 0 if it is not known.
+/// Judges the free bytes in the folder for downloads. `imageSize` is 0 if it is not known.
 Finding diskSpace(qint64 available, qint64 imageSize);
 
+/// Judges the lock that lets only one copy of the program update.
 Finding updateLock(bool isTakenElsewhere);
 
-/// `serverAddress` is the manifest's. `library` names the TLS library; empty if there is none.
+/// Judges TLS. `serverAddress` is that of the manifest. `library` is the TLS library's version; empty if
+/// there is none.
 Finding tls(const QString &serverAddress, const QString &library);
 
 } // namespace SystemFindings

@@ -5,17 +5,17 @@
 #include <QString>
 #include <QStringList>
 
-/// Where the maker's tools and the control list are.
+/// The paths of the maker's tools and of the control list.
 struct ToolFiles
 {
-    /// Each the first that is there; where none is, the first place.
+    /// Each is the first file that exists or, if none does, the path in the first folder.
     QString usbFlasher;
     QString hidFlasher;
     QString iapProgrammer;
     QString controlList;
 
-    /// Looks for them beside the program and, on Linux, where the package's launcher looks.
+    /// Searches beside the program and, on Linux, in the folders of the package's launcher.
     static ToolFiles find();
-    /// The same in `folders`, in this order; the control list is looked for in `listFolders`.
+    /// Searches `folders` in this order for the tools, and `listFolders` for the control list.
     static ToolFiles findIn(const QStringList &folders, const QStringList &listFolders);
 };

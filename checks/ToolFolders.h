@@ -2,8 +2,7 @@
 
 #include <QStringList>
 
-/// Returns the folders in which the maker's tools are looked for, in their order, by a program in
-/// `applicationFolder`.
+/// Returns the folders that a program in `applicationFolder` searches for the maker's tools, in this order.
 QStringList toolFolders(const QString &applicationFolder);
-/// The same for the control list.
+/// Returns the folders that it searches for the control list.
 QStringList controlListFolders(const QString &applicationFolder);

@@ -4,15 +4,15 @@
 
 namespace {
 
-/// The user's own folder, which the launcher of the window program uses as well.
+/// Returns the user's folder for this program, which the launcher of the window program uses as well.
 QString ownFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            QLatin1String("/quillmarsh");
 }
 
-/// Returns `folder`, which lies beside the program. Beside an installed program there is nothing: that folder
-/// belongs to the system's own programs.
+/// Returns `folder`, a folder beside the program, unless the program is installed: nothing in the folder of
+/// the system's own programs belongs to it.
 QStringList besideProgram(const QString &applicationFolder, const QString &folder)
 {
     return applicationFolder == QLatin1String("/usr/bin") ? QStringList() : QStringList{folder};

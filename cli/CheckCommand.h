@@ -4,5 +4,5 @@
 
 class CommandContext;
 
-/// Shows whether everything that an update needs is there: one line for each thing, with the remedy.
+/// Checks everything that an update needs and shows one line for each thing, with a remedy if it is missing.
 ExitCode runCheckCommand(CommandContext &context);

@@ -7,7 +7,7 @@
 
 #include <mutex>
 
-/// Turns what an update reports into events. May be called from any thread.
+/// Turns the reports of an update into events. May be called from any thread.
 class CliReporter : public Reporter
 {
 public:
@@ -15,10 +15,10 @@ public:
     CliReporter(EventSink &sink, const QString &logFile);
 
     void log(const QString &line) override;
-    /// The sink shows the stage in its own words.
+    // Not needed: the sink shows the stage in its own words.
     void setStateTitle(const TranslatableText & /*title*/) override {}
     void setProgress(int percent) override;
-    // There are no controls.
+    // Not needed: without a window there are no controls and no monitor to switch.
     void enableStartButton(bool /*enable*/) override {}
     void runDeviceCheck(bool /*run*/) override {}
 

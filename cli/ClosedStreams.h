@@ -1,5 +1,6 @@
 #pragma once
 
-/// Opens the standard streams that the caller has closed, as ones that lead nowhere, so that no file or
-/// device that is opened later takes their place and is written to. Call it before anything is opened.
+/// Replaces the standard streams that the caller of the program has closed by pipes without another end.
+/// Otherwise a file or device that is opened later would get a standard stream's number and be written to.
+/// Call it before anything is opened.
 void fillClosedStreams();

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Opens one end of a pipe whose other end is closed: it is always at its end, or refuses what is written.
+/// Opens a pipe at `descriptor` whose other end is closed: reading finds the end of the input, writing fails.
 void fill(int descriptor)
 {
     int ends[2] = {-1, -1};

@@ -1,4 +1,4 @@
 #include "cli/ClosedStreams.h"
 
-// The standard streams have handles of their own, which no other file gets.
+// Not needed: on Windows no other file gets the handle of a standard stream.
 void fillClosedStreams() {}

@@ -50,11 +50,11 @@ QString CommandContext::downloadFolder()
     return folder().isEmpty() ? QDir::tempPath() : folder();
 }
 
-std::function<int()> CommandContext::lastWords(ExitCode exitCode) const
+std::function<int()> CommandContext::finalStep(ExitCode exitCode) const
 {
     const QString path = m_folder ? m_folder->path() : QString();
     return [path, exitCode] {
-        // An empty path would be the working folder.
+        // QDir would take an empty path for the working folder.
         if (!path.isEmpty())
             QDir(path).removeRecursively();
         return static_cast<int>(exitCode);

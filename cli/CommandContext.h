@@ -12,8 +12,8 @@
 #include <functional>
 #include <memory>
 
-/// What the commands use: the options, the buses, the maker's tools, and a folder for files that is removed
-/// in every ending. Main thread.
+/// What the commands share: the options, the buses, the maker's tools, and a private folder for files, which
+/// is removed however the program ends. Main thread.
 class CommandContext
 {
 public:
@@ -24,7 +24,7 @@ public:
     EventSink &sink;
     const ToolFiles tools;
 
-    /// Returns a bus. The first call initialises its library.
+    /// Each returns a bus. The first call initialises its library.
     UsbBus &usb();
     HidPort &hid();
     /// Returns whether libusb could be initialised.
@@ -32,14 +32,14 @@ public:
 
     /// Returns the private folder, which the first call makes; empty if it could not be made.
     QString folder();
-    /// Returns what the last resort still does when the program is about to end with `exitCode`: it removes
-    /// the private folder.
-    std::function<int()> lastWords(ExitCode exitCode) const;
+    /// Returns the final step of a forced exit when the program is about to end with `exitCode`: removes the
+    /// private folder and returns the exit code.
+    std::function<int()> finalStep(ExitCode exitCode) const;
 
-    /// Returns where downloads lie: the private folder or, if that could not be made, the one around it.
+    /// Returns the folder for downloads: the private one or, if that could not be made, the temporary folder.
     QString downloadFolder();
 
-    /// Waits, running the event loop. Returns false if the program was told to end.
+    /// Waits in an event loop. Returns false if the program was told to end.
     static bool waitMs(int milliseconds);
 
 private:

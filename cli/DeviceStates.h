@@ -4,13 +4,13 @@
 
 #include <QString>
 
-/// The states of devices in words.
+/// The texts for the states of devices.
 namespace DeviceStates {
 
-/// Returns the name that the events of --json use. Do not change one.
+/// Returns the name of a state in the events of --json. Companions rely on these names: do not change one.
 QLatin1String nameOf(DeviceInfo::State state);
 
-/// Returns a state in the language of the person.
+/// Returns a state in the user's language.
 QString describe(DeviceInfo::State state);
 
 /// Returns one line about a device: position, ids, model and state.

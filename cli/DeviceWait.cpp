@@ -43,7 +43,7 @@ DeviceWait::Result DeviceWait::wait(qint64 limitMs)
         device = found.device;
         switch (found.state) {
         case ConnectionState::OneBootloader:
-            // Which device was connected before says nothing about the one in the bootloader.
+            // A device that was connected before need not be the one that waits in its bootloader.
             found.device = ChosenDevice();
             return {m_context.options.model.isEmpty() ? End::ModelNeeded : End::Found, found};
         case ConnectionState::SeveralBootloaders:
@@ -52,7 +52,7 @@ DeviceWait::Result DeviceWait::wait(qint64 limitMs)
         case ConnectionState::IapDevice:
             if (mayOpen(device))
                 return {End::Found, found};
-            // The system grants access a moment after a device has appeared.
+            // The system grants access shortly after a device has appeared: try a second time.
             if (wasRefused)
                 return {End::NoAccess, found};
             wasRefused = true;
@@ -63,7 +63,7 @@ DeviceWait::Result DeviceWait::wait(qint64 limitMs)
         }
         const bool isLate = limitMs >= 0 && Clock::real().nowMs() - start >= limitMs;
         if (isLate && !wasRefused)
-            return {End::NotInTime, found};
+            return {End::TimedOut, found};
         if (!CommandContext::waitMs(intervalMs))
             return {End::Interrupted, found};
     }
@@ -81,17 +81,17 @@ bool DeviceWait::isConnected()
                        });
 }
 
-bool DeviceWait::waitForDisconnection(bool comesBack)
+bool DeviceWait::waitForDisconnection(bool restarts)
 {
     const qint64 start = Clock::real().nowMs();
-    bool wasAway = !comesBack;
+    bool hasRestarted = !restarts;
     while (CommandContext::waitMs(intervalMs)) {
         const bool connected = isConnected();
-        if (!connected && wasAway)
+        if (!connected && hasRestarted)
             return true;
-        // First it leaves to restart; then it is back, or takes too long for that.
+        // A restarting device is away at first. It may also take too long to come back.
         if (connected)
-            wasAway = true;
+            hasRestarted = true;
         else if (Clock::real().nowMs() - start > restartLimitMs)
             return true;
     }

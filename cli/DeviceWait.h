@@ -6,32 +6,33 @@
 
 class CommandContext;
 
-/// Waits for a device that an update can begin with. Main thread, whose event loop it runs.
+/// Waits for a device that can be updated. Main thread; waits in an event loop.
 class DeviceWait
 {
 public:
     enum class End {
         Found,
-        NotInTime,
-        ModelNeeded,        ///< A device waits in its bootloader, and nobody said which model it is.
+        TimedOut,
+        ModelNeeded,        ///< A device waits in its bootloader, and its model was not named.
         SeveralBootloaders, ///< More than one device waits in its bootloader: the flasher takes any of them.
-        NoAccess,           ///< This user may not open the device.
+        NoAccess,           ///< The user may not open the device.
         Interrupted,
     };
     struct Result
     {
-        End end = End::NotInTime;
+        End end = End::TimedOut;
         MonitorOutcome found;
     };
 
     /// `context` must outlive this object.
     explicit DeviceWait(CommandContext &context) : m_context(context) {}
 
-    /// Waits for at most `limitMs`; a negative limit is none. Looks at least once.
+    /// Waits for at most `limitMs`, or without a limit if it is negative. Looks at the bus at least once.
     Result wait(qint64 limitMs);
-    /// Waits until no device is connected that an update could begin with. Returns false if interrupted.
-    /// `comesBack` says that the device is restarting: it leaves, comes back, and is disconnected then.
-    bool waitForDisconnection(bool comesBack);
+    /// Waits until no device is connected that could be updated. Returns false if interrupted.
+    /// With `restarts`, the device is restarting: it leaves the bus and comes back before the user
+    /// disconnects it.
+    bool waitForDisconnection(bool restarts);
 
 private:
     bool isConnected();

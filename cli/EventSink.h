@@ -14,7 +14,7 @@
 struct UpdateProgress
 {
     int percent = 0;
-    /// Of the download; not known of the flashers.
+    /// Known while downloading only: flashers do not report bytes.
     std::optional<qint64> bytes;
     std::optional<qint64> total;
 };
@@ -31,8 +31,8 @@ struct UpdateSummary
     QMap<UpdateStage, double> seconds;
 };
 
-/// Shows what happens: to a program as JSON lines, or to a person. May be called from any thread; no call
-/// blocks.
+/// Shows what happens, to another program as JSON lines or to a person as text. May be called from any
+/// thread; no call blocks.
 class EventSink
 {
 public:
@@ -41,13 +41,13 @@ public:
     virtual void device(const DeviceInfo &device) = 0;
     virtual void stage(UpdateStage stage) = 0;
     virtual void progress(const UpdateProgress &progress) = 0;
-    /// One line of the log that the window program would write.
+    /// One line of the update's log.
     virtual void log(const QString &line) = 0;
     virtual void result(const UpdateSummary &summary) = 0;
-    /// Something that was checked. Only "check" and "manifest verify" tell of findings.
+    /// One thing that was checked. Only the commands "check" and "manifest verify" report findings.
     virtual void finding(const Finding & /*finding*/) {}
     /// A report was written to this file.
     virtual void report(const QString & /*path*/) {}
-    /// A sentence for the person in front of the screen. Programs get it on standard error.
-    virtual void tell(const QString &sentence) = 0;
+    /// A sentence for the user. With --json it goes to standard error.
+    virtual void message(const QString &sentence) = 0;
 };

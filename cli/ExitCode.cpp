@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Returns whether the device was still as it had been connected when the update ended in this stage.
+/// Returns whether an update that ends in this stage has not yet changed the device.
 bool isUntouched(UpdateStage stage)
 {
     return stage == UpdateStage::Idle || stage == UpdateStage::Fetching ||

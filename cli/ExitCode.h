@@ -3,13 +3,13 @@
 #include "checks/Finding.h"
 #include "session/UpdateResult.h"
 
-/// What the program's exit code means. Companions rely on these numbers.
+/// The exit codes of the program. Companions rely on these numbers.
 enum class ExitCode : int {
     Done = 0,
     UpdateFailed = 1, ///< The device may need another update.
     Usage = 2,
-    NoDevice = 3,         ///< No such device in time.
-    FirmwareUnusable = 4, ///< The firmware did not arrive or is not what was promised. Device untouched.
+    NoDevice = 3,         ///< No matching device appeared in time.
+    FirmwareUnusable = 4, ///< The firmware did not arrive or is not the promised one. Device untouched.
     NotPrepared = 5,      ///< A tool, a right or a folder is missing. Device untouched.
     AnotherCopy = 6,      ///< Another copy of the program is updating a device.
     Interrupted = 130,    ///< Device untouched.

@@ -5,22 +5,23 @@
 class EventSink;
 class UpdateSession;
 
-/// Decides what Ctrl+C and its kin do: end the program at once, unless a device is being written. Then the
-/// first one is only answered, and a second one within five seconds ends the flasher.
+/// Handles requests to end the program, such as Ctrl+C. A request ends the program at once, unless a device
+/// is being written: then the first request only shows a warning, and a second one within five seconds ends
+/// the flasher and the program.
 class Interruption
 {
 public:
-    /// Both must outlive this object.
+    /// Both arguments must outlive this object.
     Interruption(const UpdateSession &session, EventSink &sink);
 
-    /// Handles one request to end. May be called from any thread, but not from two at once.
+    /// Handles one request. May be called from any thread, but not from two at once.
     void request();
-    /// Has everything end, by the last resort if need be.
-    static void leave();
+    /// Tells every wait to end, and forces the exit if something does not end in time.
+    static void endProgram();
 
 private:
     const UpdateSession &m_session;
     EventSink &m_sink;
-    /// Since the first request during the writing; invalid before.
+    /// Measures the time since the first request while the device is being written; invalid before.
     QElapsedTimer m_sinceFirst;
 };

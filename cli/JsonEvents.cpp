@@ -93,7 +93,7 @@ void JsonEvents::report(const QString &path)
     write("report", {{QStringLiteral("path"), path}});
 }
 
-void JsonEvents::tell(const QString &sentence)
+void JsonEvents::message(const QString &sentence)
 {
     m_writeSentence(sentence.toUtf8() + '\n');
 }

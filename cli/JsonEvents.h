@@ -23,7 +23,7 @@ public:
     void result(const UpdateSummary &summary) override;
     void finding(const Finding &finding) override;
     void report(const QString &path) override;
-    void tell(const QString &sentence) override;
+    void message(const QString &sentence) override;
 
 private:
     void write(const char *event, QJsonObject object);

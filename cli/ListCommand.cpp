@@ -12,7 +12,7 @@ ExitCode runListCommand(CommandContext &context)
     for (const DeviceInfo &device : qAsConst(known))
         context.sink.device(device);
     if (known.isEmpty() && !context.options.json)
-        context.sink.tell(
+        context.sink.message(
             Texts::pick("No device that this program knows is connected.", "没有连接已知的设备。"));
     while (context.options.watch && CommandContext::waitMs(intervalMs)) {
         const QVector<DeviceInfo> now = search.find();

@@ -4,5 +4,6 @@
 
 class CommandContext;
 
-/// Shows the connected devices, and with --watch those that come and go until the program is told to end.
+/// Shows the connected devices. With --watch, goes on to show devices that are connected and disconnected
+/// until the program is told to end.
 ExitCode runListCommand(CommandContext &context);

@@ -4,7 +4,7 @@
 #include "checks/ManifestFindings.h"
 #include "checks/ServerCheck.h"
 #include "checks/SignatureFindings.h"
-#include "checks/WebLook.h"
+#include "checks/WebRequest.h"
 #include "cli/CliReporter.h"
 #include "cli/CommandContext.h"
 #include "download/ThreadFileDownloader.h"
@@ -24,7 +24,7 @@
 
 namespace {
 
-/// Goes through a manifest and reports what it finds as it goes.
+/// Checks one manifest and reports each finding as soon as there is one.
 class Verification
 {
 public:
@@ -56,8 +56,8 @@ ExitCode Verification::run()
 {
     const QString source =
         m_context.options.manifest.isEmpty() ? firmwareManifestUrl() : m_context.options.manifest;
-    const ServerCheck::Manifest manifest =
-        WebLook::isAddress(source) ? ServerCheck::fetchManifest(source) : ServerCheck::readManifest(source);
+    const ServerCheck::Manifest manifest = WebRequest::isAddress(source) ? ServerCheck::fetchManifest(source)
+                                                                         : ServerCheck::readManifest(source);
     for (const Finding &finding : manifest.findings)
         report(finding);
     const QStringList models = FirmwareManifest::downloadUrls(manifest.root).keys();
@@ -82,21 +82,21 @@ void Verification::verifyEntry(const QString &model, const QJsonObject &root)
         report(SignatureFindings::signature(model + QLatin1String("/signature"),
                                             FirmwareManifest::signature(root, model), model, firmwareKeys()));
     const QString fileUrl = FirmwareManifest::fileAddress(root, model).url;
-    if (WebLook::isAddress(fileUrl))
+    if (WebRequest::isAddress(fileUrl))
         verifyImage(model, fileUrl, root);
     const QString downloadUrl = FirmwareManifest::downloadUrls(root).value(model);
-    if (WebLook::isAddress(downloadUrl) && downloadUrl != fileUrl)
-        report(ServerCheck::answers(model + QLatin1String("/download"), downloadUrl));
+    if (WebRequest::isAddress(downloadUrl) && downloadUrl != fileUrl)
+        report(ServerCheck::checkAddress(model + QLatin1String("/download"), downloadUrl));
 }
 
 void Verification::verifyImage(const QString &model, const QString &address, const QJsonObject &root)
 {
-    const bool isThere = report(ServerCheck::lookAtImage(model + QLatin1String("/image"), address).finding);
-    if (m_context.options.download && isThere && !ShutdownFlag::instance().isRaised())
+    const bool exists = report(ServerCheck::checkImage(model + QLatin1String("/image"), address).finding);
+    if (m_context.options.download && exists && !ShutdownFlag::instance().isRaised())
         fetchImage(model, address, root);
 }
 
-/// Downloads the image as an update does, and verifies it as an update does.
+/// Downloads and verifies the image in the same way as an update.
 void Verification::fetchImage(const QString &model, const QString &address, const QJsonObject &root)
 {
     constexpr int segmentCount = 10;

@@ -4,5 +4,5 @@
 
 class CommandContext;
 
-/// Checks a firmware manifest for its maker: one line for each finding.
+/// Checks a firmware manifest for the maker who wrote it, and shows one line for each finding.
 ExitCode runManifestCommand(CommandContext &context);

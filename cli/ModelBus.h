@@ -5,11 +5,11 @@
 
 #include <QString>
 
-/// The bus as if only devices of one model, and devices in their bootloader, were connected.
+/// A bus that shows only the devices of one model and the devices in their bootloader of another bus.
 class ModelBus : public UsbBus
 {
 public:
-    /// `bus` must outlive this object. An empty `model` leaves every device in.
+    /// `bus` must outlive this object. With an empty `model` every device is shown.
     ModelBus(UsbBus &bus, const QString &model);
 
     Listing list() override;

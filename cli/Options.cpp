@@ -7,29 +7,29 @@
 
 namespace {
 
-const QLatin1String
-    usageText("Usage: quillmarsh-cli COMMAND [OPTIONS]\n"
-              "\n"
-              "Commands:\n"
-              "  list             shows the connected devices\n"
-              "  update           updates a device\n"
-              "  check            shows whether everything that an update needs is there\n"
-              "  manifest verify  checks a firmware manifest, for makers\n"
-              "  report           writes what the program sees here to a file for support\n"
-              "\n"
-              "\"quillmarsh-cli COMMAND --help\" shows the options of a command; --version the version.\n"
-              "\n"
-              "Exit codes: 0 done; 1 the update failed and the device may need another one; 2 wrong usage;\n"
-              "3 no such device in time; 4 the firmware could not be fetched or is not what was promised;\n"
-              "5 a tool, a right or a folder is missing; 6 another copy is updating; 130 interrupted.\n"
-              "After 2 to 6 and 130 the device is untouched.\n");
+const QLatin1String usageText(
+    "Usage: quillmarsh-cli COMMAND [OPTIONS]\n"
+    "\n"
+    "Commands:\n"
+    "  list             shows the connected devices\n"
+    "  update           updates a device\n"
+    "  check            shows whether everything that an update needs is there\n"
+    "  manifest verify  checks a firmware manifest, for makers\n"
+    "  report           writes a file for support with what the program finds here\n"
+    "\n"
+    "\"quillmarsh-cli COMMAND --help\" shows the options of a command; --version the version.\n"
+    "\n"
+    "Exit codes: 0 done; 1 the update failed and the device may need another one; 2 wrong usage;\n"
+    "3 no matching device in time; 4 the firmware could not be fetched or is not what was promised;\n"
+    "5 a tool, a right or a folder is missing; 6 another copy is updating; 130 interrupted.\n"
+    "After 2 to 6 and 130 the device is untouched.\n");
 
 ParsedCommandLine usageError(const QString &problem)
 {
     return {std::nullopt, problem + QLatin1String("\n\n") + usageText, static_cast<int>(ExitCode::Usage)};
 }
 
-/// The options of the program, and which commands take them.
+/// Parses the options of one command.
 class CommandParser
 {
 public:
@@ -37,15 +37,15 @@ public:
     {
         m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
         add("help", "Shows this help.");
-        add("lang", "Speaks English (en) or Chinese (zh).", "LANGUAGE");
+        add("lang", "Uses English (en) or Chinese (zh).", "LANGUAGE");
         add("verbose", "Writes diagnostics to standard error.");
-        add("json", "Writes events for a program, one JSON object a line.");
+        add("json", "Writes events for a program, one JSON object on each line.");
         add("log",
             command == Options::Command::Report ? "Includes this log instead of the newest one."
                                                 : "Appends the log to FILE.",
             "FILE");
         if (command == Options::Command::List)
-            add("watch", "Goes on with devices that come and go.");
+            add("watch", "Goes on to show devices that come and go.");
         if (command == Options::Command::Update)
             addUpdateOptions();
         if (command == Options::Command::Check)
@@ -65,11 +65,11 @@ private:
     {
         add("model", "Updates this model only; needed for a device that waits in its bootloader.", "NAME");
         add("file", "Writes this image instead of the server's.", "IMAGE");
-        add("md5", "The image of --file must have this sum.", "SUM");
+        add("md5", "Requires the image of --file to have this MD5 sum.", "SUM");
         add("require-signature", "Writes the image of --file only if its maker has signed it.");
         add("write-type", "Writes over usb or hid.", "TYPE");
         add("no-reset", "Does not restart the device afterwards.");
-        add("wait", "Waits so long for a device.", "SECONDS");
+        add("wait", "Waits up to this long for a device.", "SECONDS");
         add("repeat", "Updates one device after the other until interrupted.");
         add("yes", "Does not ask before writing.");
     }
@@ -101,7 +101,7 @@ QString nameOf(Options::Command command)
     return {};
 }
 
-/// Returns the parser's help with the command in its first line, of which the parser knows nothing.
+/// Returns the parser's help. Its first line is replaced: the parser does not know the commands.
 QString CommandParser::help() const
 {
     const QString text = m_parser.helpText();
@@ -114,7 +114,7 @@ QString CommandParser::help() const
            text.mid(text.indexOf(QLatin1Char('\n')));
 }
 
-/// Returns what is wrong with the values; empty if nothing is.
+/// Reads the options of "update". Returns what is wrong with their values; empty if nothing is.
 QString CommandParser::readUpdateOptions(Options &options) const
 {
     options.model = value("model");
@@ -163,7 +163,7 @@ QString CommandParser::readCommon(Options &options) const
 ParsedCommandLine CommandParser::parse(const QStringList &arguments, Options options)
 {
     options.command = m_command;
-    // The parser leaves the program's name out.
+    // The parser skips the first argument, which it takes for the program's name.
     if (!m_parser.parse(QStringList(QStringLiteral("quillmarsh-cli")) + arguments))
         return usageError(m_parser.errorText());
     if (isSet("help"))

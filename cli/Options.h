@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// What the command line asks for.
+/// The parsed command line.
 struct Options
 {
     enum class Command { List, Update, Check, VerifyManifest, Report };
@@ -15,7 +15,7 @@ struct Options
     Command command = Command::List;
     bool json = false;
     bool verbose = false;
-    /// A file for the log, or with "report" the log that it includes; empty for none.
+    /// The file to append the log to or, for "report", the log to include; empty if not set.
     QString logFile;
     Texts::Language language = Texts::Language::English;
 
@@ -27,7 +27,7 @@ struct Options
 
     // update
     QString imageFile;
-    /// The image's MD5 sum as the user knows it; empty to trust the file.
+    /// The MD5 sum that the image must have; empty if any image is accepted.
     QString imageSum;
     /// "USB" or "HID"; empty for the control list's choice.
     QString writeType;
@@ -45,11 +45,11 @@ struct Options
     bool download = false;
 
     // report
-    /// Empty for a name of its own in the working folder, "-" for standard output.
+    /// Empty for a proposed name in the working folder, "-" for standard output.
     QString reportFile;
 };
 
-/// What parsing came to: options, or a text and an exit code with which the program ends at once.
+/// The result of parsing: options, or a text and an exit code with which the program ends at once.
 struct ParsedCommandLine
 {
     std::optional<Options> options;

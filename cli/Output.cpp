@@ -10,7 +10,7 @@
 
 namespace {
 
-// Enough for the events of hours. A reader that is further behind has stopped.
+// Holds the events of several hours. A reader that is further behind has stopped reading.
 constexpr int capacityBytes = 64 * 1024 * 1024;
 
 // Never destroyed: a thread may be blocked in a write until the end of the process.

@@ -2,11 +2,11 @@
 
 #include <QByteArray>
 
-/// The standard streams of the program. No call but flush() blocks, whether anybody reads or not. May be used
-/// from any thread.
+/// The standard streams of the program. Only flush() blocks; the other calls return even if nothing reads the
+/// streams. May be used from any thread.
 namespace Output {
 
-/// Sends Qt's messages to standard error if `verbose`, and nowhere otherwise.
+/// Writes Qt's messages to standard error if `verbose`, and drops them otherwise.
 void install(bool verbose);
 
 void write(const QByteArray &bytes);

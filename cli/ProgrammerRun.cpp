@@ -45,7 +45,7 @@ void ProgrammerRun::run(const ChosenDevice &device)
         m_session.end(UpdateReason::ProgramClosed, Afterwards::ProgramClosed, {});
         return;
     }
-    // The settings of the window's panel for a USB device.
+    // The same settings as in the window's IAP panel for a USB device.
     record->portType = QStringLiteral("USB");
     record->crcVerify = true;
     record->updateFile = m_session.image();

@@ -6,11 +6,11 @@ class CliReporter;
 class CommandContext;
 class UpdateSession;
 
-/// The part of an update that the IAP programmer does. Main thread, whose event loop it runs.
+/// Runs the IAP programmer for an update. Main thread; waits in an event loop.
 class ProgrammerRun
 {
 public:
-    /// All must outlive the run.
+    /// The arguments must outlive the run.
     ProgrammerRun(CommandContext &context, UpdateSession &session, CliReporter &reporter);
 
     /// Programs the session's image into the device over USB, and ends the session's update.

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// Returns the newest log of the window program among the places where it is started.
+/// Returns the newest log that the window program has left in one of the folders from which it is started.
 QString newestLog()
 {
     QFileInfo newest(LogFile::updateLogPath());
@@ -58,12 +58,12 @@ ExitCode runReportCommand(CommandContext &context)
                              .absoluteFilePath();
     const QString problem = ReportText::save(report, path);
     if (!problem.isEmpty()) {
-        context.sink.tell(Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
-                              .arg(QDir::toNativeSeparators(path), problem));
+        context.sink.message(Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
+                                 .arg(QDir::toNativeSeparators(path), problem));
         return ExitCode::NotPrepared;
     }
     context.sink.report(path);
-    context.sink.tell(
+    context.sink.message(
         Texts::pick("The report is in %1. Nothing was sent anywhere.", "报告已保存到 %1,未发送到任何地方。")
             .arg(QDir::toNativeSeparators(path)));
     return ExitCode::Done;

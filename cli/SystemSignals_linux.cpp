@@ -9,7 +9,7 @@ namespace {
 
 int pipeEnds[2] = {-1, -1};
 
-/// A signal handler may do little more than this.
+/// Only wakes the thread that reads the pipe: a signal handler may do little else.
 void noteSignal(int /*number*/)
 {
     const char byte = 1;

@@ -6,11 +6,11 @@ namespace {
 
 void (*notifyProgram)() = nullptr;
 
-/// Runs on a thread that the system makes for the event.
+/// Called by the system on a new thread for each event.
 BOOL WINAPI noteEvent(DWORD event)
 {
     notifyProgram();
-    // After these the system ends the process as soon as this returns.
+    // After these events the system ends the process as soon as this function returns.
     if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT)
         Sleep(INFINITE);
     return TRUE;

@@ -17,7 +17,7 @@ int Terminal::width()
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-std::optional<QByteArray> Terminal::typed()
+std::optional<QByteArray> Terminal::readTyped()
 {
     pollfd input{STDIN_FILENO, POLLIN, 0};
     if (poll(&input, 1, 0) <= 0)

@@ -22,7 +22,7 @@ int Terminal::width()
     if (!isConsole(STD_OUTPUT_HANDLE))
         return 0;
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    // UTF-8 and the colours' sequences, both for this console only.
+    // Let the console take UTF-8 and the escape sequences for colours. Other consoles are not affected.
     SetConsoleOutputCP(CP_UTF8);
     DWORD mode = 0;
     GetConsoleMode(output, &mode);
@@ -31,7 +31,7 @@ int Terminal::width()
     return GetConsoleScreenBufferInfo(output, &info) != 0 ? info.dwSize.X : 80;
 }
 
-std::optional<QByteArray> Terminal::typed()
+std::optional<QByteArray> Terminal::readTyped()
 {
     char bytes[256];
     DWORD count = 0;

@@ -5,8 +5,8 @@
 #include "cli/CliReporter.h"
 #include "cli/CommandContext.h"
 #include "cli/DeviceWait.h"
+#include "cli/ForcedExit.h"
 #include "cli/Interruption.h"
-#include "cli/LastResort.h"
 #include "cli/Output.h"
 #include "cli/SystemSignals.h"
 #include "cli/Terminal.h"
@@ -36,25 +36,25 @@ public:
     ExitCode run()
     {
         if (m_context.folder().isEmpty())
-            return finish(UpdateReason::FolderUnusable, m_context.options.model).exitCode;
+            return endWithoutUpdate(UpdateReason::FolderUnusable, m_context.options.model).exitCode;
         if (m_context.options.repeat)
             return runRepeatedly();
         const qint64 limitMs = qint64{1000} * m_context.options.waitSeconds;
         if (limitMs > 0)
-            m_context.sink.tell(Texts::pick("Waiting for a device.", "正在等待设备。"));
-        expectInterruption();
+            m_context.sink.message(Texts::pick("Waiting for a device.", "正在等待设备。"));
+        prepareForcedExit();
         return update(DeviceWait(m_context).wait(limitMs)).exitCode;
     }
 
 private:
     ExitCode runRepeatedly();
     UpdateSummary update(const DeviceWait::Result &waited);
-    void expectInterruption();
-    void tell(const UpdateSummary &summary);
-    UpdateSummary finish(UpdateReason reason, const QString &model);
-    void tellOf(const MonitorOutcome &found);
-    UpdateReason reasonOf(DeviceWait::End end);
-    bool mayWrite(const MonitorOutcome &found) const;
+    void prepareForcedExit();
+    void showResult(const UpdateSummary &summary);
+    UpdateSummary endWithoutUpdate(UpdateReason reason, const QString &model);
+    void showDevice(const MonitorOutcome &found);
+    UpdateReason explain(DeviceWait::End end);
+    bool confirmWriting(const MonitorOutcome &found) const;
     QString writeType() const;
 
     CommandContext &m_context;
@@ -65,44 +65,44 @@ private:
     SystemSignals m_signals;
 };
 
-/// Updates the device that was found, or ends the attempt for which none was.
+/// Updates the device that was found, or ends the attempt if none was.
 UpdateSummary UpdateCommand::update(const DeviceWait::Result &waited)
 {
-    expectInterruption();
+    prepareForcedExit();
     const QString model =
         waited.found.device.name.isEmpty() ? m_context.options.model : waited.found.device.name;
     if (waited.end != DeviceWait::End::Found)
-        return finish(reasonOf(waited.end), model);
-    tellOf(waited.found);
-    if (!mayWrite(waited.found))
-        return finish(UpdateReason::ProgramClosed, model);
+        return endWithoutUpdate(explain(waited.end), model);
+    showDevice(waited.found);
+    if (!confirmWriting(waited.found))
+        return endWithoutUpdate(UpdateReason::ProgramClosed, model);
     UpdateSummary summary = UpdateRun(m_context, m_session, m_reporter).run({waited.found, writeType()});
-    tell(summary);
+    showResult(summary);
     return summary;
 }
 
-/// Has the last resort tell the result of an update that was interrupted and does not end.
-void UpdateCommand::expectInterruption()
+/// Makes a forced exit show the result of an update that was interrupted but does not end.
+void UpdateCommand::prepareForcedExit()
 {
-    LastResort::setLastWords([this] {
+    ForcedExit::setFinalStep([this] {
         UpdateSummary summary;
         const UpdateStage stage = m_session.isRunning() ? m_session.stage() : m_session.lastResult().stage;
         summary.result = {UpdateResult::Outcome::Cancelled, stage, UpdateReason::ProgramClosed};
         summary.exitCode = exitCodeOf(summary.result);
         summary.model = m_context.options.model;
         m_context.sink.result(summary);
-        return m_context.lastWords(summary.exitCode)();
+        return m_context.finalStep(summary.exitCode)();
     });
 }
 
-void UpdateCommand::tell(const UpdateSummary &summary)
+void UpdateCommand::showResult(const UpdateSummary &summary)
 {
-    LastResort::setLastWords(m_context.lastWords(summary.exitCode));
+    ForcedExit::setFinalStep(m_context.finalStep(summary.exitCode));
     m_context.sink.result(summary);
 }
 
-/// Tells of the device that the update takes, as the list would.
-void UpdateCommand::tellOf(const MonitorOutcome &found)
+/// Shows the device that will be updated, as the command "list" does.
+void UpdateCommand::showDevice(const MonitorOutcome &found)
 {
     DeviceSearch search(m_context.usb(), m_context.tools.controlList);
     for (const DeviceInfo &device : search.find()) {
@@ -116,40 +116,43 @@ void UpdateCommand::tellOf(const MonitorOutcome &found)
     }
 }
 
-/// Ends an attempt for which no update was begun.
-UpdateSummary UpdateCommand::finish(UpdateReason reason, const QString &model)
+/// Shows and returns the result of an attempt that ends before an update has begun.
+UpdateSummary UpdateCommand::endWithoutUpdate(UpdateReason reason, const QString &model)
 {
     UpdateSummary summary;
     summary.result = {outcomeOf(reason), UpdateStage::Idle, reason};
     summary.exitCode = exitCodeOf(summary.result);
     summary.model = model;
-    tell(summary);
+    showResult(summary);
     return summary;
 }
 
-UpdateReason UpdateCommand::reasonOf(DeviceWait::End end)
+/// Tells the user why no update can begin, where the reason alone does not say it, and returns the reason.
+UpdateReason UpdateCommand::explain(DeviceWait::End end)
 {
     switch (end) {
     case DeviceWait::End::ModelNeeded:
-        m_context.sink.tell(Texts::pick("A device waits in its bootloader: name its model with --model.",
-                                        "设备停留在 bootloader:请用 --model 指定型号。"));
+        m_context.sink.message(Texts::pick("A device waits in its bootloader: name its model with --model.",
+                                           "设备停留在 bootloader:请用 --model 指定型号。"));
         return UpdateReason::NoModelChosen;
     case DeviceWait::End::SeveralBootloaders:
-        m_context.sink.tell(Texts::pick("More than one device waits in its bootloader: leave one connected.",
-                                        "有多个设备停留在 bootloader:请只连接一个。"));
+        m_context.sink.message(
+            Texts::pick("More than one device waits in its bootloader: leave one connected.",
+                        "有多个设备停留在 bootloader:请只连接一个。"));
         return UpdateReason::NoDevice;
     case DeviceWait::End::NoAccess:
         return UpdateReason::NoAccess;
     case DeviceWait::End::Interrupted:
         return UpdateReason::ProgramClosed;
     case DeviceWait::End::Found:
-    case DeviceWait::End::NotInTime:
+    case DeviceWait::End::TimedOut:
         break;
     }
     return UpdateReason::NoDevice;
 }
 
-bool UpdateCommand::mayWrite(const MonitorOutcome &found) const
+/// Asks the user for permission if there is a terminal and --yes is not set. Returns whether to go on.
+bool UpdateCommand::confirmWriting(const MonitorOutcome &found) const
 {
     if (m_context.options.yes || m_context.options.json || !Terminal::canAsk())
         return true;
@@ -158,7 +161,7 @@ bool UpdateCommand::mayWrite(const MonitorOutcome &found) const
     Output::write(question.toUtf8());
     QByteArray answer;
     while (!answer.contains('\n')) {
-        const std::optional<QByteArray> typed = Terminal::typed();
+        const std::optional<QByteArray> typed = Terminal::readTyped();
         if (!typed)
             return false;
         answer += *typed;
@@ -186,12 +189,12 @@ ExitCode UpdateCommand::runRepeatedly()
     ExitCode exitCode = ExitCode::Done;
     const qint64 limitMs =
         m_context.options.waitSeconds > 0 ? qint64{1000} * m_context.options.waitSeconds : -1;
-    expectInterruption();
+    prepareForcedExit();
     for (;;) {
-        m_context.sink.tell(Texts::pick("Connect the next device.", "请连接下一个设备。"));
+        m_context.sink.message(Texts::pick("Connect the next device.", "请连接下一个设备。"));
         const DeviceWait::Result waited = DeviceWait(m_context).wait(limitMs);
-        const bool isOver = waited.end == End::NotInTime || waited.end == End::Interrupted;
-        // What follows the last device is no attempt to update one.
+        const bool isOver = waited.end == End::TimedOut || waited.end == End::Interrupted;
+        // Waiting in vain after the last device is not a failed update.
         if (isOver && updated + failed > 0)
             break;
         const UpdateSummary summary = update(waited);
@@ -201,12 +204,12 @@ ExitCode UpdateCommand::runRepeatedly()
             (summary.exitCode == ExitCode::Done ? updated : failed) += 1;
         if (isOver || ShutdownFlag::instance().isRaised())
             break;
-        m_context.sink.tell(Texts::pick("Disconnect the device.", "请断开设备。"));
+        m_context.sink.message(Texts::pick("Disconnect the device.", "请断开设备。"));
         const bool restarts = summary.exitCode == ExitCode::Done && !m_context.options.noReset;
         if (!DeviceWait(m_context).waitForDisconnection(restarts))
             break;
     }
-    m_context.sink.tell(
+    m_context.sink.message(
         Texts::pick("%1 updated, %2 failed.", "已升级 %1 台,失败 %2 台。").arg(updated).arg(failed));
     return failed > 0 ? ExitCode::UpdateFailed : exitCode;
 }

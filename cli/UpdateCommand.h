@@ -4,6 +4,5 @@
 
 class CommandContext;
 
-/// Updates a device, or with --repeat one after the other. Ends when the update has ended or the program is
-/// told to.
+/// Updates a device, or with --repeat one device after the other until the program is told to end.
 ExitCode runUpdateCommand(CommandContext &context);

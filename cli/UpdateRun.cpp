@@ -23,7 +23,7 @@
 
 namespace {
 
-/// Knows the model from the command line.
+/// Returns the model that the command line names, instead of asking the user.
 class GivenModel : public ModelChooser
 {
 public:
@@ -49,7 +49,7 @@ UpdateRun::UpdateRun(CommandContext &context, UpdateSession &session, CliReporte
       m_awake(Texts::pick("Firmware is being written to a device.", "正在向设备写入固件。"), 0,
               [&reporter](const QString &line) { reporter.log(line); })
 {
-    m_session.watchStages([this](UpdateStage stage) { noteStage(stage); });
+    m_session.watchStages([this](UpdateStage stage) { onStageChanged(stage); });
 }
 
 UpdateRun::~UpdateRun()
@@ -61,7 +61,7 @@ UpdateSummary UpdateRun::run(const Target &target)
 {
     m_summary = UpdateSummary();
     m_summary.model = target.found.bootloaderPresent ? m_context.options.model : target.found.device.name;
-    m_summary.result = {UpdateResult::Outcome::Failed, UpdateStage::Idle, missingTool(target)};
+    m_summary.result = {UpdateResult::Outcome::Failed, UpdateStage::Idle, checkTool(target)};
     if (m_summary.result.reason == UpdateReason::None)
         m_summary.result.reason = prepareImage(target);
     if (m_summary.result.reason == UpdateReason::None) {
@@ -83,7 +83,7 @@ UpdateSummary UpdateRun::run(const Target &target)
     return m_summary;
 }
 
-UpdateReason UpdateRun::missingTool(const Target &target) const
+UpdateReason UpdateRun::checkTool(const Target &target) const
 {
     const bool isIap = !target.found.bootloaderPresent && target.found.device.iapFlag != 0;
     QString tool =
@@ -96,7 +96,7 @@ UpdateReason UpdateRun::missingTool(const Target &target) const
     return UpdateReason::ToolMissing;
 }
 
-/// Copies the image of --file, so that the bytes that are checked are those that are written.
+/// Copies the image of --file, so that the bytes that are verified are the bytes that are written.
 UpdateReason UpdateRun::prepareImage(const Target & /*target*/)
 {
     const Options &options = m_context.options;
@@ -126,8 +126,7 @@ UpdateReason UpdateRun::prepareImage(const Target & /*target*/)
     return UpdateReason::None;
 }
 
-/// Copies the signature that lies beside the image of --file, if there is one. Returns false if there is one
-/// that cannot be copied.
+/// Copies the signature beside the image of --file, if there is one. Returns false if it cannot be copied.
 bool UpdateRun::copySignature(const QString &imageCopy) const
 {
     const QString copy = SignatureCheck::signatureFile(imageCopy);
@@ -191,11 +190,11 @@ bool UpdateRun::sendUpdateMode()
 
 bool UpdateRun::startIapPanel()
 {
-    // The main thread carries on when the workflow has returned.
+    // Nothing to start here: run() starts the programmer once the workflow has returned.
     return true;
 }
 
-void UpdateRun::noteStage(UpdateStage stage)
+void UpdateRun::onStageChanged(UpdateStage stage)
 {
     m_awake.onStageChanged(stage);
     if (stage == UpdateStage::Idle || stage == UpdateStage::ProgramClosed)

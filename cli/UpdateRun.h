@@ -16,23 +16,23 @@
 class CommandContext;
 class IapProgrammer;
 
-/// One update of one device, from the choice of the image to the result. Lives on the main thread, whose
-/// event loop it runs; the update itself runs on a thread of its own.
+/// One update of one device, from the choice of the image to the result. Used on the main thread, where it
+/// waits in an event loop; the update itself runs on a thread of the global pool.
 class UpdateRun : public UpdateHost
 {
 public:
-    /// What is asked for: a device that the monitor has found, and the write type "USB" or "HID".
+    /// What to update: a device that the monitor has found, and the write type "USB" or "HID".
     struct Target
     {
         MonitorOutcome found;
         QString writeType;
     };
 
-    /// All must outlive the run.
+    /// The arguments must outlive the run.
     UpdateRun(CommandContext &context, UpdateSession &session, CliReporter &reporter);
     ~UpdateRun() override;
 
-    /// Updates the device and returns how it ended, after the sink was told.
+    /// Updates the device and returns how the update ended. The caller shows the result.
     UpdateSummary run(const Target &target);
 
     bool sendUpdateMode() override;
@@ -41,10 +41,10 @@ public:
     void repaintPicture() override {}
 
 private:
-    void noteStage(UpdateStage stage);
+    void onStageChanged(UpdateStage stage);
     UpdateReason prepareImage(const Target &target);
     bool copySignature(const QString &imageCopy) const;
-    UpdateReason missingTool(const Target &target) const;
+    UpdateReason checkTool(const Target &target) const;
     void runWorkflow(const UpdateRequest &request);
     void runProgrammer();
     UpdatePaths paths() const;

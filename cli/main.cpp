@@ -1,17 +1,17 @@
 #include "cli/CheckCommand.h"
 #include "cli/ClosedStreams.h"
 #include "cli/CommandContext.h"
+#include "cli/ForcedExit.h"
 #include "cli/Interruption.h"
 #include "cli/JsonEvents.h"
-#include "cli/LastResort.h"
 #include "cli/ListCommand.h"
 #include "cli/ManifestCommand.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
-#include "cli/PersonEvents.h"
 #include "cli/ReportCommand.h"
 #include "cli/SystemSignals.h"
 #include "cli/Terminal.h"
+#include "cli/TextEvents.h"
 #include "cli/UpdateCommand.h"
 #include "support/LibrarySearch.h"
 #include "support/ProgramArguments.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-// For what the application object waits for.
+// How long the application object may take for its destruction.
 constexpr int endLimitMs = 1000;
 
 std::unique_ptr<EventSink> makeSink(const Options &options)
@@ -30,15 +30,15 @@ std::unique_ptr<EventSink> makeSink(const Options &options)
                                             &Output::writeError);
     const int width = Terminal::width();
     const bool colour = width > 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
-    return std::make_unique<PersonEvents>(PersonEvents::Look{width, colour}, &Output::write);
+    return std::make_unique<TextEvents>(TextEvents::Style{width, colour}, &Output::write);
 }
 
 ExitCode run(CommandContext &context, const Options &options)
 {
     if (options.command == Options::Command::Update)
         return runUpdateCommand(context);
-    LastResort::setLastWords([&context] { return context.lastWords(ExitCode::Interrupted)(); });
-    const SystemSignals requests(&Interruption::leave);
+    ForcedExit::setFinalStep([&context] { return context.finalStep(ExitCode::Interrupted)(); });
+    const SystemSignals requests(&Interruption::endProgram);
     switch (options.command) {
     case Options::Command::Check:
         return runCheckCommand(context);
@@ -58,7 +58,7 @@ ExitCode run(const Options &options)
     const std::unique_ptr<EventSink> sink = makeSink(options);
     CommandContext context(options, *sink);
     const ExitCode exitCode = run(context, options);
-    LastResort::setLastWords(context.lastWords(exitCode));
+    ForcedExit::setFinalStep(context.finalStep(exitCode));
     return exitCode;
 }
 
@@ -95,7 +95,7 @@ int main(int argc, char *argv[])
         Output::writeError(parsed.text.toUtf8());
     }
     Output::flush();
-    LastResort::setLastWords([exitCode] { return exitCode; });
-    LastResort::begin(endLimitMs);
+    ForcedExit::setFinalStep([exitCode] { return exitCode; });
+    ForcedExit::schedule(endLimitMs);
     return exitCode;
 }

@@ -1,6 +1,6 @@
 #include "demo/CliDemo.h"
 
-#include "demo/UnhurriedTools.h"
+#include "demo/SlowTools.h"
 #include "harness/BuildPaths.h"
 #include "harness/session/ModelOnBus.h"
 #include "simulator/files/WholeFile.h"
@@ -25,21 +25,21 @@ QString programFile()
 CliDemo::CliDemo(const DemoOptions &options)
     : m_options(options),
       m_firmware(FirmwareAddress::server()),
-      m_rightImage(m_firmware.addModel(options.model, imageBytes)),
+      m_expectedImage(m_firmware.addModel(options.model, imageBytes)),
       m_program(programFile())
 {
     m_program.addAllTools(BuildPaths::standIn());
-    m_program.setScript(QStringLiteral("upgcmd.exe"), UnhurriedTools::flasher());
-    m_program.setScript(QStringLiteral("IAP_Programmer.exe"), UnhurriedTools::programmer());
+    m_program.setScript(QStringLiteral("upgcmd.exe"), SlowTools::flasher());
+    m_program.setScript(QStringLiteral("IAP_Programmer.exe"), SlowTools::programmer());
     m_program.setControlList({options.model}, {QStringLiteral("USB")});
     if (!options.localFile.isEmpty())
-        m_rightImage = WholeFile::read(options.localFile);
+        m_expectedImage = WholeFile::read(options.localFile);
 }
 
 bool CliDemo::run()
 {
     if (!open()) {
-        say(m_program.errorText() + m_server.errorText() + m_bus.errorText());
+        print(m_program.errorText() + m_server.errorText() + m_bus.errorText());
         return false;
     }
     const bool succeeded = runProgram();
@@ -58,20 +58,20 @@ bool CliDemo::open()
 
 QStringList CliDemo::arguments() const
 {
-    QStringList given{QStringLiteral("update"), QStringLiteral("--yes"), QStringLiteral("--wait"),
-                      QStringLiteral("60")};
+    QStringList list{QStringLiteral("update"), QStringLiteral("--yes"), QStringLiteral("--wait"),
+                     QStringLiteral("60")};
     if (m_options.inBootloader)
-        given += QStringList{QStringLiteral("--model"), m_options.model};
+        list += QStringList{QStringLiteral("--model"), m_options.model};
     if (!m_options.localFile.isEmpty())
-        given += QStringList{QStringLiteral("--file"), m_options.localFile};
+        list += QStringList{QStringLiteral("--file"), m_options.localFile};
     if (m_options.chinese)
-        given += QStringList{QStringLiteral("--lang"), QStringLiteral("zh")};
+        list += QStringList{QStringLiteral("--lang"), QStringLiteral("zh")};
     if (m_options.json)
-        given.append(QStringLiteral("--json"));
-    return given;
+        list.append(QStringLiteral("--json"));
+    return list;
 }
 
-/// Not through the session: the program writes to this terminal, not to a file.
+/// Runs the program directly instead of through the BusSession, so that it writes to this terminal.
 bool CliDemo::runProgram()
 {
     const Launch launch = m_program.launch(arguments());
@@ -79,7 +79,7 @@ bool CliDemo::runProgram()
     const QJsonObject &bus = m_bus.environment();
     for (auto variable = bus.begin(); variable != bus.end(); ++variable)
         environment.insert(variable.key(), variable.value().toString());
-    say(QLatin1String("$ quillmarsh-cli ") + arguments().join(QLatin1Char(' ')));
+    print(QLatin1String("$ quillmarsh-cli ") + arguments().join(QLatin1Char(' ')));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(launch.workingDirectory);
@@ -94,16 +94,16 @@ bool CliDemo::report()
 {
     const QString path = QDir::cleanPath(m_program.workingFolder() + QLatin1String("/../burned.img"));
     const QByteArray burned = m_bus.saveImage(m_options.model, path) ? WholeFile::read(path) : QByteArray();
-    const bool sameBytes = burned == m_rightImage;
-    say(QStringLiteral("The device received %1 bytes, %2 the %3 %4.")
-            .arg(burned.size())
-            .arg(sameBytes ? QStringLiteral("the same as") : QStringLiteral("other than"),
-                 m_options.localFile.isEmpty() ? QStringLiteral("server's") : QStringLiteral("file's"))
-            .arg(m_rightImage.size()));
+    const bool sameBytes = burned == m_expectedImage;
+    print(QStringLiteral("The device received %1 bytes, %2 the %3 %4.")
+              .arg(burned.size())
+              .arg(sameBytes ? QStringLiteral("the same as") : QStringLiteral("other than"),
+                   m_options.localFile.isEmpty() ? QStringLiteral("server's") : QStringLiteral("file's"))
+              .arg(m_expectedImage.size()));
     return sameBytes;
 }
 
-void CliDemo::say(const QString &line) const
+void CliDemo::print(const QString &line) const
 {
     QTextStream(m_options.json ? stderr : stdout) << line << '\n';
 }

@@ -6,13 +6,14 @@
 #include "harness/session/ServerSession.h"
 #include "harness/stage/StagedProgram.h"
 
-/// A whole update by the program without a window, which writes to the standard output of this process.
+/// Shows a whole update by quillmarsh-cli, which writes to the standard output of this process.
 class CliDemo
 {
 public:
     explicit CliDemo(const DemoOptions &options);
 
-    /// Starts it all and waits for the program's end. Returns whether the device has received what it should.
+    /// Starts everything and waits until the program has ended. Returns whether the program succeeded and the
+    /// device has received the right bytes.
     bool run();
 
 private:
@@ -20,12 +21,12 @@ private:
     bool runProgram();
     bool report();
     QStringList arguments() const;
-    /// A line for the person: where events go to standard output, it goes to standard error.
-    void say(const QString &line) const;
+    /// Prints a line for the user: to standard error if standard output is for events.
+    void print(const QString &line) const;
 
     const DemoOptions m_options;
     FirmwareRoot m_firmware;
-    QByteArray m_rightImage;
+    QByteArray m_expectedImage;
     StagedProgram m_program;
     ServerSession m_server;
     BusSession m_bus;

@@ -1,7 +1,7 @@
+#include "demo/AutomaticReplay.h"
+#include "demo/AutomaticUpdate.h"
 #include "demo/CliDemo.h"
 #include "demo/DemoScenario.h"
-#include "demo/ReplayByItself.h"
-#include "demo/UpdateByItself.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,28 +16,29 @@ QTextStream &out()
     return stream;
 }
 
-const char *whatToDo(const DemoOptions &options)
+const char *instructionsFor(const DemoOptions &options)
 {
     if (options.isLaunchMode())
-        return "The window is open: it updates the device by itself. Close it when you have seen enough.\n";
+        return "The window is open and updates the device without you. Close the window when you are done.\n";
     if (!options.report.isEmpty())
-        return "The window is open on the devices of the report. Look at it, press its start button to try "
-               "an "
-               "update,\nand close it when you have seen enough.\n";
+        return "The window is open and shows the devices of the report. Press its start button to try an "
+               "update,\n"
+               "and close the window when you are done.\n";
     if (options.throughIapPanel)
         return "The window is open: tick \"IAPSet\" to see the IAP panel, press the start button, and close "
                "the\n"
-               "window when you have seen enough.\n";
+               "window when you are done.\n";
     if (options.inBootloader && options.localFile.isEmpty())
-        return "The window is open: press its start button, say which model it is, and close the window\n"
-               "when you have seen enough.\n";
-    return "The window is open: press its start button, and close it when you have seen enough.\n";
+        return "The window is open: press its start button, choose the model of the device, and close the "
+               "window\n"
+               "when you are done.\n";
+    return "The window is open: press its start button, and close the window when you are done.\n";
 }
 
-/// Leaves the window to the person and waits until they close it.
-bool watchAPerson(DemoScenario &scenario)
+/// Leaves the window to the user and waits until it is closed.
+bool waitForUser(DemoScenario &scenario)
 {
-    out() << whatToDo(scenario.options());
+    out() << instructionsFor(scenario.options());
     out().flush();
     while (scenario.bus.programState().running)
         QThread::msleep(200);
@@ -60,12 +61,12 @@ int main(int argc, char *argv[])
         out() << scenario.failure() << '\n';
         return 1;
     }
-    bool well = false;
+    bool succeeded = false;
     if (!options.automatic)
-        well = watchAPerson(scenario);
+        succeeded = waitForUser(scenario);
     else
-        well = options.report.isEmpty() ? updateByItself(scenario) : replayByItself(scenario);
+        succeeded = options.report.isEmpty() ? runAutomaticUpdate(scenario) : runAutomaticReplay(scenario);
     if (options.automatic)
         scenario.closeWindow();
-    return well ? 0 : 1;
+    return succeeded ? 0 : 1;
 }

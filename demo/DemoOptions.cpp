@@ -99,20 +99,22 @@ void readReport(DemoOptions &options, const QString &name)
 
 DemoOptions DemoOptions::read(const QStringList &arguments)
 {
-    const auto automatic = option("auto", "Press Start and end by itself, on a display of its own.");
+    const auto automatic =
+        option("auto", "Press Start and close the window automatically, on a display that nobody sees.");
     const auto language = option("lang", "Language of the window: en or zh.", "language");
     const auto mode =
-        option("mode", "Start by itself as a companion does: zn58, or tessilonix MODEL.", "mode");
+        option("mode", "Start the window as a companion does: zn58, or tessilonix MODEL.", "mode");
     const auto bootloader =
-        option("bootloader", "The device waits in its bootloader, its model is asked for.");
+        option("bootloader", "Show a device that waits in its bootloader: the window asks for its model.");
     const auto iap = option("iap", "Program this microcontroller model through the IAP panel.", "MODEL");
-    const auto local = option("local", "Burn this file, chosen in the window, not the server's.", "file");
+    const auto local =
+        option("local", "Burn this file, chosen in the window, instead of the server's.", "file");
     const auto report = option("report", "Show the devices of this user's report.", "file");
     const auto windows =
         option("windows", "Show the Windows program of this build folder, under Wine.", "folder");
-    const auto cli = option("cli", "Show the program without a window, in this terminal.");
-    const auto json = option("json", "With --cli: print its events, and nothing else, to standard output.");
-    const auto pictures = option("pictures", "Folder for the pictures.", "folder");
+    const auto cli = option("cli", "Show quillmarsh-cli in this terminal instead of the window.");
+    const auto json = option("json", "With --cli: print only its events to standard output.");
+    const auto pictures = option("pictures", "Folder for the screenshots.", "folder");
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Updates a simulated device with the real program."));
     parser.addHelpOption();
@@ -139,20 +141,21 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
         options.pictures = parser.value(pictures);
     if (options.isLaunchMode() &&
         (options.inBootloader || options.throughIapPanel || !options.localFile.isEmpty()))
-        refuse(
-            QStringLiteral("--bootloader, --iap and --local need a person's controls, which --mode hides"));
+        refuse(QStringLiteral(
+            "--bootloader, --iap and --local need controls of the window, which --mode hides"));
     if (options.throughIapPanel && options.inBootloader)
-        refuse(QStringLiteral("a microcontroller has no bootloader of that kind: --iap or --bootloader"));
+        refuse(
+            QStringLiteral("a microcontroller has no such bootloader: use --iap or --bootloader, not both"));
     options.withoutWindow = parser.isSet(cli);
     if (!options.report.isEmpty() &&
         (options.withoutWindow || options.isLaunchMode() || options.inBootloader || options.throughIapPanel))
-        refuse(QStringLiteral("--report tells itself what is connected, and shows a window: leave --cli, "
-                              "--mode, --bootloader and --iap out"));
+        refuse(QStringLiteral("--report decides what is connected and shows a window: do not combine it "
+                              "with --cli, --mode, --bootloader or --iap"));
     options.json = parser.isSet(json);
     if (options.json && !options.withoutWindow)
-        refuse(QStringLiteral("--json goes with --cli"));
+        refuse(QStringLiteral("--json needs --cli"));
     if (options.withoutWindow && (options.isLaunchMode() || parser.isSet(windows)))
-        refuse(QStringLiteral("--mode and --windows show a window: leave them or --cli out"));
+        refuse(QStringLiteral("--mode and --windows show a window: do not combine them with --cli"));
     if (parser.isSet(windows))
         readWindowsBuild(options, parser.value(windows));
     return options;

@@ -5,40 +5,40 @@
 #include <QString>
 #include <QStringList>
 
-/// What the demo was asked to show.
+/// The demo's command line.
 struct DemoOptions
 {
-    /// Press Start and end by itself, on a display of its own.
+    /// Press Start and close the window automatically, on a display that nobody sees.
     bool automatic = false;
-    /// The window in Chinese, as on a system in China.
+    /// Show the window in Chinese, as on a system in China.
     bool chinese = false;
-    /// Where the pictures go.
+    /// The folder for screenshots.
     QString pictures = QStringLiteral(".");
     /// The model on the bus.
     QString model = QStringLiteral("DevMaa");
-    /// The program's own arguments; without any a person presses Start.
+    /// The program's own arguments; without any the user presses Start.
     QStringList programArguments;
-    /// The device waits in its bootloader already, and cannot tell its model.
+    /// The device waits in its bootloader from the start and cannot tell its model.
     bool inBootloader = false;
-    /// The firmware file to burn instead of the server's, absolute; empty for the server's.
+    /// Absolute path of the firmware file to burn; empty to burn the server's.
     QString localFile;
 
     /// The model is a microcontroller, which the IAP panel programs.
     bool throughIapPanel = false;
     /// Show quillmarsh-cli in this terminal, and no window.
     bool withoutWindow = false;
-    /// It writes events for a program.
+    /// quillmarsh-cli writes events for another program.
     bool json = false;
-    /// A user's report whose bus is shown instead of the model's, absolute; empty for none.
+    /// Absolute path of a user's report, whose devices are shown instead of the model; empty for none.
     QString report;
-    /// What is read from it.
+    /// The contents of that report.
     ReportedBus reported;
     /// The build folder whose Windows program is shown under Wine; empty for the program of this build.
     QString windowsBuild;
 
-    /// The program starts the update by itself and hides its controls.
+    /// Returns whether the program starts the update itself and hides its controls.
     bool isLaunchMode() const { return !programArguments.isEmpty(); }
 
-    /// Reads the arguments; ends the process with a message when it cannot.
+    /// Reads the arguments. Ends the process with a message if they are wrong.
     static DemoOptions read(const QStringList &arguments);
 };

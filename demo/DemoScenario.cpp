@@ -1,6 +1,6 @@
 #include "demo/DemoScenario.h"
 
-#include "demo/UnhurriedTools.h"
+#include "demo/SlowTools.h"
 #include "harness/session/ModelOnBus.h"
 #include "harness/stage/WineSystem_linux.h"
 #include "harness/window/FileRow.h"
@@ -23,32 +23,32 @@ std::unique_ptr<TargetSystem> systemOf(const DemoOptions &options)
 DemoScenario::DemoScenario(const DemoOptions &options)
     : UpdateScenario(options.model, systemOf(options)),
       m_options(options),
-      m_rightImage(image())
+      m_expectedImage(image())
 {
     onExistingDisplay = !options.automatic;
-    // The IAP panel stands beside the window.
+    // The IAP panel opens beside the window.
     screen = QSize(options.throughIapPanel ? 1120 : 800, 490);
     arguments = options.programArguments;
     program.setLocale(options.chinese ? QStringLiteral("zh_CN.UTF-8") : QStringLiteral("en_US.UTF-8"));
-    program.setScript(QStringLiteral("upgcmd.exe"), UnhurriedTools::flasher());
-    program.setScript(QStringLiteral("IAP_Programmer.exe"), UnhurriedTools::programmer());
+    program.setScript(QStringLiteral("upgcmd.exe"), SlowTools::flasher());
+    program.setScript(QStringLiteral("IAP_Programmer.exe"), SlowTools::programmer());
     if (options.inBootloader) {
         devices = {ModelOnBus::bootloader(options.model)};
-        // So that there is a choice to make.
+        // Offer other models as well, so that there is a choice.
         for (const char *other : {"DevMab", "DevMac", "DevMbr", "DevMbu", "DevMcb", "ZN58"})
             firmware.addModel(QLatin1String(other), 4096);
     }
     if (!options.localFile.isEmpty())
-        m_rightImage = WholeFile::read(options.localFile);
+        m_expectedImage = WholeFile::read(options.localFile);
     if (!options.report.isEmpty())
         showReport();
 }
 
-/// Puts what the user had in the place of the model's device.
+/// Shows the devices and the control list of the user's report instead of the model's device.
 void DemoScenario::showReport()
 {
     report = m_options.report;
-    // The log window stands below the other one, and tells the reasons.
+    // Leave room for the log window, which opens below and shows the reasons.
     screen = QSize(800, 700);
     if (m_options.reported.controlList)
         program.setControlList(*m_options.reported.controlList);

@@ -3,28 +3,28 @@
 #include "demo/DemoOptions.h"
 #include "harness/UpdateScenario.h"
 
-/// The scenario of a demo: the device, the servers' firmware, and a flasher that takes its time, so
-/// that there is something to see.
+/// The scenario of a demo: the device, the server's firmware, and a flasher that is slow enough to be
+/// watched.
 class DemoScenario : public UpdateScenario
 {
 public:
     explicit DemoScenario(const DemoOptions &options);
 
-    /// Starts it all, with the local file chosen in the window; false tells why in failure().
+    /// Starts everything and chooses the local file in the window. If it returns false, failure() says why.
     bool open();
 
     const DemoOptions &options() const { return m_options; }
-    /// What the device is to receive.
-    const QByteArray &rightImage() const { return m_rightImage; }
-    /// The title of an update that went well, in the window's language.
+    /// The image that the device must receive.
+    const QByteArray &expectedImage() const { return m_expectedImage; }
+    /// Returns the title of a successful update in the window's language.
     QString successTitle() const;
 
-    /// Why the latest step failed.
+    /// Returns why the last step failed.
     QString failure() const;
 
 private:
     void showReport();
 
     const DemoOptions m_options;
-    QByteArray m_rightImage;
+    QByteArray m_expectedImage;
 };

@@ -2,6 +2,5 @@
 
 class DemoScenario;
 
-/// Saves a picture of the window, or of all of the screen where there is only the program, in the folder for
-/// pictures.
+/// Saves a screenshot in the folder for screenshots: of the whole screen natively, of the window under Wine.
 void takePicture(DemoScenario &scenario, const char *name);

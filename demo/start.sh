@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Starts the demo of a build folder in a network of its own, as scripts/demo.sh does once it has built it.
+# Starts the demo of a build folder in a network of its own. scripts/demo.sh calls this after building.
 # Usage: demo/start.sh BUILD_FOLDER [OPTION...]
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 build=$1
 shift
 
-# A display that is reached through the network, or that has no socket among the files, is out of reach in a
-# network namespace.
+# From within a network namespace, a display that is connected through the network or has no socket file cannot be
+# reached.
 display=${DISPLAY-}
 display=${display#unix}
 if [[ $display =~ ^:([0-9]+) ]]; then

@@ -16,9 +16,10 @@ struct ChosenDevice
     /// 1 if the device is updated through the IAP programmer, else 0. Copied from the row in normal mode
     /// only.
     quint8 iapFlag = 0;
-    /// 1 if the device accepts the update-mode report on its second HID interface only, else 0.
+    /// 1 if the device accepts the update-mode report on one of its HID interfaces only, else 0. HidScan
+    /// knows the marker in the path of that interface: the first one for some models, a later one for others.
     quint8 hidPathFlag = 0;
-    /// The second HID interface; null until it is found. Shared, so that a write in progress keeps it open.
+    /// That HID interface; null until it is found. Shared, so that a write in progress keeps it open.
     std::shared_ptr<HidDevice> hidHandle;
 
     /// Clears the name and the ids. Flags and handle stay as they are.

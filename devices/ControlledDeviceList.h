@@ -17,10 +17,11 @@ struct WriteType
 };
 
 /// The file beside the program that switches single models on and lists the write types. It is read again for
-/// every query, so changes take effect at once; it is opened read-only and without a lock. GUI thread only.
+/// every query, so changes take effect at once; it is opened read-only and without a lock. May be used from
+/// any thread.
 ///
 /// A file that is not regular, cannot be read or is larger than maximumBytes is treated as one that cannot be
-/// opened, because reading it could block the GUI thread.
+/// opened, because the GUI thread reads it once a second and must not block.
 namespace ControlledDeviceList {
 
 constexpr qint64 maximumBytes = qint64{4} * 1024 * 1024;

@@ -9,7 +9,7 @@
 #include <memory>
 
 /// Finds the interface of a composite device that accepts the update-mode report, by a marker in its path.
-/// GUI thread only.
+/// findInterface() and run() append to a log file: GUI thread only. The others may be called from any thread.
 namespace HidScan {
 
 /// Returns the word in its path, or in its markers, by which the interface of the model `name` is found;

@@ -7,7 +7,8 @@
 
 struct libusb_device_descriptor;
 
-/// The interface to the USB bus. list() does not open any device and returns quickly. GUI thread only.
+/// The interface to the USB bus. list() does not open any device and returns quickly. The bus returned by
+/// makeLibusbBus() may be used from several threads at once: the monitor, and the thread that makes a report.
 class UsbBus
 {
 public:

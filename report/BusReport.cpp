@@ -88,7 +88,7 @@ QLatin1String nameOf(ConnectionState state)
     return QLatin1String("nothing");
 }
 
-/// Returns the place in the list of the interface that the HID scan would take; -1 if there is none.
+/// Returns the index of the interface that the HID scan would take; -1 if there is none.
 int pickedInterface(const QVector<HidRecord> &interfaces, const UsbRecord &device, QLatin1String marker)
 {
     const auto picked = std::find_if(interfaces.begin(), interfaces.end(), [&](const HidRecord &each) {
@@ -97,7 +97,7 @@ int pickedInterface(const QVector<HidRecord> &interfaces, const UsbRecord &devic
     return picked == interfaces.end() ? -1 : static_cast<int>(picked - interfaces.begin());
 }
 
-/// Decides as a look of the connection monitor does.
+/// Returns what one tick of the connection monitor would decide.
 QJsonObject decision(const BusInventory &inventory, const ModelTable &table,
                      const std::optional<QByteArray> &controlList)
 {

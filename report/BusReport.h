@@ -7,15 +7,15 @@
 
 #include <optional>
 
-/// What stands on the buses, in the form of a report.
+/// The part of a report that describes the USB and HID buses.
 namespace BusReport {
 
-/// Returns which devices a report describes in detail: those of the model table's vendors, to which that of
-/// the bootloader belongs.
+/// Returns the filter for devices that a report describes in detail: those of the model table's vendors,
+/// which include the bootloader's.
 BusInventory::IsWanted wantedVendors();
 
-/// Returns the buses, and what the program decides about them in normal mode. `controlList` is the contents
-/// of the control list, or nothing if that cannot be read.
+/// Returns the buses and the decision that the program makes about them in normal mode. `controlList` is the
+/// contents of the control list, or nothing if the list cannot be read.
 QJsonObject of(const BusInventory &inventory, const std::optional<QByteArray> &controlList);
 
 } // namespace BusReport

@@ -11,12 +11,12 @@
 namespace {
 
 constexpr qint64 pieceBytes = Q_INT64_C(1024) * 1024;
-constexpr int mostEntries = 100;
+constexpr int maximumEntries = 100;
 
 QJsonValue sha256Of(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > FileFacts::largestHashed)
+    if (!file.open(QIODevice::ReadOnly) || file.size() > FileFacts::maximumHashedBytes)
         return {};
     QCryptographicHash hash(QCryptographicHash::Sha256);
     while (!file.atEnd()) {
@@ -34,7 +34,7 @@ QJsonValue sha256Of(const QString &path)
 
 QJsonObject FileFacts::of(const QString &path)
 {
-    // A named pipe would block in open().
+    // Opening a named pipe would block.
     const QFileInfo file(path);
     const bool exists = file.isFile();
     return {{QStringLiteral("path"), path},
@@ -46,10 +46,10 @@ QJsonArray FileFacts::contentsOf(const QString &folder)
 {
     QJsonArray entries;
     const QDir root(folder);
-    // Links are named but not followed.
+    // Links are listed but not followed.
     QDirIterator all(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                      QDirIterator::Subdirectories);
-    while (all.hasNext() && entries.size() < mostEntries) {
+    while (all.hasNext() && entries.size() < maximumEntries) {
         const QFileInfo entry(all.next());
         entries.append(
             QJsonObject{{QStringLiteral("name"), root.relativeFilePath(entry.filePath())},

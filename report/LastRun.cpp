@@ -12,7 +12,7 @@ using Outcome = UpdateResult::Outcome;
 
 namespace {
 
-/// A line of the log by which a stage is known to begin.
+/// A log line that shows that a stage begins.
 struct Beginning
 {
     const char *line;
@@ -31,7 +31,7 @@ constexpr Beginning beginnings[] = {
     {"disable IAPbtnStart_", UpdateStage::Programming},
 };
 
-/// A line by which the outcome is known.
+/// A log line that shows the outcome.
 struct Ending
 {
     const char *line;
@@ -50,8 +50,9 @@ constexpr Ending endings[] = {
 
 constexpr int timeLength = 19;
 
-/// Takes "[yyyy-MM-dd HH:mm:ss] text" apart; nothing for the further lines of a text.
-std::optional<std::pair<QDateTime, QString>> apart(const QString &line)
+/// Splits "[yyyy-MM-dd HH:mm:ss] text". Returns nothing for a line without a time, such as the second line of
+/// a text.
+std::optional<std::pair<QDateTime, QString>> splitLine(const QString &line)
 {
     if (!line.startsWith(QLatin1Char('[')) || line.mid(timeLength + 1, 2) != QLatin1String("] "))
         return std::nullopt;
@@ -62,7 +63,7 @@ std::optional<std::pair<QDateTime, QString>> apart(const QString &line)
     return std::make_pair(time, line.mid(timeLength + 3));
 }
 
-/// Follows the lines of a log from one update to the next.
+/// Reads the lines of a log in order and keeps what they show of the last update.
 class Reader
 {
 public:
@@ -79,7 +80,7 @@ public:
         });
         if (run && ending != std::end(endings))
             run->outcome = ending->outcome;
-        // The end of a stage is the last line that can belong to it.
+        // A stage ends with the last line that can belong to it.
         const bool isAfterwards = run && run->outcome && run->stage != UpdateStage::Resetting;
         if (run && (ending != std::end(endings) || !isAfterwards) && !m_isOver)
             m_last = time;
@@ -139,7 +140,7 @@ std::optional<LastRun> LastRun::fromLog(const QStringList &lines)
 {
     Reader reader;
     for (const QString &line : lines) {
-        if (const auto parts = apart(line))
+        if (const auto parts = splitLine(line))
             reader.read(parts->first, parts->second);
     }
     reader.finish();

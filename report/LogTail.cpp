@@ -13,14 +13,14 @@ QStringList LogTail::linesOf(const QByteArray &bytes, bool isCut)
         rest = rest.right(static_cast<int>(maximumBytes));
     if (isCut || isTooLong) {
         const int end = rest.indexOf('\n');
-        // A line without an end is kept from where it was cut.
+        // If no line ends here, keep the rest of the line that was cut.
         rest = end < 0 ? rest : rest.mid(end + 1);
     }
     if (rest.endsWith('\n'))
         rest.chop(1);
     if (rest.isEmpty())
         return {};
-    // With the length: a NUL in the log is no end of it.
+    // Pass the length, because the log may contain NUL characters.
     QStringList lines = QString::fromUtf8(rest.constData(), rest.size()).split(QLatin1Char('\n'));
     if (lines.size() > maximumLines)
         lines.erase(lines.begin(), lines.end() - maximumLines);

@@ -4,17 +4,17 @@
 #include <QString>
 #include <QStringList>
 
-/// The end of a log: what happened last.
+/// The end of a log.
 namespace LogTail {
 
 constexpr int maximumLines = 2000;
 constexpr qint64 maximumBytes = qint64{1024} * 1024;
 
-/// Returns the last whole lines of `bytes`, without their ends. `isCut` tells that the bytes begin somewhere
-/// in a line. What is no UTF-8 is replaced.
+/// Returns the last whole lines of `bytes`, without their line ends. `isCut` says that the bytes may begin
+/// within a line. Invalid UTF-8 is replaced.
 QStringList linesOf(const QByteArray &bytes, bool isCut);
 
-/// The log as a report holds it.
+/// What a report contains of a log.
 struct Tail
 {
     /// In bytes; -1 if there is no such file or it cannot be read.
@@ -22,7 +22,7 @@ struct Tail
     QStringList lines;
 };
 
-/// Reads the end of the file. Never blocks: what is no plain file counts as one that cannot be read.
+/// Reads the end of the file. Never blocks: anything but a regular file counts as unreadable.
 Tail read(const QString &path);
 
 } // namespace LogTail

@@ -7,9 +7,9 @@
 
 namespace {
 
-/// Returns the folder without a separator at its end; empty for the root of a file system, which would stand
-/// for every path.
-QString usable(QString folder)
+/// Returns the folder without separators at its end; empty for the root of a file system, which would match
+/// every path.
+QString withoutTrailingSeparators(QString folder)
 {
     while (folder.endsWith(QLatin1Char('/')) || folder.endsWith(QLatin1Char('\\')))
         folder.chop(1);
@@ -17,7 +17,7 @@ QString usable(QString folder)
     return isDrive ? QString() : folder;
 }
 
-/// Returns a pattern for the folder with either separator, single or escaped.
+/// Returns a pattern for the folder with either separator, which may be doubled by escaping.
 QString folderPattern(const QString &folder)
 {
     static const QRegularExpression separators(QStringLiteral("[/\\\\]+"));
@@ -42,7 +42,7 @@ Redaction::Redaction(const QStringList &folders, const QStringList &names, Qt::C
 {
     QStringList usableFolders;
     for (const QString &folder : folders)
-        usableFolders.append(usable(folder));
+        usableFolders.append(withoutTrailingSeparators(folder));
     QStringList folderPatterns;
     for (const QString &folder : longestFirst(usableFolders))
         folderPatterns.append(folderPattern(folder));
@@ -50,8 +50,8 @@ Redaction::Redaction(const QStringList &folders, const QStringList &names, Qt::C
     for (const QString &name : longestFirst(names))
         namePatterns.append(QRegularExpression::escape(name));
     m_isEmpty = folderPatterns.isEmpty() && namePatterns.isEmpty();
-    // A pattern that can match nowhere stands for an empty list.
-    const auto either = [](const QStringList &patterns) {
+    // For an empty list, use a pattern that never matches.
+    const auto anyOf = [](const QStringList &patterns) {
         return patterns.isEmpty() ? QStringLiteral("(?!)") : patterns.join(QLatin1Char('|'));
     };
     QRegularExpression::PatternOptions options = QRegularExpression::UseUnicodePropertiesOption;
@@ -59,7 +59,7 @@ Redaction::Redaction(const QStringList &folders, const QStringList &names, Qt::C
         options |= QRegularExpression::CaseInsensitiveOption;
     m_expression.setPattern(
         QStringLiteral("(?<home>(?:%1)(?![\\w-]))|(?<![\\p{L}\\p{N}])(?:%2)(?![\\p{L}\\p{N}])")
-            .arg(either(folderPatterns), either(namePatterns)));
+            .arg(anyOf(folderPatterns), anyOf(namePatterns)));
     m_expression.setPatternOptions(options);
 }
 

@@ -5,17 +5,18 @@
 #include <QString>
 #include <QStringList>
 
-/// Replaces what tells who the user is: their home folder by "<home>", their name by "<user>". Names count as
-/// whole words only; letter case counts where `sensitivity` says so.
+/// Replaces texts that identify the user: the home folder by "<home>", the user's names by "<user>". Names
+/// are replaced only where they are whole words.
 class Redaction
 {
 public:
-    /// `folders` are the ways in which the home folder can be written, with "/" or "\" between the parts;
-    /// `names` those of the user. Empty ones, and the root of a file system, are left out.
+    /// `folders` are the spellings of the home folder, with "/" or "\" between the parts. `names` are the
+    /// user's names. Empty texts and the root of a file system are ignored. `sensitivity` is that of the
+    /// comparison.
     Redaction(const QStringList &folders, const QStringList &names, Qt::CaseSensitivity sensitivity);
 
     QString apply(const QString &text) const;
-    /// Does the same to every text in a value. Keys stay.
+    /// Replaces them in every text in a value, but not in keys.
     QJsonValue apply(const QJsonValue &value) const;
 
 private:

@@ -40,12 +40,12 @@ QJsonObject locale(const QString &language)
     return {{QStringLiteral("name"), QLocale::system().name()}, {QStringLiteral("language"), language}};
 }
 
-/// The control list's own limit is that of what can be read at all; a real one has a few kilobytes.
-constexpr int longestControlList = 256 * 1024;
+/// Longer control lists are left out of the report; a real one has a few kilobytes.
+constexpr int maximumControlListBytes = 256 * 1024;
 
 QJsonValue controlListText(const std::optional<QByteArray> &contents)
 {
-    if (!contents || contents->size() > longestControlList)
+    if (!contents || contents->size() > maximumControlListBytes)
         return {};
     return QString::fromUtf8(contents->constData(), contents->size());
 }
@@ -71,11 +71,11 @@ QJsonObject filesBeside(const ToolFiles &tools, const std::optional<QByteArray> 
 QJsonObject temporaryFolder(const QString &path)
 {
     const bool exists = QFileInfo(path).isDir();
-    const QString around = exists ? path : QDir::tempPath();
+    const QString existingFolder = exists ? path : QDir::tempPath();
     return {{QStringLiteral("path"), path},
             {QStringLiteral("exists"), exists},
-            {QStringLiteral("problem"), TemporaryFolder::reasonNotToWriteIn(around)},
-            {QStringLiteral("freeBytes"), QStorageInfo(around).bytesAvailable()},
+            {QStringLiteral("problem"), TemporaryFolder::reasonNotToWriteIn(existingFolder)},
+            {QStringLiteral("freeBytes"), QStorageInfo(existingFolder).bytesAvailable()},
             {QStringLiteral("entries"), exists ? FileFacts::contentsOf(path) : QJsonArray()}};
 }
 
@@ -116,7 +116,7 @@ QByteArray ReportMaker::make(const Source &source)
     const BusInventory inventory = BusInventory::read(source.usbReady, source.hid, isWanted);
     const LogTail::Tail log = LogTail::read(source.logFile);
 
-    QJsonObject told{
+    QJsonObject content{
         {QStringLiteral("made"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)},
         {QStringLiteral("program"), versions()},
         {QStringLiteral("locale"), locale(source.language)},
@@ -131,7 +131,7 @@ QByteArray ReportMaker::make(const Source &source)
     if (ShutdownFlag::instance().isRaised())
         return {};
     const Redaction redaction(SystemFacts::homeFolders(), SystemFacts::userNames(),
-                              SystemFacts::caseOfNames());
-    return ReportText::of(redaction.apply(QJsonValue(told)).toObject(),
+                              SystemFacts::caseSensitivityOfNames());
+    return ReportText::of(redaction.apply(QJsonValue(content)).toObject(),
                           BusReport::of(inventory, controlList));
 }

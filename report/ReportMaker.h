@@ -11,11 +11,11 @@
 
 #include <optional>
 
-/// Makes a report for support: one readable JSON text that tells what the program sees on this machine.
-/// docs/report.schema.json describes it.
+/// Makes a report for support: one readable JSON text with what the program finds on this machine.
+/// docs/report.schema.json describes its form.
 namespace ReportMaker {
 
-/// What a report is made from. The references must outlive its making.
+/// What a report is made from. The referenced objects must outlive the call of make().
 struct Source
 {
     UsbBus &usb;
@@ -24,19 +24,19 @@ struct Source
     /// Whether libusb was initialised.
     bool usbReady = false;
     ToolFiles tools;
-    /// Where the program keeps its downloads.
+    /// The program's folder for downloads.
     QString temporaryFolder;
-    /// Path of the log that users send to support.
+    /// The path of the log that users send to support.
     QString logFile;
     /// "en" or "zh": the language of the program.
     QString language;
-    /// The update that this program ran last; nothing to have the log tell.
+    /// The last update of the running program; nothing to take it from the log.
     std::optional<LastRun> lastRun;
 };
 
-/// Returns the report in UTF-8. Takes up to half a minute if the firmware server does not answer, and ends
-/// early, with an empty result, when the program is told to end. May be called from any thread, one at a
-/// time.
+/// Returns the report in UTF-8. Takes up to half a minute if the firmware server does not answer. Ends early,
+/// with an empty result, when the program is told to end. May be called from any thread, but only from one at
+/// a time.
 QByteArray make(const Source &source);
 
 } // namespace ReportMaker

@@ -6,10 +6,10 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
-QByteArray ReportText::of(QJsonObject told, const QJsonObject &bus)
+QByteArray ReportText::of(QJsonObject content, const QJsonObject &bus)
 {
-    // Members are written in the order of their names: this one comes first.
-    told.insert(
+    // Members are written in the order of their names: "about" comes first.
+    content.insert(
         QStringLiteral("about"),
         QJsonArray{
             QStringLiteral("A report of quillmarsh for support: what the program sees on this computer."),
@@ -18,15 +18,15 @@ QByteArray ReportText::of(QJsonObject told, const QJsonObject &bus)
             QStringLiteral("The home folder is replaced by <home>, the user's name by <user>. It holds no "
                            "firmware image."),
             QStringLiteral("本报告仅保存在此文件中,未发送到任何地方。主文件夹和用户名已被替换。")});
-    told.insert(QStringLiteral("format"), QStringLiteral("quillmarsh-report"));
-    told.insert(QStringLiteral("formatVersion"), formatVersion);
-    told.insert(QStringLiteral("bus"), bus);
-    return QJsonDocument(told).toJson(QJsonDocument::Indented);
+    content.insert(QStringLiteral("format"), QStringLiteral("quillmarsh-report"));
+    content.insert(QStringLiteral("formatVersion"), formatVersion);
+    content.insert(QStringLiteral("bus"), bus);
+    return QJsonDocument(content).toJson(QJsonDocument::Indented);
 }
 
 QString ReportText::save(const QByteArray &report, const QString &path)
 {
-    // Opening a named pipe would block, and a device is no place for a report.
+    // Opening a named pipe would block, and a report must not be written to a device.
     const QFileInfo target(path);
     if (target.exists() && !target.isFile())
         return QStringLiteral("not a plain file");

@@ -9,15 +9,16 @@ namespace ReportText {
 
 constexpr int formatVersion = 1;
 
-/// Returns the report. Its first lines tell the reader what it is and that nothing was sent. `told` is what
-/// was found out, without what tells who the user is; `bus` the buses, which hold nothing of that kind.
-QByteArray of(QJsonObject told, const QJsonObject &bus);
+/// Returns the text of a report. Its first lines tell the reader what it is and that nothing was sent.
+/// `content` is the redacted content; `bus` is the part about the buses, which contains nothing that
+/// identifies the user.
+QByteArray of(QJsonObject content, const QJsonObject &bus);
 
-/// Writes the report so that the file is either whole or as it was. Returns what went wrong; empty if nothing
-/// did.
+/// Writes the report to a file, which is replaced as a whole or not changed at all. Returns what went wrong;
+/// empty if nothing did.
 QString save(const QByteArray &report, const QString &path);
 
-/// Returns the name that is proposed for the file of a report made now.
+/// Returns a file name for a report that is made now.
 QString proposedName();
 
 } // namespace ReportText

@@ -5,21 +5,21 @@
 
 #include <functional>
 
-/// What a report tells of the system. May be called from any thread.
+/// Facts about the system for a report. May be called from any thread.
 namespace SystemFacts {
 
-/// Returns the ways in which the user's home folder can be written.
+/// Returns the spellings of the user's home folder.
 QStringList homeFolders();
 /// Returns the names by which the system knows the user.
 QStringList userNames();
-/// Whether two names that differ in letter case only are the same file.
-Qt::CaseSensitivity caseOfNames();
+/// Returns whether names that differ only in letter case are different names on this system.
+Qt::CaseSensitivity caseSensitivityOfNames();
 
-/// Returns what the user may do.
+/// Returns the user's rights and groups.
 QJsonObject rights();
 
-/// Returns the state of the driver, or of the device files and the rules for them: what decides here whether
-/// devices can be opened. `isWanted` tells whose devices are looked at, by vendor id.
+/// Returns what decides on this system whether devices can be opened: the state of the driver, or of the
+/// device files and the rules for them. `isWanted` returns whether the devices of a vendor id are included.
 QJsonObject deviceAccess(const std::function<bool(quint32)> &isWanted);
 
 } // namespace SystemFacts

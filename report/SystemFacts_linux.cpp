@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr std::size_t entryRoom = 16384;
+constexpr std::size_t entryBytes = 16384;
 
-/// The user's entry in the system's list; empty texts if there is none.
+/// The user's entry in the system's list of users; empty texts if there is none.
 struct Account
 {
     QString name;
@@ -30,8 +30,8 @@ Account accountOfUser()
 {
     struct passwd entry = {};
     struct passwd *found = nullptr;
-    std::vector<char> room(entryRoom);
-    if (getpwuid_r(getuid(), &entry, room.data(), room.size(), &found) != 0 || !found)
+    std::vector<char> buffer(entryBytes);
+    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
         return {};
     // The field holds the full name and, after commas, rooms and telephone numbers.
     const QString fullName = QString::fromUtf8(entry.pw_gecos).section(QLatin1Char(','), 0, 0);
@@ -42,8 +42,8 @@ QString groupName(gid_t group)
 {
     struct group entry = {};
     struct group *found = nullptr;
-    std::vector<char> room(entryRoom);
-    if (getgrgid_r(group, &entry, room.data(), room.size(), &found) != 0 || !found)
+    std::vector<char> buffer(entryBytes);
+    if (getgrgid_r(group, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
         return QString::number(group);
     return QString::fromUtf8(entry.gr_name);
 }
@@ -78,7 +78,7 @@ QStringList SystemFacts::userNames()
     return names;
 }
 
-Qt::CaseSensitivity SystemFacts::caseOfNames()
+Qt::CaseSensitivity SystemFacts::caseSensitivityOfNames()
 {
     return Qt::CaseSensitive;
 }
@@ -101,7 +101,7 @@ QJsonObject SystemFacts::deviceAccess(const std::function<bool(quint32)> &isWant
             files.append(deviceFile(file));
     }
     QJsonArray rules;
-    // In the order in which the system prefers them.
+    // In the order of precedence.
     for (const char *folder :
          {"/etc/udev/rules.d", "/run/udev/rules.d", "/usr/lib/udev/rules.d", "/lib/udev/rules.d"})
         rules.append(FileFacts::of(QLatin1String(folder) + QLatin1String("/60-quillmarsh.rules")));

@@ -7,7 +7,7 @@
 #include <QJsonArray>
 
 #include <windows.h>
-// After windows.h, on which it depends.
+// Depends on windows.h, which must come first.
 #include <lmcons.h>
 
 #include <array>
@@ -61,7 +61,7 @@ QStringList SystemFacts::userNames()
     return names;
 }
 
-Qt::CaseSensitivity SystemFacts::caseOfNames()
+Qt::CaseSensitivity SystemFacts::caseSensitivityOfNames()
 {
     return Qt::CaseInsensitive;
 }

@@ -23,7 +23,7 @@ QJsonArray UsbInterfaces::of(const QByteArray &configuration)
     };
     QJsonArray interfaces;
     QJsonArray endpoints;
-    const auto closeLast = [&] {
+    const auto addEndpointsToLast = [&] {
         if (!interfaces.isEmpty()) {
             QJsonObject last = interfaces.last().toObject();
             last.insert(QStringLiteral("endpoints"), endpoints);
@@ -38,7 +38,7 @@ QJsonArray UsbInterfaces::of(const QByteArray &configuration)
         if (length < 2 || at + length > configuration.size())
             break;
         if (type == interfaceType && length >= interfaceBytes) {
-            closeLast();
+            addEndpointsToLast();
             interfaces.append(QJsonObject{{QStringLiteral("number"), byte(at + 2)},
                                           {QStringLiteral("alternate"), byte(at + 3)},
                                           {QStringLiteral("class"), byte(at + 5)},
@@ -49,6 +49,6 @@ QJsonArray UsbInterfaces::of(const QByteArray &configuration)
         }
         at += length;
     }
-    closeLast();
+    addEndpointsToLast();
     return interfaces;
 }

@@ -3,10 +3,10 @@
 #include <QByteArray>
 #include <QJsonArray>
 
-/// The interfaces that a configuration descriptor names.
+/// The interfaces in a configuration descriptor.
 namespace UsbInterfaces {
 
-/// Returns the interfaces with their endpoints, in the form of a report. Stops where the bytes make no sense.
+/// Returns the interfaces with their endpoints as a report describes them. Stops at the first invalid byte.
 QJsonArray of(const QByteArray &configuration);
 
 } // namespace UsbInterfaces

@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
-# Runs the tests of all ways in which quillmarsh-cli can end, and prints the exit code, the last event and the
-# state of the device of each. Fails if one of them differs from the description.
-# Usage: scripts/cli-endings.sh [BUILD_FOLDER]
+# Runs the tests of all ways in which quillmarsh-cli can end, also with its maker's keys built in, and prints the
+# exit code, the last event and the state of the device of each. Fails if one of them differs from its row in
+# tests/cli/EndingRows.cpp or tests/endtoend/signature/SignatureEndingRows.cpp.
+# Usage: scripts/cli-endings.sh [BUILD_FOLDER]. The folder, build/test by default, must have been built:
+#     cmake --preset test && cmake --build --preset test --target endtoend_cli_tests endtoend_signature_tests
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/test}
+for program in endtoend_cli_tests endtoend_signature_tests; do
+    [ -x "$build/tests/$program" ] || { echo "$build has no $program: build it first." >&2; exit 2; }
+done
 
 output=$(mktemp)
 trap 'rm -f "$output"' EXIT

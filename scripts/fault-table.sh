@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Downloads from a faulty server, once for each fault and place, and prints the outcome of each download and the
-# number of each outcome. Fails if an outcome is wrong. Usage: scripts/fault-table.sh [BUILD_FOLDER]
+# number of each outcome. Fails if an outcome is wrong. Usage: scripts/fault-table.sh [BUILD_FOLDER]. The folder,
+# build/test by default, must have been built: cmake --preset test && cmake --build --preset test
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/test}

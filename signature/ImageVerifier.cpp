@@ -7,14 +7,14 @@
 
 #include <algorithm>
 
-// Intentional: sodium_init() is not called. It prepares random numbers and guarded memory, which nobody needs
-// here, and makes the library hash with vector instructions. On some processors these take twice as long as
-// its portable code, which is as fast as b2sum everywhere. Hashing and verifying share no state between
-// threads.
+// Intentional: sodium_init() is not called. It prepares random numbers and guarded memory, which are not
+// needed here, and makes the library hash with vector instructions. On some processors these take twice as
+// long as the portable code, which is as fast as b2sum everywhere. Hashing and verifying share no state
+// between threads.
 
 namespace {
 
-/// Stays in a processor's cache between reading and hashing.
+/// Small enough to stay in the processor's cache between reading and hashing.
 constexpr qint64 blockBytes = Q_INT64_C(256) * 1024;
 
 static_assert(MinisignKey::keySize == crypto_sign_PUBLICKEYBYTES);
@@ -25,11 +25,11 @@ const unsigned char *bytesOf(const QByteArray &bytes)
     return reinterpret_cast<const unsigned char *>(bytes.constData());
 }
 
-/// Computes the image's BLAKE2b sum of 64 bytes, which is what is signed.
+/// Computes the image's BLAKE2b sum of 64 bytes, which is what the maker signs.
 SignatureVerdict sumOf(const QString &fileName, const Clock &clock, QByteArray *sum)
 {
     QFile file(fileName);
-    // A named pipe would block in open().
+    // Opening a named pipe would block.
     if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return SignatureVerdict::ImageUnreadable;
     crypto_generichash_state state;
@@ -61,14 +61,14 @@ ImageVerifier::ImageVerifier(const QStringList &keys)
     }
 }
 
-/// Returns whether a key with the signature's id has signed `message` with `ofWhat`. Ids are no secret and
-/// may be chosen, so that several keys may have the same.
-bool ImageVerifier::hasSigned(const MinisignSignature &signature, const QByteArray &ofWhat,
+/// Returns whether `signatureBytes` sign `message` with a key that has the signature's id. Anybody can choose
+/// the id of a key, so several keys may have the same.
+bool ImageVerifier::hasSigned(const MinisignSignature &signature, const QByteArray &signatureBytes,
                               const QByteArray &message) const
 {
     return std::any_of(m_keys.begin(), m_keys.end(), [&](const MinisignKey &key) {
         return key.id == signature.keyId &&
-               crypto_sign_verify_detached(bytesOf(ofWhat), bytesOf(message),
+               crypto_sign_verify_detached(bytesOf(signatureBytes), bytesOf(message),
                                            static_cast<unsigned long long>(message.size()),
                                            bytesOf(key.key)) == 0;
     });
@@ -86,7 +86,8 @@ ImageVerifier::Result ImageVerifier::verifySignature(const QByteArray &text, con
     });
     if (!isKnown)
         result.verdict = SignatureVerdict::UnknownKey;
-    else if (!hasSigned(signature, signature.ofComment, signature.ofImage + signature.trustedComment))
+    else if (!hasSigned(signature, signature.commentSignature,
+                        signature.imageSignature + signature.trustedComment))
         result.verdict = SignatureVerdict::Forged;
     else if (!model.isEmpty() && !signature.models().contains(model))
         result.verdict = SignatureVerdict::OtherModel;
@@ -102,7 +103,7 @@ ImageVerifier::Result ImageVerifier::verifyImage(const QString &file, const QByt
     QByteArray sum;
     result.verdict = sumOf(file, clock, &sum);
     if (result.verdict == SignatureVerdict::Valid &&
-        !hasSigned(result.signature, result.signature.ofImage, sum))
+        !hasSigned(result.signature, result.signature.imageSignature, sum))
         result.verdict = SignatureVerdict::OtherImage;
     return result;
 }

@@ -8,19 +8,19 @@
 #include <QStringList>
 #include <QVector>
 
-/// Verifies images with the public keys of their maker. An image is read in blocks of a fixed size, so the
-/// memory needed does not depend on it; 256 MiB take a fraction of a second. May be used from any thread.
+/// Verifies images with the public keys of their maker. An image is read in blocks of a fixed size, so that
+/// large images need no more memory; 256 MiB take a fraction of a second. May be used from any thread.
 class ImageVerifier
 {
 public:
-    /// `keys` as MinisignKey::parse() takes them; what is no key counts as a key that has signed nothing.
+    /// Takes the texts that MinisignKey::parse() reads. Texts that are not keys are ignored.
     explicit ImageVerifier(const QStringList &keys);
 
     struct Result
     {
         SignatureVerdict verdict = SignatureVerdict::NotASignature;
-        /// What the text says, if it is a signature. Trust it only if the verdict is Valid, OtherModel or one
-        /// about the image.
+        /// The parsed text, if it is a signature. Trust it only if the verdict is Valid, OtherModel,
+        /// ImageUnreadable, OtherImage or Interrupted.
         MinisignSignature signature;
     };
 
@@ -28,18 +28,18 @@ public:
     /// must name `model`. An empty `model` is not compared.
     Result verifySignature(const QByteArray &text, const QString &model) const;
 
-    /// Verifies the signature and then the image. Gives up with Interrupted as soon as `clock` says that the
-    /// program is leaving.
+    /// Verifies the signature and then the image. Returns Interrupted as soon as `clock` says that the
+    /// program is shutting down.
     Result verifyImage(const QString &file, const QByteArray &text, const QString &model,
                        const Clock &clock) const;
 
 private:
-    bool hasSigned(const MinisignSignature &signature, const QByteArray &ofWhat,
+    bool hasSigned(const MinisignSignature &signature, const QByteArray &signatureBytes,
                    const QByteArray &message) const;
 
     QVector<MinisignKey> m_keys;
 };
 
-/// Returns why an image with this result is refused, as a sentence; empty if it is valid. An image for
-/// another model than `model` is named with the models that it is for.
+/// Returns a sentence that says why an image with this result is refused; empty if it is valid. If the image
+/// was signed for other models than `model`, the sentence names them.
 QString reasonToRefuse(const ImageVerifier::Result &result, const QString &model);

@@ -6,7 +6,7 @@ std::optional<MinisignKey> MinisignKey::parse(const QByteArray &text)
 {
     const auto decoded = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
     const QByteArray &bytes = *decoded;
-    // The comparison refuses what the decoder lets pass: bits that belong to no byte.
+    // The comparison refuses what the decoder accepts: trailing bits that do not belong to a byte.
     if (!decoded || bytes.toBase64() != text || bytes.size() != 2 + idSize + keySize ||
         !bytes.startsWith("Ed"))
         return std::nullopt;

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// A public key as minisign writes it: which key it is, and the key itself.
+/// A public key as minisign writes it: its id, and the key itself.
 struct MinisignKey
 {
     static constexpr int idSize = 8;

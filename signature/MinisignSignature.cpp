@@ -10,7 +10,7 @@ const char *const untrustedPrefix = "untrusted comment: ";
 const char *const trustedPrefix = "trusted comment: ";
 const char *const modelPrefix = "model:";
 
-/// Returns the four lines without their ends; fewer if there is anything else.
+/// Returns the four lines without their line ends; none if there are fewer or more.
 QList<QByteArray> linesOf(const QByteArray &text)
 {
     QList<QByteArray> lines = text.split('\n');
@@ -23,7 +23,7 @@ QList<QByteArray> linesOf(const QByteArray &text)
     return lines.size() == 4 ? lines : QList<QByteArray>();
 }
 
-/// Returns the bytes of a line of base64; none if it is not exactly that.
+/// Decodes a line of base64. Returns no bytes if it is anything else.
 QByteArray decoded(const QByteArray &line)
 {
     const auto result = QByteArray::fromBase64Encoding(line, QByteArray::AbortOnBase64DecodingErrors);
@@ -48,9 +48,9 @@ SignatureVerdict MinisignSignature::parse(const QByteArray &text, MinisignSignat
     if (!first.startsWith("ED"))
         return SignatureVerdict::NotASignature;
     signature->keyId = first.mid(2, MinisignKey::idSize);
-    signature->ofImage = first.mid(2 + MinisignKey::idSize);
+    signature->imageSignature = first.mid(2 + MinisignKey::idSize);
     signature->trustedComment = lines[2].mid(static_cast<int>(qstrlen(trustedPrefix)));
-    signature->ofComment = second;
+    signature->commentSignature = second;
     return SignatureVerdict::Valid;
 }
 

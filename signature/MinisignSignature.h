@@ -12,18 +12,18 @@ struct MinisignSignature
     static constexpr int sizeLimit = 16 * 1024;
     static constexpr int signatureSize = 64;
 
-    /// Which key has signed.
+    /// The id of the key that has signed.
     QByteArray keyId;
     /// The signature of the image's BLAKE2b sum.
-    QByteArray ofImage;
+    QByteArray imageSignature;
     QByteArray trustedComment;
-    /// The signature of `ofImage` and `trustedComment`.
-    QByteArray ofComment;
+    /// The signature of `imageSignature` and `trustedComment`.
+    QByteArray commentSignature;
 
-    /// Parses the text of a ".minisig" file. Returns Valid and fills `*signature`, or returns why it cannot
-    /// be used: NotASignature or LegacyAlgorithm. Decides nothing about who has signed.
+    /// Parses the text of a ".minisig" file. Returns Valid and fills `*signature`, or returns why the text
+    /// cannot be used: NotASignature or LegacyAlgorithm. Does not verify who has signed.
     static SignatureVerdict parse(const QByteArray &text, MinisignSignature *signature);
 
-    /// Returns the models that the trusted comment names, each by a word "model:NAME".
+    /// Returns the models in the trusted comment, each of which is a word "model:NAME".
     QStringList models() const;
 };

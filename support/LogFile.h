@@ -3,8 +3,9 @@
 #include <QString>
 
 /// Appends lines to the log files, which are plain UTF-8 text. A file is opened for each write and closed
-/// again, so that other programs may read or copy it meanwhile. GUI thread only, because lines from several
-/// threads could be mixed.
+/// again, so that other programs may read or copy it meanwhile. May be called from any thread, but only by
+/// one at a time for each file: otherwise lines could be mixed. The window program writes on its GUI thread
+/// only; quillmarsh-cli takes a lock for each line.
 namespace LogFile {
 
 /// Appends `content` and a line feed. Returns whether they were written; if the file cannot be opened or is

@@ -13,7 +13,8 @@
 #include <optional>
 
 /// One update from the press of the start button to its end: folders, image, bootloader, flasher, reset. Runs
-/// on a thread of its own; it reports through the Reporter and accesses no widget.
+/// on the update thread, which is one of the global pool; it reports through the Reporter and accesses no
+/// widget.
 class UpdateWorkflow
 {
 public:

@@ -5,5 +5,6 @@
 
 /// Shows the result of one monitor tick in the status label and the device-model label. GUI thread.
 void showConnection(const MonitorOutcome &outcome, const MainWindowWidgets &widgets);
-/// Returns the same as one text for screen readers: the status, and the device's name if there is one.
+/// Returns the result of one monitor tick as a text for screen readers: the status, and the device's name if
+/// there is one.
 QString connectionInWords(const MonitorOutcome &outcome);

@@ -12,8 +12,9 @@
 
 namespace {
 
-// Opening a named pipe of that name would block the window for ever.
-bool isNoRegularFile(const QString &path)
+/// Returns whether something other than a regular file has this path. Opening a named pipe would block the
+/// window for ever.
+bool existsButIsNoFile(const QString &path)
 {
     const QFileInfo info(path);
     return info.exists() && !info.isFile();
@@ -33,7 +34,7 @@ QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
 {
     QFile file(lastDirFile);
     QString folder;
-    if (!isNoRegularFile(lastDirFile) && file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!existsButIsNoFile(lastDirFile) && file.open(QIODevice::ReadOnly | QIODevice::Text))
         folder = QString::fromUtf8(file.readAll()).trimmed();
     return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : folder;
 }
@@ -41,7 +42,7 @@ QString FirmwareFileDialog::startFolder(const QString &lastDirFile)
 void FirmwareFileDialog::rememberFolder(const QString &lastDirFile, const QString &folder)
 {
     QFile file(lastDirFile);
-    if (isNoRegularFile(lastDirFile) ||
+    if (existsButIsNoFile(lastDirFile) ||
         !file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return;
     QTextStream stream(&file);

@@ -30,7 +30,7 @@ void MainWindowLayout::buildFlashingPage(QWidget *mainWidget, LocalFileHost *hos
     widgets.tabWidget->setContentsMargins(0, 0, 0, 0);
 
     widgets.tabRow = makeLayout<QHBoxLayout>("tabRow");
-    // Both sizes must be set before, or the margin is not 5.
+    // Both fixed sizes must be set before this, so that the margin is 5.
     const int topMargin = mainWidget->height() - widgets.tabWidget->height() - 100;
     widgets.tabRow->setContentsMargins(0, topMargin, 0, 0);
     widgets.tabRow->setAlignment(Qt::AlignHCenter | Qt::AlignTop | Qt::AlignVCenter);

@@ -5,8 +5,8 @@ class QWidget;
 /// The program's appearance apart from the main window's layout. GUI thread.
 namespace MainWindowLook {
 
-/// Sets Qt's application attributes: fractional screen scales are kept, and windows are drawn without the
-/// graphics card. Call before the application object is made.
+/// Sets Qt's application attributes: fractional screen scales are used as they are, and windows are drawn
+/// without the graphics card. Call before the application object is made.
 void prepareQt();
 
 /// Sets the application's font size to 11 pixels, or 12 for Chinese. A font sized in points does not fit the

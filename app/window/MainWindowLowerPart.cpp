@@ -79,7 +79,7 @@ QHBoxLayout *buildFileRow(MainWindowWidgets &widgets)
     widgets.firmwareFileEdit = named(new QLineEdit, "firmwareFileEdit");
     widgets.firmwareFileEdit->setStyleSheet(QStringLiteral("background-color: white;"));
     widgets.firmwareFileEdit->setFixedSize(585, 27);
-    // It shows the image; what a user typed there would not become it.
+    // The field only shows the image's path: typing another one would not change the image.
     widgets.firmwareFileEdit->setReadOnly(true);
     widgets.firmwareFileEdit->hide();
     widgets.chooseFileButton = named(new QPushButton, "chooseFileButton");
@@ -96,28 +96,29 @@ QHBoxLayout *buildFileRow(MainWindowWidgets &widgets)
     return row;
 }
 
-/// A button that is drawn faded while it is disabled. Its images have no disabled state of their own. When it
-/// is enabled again it takes the keyboard focus back that it lost by that, unless the user has moved it on.
+/// A button that is drawn faded while it is disabled: its images have no disabled state of their own. A
+/// button that lost the keyboard focus because it was disabled takes the focus back when it is enabled,
+/// unless the user has moved the focus meanwhile.
 class FadingButton : public QPushButton
 {
 protected:
     void focusOutEvent(QFocusEvent *event) override
     {
-        m_lostFocus = !isEnabled();
+        m_lostFocusByDisabling = !isEnabled();
         QPushButton::focusOutEvent(event);
     }
 
     void changeEvent(QEvent *event) override
     {
         QPushButton::changeEvent(event);
-        if (event->type() != QEvent::EnabledChange || !m_lostFocus)
+        if (event->type() != QEvent::EnabledChange || !m_lostFocusByDisabling)
             return;
         if (!isEnabled()) {
-            m_standIn = window()->focusWidget();
+            m_focusSuccessor = window()->focusWidget();
             return;
         }
-        m_lostFocus = false;
-        if (m_standIn == window()->focusWidget())
+        m_lostFocusByDisabling = false;
+        if (m_focusSuccessor == window()->focusWidget())
             setFocus(Qt::OtherFocusReason);
     }
 
@@ -135,8 +136,8 @@ protected:
     }
 
 private:
-    bool m_lostFocus = false;
-    QPointer<QWidget> m_standIn;
+    bool m_lostFocusByDisabling = false;
+    QPointer<QWidget> m_focusSuccessor;
 };
 
 QHBoxLayout *buildStartButtonRow(bool chineseLocale, MainWindowWidgets &widgets)

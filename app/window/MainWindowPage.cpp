@@ -138,10 +138,10 @@ QHBoxLayout *buildDeviceStateRow(MainWindowWidgets &widgets)
 
 /// Shortens the divider to end above the restart box where the two overlap. The English restart text is wider
 /// than the space left of the divider and would leave a piece of the line visible below the box.
-class LineAboveRestartBox : public QObject
+class DividerTrimmer : public QObject
 {
 public:
-    explicit LineAboveRestartBox(const MainWindowWidgets &widgets)
+    explicit DividerTrimmer(const MainWindowWidgets &widgets)
         : QObject(widgets.divider),
           m_divider(widgets.divider),
           m_restartBox(widgets.restartBox)
@@ -208,7 +208,7 @@ void MainWindowPage::buildContents(QWidget *mainWidget, const MainWindowLayout::
     contents->addLayout(buildOptionRow(widgets.iapBox, "iapRow"));
     widgets.flashingPage->setLayout(contents);
 
-    new LineAboveRestartBox(widgets);
+    new DividerTrimmer(widgets);
     connectPartitionSelectBox(widgets);
     QObject::connect(widgets.iapBox, &QCheckBox::stateChanged, mainWidget, callbacks.iapStateChanged);
 }

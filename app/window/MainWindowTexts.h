@@ -33,7 +33,7 @@ constexpr TranslatableText restartAfterFlash{"Restart the device after a success
                                              "烧写成功后重启设备"};
 constexpr TranslatableText iapSet{"IAPSet", "IAPSet"};
 constexpr TranslatableText deviceModel{"Device Model", "设备型号: "};
-/// The same caption, without a blank, in front of the connected model's name.
+/// The same caption in front of the connected model's name; its fallback ends without a blank.
 constexpr TranslatableText connectedModel{"Device Model", "设备型号:"};
 constexpr TranslatableText serverVersion{"Server Firmware Version", "服务器固件版本号: "};
 constexpr TranslatableText currentStatus{"Current Status", "当前状态: "};

@@ -2,7 +2,8 @@
 
 #include <cstdio>
 
-/// What any console program of Qt's takes until its first line: the peer of the first line of a list.
+/// An empty console program with Qt that prints one line: the peer for the first line of "quillmarsh-cli
+/// list".
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

@@ -5,9 +5,9 @@
 #include <QPushButton>
 #include <QSslSocket>
 
-/// What any program with a window of the product's size takes: the peer of its start and its memory.
-/// With an argument it also has what no program of the kind goes without: a text, a button, a report of the
-/// TLS versions, and network access.
+/// An empty program with a window of the product's size: the peer for start and memory. With an argument it
+/// also has what every program of this kind needs: a text, a button, a report of the TLS versions, and
+/// network access.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);

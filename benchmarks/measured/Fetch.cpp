@@ -7,7 +7,8 @@
 #include <QFutureWatcher>
 #include <QtConcurrent>
 
-/// Fetches argument 1 to the file of argument 2 as an update does: in ten segments, on a pool thread.
+/// Fetches the address in argument 1 to the file in argument 2 like an update: in ten segments, on a pool
+/// thread.
 int main(int argc, char *argv[])
 {
     Diagnostics::install();

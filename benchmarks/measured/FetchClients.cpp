@@ -1,6 +1,6 @@
-// quillmarsh-fetch-clients: many users at once. Each client downloads the manifest and then the image of a
-// model in ten ranges, as an update does and with the same classes, and checks the image's sum. Writes a line
-// for each client to a file: "complete MD5 RETRIES MILLISECONDS" or "failed REASON".
+// quillmarsh-fetch-clients plays many users at once. Each client downloads the manifest and then the image of
+// a model in ten ranges, with the same classes as an update, and checks the image's sum. Writes a line for
+// each client to a file: "complete MD5 RETRIES MILLISECONDS" or "failed REASON".
 
 #include "download/FileDownloader.h"
 #include "download/FileDownloaderHTTP.h"
@@ -26,10 +26,10 @@
 
 namespace {
 
-/// Time passes at a tenth of its pace, and not at all while the machine stands still. The 20 seconds that an
-/// update waits for the manifest and for the size are meant for a program that has a processor to itself;
-/// these clients share two with hundreds of others and with the servers.
-class PatientClock : public Clock
+/// A clock that runs ten times slower than real time and does not count pauses of the machine. An update
+/// waits at most 20 seconds for the manifest and for the size, which suffices for a program that has a
+/// processor to itself; these clients share two processors with hundreds of others and with the servers.
+class SlowClock : public Clock
 {
 public:
     qint64 nowMs() const override { return RunningClock::ofThisProcess().nowMs() / 10; }
@@ -41,7 +41,7 @@ public:
     bool isShuttingDown() const override { return false; }
 };
 
-/// Keeps the last lines, which say why a fetch failed.
+/// Keeps the last log lines, which say why a fetch failed.
 class LastLines : public QuietReporter
 {
 public:
@@ -57,8 +57,8 @@ private:
     QStringList m_lines;
 };
 
-/// One user: folders, session and downloaders of their own. The object lives on the main thread, where the
-/// manifest is downloaded as in the program; run() is for a thread of its own.
+/// One user, with folders, session and downloaders of their own. The object lives on the main thread, where
+/// the manifest is downloaded as in the program. run() is called on another thread.
 class Client
 {
 public:
@@ -80,7 +80,7 @@ public:
     void run()
     {
         const RunningTimer taken;
-        PatientClock clock;
+        SlowClock clock;
         FirmwareFetch fetch(m_reporter, m_session, m_choices, clock, m_paths, m_downloader, m_worker,
                             nullptr);
         QJsonObject manifest;
@@ -130,9 +130,9 @@ int main(int argc, char *argv[])
     };
     const QCommandLineOption manifest = option("manifest", "Address of the manifest.");
     const QCommandLineOption model = option("model", "The model to fetch.");
-    const QCommandLineOption count = option("count", "How many clients.");
-    const QCommandLineOption authority = option("authority", "The one certificate to trust.");
-    const QCommandLineOption folder = option("folder", "An empty folder for what is fetched.");
+    const QCommandLineOption count = option("count", "The number of clients.");
+    const QCommandLineOption authority = option("authority", "The only certificate authority to trust.");
+    const QCommandLineOption folder = option("folder", "An empty folder for temporary files.");
     const QCommandLineOption results = option("results", "The file for the results.");
     parser.addOptions({manifest, model, count, authority, folder, results});
     parser.process(application);
@@ -140,7 +140,7 @@ int main(int argc, char *argv[])
     QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
     trust.setCaCertificates(QSslCertificate::fromPath(parser.value(authority)));
     QSslConfiguration::setDefaultConfiguration(trust);
-    LanguageUtilities::instance(); // made here, before the threads share it
+    LanguageUtilities::instance(); // Make it before the threads share it.
 
     std::vector<std::unique_ptr<Client>> clients;
     std::vector<std::unique_ptr<QThread>> threads;

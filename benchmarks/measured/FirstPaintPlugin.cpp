@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Writes the steady clock's milliseconds to a file once a window has been painted, and is done.
+/// Writes the steady clock's milliseconds to a file when the first window has been painted.
 class FirstPaintWatch : public QObject
 {
 public:
@@ -20,7 +20,7 @@ protected:
         const auto *widget = event->type() == QEvent::Paint ? qobject_cast<QWidget *>(watched) : nullptr;
         if (widget && widget->isWindow() && widget->windowType() != Qt::ToolTip && !m_isSeen) {
             m_isSeen = true;
-            // After this event: then all of the window is drawn and handed to the window system.
+            // Queued: after this event the whole window is drawn and passed to the window system.
             QMetaObject::invokeMethod(
                 this, [this] { note(); }, Qt::QueuedConnection);
         }
@@ -44,8 +44,8 @@ private:
 
 } // namespace
 
-/// Loaded for QT_QPA_GENERIC_PLUGINS=quillfirstpaint into an unmodified program; the file is named by
-/// QUILLMARSH_FIRST_PAINT_FILE.
+/// A plugin that Qt loads into an unmodified program if QT_QPA_GENERIC_PLUGINS is "quillfirstpaint". The
+/// variable QUILLMARSH_FIRST_PAINT_FILE names the file.
 class FirstPaintPlugin : public QGenericPlugin
 {
     Q_OBJECT

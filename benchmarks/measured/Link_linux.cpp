@@ -32,7 +32,7 @@ namespace {
 using Time = std::chrono::steady_clock::time_point;
 using std::chrono::nanoseconds;
 
-/// What happens to packets from the server. Those to it pass at once.
+/// Delay and loss of packets from the server. Packets to the server pass without delay.
 struct Quality
 {
     std::chrono::milliseconds delay;
@@ -42,7 +42,7 @@ struct Quality
 constexpr Quality lossy{std::chrono::milliseconds(40), 0.005};
 constexpr Quality clean{std::chrono::milliseconds(20), 0};
 constexpr int nanosecondsPerByte = 80; // 100 Mbit/s
-/// Packets in the queue and on their way, as the kernel's emulator has it.
+/// The limit of packets in the queue and in transit, the same as in the kernel's emulator.
 constexpr size_t queueLimit = 1000;
 
 volatile std::sig_atomic_t isEnding = 0;
@@ -72,7 +72,7 @@ void configure(const char *name, const char *own, const char *peer)
     const std::string commands = "ip address add " + std::string(own) + " peer " + peer + " dev " + device +
                                  " && ip link set " + device + " mtu 1500 txqueuelen 1000 up" +
                                  " && ip link set lo up" +
-                                 // Heeds losses, as most servers do, and is permitted in every namespace.
+                                 // Reacts to losses, as most servers do, and is permitted in every namespace.
                                  " && sysctl -q -w net.ipv4.tcp_congestion_control=reno";
     if (std::system(commands.c_str()) != 0)
         fail("ip");
@@ -82,10 +82,10 @@ void configure(const char *name, const char *own, const char *peer)
 class Direction
 {
 public:
-    /// Without a quality, the direction is as fast as it can be.
+    /// Without a quality, packets pass without delay.
     Direction(int from, int to, const Quality *quality) : m_from(from), m_to(to), m_quality(quality) {}
 
-    void takeIn(Time now)
+    void receive(Time now)
     {
         std::array<char, 65536> buffer;
         ssize_t count = 0;
@@ -98,7 +98,7 @@ public:
         }
     }
 
-    void giveOut(Time now)
+    void sendDue(Time now)
     {
         while (!m_queue.empty() && m_queue.front().due <= now) {
             const std::vector<char> &bytes = m_queue.front().bytes;
@@ -108,7 +108,7 @@ public:
         }
     }
 
-    /// When the next packet is due; far away when there is none.
+    /// Returns when the next packet is due; the maximum if there is none.
     Time next() const { return m_queue.empty() ? Time::max() : m_queue.front().due; }
     int from() const { return m_from; }
 
@@ -140,8 +140,8 @@ void carry(Direction &fromServer, Direction &toServer, pid_t server)
         ppoll(watched.data(), watched.size(), &limit, nullptr);
         const Time now = std::chrono::steady_clock::now();
         for (Direction *direction : {&fromServer, &toServer}) {
-            direction->takeIn(now);
-            direction->giveOut(now);
+            direction->receive(now);
+            direction->sendDue(now);
         }
     }
 }

@@ -20,7 +20,7 @@
 #include <thread>
 #include <vector>
 
-// Nothing is fetched here.
+// The benchmark fetches nothing.
 QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");
@@ -38,7 +38,7 @@ constexpr int linesPerStep = 5;
 constexpr int timerMs = 10;
 constexpr int memoryMs = 200;
 
-/// How late each tick of a timer of the GUI thread came.
+/// Records how late each tick of a timer on the GUI thread was.
 class Lateness
 {
 public:
@@ -69,7 +69,7 @@ double rssKib()
     return file.readAll().split(' ').value(1).toDouble() * 4;
 }
 
-/// 5,000 lines a second, from a thread of its own as the update's are.
+/// Logs 5,000 lines a second. Called on another thread, like the lines of an update.
 void flood(bringToForeground *window)
 {
     const auto start = std::chrono::steady_clock::now();
@@ -83,7 +83,7 @@ void flood(bringToForeground *window)
 
 } // namespace
 
-/// Logs through the real window, with its log window open, and writes what was seen to argument 1.
+/// Logs through the real window with its log window open, and writes the figures to the file in argument 1.
 int main(int argc, char *argv[])
 {
     Diagnostics::install();
@@ -99,7 +99,8 @@ int main(int argc, char *argv[])
     QJsonObject result;
     std::unique_ptr<Lateness> lateness;
     std::thread source;
-    // Memory must not grow with the lines. A thread looks at it: a slow machine's GUI thread has no time to.
+    // Memory must not grow with the lines. Another thread watches it: on a slow machine the GUI thread is
+    // busy.
     std::vector<double> memory;
     std::atomic<bool> isFlooded{false};
     std::thread watcher;
@@ -113,7 +114,7 @@ int main(int argc, char *argv[])
         });
         source = std::thread([&] {
             flood(window);
-            // Behind the last line in the same queue.
+            // Queued behind the last line.
             QMetaObject::invokeMethod(window, &QCoreApplication::quit, Qt::QueuedConnection);
         });
     });

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-/// Prints the MD5 of the file of argument 1, taken as an update takes it.
+/// Prints the MD5 sum of the file in argument 1, computed with the function that updates use.
 int main(int argc, char *argv[])
 {
     const QString sum = argc > 1 ? md5Check::fileMd5(QFile::decodeName(argv[1])) : QString();

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Time spent in the device libraries since it was last set to 0; their calls are wrapped below.
+/// The time spent in the device libraries, whose functions are wrapped below. Set to 0 before each tick.
 double libraryMs = 0;
 
 double nowMs()
@@ -36,8 +36,8 @@ auto timed(Call call)
 
 } // namespace
 
-// The linker sends the product's calls here (--wrap), so that its own share of a tick can be told
-// from that of the libraries.
+// The linker redirects the product's calls to these functions (--wrap), so that the product's own share of a
+// tick can be separated from that of the libraries.
 extern "C" {
 ssize_t __real_libusb_get_device_list(libusb_context *context, libusb_device ***list);
 void __real_libusb_free_device_list(libusb_device **list, int unref);
@@ -85,8 +85,9 @@ struct Seen
     int interfaces = 0;
 };
 
-/// What the peer does: two lists with descriptors and one enumeration.
-Seen lookBarely()
+/// Does only what a tick needs of the libraries, as the peer: two device lists with descriptors and one
+/// enumeration.
+Seen runBareCalls()
 {
     Seen seen;
     for (int look = 0; look < 2; ++look) {
@@ -108,8 +109,8 @@ Seen lookBarely()
 
 } // namespace
 
-/// Looks at the bus as the product's monitor does and barely, in turns, argument 3 times each. The
-/// controlled-device list is argument 1; the figures go to argument 2.
+/// Runs a tick of the product's monitor and the bare library calls in turns, as often as argument 3 says.
+/// Argument 1 is the control list; the figures are written to the file in argument 2.
 int main(int argc, char *argv[])
 {
     Diagnostics::install();
@@ -139,7 +140,7 @@ int main(int argc, char *argv[])
         device = outcome.device;
         isHandleOpen = isHandleOpen && device.hidHandle != nullptr;
         start = nowMs();
-        seen = lookBarely();
+        seen = runBareCalls();
         bare.append(nowMs() - start);
     }
     QFile file(arguments.value(2));

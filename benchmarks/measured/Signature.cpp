@@ -1,4 +1,5 @@
-// Verifies the signature of a file, as an update does: FILE SIGNATURE KEY. Prints "valid" or the reason.
+// Verifies the signature of a file like an update. Arguments: FILE SIGNATURE KEY. Prints "valid" or why the
+// file is refused.
 
 #include "signature/ImageVerifier.h"
 

@@ -1,4 +1,4 @@
-# Completion of quillmarsh-cli for bash.
+# Completion for quillmarsh-cli in bash.
 _quillmarsh_cli() {
     local current=$2 previous=$3 command=${COMP_WORDS[1]} words='--help --json --lang --log --verbose'
     COMPREPLY=()
@@ -19,11 +19,11 @@ _quillmarsh_cli() {
     --md5 | --model | --wait) return ;;
     esac
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words='list update check manifest'
+        words='list update check manifest report'
         [[ $current != -* ]] || words='--help --version'
     elif [ "$command" = manifest ] && [ "$COMP_CWORD" -eq 2 ]; then
         words=verify
-    elif [ "$command" = manifest ] && [[ $current != -* ]]; then
+    elif [[ $command =~ ^(manifest|report)$ && $current != -* ]]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
         return
@@ -33,6 +33,7 @@ _quillmarsh_cli() {
         update) words+=' --file --md5 --model --no-reset --repeat --require-signature --wait --write-type --yes' ;;
         check) words+=' --model' ;;
         manifest) words+=' --download' ;;
+        report) ;;
         *) return ;;
         esac
     fi

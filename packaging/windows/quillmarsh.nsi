@@ -1,11 +1,11 @@
-; The installer for Windows; scripts/windows/package.sh compiles it and passes VERSION, LISTS (the folder with
-; the lists of what is installed and removed), ICON, PICTURE, OUTPUT, HAS_DRIVER when the driver package is
-; packed with it, and SIGN, the command that signs a file, when it is to be signed.
+; The installer for Windows. scripts/windows/package.sh compiles it and defines VERSION, LISTS (the folder with the
+; lists of the installed and removed files), ICON, PICTURE, OUTPUT, HAS_DRIVER if the installer contains the driver
+; package, and SIGN, the command that signs a file, if the uninstaller must be signed.
 ;
-;   setup.exe             installs for one user, without any rights
-;   setup.exe /S          the same in silence; nothing is taken from beside the installer
-;   setup.exe /S /TOOLS   the same; the maker's tools beside the installer are taken without a question
-;   setup.exe /DRIVER     installs the driver and nothing else, as administrator
+;   setup.exe             installs for one user, without administrator rights
+;   setup.exe /S          installs silently and does not copy the maker's tools from beside the installer
+;   setup.exe /S /TOOLS   installs silently and copies the maker's tools without asking
+;   setup.exe /DRIVER     installs only the driver, as administrator
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -20,11 +20,11 @@ RequestExecutionLevel user
 !define TEMPORARY $TEMP\QuillmarshV3TmpPath
 !define LIST qmake\ControlDevList.json
 !define SHIPPED_LIST qmake\ControlDevList.default.json
-!define COPIED copied-tools.txt
-; Windows lets only administrators write there, so what was agreed to is what is run.
+!define COPIED_TOOLS copied-tools.txt
+; Only administrators may write there, so nobody can replace the files after the user has agreed to them.
 !define DRIVER_FOLDER "$PROGRAMFILES64\Quillmarsh driver"
 
-; What a maker may add, beside the installer: "FILE KIND", with 1 for what belongs to the driver.
+; The files that a maker may put beside the installer, each with 1 if it belongs to the driver and 0 otherwise.
 !macro forEachTool DO
     !insertmacro ${DO} upgcmd.exe 0
     !insertmacro ${DO} upgcmdHid.exe 0
@@ -37,10 +37,10 @@ RequestExecutionLevel user
     !insertmacro ${DO} amd64\libusbK.sys 1
 !macroend
 
-; Each is 1 or 0.
+; Both are 1 or 0.
 Var isDriverStep
 Var takesTools
-; The tools that were found, line by line.
+; The names of the tools that were found, one on each line.
 Var found
 Var agreement
 
@@ -49,7 +49,7 @@ Var agreement
 !endif
 Name Quillmarsh
 OutFile ${OUTPUT}
-; The program writes beside itself, so it lies where its user may write.
+; The program writes beside itself, so it is installed where its user may write.
 InstallDir $LOCALAPPDATA\Programs\quillmarsh
 InstallDirRegKey HKCU ${UNINSTALL_KEY} InstallLocation
 ShowInstDetails show
@@ -63,18 +63,18 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The quillmarsh authors"
 !define MUI_ICON ${ICON}
 !define MUI_UNICON ${ICON}
 !define MUI_WELCOMEFINISHPAGE_BITMAP ${PICTURE}
-; These belong to the page that follows next.
-!define MUI_PAGE_CUSTOMFUNCTION_PRE leaveOutInDriverStep
-!define MUI_PAGE_CUSTOMFUNCTION_SHOW nameNextStep
+; These definitions apply to the next page.
+!define MUI_PAGE_CUSTOMFUNCTION_PRE skipInDriverStep
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW labelNextButton
 !insertmacro MUI_PAGE_DIRECTORY
-Page custom showTools leaveTools
+Page custom showTools storeAgreement
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN $INSTDIR\quillmarsh.exe
 !define MUI_FINISHPAGE_SHOWREADME
 !define MUI_FINISHPAGE_SHOWREADME_NOTCHECKED
 !define MUI_FINISHPAGE_SHOWREADME_TEXT $(INSTALL_DRIVER)
 !define MUI_FINISHPAGE_SHOWREADME_FUNCTION startDriverStep
-!define MUI_PAGE_CUSTOMFUNCTION_PRE leaveOutInDriverStep
+!define MUI_PAGE_CUSTOMFUNCTION_PRE skipInDriverStep
 !define MUI_PAGE_CUSTOMFUNCTION_SHOW showFinish
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
@@ -101,7 +101,8 @@ LangString NO_ADMINISTRATOR ${LANG_SIMPCHINESE} "只有管理员才能安装驱�
 LangString NO_DRIVER ${LANG_ENGLISH} "There is no driver package in or beside the installer."
 LangString NO_DRIVER ${LANG_SIMPCHINESE} "安装程序中或其旁边没有驱动程序包。"
 
-; Its file cannot be opened for writing while it runs; in silence that ends the setup with 2.
+; Asks the user to close the program while it is running: its file cannot be opened for writing then. A silent setup
+; ends with code 2 instead.
 !macro refuseWhileRunning PROGRAM
     ${Do}
         ${IfNot} ${FileExists} $INSTDIR\${PROGRAM}
@@ -120,9 +121,9 @@ LangString NO_DRIVER ${LANG_SIMPCHINESE} "安装程序中或其旁边没有驱�
     ${Loop}
 !macroend
 
-; Sets $0 to 1 when the user has a control list other than the one that was installed.
-!macro defineIsListOwn un
-Function ${un}isListOwn
+; Sets $0 to 1 if the user has changed the installed control list, and to 0 otherwise.
+!macro defineIsListChanged un
+Function ${un}isListChanged
     StrCpy $0 0
     ${IfNot} ${FileExists} $INSTDIR\${LIST}
         Return
@@ -148,10 +149,10 @@ Function ${un}isListOwn
     FileClose $2
 FunctionEnd
 !macroend
-!insertmacro defineIsListOwn ""
-!insertmacro defineIsListOwn un.
+!insertmacro defineIsListChanged ""
+!insertmacro defineIsListChanged un.
 
-; Adds it to $found when it lies beside the installer and is wanted in this step.
+; Adds the tool to $found if it is beside the installer and belongs to this step.
 !macro findTool NAME IS_DRIVER
     ${If} ${FileExists} $EXEDIR\${NAME}
         ${If} $isDriverStep <= ${IS_DRIVER}
@@ -160,7 +161,7 @@ FunctionEnd
     ${EndIf}
 !macroend
 
-; What was taken is written down, so that the uninstaller knows what is not the user's own.
+; Copies the tool and records its name, so that the uninstaller removes only the files that the installer has copied.
 !macro copyTool NAME IS_DRIVER
     ${If} ${FileExists} $EXEDIR\${NAME}
         DetailPrint ${NAME}
@@ -206,7 +207,7 @@ Function .onInit
     ${EndIf}
 FunctionEnd
 
-Function leaveOutInDriverStep
+Function skipInDriverStep
     ${If} $isDriverStep == 1
         Abort
     ${EndIf}
@@ -219,8 +220,8 @@ Function findTools
     ${EndIf}
 FunctionEnd
 
-; Where nothing lies beside the installer, no page comes between this one and the installation.
-Function nameNextStep
+; If there are no tools beside the installer, the next step is the installation: label the button accordingly.
+Function labelNextButton
     Call findTools
     ${If} $found == ""
         GetDlgItem $0 $HWNDPARENT 1
@@ -228,7 +229,7 @@ Function nameNextStep
     ${EndIf}
 FunctionEnd
 
-; Shows what lies beside the installer. Nothing of it is used before the user has agreed.
+; Shows the tools beside the installer. None of them is used unless the user agrees.
 Function showTools
     Call findTools
     !ifdef HAS_DRIVER
@@ -240,7 +241,7 @@ Function showTools
         Abort
     ${EndIf}
     ${If} $isDriverStep == 1
-        ; Copied first: afterwards nobody but an administrator can exchange what the user agrees to.
+        ; Copy them before asking: only an administrator can replace the copies after the user has agreed.
         Call fillDriverFolder
     ${EndIf}
     !insertmacro MUI_HEADER_TEXT $(TOOLS_TITLE) $(TOOLS_SUBTITLE)
@@ -256,7 +257,7 @@ Function showTools
         Pop $agreement
         GetDlgItem $0 $HWNDPARENT 1
         EnableWindow $0 0
-        ${NSD_OnClick} $agreement agreeToDriver
+        ${NSD_OnClick} $agreement enableNextIfAgreed
     ${Else}
         ${NSD_CreateCheckbox} 0 116u 100% 12u $(TOOLS_AGREE)
         Pop $agreement
@@ -267,14 +268,14 @@ Function showTools
     nsDialogs::Show
 FunctionEnd
 
-Function agreeToDriver
+Function enableNextIfAgreed
     Pop $0
     ${NSD_GetState} $agreement $1
     GetDlgItem $0 $HWNDPARENT 1
     EnableWindow $0 $1
 FunctionEnd
 
-Function leaveTools
+Function storeAgreement
     ${NSD_GetState} $agreement $takesTools
 FunctionEnd
 
@@ -284,9 +285,9 @@ Function fillDriverFolder
     !insertmacro forEachTool copyToDriverFolder
 FunctionEnd
 
-; Installs from the folder that only administrators may write, and leaves nothing there.
+; Installs the driver from the folder in which only administrators may write, and removes the folder.
 Function installDriver
-    ; What was done stays in sight: no page follows that would say how it went.
+    ; Keep the details visible: no other page shows the result.
     SetAutoClose false
     !ifdef HAS_DRIVER
         RMDir /r "${DRIVER_FOLDER}"
@@ -304,7 +305,7 @@ Function installDriver
         ${EndIf}
     !endif
     !include ${LISTS}\driver.nsh
-    ; The working folder of the driver's own tool: nobody else may write there.
+    ; The working folder of the driver's tool must be one in which only administrators may write.
     SetOutPath $SYSDIR
     nsExec::ExecToLog '"${DRIVER_FOLDER}\quillmarsh-driver.exe"'
     Pop $0
@@ -324,7 +325,7 @@ Section
     ${EndIf}
     !insertmacro refuseWhileRunning quillmarsh.exe
     !insertmacro refuseWhileRunning quillmarsh-cli.exe
-    Call isListOwn
+    Call isListChanged
     StrCpy $5 $0
     !include ${LISTS}\install.nsh
     ${If} $5 == 0
@@ -334,13 +335,13 @@ Section
     CreateDirectory $INSTDIR\amd64
     ${If} $takesTools == 1
     ${AndIf} $EXEDIR != $INSTDIR
-        FileOpen $0 $INSTDIR\${COPIED} a
+        FileOpen $0 $INSTDIR\${COPIED_TOOLS} a
         FileSeek $0 0 END
         !insertmacro forEachTool copyTool
         FileClose $0
     ${EndIf}
 
-    ; The working folder of what is started through it, and so the place of the logs.
+    ; The shortcut starts the program in this folder, which is where it writes its logs.
     SetOutPath $INSTDIR
     CreateShortcut $SMPROGRAMS\Quillmarsh.lnk $INSTDIR\quillmarsh.exe
     WriteUninstaller $INSTDIR\uninstall.exe
@@ -357,7 +358,8 @@ Section
     WriteRegDWORD HKCU ${UNINSTALL_KEY} EstimatedSize $0
 SectionEnd
 
-; Elevation is never what happens when the user changes nothing: the driver is offered, and not ticked.
+; Offers to install the driver if there is a driver package. Intentional: the box is not ticked, so that the installer
+; asks for elevation only if the user wants it.
 Function showFinish
     !ifndef HAS_DRIVER
         ${If} $takesTools != 1
@@ -371,7 +373,8 @@ Function startDriverStep
     ExecShell runas $EXEPATH /DRIVER
 FunctionEnd
 
-; Removes the file when the line in $2 names it. Whoever may write the list could otherwise have any file removed.
+; Removes the tool if the line in $2 is its name. Other names are ignored, so that a changed list cannot remove other
+; files.
 !macro removeIfNamed NAME IS_DRIVER
     ${If} $2 == ${NAME}
         Delete $INSTDIR\${NAME}
@@ -380,7 +383,7 @@ FunctionEnd
 
 Function un.removeCopiedTools
     ClearErrors
-    FileOpen $1 $INSTDIR\${COPIED} r
+    FileOpen $1 $INSTDIR\${COPIED_TOOLS} r
     ${IfNot} ${Errors}
         ${Do}
             ClearErrors
@@ -393,11 +396,11 @@ Function un.removeCopiedTools
         ${Loop}
         FileClose $1
     ${EndIf}
-    Delete $INSTDIR\${COPIED}
+    Delete $INSTDIR\${COPIED_TOOLS}
 FunctionEnd
 
-; The driver belongs to the devices and stays. Where there was none, the program's check at its start may
-; have left its service behind, which then is of no use to anybody. Takes rights that a user may lack.
+; Removes the service libusbK if there is no driver: the check at the program's start may have created it, and it is
+; useless then. Fails without administrator rights. An installed driver stays, because it belongs to the devices.
 Function un.removeServiceWithoutDriver
     StrCpy $0 $SYSDIR\drivers\libusbK.sys
     ${If} ${FileExists} $0
@@ -411,17 +414,17 @@ Function un.removeServiceWithoutDriver
     ${EndIf}
 FunctionEnd
 
-; Logs, a control list of the user's own, and whatever else lies in the folder stay.
+; Logs, a changed control list and other files of the user stay in the folder.
 Section Uninstall
     !insertmacro refuseWhileRunning quillmarsh.exe
     !insertmacro refuseWhileRunning quillmarsh-cli.exe
-    Call un.isListOwn
+    Call un.isListChanged
     ${If} $0 == 0
         Delete $INSTDIR\${LIST}
     ${EndIf}
     Call un.removeCopiedTools
     Call un.removeServiceWithoutDriver
-    ; What the program makes anew at need.
+    ; Remove the files that the program makes while it runs.
     Delete $INSTDIR\qmake\dev.jn
     Delete $INSTDIR\Artinchip_SoC.cat
     Delete ${TEMPORARY}\tmp\dev.img*

@@ -69,7 +69,8 @@ def strings(path, pattern, begin="", end=None):
 
 
 def check_scripts():
-    files = run("git", "ls-files", "--cached", "--others", "--exclude-standard", "*.sh", "*.py", ".ci/run")
+    files = run("git", "ls-files", "--cached", "--others", "--exclude-standard", "*.sh", "*.py", "*.rb",
+                ".ci/run")
     scripts = [name for name in files.split() if not name.startswith("tests/") and os.path.exists(name)]
     compare("CONTRIBUTING.md", "Script", scripts, "the project")
     allowed = {"scripts/demo.sh", "scripts/test.sh"}

@@ -36,7 +36,7 @@ if [ "${1-}" = --inside ]; then
 fi
 
 package=$(realpath "$1") harness=$(realpath "$2") base=${3-}
-scripts/install-dependencies.sh debootstrap man-db
+scripts/install-dependencies.sh debootstrap groff-base
 work=$(mktemp -d --tmpdir quillmarsh-package.XXXXXX)
 trap '[ $? -eq 0 ] || tail -n 20 "$work/log"; rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
@@ -89,9 +89,10 @@ _quillmarsh_cli quillmarsh-cli up quillmarsh-cli
 [ "${COMPREPLY[*]}" = update ]
 EOF
 for page in quillmarsh quillmarsh-cli; do
-    man -l -Tascii --warnings=all "$root/usr/share/man/man1/$page.1.gz" 2>"$work/page" | grep -q "^SEE ALSO" ||
-        { echo "There is no manual page $page." >&2; exit 1; }
-    [ ! -s "$work/page" ] || { cat "$work/page" >&2; exit 1; }
+    # As plain text: without bold and underlined letters, which would be printed twice.
+    zcat "$root/usr/share/man/man1/$page.1.gz" | groff -man -Tascii -ww -P-cbou >"$work/page" 2>"$work/warnings"
+    grep -q '^SEE ALSO' "$work/page" || { echo "There is no manual page $page." >&2; exit 1; }
+    [ ! -s "$work/warnings" ] || { cat "$work/warnings" >&2; exit 1; }
 done
 if readelf -d "$root/usr/bin/quillmarsh-cli" | grep -E 'libQt5(Gui|Widgets)'; then
     echo 'quillmarsh-cli needs libraries for windows.' >&2

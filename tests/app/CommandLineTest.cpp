@@ -61,7 +61,7 @@ TEST(CommandLineTest, TessilonixModeTakesTheModelNameAndIgnoresTheRest)
     EXPECT_EQ(options.wantedModelName, QStringLiteral("DevMaa"));
 }
 
-TEST(CommandLineTest, TheModelNameIsTakenAsItIs)
+TEST(CommandLineTest, TheModelNameIsNotChanged)
 {
     EXPECT_EQ(parse({"TessilonixUpDate", " 屏 幕 "}).wantedModelName, QStringLiteral(" 屏 幕 "));
     const std::string longName(10000, 'x');

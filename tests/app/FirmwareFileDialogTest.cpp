@@ -27,7 +27,7 @@ protected:
     void remember(const QByteArray &content) const { ASSERT_TRUE(WholeFile::write(lastDirFile(), content)); }
     QByteArray remembered() const { return WholeFile::read(lastDirFile(), "(no file)"); }
     QString start() const { return FirmwareFileDialog::startFolder(lastDirFile()); }
-    /// Runs the dialog and lets `operate` use it once it is shown.
+    /// Runs the dialog and calls `operate` with it once it is shown.
     template <typename F>
     QString choose(F operate)
     {
@@ -44,7 +44,7 @@ protected:
     QWidget m_owner;
 };
 
-TEST_F(FirmwareFileDialogTest, TheKindThatTheDeviceTakesIsTheFirstFilter)
+TEST_F(FirmwareFileDialogTest, TheFileTypeOfTheDeviceIsTheFirstFilter)
 {
     EXPECT_EQ(FirmwareFileDialog::filters(true),
               QStringLiteral("BIN 文件 (*.bin);;IMG 文件 (*.img);;所有文件 (*.*)"));
@@ -58,14 +58,14 @@ TEST_F(FirmwareFileDialogTest, BlanksAndALineEndAroundTheRememberedFolderAreTrim
     EXPECT_EQ(start(), QStringLiteral("/srv/固件 images"));
 }
 
-TEST_F(FirmwareFileDialogTest, WithoutARememberedFolderItStartsInTheDocuments)
+TEST_F(FirmwareFileDialogTest, WithoutARememberedFolderItStartsInTheDocumentsFolder)
 {
     EXPECT_EQ(start(), m_documents);
     remember(" \n");
     EXPECT_EQ(start(), m_documents);
 }
 
-TEST_F(FirmwareFileDialogTest, TheRememberedFolderIsReadWhole)
+TEST_F(FirmwareFileDialogTest, ALongRememberedFolderIsReadWhole)
 {
     const QByteArray longPath = '/' + QByteArray(40000, 'x');
     remember(longPath);
@@ -110,7 +110,7 @@ TEST_F(FirmwareFileDialogTest, AcceptingGivesTheFile)
     EXPECT_TRUE(debug.lines().contains(QStringLiteral("选择的文件: ") + image));
 }
 
-TEST_F(FirmwareFileDialogTest, ListAndNameAreWhiteWhateverTheWindowsGround)
+TEST_F(FirmwareFileDialogTest, ListAndNameFieldAreWhiteWhateverTheOwnersBackground)
 {
     m_owner.setStyleSheet(QStringLiteral("background-color: rgb(240,240,240);"));
     const QColor white(Qt::white);

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Opening a pipe whose other end nobody holds would hold up the window for ever.
-TEST(FirmwareFileDialogPipeTest, ANamedPipeInThePlaceOfTheRememberedFolderIsLeftAlone)
+// Opening a pipe that has no other end would block the window for ever.
+TEST(FirmwareFileDialogPipeTest, ANamedPipeInPlaceOfTheFileWithTheFolderIsNotOpened)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("last_dir.txt"));

@@ -17,7 +17,8 @@
 
 namespace {
 
-/// Bytes that were taken for UTF-16 become characters of whatever script, or none at all.
+/// Returns whether the text has only characters that a message of the system may have. Bytes that were
+/// wrongly read as UTF-16 become characters of arbitrary scripts, or none at all.
 bool isReadable(const QString &text)
 {
     return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar each) {

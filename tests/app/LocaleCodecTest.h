@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-/// What the program does with the system once the locale's codec is the one that it has in the program.
+/// Sets the locale's codec as the program does, for tests of file names, tools, messages and the environment.
 class LocaleCodecTest : public testing::Test
 {
 protected:

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// How late a timer of this thread comes at most, without the time in which the machine stands still.
+/// Measures how late a timer of this thread fires at most, not counting pauses of the whole machine.
 class Lateness
 {
 public:
@@ -37,43 +37,43 @@ private:
     qint64 m_worst = 0;
 };
 
-/// The main widget with its log window open, in a working directory of its own.
+/// Makes the main widget and opens its log window, in a working directory of its own.
 class LogLoadTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(QDir::setCurrent(m_folder.path()));
-        m_ground = std::make_unique<BackgroundWidget>(false);
-        m_main = new bringToForeground(m_ground.get(), false, false, QString());
+        m_background = std::make_unique<BackgroundWidget>(false);
+        m_main = new bringToForeground(m_background.get(), false, false, QString());
         m_main->onStartCheckDeviceQTimer(false);
-        m_ground->show();
+        m_background->show();
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget *window : windows) {
             if (auto *log = qobject_cast<TextWindow *>(window))
                 m_log = log;
         }
         ASSERT_NE(m_log, nullptr);
-        // The costly case: each line is painted, too.
+        // An open log window is the expensive case: each line is painted, too.
         m_log->show();
         QCoreApplication::processEvents();
     }
     void TearDown() override
     {
-        m_ground.reset();
+        m_background.reset();
         QDir::setCurrent(m_before);
     }
 
-    /// Logs from another thread, at most so many lines a second, while this one runs its events. As the
-    /// reader of a flasher's output does, it waits while the window catches up: how many lines a machine can
-    /// show in a second is for the benchmarks to say.
+    /// Logs from another thread, at most `perSecond` lines a second, while this thread processes its events.
+    /// Like the reader of a flasher's output, the other thread waits while the window is catching up, so that
+    /// a slow machine takes longer but does not fail; the benchmarks measure how many lines it can show.
     void logLines(int count, int perSecond)
     {
         constexpr int burstMs = 10;
         std::atomic<bool> ended{false};
         std::thread worker([&] {
             const int burst = perSecond * burstMs / 1000;
-            // In running time: after a pause the lines must not all come at once.
+            // A RunningTimer, so that the lines that are due after a pause do not all come at once.
             const RunningTimer sinceStart;
             for (int i = 0; i < count; ++i) {
                 while (i % burst == 0 &&
@@ -87,7 +87,7 @@ protected:
             QTest::qWait(20);
         worker.join();
     }
-    /// How many of the lines stand in the file, in their order and without a gap.
+    /// Returns how many of the lines are in the file, in order and without a gap.
     int linesInFile() const
     {
         QFile file(LogFile::updateLogPath());
@@ -104,7 +104,7 @@ protected:
     const QString m_line = QStringLiteral("line %1 of a burn that has much to say");
     const QString m_before = QDir::currentPath();
     QTemporaryDir m_folder;
-    std::unique_ptr<BackgroundWidget> m_ground;
+    std::unique_ptr<BackgroundWidget> m_background;
     bringToForeground *m_main = nullptr;
     TextWindow *m_log = nullptr;
 };

@@ -1,5 +1,5 @@
 #include "app/window/MainWindowTexts.h"
-#include "tests/app/MainWindowOnGround.h"
+#include "tests/app/TestMainWindow.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"
 #include "widgets/WidgetTab1.h"
@@ -18,12 +18,12 @@
 
 #include <vector>
 
-// Whether every text has the room that it needs, measured on the real window with the real fonts.
-// Run once for each scale of the screen (QT_SCALE_FACTOR).
+// Checks on the real window, with the real fonts, that every text fits into its widget. ctest runs these
+// tests once for each scale of the screen (QT_SCALE_FACTOR).
 
 namespace {
 
-using Options = MainWindowOnGround::Options;
+using Options = TestMainWindow::Options;
 
 Options inLanguage(bool chinese, bool automatic)
 {
@@ -35,7 +35,7 @@ Options inLanguage(bool chinese, bool automatic)
     return options;
 }
 
-/// Every text that the status title or the connection status can show in `language`.
+/// Returns every text that the status title or the connection status can show in `language`.
 QStringList textsOf(const QString &language, bool titles)
 {
     QFile file(QStringLiteral(":/JsonLanguage/%1.json").arg(language));
@@ -69,7 +69,7 @@ QSize neededBy(const QLabel *label)
     return metrics.size(0, label->text());
 }
 
-void expectTextsFit(const MainWindowOnGround &window)
+void expectTextsFit(const TestMainWindow &window)
 {
     for (const QLabel *label : window.mainWidget->findChildren<QLabel *>()) {
         if (!label->isVisible())
@@ -93,23 +93,23 @@ void expectTextsFit(const MainWindowOnGround &window)
         const QFontMetrics metrics(QFont(QStringLiteral("Arial"), 10));
         for (int index = 0; index < window.widgets.writeTypeBox->count(); ++index) {
             const QString text = window.widgets.writeTypeBox->itemText(index);
-            // The box has to draw in this font and to cut thirty pixels before its right edge; all
-            // that "USB" may lose is the last, half-inked two columns of its B.
+            // The box has to draw in this font and to clip the text thirty pixels before its right
+            // edge. "USB" may lose only the last two columns of its B, which are faint.
             EXPECT_LE(5 + metrics.tightBoundingRect(text).right(), 61 - 30 + 1) << text.toStdString();
         }
     }
 }
 
-struct Drawn
+struct VisibleItem
 {
     QString name;
     QRect rect;
 };
 
-/// What is to be seen, in the main widget's coordinates.
-std::vector<Drawn> drawn(const MainWindowOnGround &window)
+/// Returns what is visible in the window, in the main widget's coordinates.
+std::vector<VisibleItem> visibleItems(const TestMainWindow &window)
 {
-    std::vector<Drawn> result;
+    std::vector<VisibleItem> result;
     for (const char *name : {"connectTypeLabel",
                              "writeTypeBox",
                              "noticeLabel",
@@ -147,9 +147,9 @@ std::vector<Drawn> drawn(const MainWindowOnGround &window)
     return result;
 }
 
-void expectNothingOverlaps(const MainWindowOnGround &window)
+void expectNothingOverlaps(const TestMainWindow &window)
 {
-    const std::vector<Drawn> all = drawn(window);
+    const std::vector<VisibleItem> all = visibleItems(window);
     for (std::size_t i = 0; i < all.size(); ++i) {
         EXPECT_TRUE(window.mainWidget->rect().contains(all[i].rect)) << all[i].name.toStdString();
         for (std::size_t j = i + 1; j < all.size(); ++j) {
@@ -159,8 +159,8 @@ void expectNothingOverlaps(const MainWindowOnGround &window)
     }
 }
 
-/// Shows every status title and connection status in turn, and looks at the window each time.
-void expectEverythingFits(MainWindowOnGround &window, const QString &language)
+/// Shows every status title and connection status in turn and checks the window each time.
+void expectEverythingFits(TestMainWindow &window, const QString &language)
 {
     window.show();
     window.widgets.deviceModelLabel->setText(window.widgets.deviceModelLabel->text() +
@@ -186,15 +186,15 @@ void inBothLanguages(bool automatic, Check check)
     for (const bool chinese : {false, true}) {
         SCOPED_TRACE(chinese ? "Chinese" : "English");
         const Options options = inLanguage(chinese, automatic);
-        MainWindowOnGround window(options);
+        TestMainWindow window(options);
         check(window);
         expectEverythingFits(window, options.language);
     }
 }
 
-TEST(MainWindowFitTest, TheScaleIsTheOneAskedFor)
+TEST(MainWindowFitTest, TheScreenScaleIsTheRequestedOne)
 {
-    MainWindowOnGround window(inLanguage(false, false));
+    TestMainWindow window(inLanguage(false, false));
     window.show();
     bool given = false;
     const double asked = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&given);
@@ -203,17 +203,17 @@ TEST(MainWindowFitTest, TheScaleIsTheOneAskedFor)
 
 TEST(MainWindowFitTest, InNormalModeNoTextIsClippedAndNothingOverlaps)
 {
-    inBothLanguages(false, [](MainWindowOnGround &) {});
+    inBothLanguages(false, [](TestMainWindow &) {});
 }
 
 TEST(MainWindowFitTest, InTheAutomaticModesNoTextIsClippedAndNothingOverlaps)
 {
-    inBothLanguages(true, [](MainWindowOnGround &) {});
+    inBothLanguages(true, [](TestMainWindow &) {});
 }
 
 TEST(MainWindowFitTest, WithTheFileRowShownNoTextIsClippedAndNothingOverlaps)
 {
-    inBothLanguages(false, [](MainWindowOnGround &window) {
+    inBothLanguages(false, [](TestMainWindow &window) {
         window.enterLocalFileMode();
         EXPECT_EQ(window.widgets.firmwareFileEdit->size(), QSize(585, 27));
         EXPECT_EQ(window.widgets.chooseFileButton->size(), QSize(30, 27));
@@ -222,13 +222,13 @@ TEST(MainWindowFitTest, WithTheFileRowShownNoTextIsClippedAndNothingOverlaps)
 
 TEST(MainWindowFitTest, WithTheFileRowShownInAnAutomaticModeNoTextIsClippedAndNothingOverlaps)
 {
-    inBothLanguages(true, [](MainWindowOnGround &window) { window.enterLocalFileMode(); });
+    inBothLanguages(true, [](TestMainWindow &window) { window.enterLocalFileMode(); });
 }
 
 TEST(MainWindowFitTest, WithThePartitionsShownNoTextIsClippedAndNothingOverlaps)
 {
     inBothLanguages(false,
-                    [](MainWindowOnGround &window) { window.widgets.partitionSelectBox->setChecked(true); });
+                    [](TestMainWindow &window) { window.widgets.partitionSelectBox->setChecked(true); });
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "app/window/MainWindowTexts.h"
-#include "tests/app/MainWindowOnGround.h"
+#include "tests/app/TestMainWindow.h"
 #include "tests/support/RecordedDebugStream.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"
@@ -47,7 +47,7 @@ struct LayoutRow
     int alignment;
     std::optional<QMargins> margins;
     int spacing;
-    /// Names of widgets and layouts in order; "stretch" and "space:7" for what has no name.
+    /// The names of widgets and layouts in order; "stretch" and "space:7" stand for stretches and spacings.
     QStringList items;
 };
 
@@ -182,28 +182,28 @@ void expectFixed(const QWidget *widget, const QSize &size)
     }
 }
 
-MainWindowOnGround::Options english()
+TestMainWindow::Options english()
 {
     return {};
 }
 
-MainWindowOnGround::Options chinese()
+TestMainWindow::Options chinese()
 {
-    MainWindowOnGround::Options options;
+    TestMainWindow::Options options;
     options.language = QStringLiteral("zh_CN");
     options.chineseLocale = true;
     return options;
 }
 
-MainWindowOnGround::Options withWriteTypes(bool usb, bool hid)
+TestMainWindow::Options withWriteTypes(bool usb, bool hid)
 {
-    MainWindowOnGround::Options options;
+    TestMainWindow::Options options;
     options.usb = usb;
     options.hid = hid;
     return options;
 }
 
-MainWindowOnGround::Options automatic(MainWindowOnGround::Options options)
+TestMainWindow::Options automatic(TestMainWindow::Options options)
 {
     options.automatic = true;
     return options;
@@ -222,7 +222,7 @@ QStringList itemsOf(const QComboBox *box)
 
 TEST(MainWindowLayoutTest, EveryLayoutHasItsDirectionAlignmentMarginsSpacingAndItems)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     const std::vector<LayoutRow> table = layoutTable();
     for (const LayoutRow &row : table) {
         SCOPED_TRACE(row.name);
@@ -250,7 +250,7 @@ TEST(MainWindowLayoutTest, EveryLayoutHasItsDirectionAlignmentMarginsSpacingAndI
 TEST(MainWindowLayoutTest, EveryWidgetHasItsClassSizeStyleSheetTextAndInitialState)
 {
     for (const bool isChinese : {false, true}) {
-        const MainWindowOnGround window(isChinese ? chinese() : english());
+        const TestMainWindow window(isChinese ? chinese() : english());
         for (const WidgetRow &row : widgetTable) {
             SCOPED_TRACE(testing::Message() << row.name << (isChinese ? ", Chinese" : ", English"));
             auto *widget = window.mainWidget->findChild<QWidget *>(QLatin1String(row.name));
@@ -271,10 +271,10 @@ TEST(MainWindowLayoutTest, EveryWidgetHasItsClassSizeStyleSheetTextAndInitialSta
 
 TEST(MainWindowLayoutTest, EveryWidgetHasAnObjectNameOfItsOwn)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     QSet<QString> names;
     for (const QWidget *widget : window.mainWidget->findChildren<QWidget *>()) {
-        // Qt determines the names of the child widgets of its own widgets.
+        // Qt names the child widgets of its own widgets.
         const QString name = widget->objectName();
         if (name.isEmpty()) {
             const QByteArray type = widget->metaObject()->className();
@@ -291,15 +291,15 @@ TEST(MainWindowLayoutTest, EveryWidgetHasAnObjectNameOfItsOwn)
 
 TEST(MainWindowLayoutTest, TheMainWidgetIsFixedAndKeepsItsOddTitle)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     expectFixed(window.mainWidget, QSize(800, 490));
     EXPECT_EQ(window.mainWidget->windowTitle(), QStringLiteral("Custom Tab Size Example"));
 }
 
-TEST(MainWindowLayoutTest, TheTabHasOneFixedSizeAndItsText)
+TEST(MainWindowLayoutTest, TheTabHasItsFixedSizeAndText)
 {
     for (const bool isChinese : {false, true}) {
-        MainWindowOnGround window(isChinese ? chinese() : english());
+        TestMainWindow window(isChinese ? chinese() : english());
         window.show();
         const QTabBar *bar = window.widgets.tabWidget->tabBar();
         EXPECT_STREQ(bar->metaObject()->className(), "CustomTabBar");
@@ -314,7 +314,7 @@ TEST(MainWindowLayoutTest, TheTabHasOneFixedSizeAndItsText)
 
 TEST(MainWindowLayoutTest, TheFramesHaveTheirShapesAndShadows)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     EXPECT_EQ(window.widgets.divider->frameShape(), QFrame::VLine);
     EXPECT_EQ(window.widgets.divider->frameShadow(), QFrame::Plain);
     EXPECT_EQ(window.widgets.divider->lineWidth(), 1);
@@ -324,7 +324,7 @@ TEST(MainWindowLayoutTest, TheFramesHaveTheirShapesAndShadows)
 
 TEST(MainWindowLayoutTest, TheProgressBarRunsFromZeroToAHundred)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     EXPECT_EQ(window.widgets.progressBar->minimum(), 0);
     EXPECT_EQ(window.widgets.progressBar->maximum(), 100);
     EXPECT_EQ(window.widgets.progressBar->value(), 0);
@@ -332,14 +332,14 @@ TEST(MainWindowLayoutTest, TheProgressBarRunsFromZeroToAHundred)
 
 TEST(MainWindowLayoutTest, TheStateTitleWrapsAndHasAMinimumWidth)
 {
-    const MainWindowOnGround window(english());
+    const TestMainWindow window(english());
     EXPECT_TRUE(window.widgets.stateTitleLabel->wordWrap());
     EXPECT_EQ(window.widgets.stateTitleLabel->minimumWidth(), 255);
 }
 
 TEST(MainWindowLayoutTest, WithBothWriteTypesAllowedUsbIsListedBeforeHid)
 {
-    const MainWindowOnGround window(withWriteTypes(true, true));
+    const TestMainWindow window(withWriteTypes(true, true));
     EXPECT_EQ(itemsOf(window.widgets.writeTypeBox), list("USB HID"));
     EXPECT_EQ(window.widgets.writeTypeBox->currentText(), QStringLiteral("USB"));
     EXPECT_EQ(window.widgets.writeTypeBox->itemHeight(), 52);
@@ -348,11 +348,11 @@ TEST(MainWindowLayoutTest, WithBothWriteTypesAllowedUsbIsListedBeforeHid)
 
 TEST(MainWindowLayoutTest, WithOneWriteTypeOrNoneThereIsOneItem)
 {
-    const MainWindowOnGround none(withWriteTypes(false, false));
+    const TestMainWindow none(withWriteTypes(false, false));
     EXPECT_EQ(itemsOf(none.widgets.writeTypeBox), list("USB"));
-    const MainWindowOnGround usb(withWriteTypes(true, false));
+    const TestMainWindow usb(withWriteTypes(true, false));
     EXPECT_EQ(itemsOf(usb.widgets.writeTypeBox), list("USB"));
-    const MainWindowOnGround hid(withWriteTypes(false, true));
+    const TestMainWindow hid(withWriteTypes(false, true));
     EXPECT_EQ(itemsOf(hid.widgets.writeTypeBox), list("HID"));
     EXPECT_EQ(hid.widgets.writeTypeBox->itemHeight(), 26);
     EXPECT_EQ(hid.widgets.writeTypeBox->listView()->height(), 26);
@@ -360,41 +360,42 @@ TEST(MainWindowLayoutTest, WithOneWriteTypeOrNoneThereIsOneItem)
 
 TEST(MainWindowLayoutTest, OutsideChinaTheStartButtonUsesTheEnglishImagesEvenWithChineseTexts)
 {
-    MainWindowOnGround::Options options = chinese();
+    TestMainWindow::Options options = chinese();
     options.chineseLocale = false;
-    const MainWindowOnGround window(options);
+    const TestMainWindow window(options);
     EXPECT_EQ(window.widgets.startButton->styleSheet(), QLatin1String(englishStartButton));
     EXPECT_EQ(window.widgets.logBox->text(), QStringLiteral("日志"));
 }
 
 TEST(MainWindowLayoutTest, InChinaTheStartButtonUsesTheChineseImagesEvenWithEnglishTexts)
 {
-    MainWindowOnGround::Options options = english();
+    TestMainWindow::Options options = english();
     options.chineseLocale = true;
-    const MainWindowOnGround window(options);
+    const TestMainWindow window(options);
     EXPECT_EQ(window.widgets.startButton->styleSheet(), QLatin1String(chineseStartButton));
     EXPECT_EQ(window.widgets.logBox->text(), QStringLiteral("Log"));
 }
 
-TEST(MainWindowLayoutTest, TheStartButtonIsFadedWhileItIsOff)
+TEST(MainWindowLayoutTest, TheStartButtonIsFadedWhileItIsDisabled)
 {
-    MainWindowOnGround window(english());
+    TestMainWindow window(english());
     window.show();
     QApplication::processEvents();
     QPushButton *button = window.widgets.startButton;
-    const auto ground = [&] {
-        return window.ground.grab().toImage().pixelColor(button->mapTo(&window.ground, QPoint(15, 15)));
+    const auto background = [&] {
+        return window.background.grab().toImage().pixelColor(
+            button->mapTo(&window.background, QPoint(15, 15)));
     };
-    EXPECT_EQ(ground(), QColor(45, 99, 167));
+    EXPECT_EQ(background(), QColor(45, 99, 167));
     button->setEnabled(false);
-    EXPECT_GT(ground().lightness(), QColor(45, 99, 167).lightness() + 40);
+    EXPECT_GT(background().lightness(), QColor(45, 99, 167).lightness() + 40);
     button->setEnabled(true);
-    EXPECT_EQ(ground(), QColor(45, 99, 167));
+    EXPECT_EQ(background(), QColor(45, 99, 167));
 }
 
 TEST(MainWindowLayoutTest, TickingThePartitionBoxShowsTheFiveStillDisabledAndUntickingHidesThem)
 {
-    MainWindowOnGround window(english());
+    TestMainWindow window(english());
     window.show();
     const RecordedDebugStream debug;
     window.widgets.partitionSelectBox->setChecked(true);
@@ -412,9 +413,9 @@ TEST(MainWindowLayoutTest, TickingThePartitionBoxShowsTheFiveStillDisabledAndUnt
     EXPECT_FALSE(window.widgets.partitionBoxes[0]->isVisible());
 }
 
-TEST(MainWindowLayoutTest, TheIapBoxTellsItsState)
+TEST(MainWindowLayoutTest, TheIapBoxReportsItsState)
 {
-    MainWindowOnGround window(english());
+    TestMainWindow window(english());
     window.widgets.iapBox->setChecked(true);
     window.widgets.iapBox->setChecked(false);
     window.widgets.iapBox->setCheckState(Qt::PartiallyChecked);
@@ -423,7 +424,7 @@ TEST(MainWindowLayoutTest, TheIapBoxTellsItsState)
 
 TEST(MainWindowLayoutTest, TheLogBoxShowsAndHidesTheLogWindow)
 {
-    MainWindowOnGround window(english());
+    TestMainWindow window(english());
     TextWindow log;
     MainWindowLayout::connectLogBox(window.widgets, &log);
     const RecordedDebugStream debug;
@@ -436,9 +437,9 @@ TEST(MainWindowLayoutTest, TheLogBoxShowsAndHidesTheLogWindow)
     EXPECT_EQ(debug.lines(), expected);
 }
 
-TEST(MainWindowLayoutTest, TheGestureReachesThePageThroughWhatLiesOnIt)
+TEST(MainWindowLayoutTest, TheGestureReachesThePageThroughTheWidgetsOnIt)
 {
-    MainWindowOnGround window(english());
+    TestMainWindow window(english());
     window.show();
     for (int y = 305; y <= 320; y += 5) {
         for (int x = 709; x <= 759; x += 10) {
@@ -446,8 +447,8 @@ TEST(MainWindowLayoutTest, TheGestureReachesThePageThroughWhatLiesOnIt)
             QWidget *hit = window.widgets.flashingPage->childAt(onPage);
             QWidget *target = hit != nullptr ? hit : window.widgets.flashingPage;
             const int before = window.localFileModeEntered;
-            QTest::mouseClick(window.ground.windowHandle(), Qt::MiddleButton, Qt::NoModifier,
-                              window.widgets.flashingPage->mapTo(&window.ground, onPage));
+            QTest::mouseClick(window.background.windowHandle(), Qt::MiddleButton, Qt::NoModifier,
+                              window.widgets.flashingPage->mapTo(&window.background, onPage));
             EXPECT_EQ(window.localFileModeEntered, before + 1)
                 << x << ", " << y << " on " << target->objectName().toStdString();
         }
@@ -458,7 +459,7 @@ TEST(MainWindowLayoutTest, TheGestureReachesThePageThroughWhatLiesOnIt)
 
 TEST(MainWindowLayoutTest, AutomaticModesHideTheControlsAndBothLineFrames)
 {
-    MainWindowOnGround window(automatic(english()));
+    TestMainWindow window(automatic(english()));
     window.show();
     const QStringList hidden = list("startButton iapBox restartBox partitionSelectBox connectTypeLabel "
                                     "writeTypeBox divider partitionSeparator partitionBox_spl "
@@ -472,7 +473,7 @@ TEST(MainWindowLayoutTest, AutomaticModesHideTheControlsAndBothLineFrames)
 
 TEST(MainWindowLayoutTest, AutomaticModesHideTheTabButNotItsPage)
 {
-    MainWindowOnGround window(automatic(english()));
+    TestMainWindow window(automatic(english()));
     window.show();
     EXPECT_FALSE(window.widgets.tabWidget->tabBar()->isTabVisible(0));
     EXPECT_TRUE(window.widgets.flashingPage->isVisible());
@@ -483,7 +484,7 @@ TEST(MainWindowLayoutTest, AutomaticModesHideTheTabButNotItsPage)
 TEST(MainWindowLayoutTest, AutomaticModesShowTheirNotice)
 {
     for (const bool isChinese : {false, true}) {
-        const MainWindowOnGround window(automatic(isChinese ? chinese() : english()));
+        const TestMainWindow window(automatic(isChinese ? chinese() : english()));
         expectFixed(window.widgets.noticeLabel, QSize(480, 250));
         EXPECT_EQ(window.widgets.noticeRow->contentsMargins(), QMargins(200, 50, 0, 0));
         const QString notice = window.widgets.noticeLabel->text();
@@ -504,7 +505,7 @@ TEST(MainWindowLayoutTest, TheNoticesFallbacksAreTheChineseTablesTexts)
     EXPECT_EQ(noTables.lookup(MainWindowTexts::automaticNotice).toUtf8().size(), 497);
 }
 
-TEST(MainWindowLookTest, TheProgramFontIsMeasuredInPixels)
+TEST(MainWindowLookTest, TheProgramFontIsSizedInPixels)
 {
     MainWindowLook::applyProgramFont(false);
     EXPECT_EQ(QApplication::font().pixelSize(), 11);

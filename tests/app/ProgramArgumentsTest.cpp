@@ -21,12 +21,12 @@ TEST(ProgramArgumentsTest, ChineseCharactersAndBlanksArriveWhole)
               "TessilonixUpDate\n屏 幕 Ä 8\n");
 }
 
-TEST(ProgramArgumentsTest, AnEmptyOneAndOneInQuotesAreArguments)
+TEST(ProgramArgumentsTest, AnEmptyArgumentAndOneInQuotesArePassedOn)
 {
     EXPECT_EQ(listed({QString(), QStringLiteral("a \"b\" c\\"), QStringLiteral("d")}), "\na \"b\" c\\\nd\n");
 }
 
-TEST(ProgramArgumentsTest, WithoutArgumentsThereAreNone)
+TEST(ProgramArgumentsTest, WithoutArgumentsTheListIsEmpty)
 {
     EXPECT_EQ(listed({}), "");
 }

@@ -26,7 +26,7 @@ protected:
     }
     void TearDown() override { QDir::setCurrent(m_before); }
 
-    /// What a line that comes through the queue does.
+    /// Handles a line like the slot that receives the queued lines.
     void deliver(const QString &line)
     {
         if (!m_access.holdBack(&m_window, line))
@@ -51,7 +51,7 @@ protected:
     QTimer m_ticks;
 };
 
-TEST_F(SystemAccessTest, LinesFromTheQueueComeAfterTheChecksOwnAlthoughAnEventLoopRuns)
+TEST_F(SystemAccessTest, QueuedLinesFollowTheChecksLinesEvenIfAnEventLoopRunsMeanwhile)
 {
     const auto check = [this](DriverLog &log) {
         log.showLine(QStringLiteral("first shown"));
@@ -75,7 +75,7 @@ TEST_F(SystemAccessTest, LinesFromTheQueueComeAfterTheChecksOwnAlthoughAnEventLo
                                    QStringLiteral("queued 2"), QStringLiteral("later")}));
 }
 
-TEST_F(SystemAccessTest, TicksDoNothingDuringTheCheckAndGoOnAfterIt)
+TEST_F(SystemAccessTest, TicksAreBlockedDuringTheCheckAndContinueAfterIt)
 {
     int ticks = 0;
     QObject::connect(&m_ticks, &QTimer::timeout, [&ticks] { ++ticks; });
@@ -90,7 +90,7 @@ TEST_F(SystemAccessTest, TicksDoNothingDuringTheCheckAndGoOnAfterIt)
     EXPECT_TRUE(processEventsUntil([&ticks] { return ticks > 0; }));
 }
 
-TEST_F(SystemAccessTest, ShownLinesStandInThePaneOnlyAndTheNewestIsVisible)
+TEST_F(SystemAccessTest, ShownLinesAppearInThePaneOnlyAndTheNewestIsVisible)
 {
     const auto check = [](DriverLog &log) {
         for (int i = 0; i < 50; ++i)

@@ -25,7 +25,7 @@ TEST(SystemReportTest, TheTlsVersionsGoToTheDebugStreamInThreeLines)
 {
     const RecordedDebugStream stream;
     SystemReport::writeTlsVersions();
-    // Qt may say something of its own first, when it loads the TLS library.
+    // Qt may write a line of its own first, when it loads the TLS library.
     const QStringList lines = stream.lines().mid(qMax(0, stream.lines().size() - 3));
     ASSERT_EQ(lines.size(), 3);
     EXPECT_TRUE(lines.at(0).startsWith(QStringLiteral("QSslSocket= ")));

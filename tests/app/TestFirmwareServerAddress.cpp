@@ -1,7 +1,7 @@
 #include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 
-// Nobody listens on the discard port of this machine: a test that fetched would notice.
+// Nothing listens on this port, the discard port of this machine: a test that fetched something would fail.
 QString firmwareServerAddress()
 {
     return QStringLiteral("http://127.0.0.1:9");

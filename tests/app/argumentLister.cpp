@@ -1,4 +1,4 @@
-// Prints the arguments that the program would see, one a line.
+// Prints the arguments as ProgramArguments passes them to the program, one on each line.
 #include "simulator/standin/ByteStreams.h"
 #include "support/ProgramArguments.h"
 

@@ -26,7 +26,7 @@
 
 namespace {
 
-/// The main widget on its ground, in a working directory of its own.
+/// Makes the main widget inside its background window, in a working directory of its own.
 class bringToForegroundTest : public testing::Test
 {
 protected:
@@ -34,13 +34,13 @@ protected:
     {
         m_before = QDir::currentPath();
         ASSERT_TRUE(QDir::setCurrent(m_folder.path()));
-        m_ground = std::make_unique<BackgroundWidget>(false);
-        m_main = new bringToForeground(m_ground.get(), false, false, QString());
+        m_background = std::make_unique<BackgroundWidget>(false);
+        m_main = new bringToForeground(m_background.get(), false, false, QString());
         m_main->show();
     }
     void TearDown() override
     {
-        m_ground.reset();
+        m_background.reset();
         QDir::setCurrent(m_before);
     }
 
@@ -49,7 +49,7 @@ protected:
     {
         return m_main->findChild<Widget *>(QLatin1String(name));
     }
-    IAPUpDate *iapPanel() const { return m_ground->findChild<IAPUpDate *>(); }
+    IAPUpDate *iapPanel() const { return m_background->findChild<IAPUpDate *>(); }
     QTimer *checkTimer() const { return m_main->findChild<QTimer *>(); }
     QStringList logLines() const
     {
@@ -65,11 +65,11 @@ protected:
 
     QString m_before;
     QTemporaryDir m_folder;
-    std::unique_ptr<BackgroundWidget> m_ground;
+    std::unique_ptr<BackgroundWidget> m_background;
     bringToForeground *m_main = nullptr;
 };
 
-TEST_F(bringToForegroundTest, SignalsAndSlotsStandInTheirOrder)
+TEST_F(bringToForegroundTest, SignalsAndSlotsKeepTheirOrder)
 {
     const char *const expected[] = {"sigSetBtnEnable(QPushButton*,bool)",
                                     "sigStartCheckDeviceQTimer(bool)",
@@ -119,7 +119,7 @@ TEST_F(bringToForegroundTest, LogLinesAreQueuedEvenFromTheGuiThread)
     EXPECT_EQ(logLines().size(), before + 1);
 }
 
-TEST_F(bringToForegroundTest, ItCatchesUpUntilEveryLoggedLineIsWritten)
+TEST_F(bringToForegroundTest, ItIsCatchingUpUntilEveryLoggedLineIsWritten)
 {
     logLines();
     EXPECT_FALSE(m_main->isCatchingUp());
@@ -171,7 +171,7 @@ TEST_F(bringToForegroundTest, StoppingActsDirectlyAndStartingThroughSignals)
     EXPECT_TRUE(logLines().contains(QStringLiteral("StartCheckConnectTimer.")));
 }
 
-TEST_F(bringToForegroundTest, TheLogBeginsWithTheSystemsDescriptionAndThenTheConstructorsLines)
+TEST_F(bringToForegroundTest, TheLogBeginsWithTheSystemsDescriptionFollowedByTheConstructorsLines)
 {
     const QStringList lines = logLines();
     ASSERT_GE(lines.size(), 6);
@@ -216,7 +216,7 @@ TEST_F(bringToForegroundTest, TheIapPanelsLinesAreWrittenAtOnceUnlikeTheOthers)
     EXPECT_FALSE(written.contains("in the queue"));
 }
 
-TEST_F(bringToForegroundTest, TheIapPanelGoesBeforeTheMainWidgetAndTheLastLinesAreWritten)
+TEST_F(bringToForegroundTest, TheIapPanelIsDestroyedBeforeTheMainWidgetAndTheLastLinesAreWritten)
 {
     logLines();
     const QPointer<IAPUpDate> panel = iapPanel();
@@ -224,11 +224,11 @@ TEST_F(bringToForegroundTest, TheIapPanelGoesBeforeTheMainWidgetAndTheLastLinesA
                      [this] { m_main->log(QStringLiteral("a last line")); });
     delete m_main;
     EXPECT_TRUE(panel.isNull());
-    EXPECT_NE(m_ground, nullptr);
+    EXPECT_NE(m_background, nullptr);
     EXPECT_TRUE(WholeFile::read(LogFile::updateLogPath()).contains("a last line"));
 }
 
-TEST_F(bringToForegroundTest, WithoutARunOfTheProgrammerNothingIsBeingWritten)
+TEST_F(bringToForegroundTest, NothingIsBeingWrittenBeforeTheProgrammerRuns)
 {
     EXPECT_FALSE(m_main->isWriting());
 }
@@ -246,14 +246,14 @@ TEST_F(bringToForegroundTest, WithoutAnImageTheDefaultPathIsTheFolder)
     EXPECT_EQ(find<QLineEdit>("firmwareFileEdit")->text(), folder);
 }
 
-TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
+TEST_F(bringToForegroundTest, TheConstructorReportsItsStepsInOrder)
 {
-    QStringList told;
+    QStringList debugLines;
     {
         const RecordedDebugStream debug;
-        BackgroundWidget ground(false);
-        new bringToForeground(&ground, false, false, QString());
-        told = debug.lines();
+        BackgroundWidget background(false);
+        new bringToForeground(&background, false, false, QString());
+        debugLines = debug.lines();
     }
     int last = -1;
     for (const QString &beginning :
@@ -264,9 +264,9 @@ TEST_F(bringToForegroundTest, TheConstructorsStepsTellThemselvesInTheirOrder)
           QStringLiteral("Failed to open file"), QStringLiteral("Failed to open file: dev json.!"),
           QStringLiteral("Window position on screen: QPoint("), QStringLiteral("指定的路径无效!")}) {
         int at = last + 1;
-        while (at < told.size() && !told.at(at).startsWith(beginning))
+        while (at < debugLines.size() && !debugLines.at(at).startsWith(beginning))
             ++at;
-        ASSERT_LT(at, told.size()) << "missing or out of order: " << beginning.toStdString();
+        ASSERT_LT(at, debugLines.size()) << "missing or out of order: " << beginning.toStdString();
         last = at;
     }
 }
@@ -282,7 +282,7 @@ TEST_F(bringToForegroundTest, OfTwoImagesTheFirstByNameWithoutRegardToCaseIsTheD
     EXPECT_TRUE(logLines().contains(QStringLiteral("find default img file")));
 }
 
-TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
+TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowPermanently)
 {
     EXPECT_FALSE(find<QLineEdit>("firmwareFileEdit")->isVisibleTo(m_main));
     m_main->enterLocalFileMode();
@@ -291,7 +291,7 @@ TEST_F(bringToForegroundTest, TheHiddenGestureShowsTheFileRowForGood)
     EXPECT_TRUE(find<QPushButton>("chooseFileButton")->isVisibleTo(m_main));
 }
 
-TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
+TEST_F(bringToForegroundTest, SettingThePictureLevelEmitsASignalAndChangesNothing)
 {
     auto *page = m_main->findChild<WidgetTab1 *>(QStringLiteral("flashingPage"));
     ASSERT_NE(page, nullptr);
@@ -302,10 +302,10 @@ TEST_F(bringToForegroundTest, ThePictureLevelIsAnnouncedAndChangesNothing)
     QCoreApplication::processEvents();
     ASSERT_EQ(announced.size(), 1);
     EXPECT_EQ(announced.first().first().toDouble(), 100.0);
-    EXPECT_EQ(page->grab().toImage(), before) << "nobody listens, on purpose";
+    EXPECT_EQ(page->grab().toImage(), before) << "Intentional: nothing is connected to the signal.";
 }
 
-TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
+TEST_F(bringToForegroundTest, WithTheTimerStoppedTheStatusStaysAsItIs)
 {
     m_main->onStartCheckDeviceQTimer(false);
     auto *status = find<QLabel>("statusLabel");
@@ -314,7 +314,7 @@ TEST_F(bringToForegroundTest, StoppingTheTimerFreezesTheStatus)
     EXPECT_EQ(status->text(), QStringLiteral("frozen"));
 }
 
-TEST_F(bringToForegroundTest, APressOfStartWhileAToolIsWaitedForIsActedOnAfterwards)
+TEST_F(bringToForegroundTest, APressOfStartDuringAToolRunTakesEffectAfterwards)
 {
     const QString line = QStringLiteral("click UpdateBtn ERROR - Not Check Dev!");
     ScriptedTools tools;
@@ -335,7 +335,7 @@ TEST_F(bringToForegroundTest, APressOfStartWhileAToolIsWaitedForIsActedOnAfterwa
     EXPECT_EQ(logLines().count(line), 1);
 }
 
-TEST_F(bringToForegroundTest, APressOfStartThatFindsTheButtonDisabledAfterwardsIsNone)
+TEST_F(bringToForegroundTest, APressOfStartIsDroppedIfTheButtonIsDisabledAfterwards)
 {
     ScriptedTools tools;
     tools.write(QStringLiteral("tool"), tools.pause());

@@ -1,33 +1,20 @@
-#include "tests/cli/CliTest.h"
-
-#include <QDir>
+#include "tests/cli/LockedDevice.h"
 
 namespace {
 
 using namespace CliCases;
 
-/// The program without an administrator's right to open everything, beside device files that their owner has
-/// locked.
+/// Runs the program without an administrator's right to open every file, with device files that their owner
+/// has locked.
 class CliAccessTest : public CliTest
 {
 protected:
-    /// Starts the bus, and locks the files of the device on it.
-    void lockDevice()
+    /// Starts the bus and locks the files of its device.
+    void lock()
     {
-        CliScenario &s = scenario();
-        s.program.startThrough({QStringLiteral("setpriv"), QStringLiteral("--inh-caps=-all"),
-                                QStringLiteral("--ambient-caps=-all"),
-                                QStringLiteral("--bounding-set=-all")});
-        ASSERT_EQ(run({list}), 0);
-        ASSERT_EQ(stateInList(), QStringLiteral("ready"));
-        const QString nodes =
-            s.bus.environment().value(QLatin1String("UMOCKDEV_DIR")).toString() + QStringLiteral("/dev/");
-        for (const QString &name :
-             QDir(nodes).entryList({QStringLiteral("hidraw*")}, QDir::AllEntries | QDir::System)) {
-            ASSERT_TRUE(QFile::setPermissions(nodes + name, QFile::Permissions()));
-            m_locked.append(name);
-        }
+        m_locked = lockDevice(scenario());
         ASSERT_FALSE(m_locked.isEmpty());
+        ASSERT_EQ(stateInList(), QStringLiteral("ready"));
     }
     QString stateInList()
     {
@@ -39,27 +26,27 @@ protected:
     QStringList m_locked;
 };
 
-TEST_F(CliAccessTest, TheListSaysThatTheUserMayNotOpenTheDevice)
+TEST_F(CliAccessTest, TheListShowsThatTheUserMayNotOpenTheDevice)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({list}), 0);
     EXPECT_EQ(stateInList(), QStringLiteral("no-permission"));
 }
 
-TEST_F(CliAccessTest, AnUpdateEndsWithFiveAndLeavesTheDeviceAlone)
+TEST_F(CliAccessTest, AnUpdateEndsWithCodeFiveAndLeavesTheDeviceAlone)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({update}), 5);
     expectResult("failed", "idle", "no-access", 5);
     expectUntouchedDevice();
-    // Waiting does not help, and does not happen.
+    // The program does not wait: waiting would not help.
     EXPECT_EQ(run({update, QStringLiteral("--wait"), QStringLiteral("600")}), 5);
     expectResult("failed", "idle", "no-access", 5);
 }
 
 TEST_F(CliAccessTest, TheCheckNamesTheFile)
 {
-    ASSERT_NO_FATAL_FAILURE(lockDevice());
+    ASSERT_NO_FATAL_FAILURE(lock());
     EXPECT_EQ(run({QStringLiteral("check")}), 5);
     QJsonObject finding;
     for (const QJsonObject &event : scenario().events(QStringLiteral("finding"))) {

@@ -8,22 +8,22 @@
 
 class CliEndingTest;
 
-/// One way for quillmarsh-cli to end, and how it has to tell it.
+/// One way for quillmarsh-cli to end, with the exit code and the last event that it must have.
 struct Ending
 {
     const char *name;
-    /// The ending in words.
+    /// Describes the ending.
     const char *text;
     const char *model;
     QStringList arguments;
     int exitCode;
     /// Outcome, stage and reason of the last event; empty if there is none.
     const char *lastEvent;
-    /// What became of the device, as CliEndingTest::device() tells it.
+    /// What happened to the device, as returned by CliEndingTest::device().
     const char *device;
     /// Prepares the scenario; may be empty.
     std::function<void(CliEndingTest &)> prepare = {};
-    /// Happens once the program runs; may be empty.
+    /// Called once the program runs; may be empty.
     std::function<void(CliEndingTest &)> meanwhile = {};
 };
 
@@ -32,13 +32,13 @@ inline void PrintTo(const Ending &ending, std::ostream *out)
     *out << ending.text;
 }
 
-/// Each ending with its exit code and its last event. What the program really did is printed as a line
-/// "ending: ...", of which scripts/cli-endings.sh makes a table.
+/// Checks exit code, last event and device after each ending. Prints what the program really did as a line
+/// "ending: ..."; scripts/cli-endings.sh makes a table of these lines.
 class CliEndingTest : public CliTest, public testing::WithParamInterface<Ending>
 {
 public:
     using CliTest::interrupt;
-    using CliTest::waitUntilSaid;
+    using CliTest::waitForMessage;
 
     CliScenario &s() { return scenario(GetParam().model); }
     void playBurn(const QJsonArray &steps)
@@ -50,14 +50,14 @@ public:
     {
         dependsOnRealTime("the five seconds for the second request");
         interrupt();
-        ASSERT_TRUE(waitUntilSaid("the update goes on"));
+        ASSERT_TRUE(waitForMessage("the update goes on"));
         interrupt();
     }
     void remove(const QString &tool)
     {
         ASSERT_TRUE(QFile::remove(s().program.applicationFolder() + QLatin1Char('/') + tool));
     }
-    QString besideTheFolders(const char *name)
+    QString besideTheWorkingFolder(const char *name)
     {
         return s().program.workingFolder() + QLatin1String("/../") + QLatin1String(name);
     }
@@ -81,10 +81,10 @@ protected:
             texts.append(last.value(QLatin1String(field)).toString());
         return texts.join(QLatin1String(", "));
     }
-    /// Returns what became of the device through this program.
+    /// Returns what this program has done to the device.
     QString device()
     {
-        // A device that was reset comes back a moment later.
+        // A device that was reset comes back a little later.
         if (s().bus.device(s().model()).value(QLatin1String("resets")).toInt() > 0) {
             EXPECT_TRUE(s().bus.waitForDevice(s().model(), CliCases::application));
         }
@@ -103,9 +103,9 @@ protected:
         return QStringLiteral("may need another update") + place;
     }
 
-    /// Which another copy has sent before.
+    /// The reports that another copy sent to the device before.
     int m_reportsBefore = 0;
 };
 
-/// Returns all endings.
+/// Returns the endings of the program under test; each test program has its own list.
 const QVector<Ending> &endings();

@@ -5,12 +5,12 @@ namespace {
 
 using namespace CliCases;
 
-/// The servers at fault that the window program meets, too.
+/// The same faults of the server that the window program is tested with.
 class CliServerFaultTest : public CliTest, public testing::WithParamInterface<ServerFaultRow>
 {
 protected:
-    /// Where nothing arrives the fetch goes on until the program is interrupted; a part that is refused again
-    /// and again is given up, unlike in the window.
+    /// Returns whether the fetch waits until the program is interrupted, as it does when nothing arrives.
+    /// Unlike the window program, quillmarsh-cli gives up a part that is refused again and again.
     bool waitsForEver() const
     {
         return GetParam().end == FetchEnds::Waits &&
@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_P(CliServerFaultTest, ExactBytesOrAnUntouchedDevice)
+TEST_P(CliServerFaultTest, TheDeviceGetsTheExactBytesOrStaysUntouched)
 {
     const ServerFaultRow &row = GetParam();
     CliScenario &s = scenario();
@@ -56,9 +56,9 @@ INSTANTIATE_TEST_SUITE_P(Each, CliServerFaultTest, testing::ValuesIn(serverFault
 struct Behaviour
 {
     const char *name;
-    /// The runs of the flasher, of which the last is repeated.
+    /// What each run of the flasher does; later runs repeat the last one.
     QList<QJsonArray> runs;
-    /// Null where the update succeeds.
+    /// Null if the update succeeds.
     const char *reason;
 };
 
@@ -98,7 +98,7 @@ class CliFlasherTest : public CliTest, public testing::WithParamInterface<Behavi
 {
 };
 
-TEST_P(CliFlasherTest, OnlyASuccessIsOne)
+TEST_P(CliFlasherTest, OnlyASuccessIsReportedAsOne)
 {
     CliScenario &s = scenario();
     s.program.setScript(usbFlasher, scriptFor(QStringLiteral("image"), GetParam().runs));

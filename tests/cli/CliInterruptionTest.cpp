@@ -6,11 +6,11 @@ using namespace CliCases;
 
 const QString goOn = QStringLiteral("go-on");
 
-/// What SIGINT and its kin do, each in its moment.
+/// Interrupts the program at different moments with each signal that asks it to end.
 class CliInterruptionTest : public CliTest, public testing::WithParamInterface<int>
 {
 protected:
-    /// Has the flasher write until it is told to go on.
+    /// Makes the flasher write until the test lets it continue.
     void startAndWaitUntilItWrites()
     {
         CliScenario &s = scenario();
@@ -27,7 +27,7 @@ protected:
     QString goOnFile() { return scenario().program.applicationFolder() + QLatin1Char('/') + goOn; }
 };
 
-TEST_P(CliInterruptionTest, WhileTheFirmwareIsFetchedItEndsAtOnce)
+TEST_P(CliInterruptionTest, AnInterruptedFetchEndsAtOnce)
 {
     CliScenario &s = scenario();
     s.serverFaults = QStringList{QStringLiteral("stall-after:path=*.img,range=5,bytes=50000")};
@@ -40,11 +40,11 @@ TEST_P(CliInterruptionTest, WhileTheFirmwareIsFetchedItEndsAtOnce)
     expectUntouchedDevice();
 }
 
-TEST_P(CliInterruptionTest, WhileTheDeviceIsWrittenTheUpdateGoesOnAndSucceeds)
+TEST_P(CliInterruptionTest, AnUpdateThatIsWritingTheDeviceContinuesAndSucceeds)
 {
     startAndWaitUntilItWrites();
     interrupt(GetParam());
-    EXPECT_TRUE(waitUntilSaid("the update goes on"));
+    EXPECT_TRUE(waitForMessage("the update goes on"));
     EXPECT_TRUE(scenario().bus.programState().running);
     letItGoOn();
     EXPECT_EQ(waitForExit(), 0);
@@ -53,20 +53,20 @@ TEST_P(CliInterruptionTest, WhileTheDeviceIsWrittenTheUpdateGoesOnAndSucceeds)
     EXPECT_TRUE(QFile::remove(goOnFile()));
 }
 
-TEST_P(CliInterruptionTest, TheSecondOneEndsTheFlasherAndSaysHowToRepair)
+TEST_P(CliInterruptionTest, ASecondInterruptionEndsTheFlasherAndExplainsTheRepair)
 {
     dependsOnRealTime("the five seconds for the second request");
     startAndWaitUntilItWrites();
     interrupt(GetParam());
-    ASSERT_TRUE(waitUntilSaid("the update goes on"));
+    ASSERT_TRUE(waitForMessage("the update goes on"));
     interrupt(GetParam());
     EXPECT_EQ(waitForExit(), 1);
     expectResult("cancelled", "flashing", "interrupted", 1);
-    EXPECT_TRUE(waitUntilSaid("update it again and name its model with --model"));
+    EXPECT_TRUE(waitForMessage("update it again and name its model with --model"));
     EXPECT_TRUE(pollUntil([&] { return scenario().program.runningProcesses().isEmpty(); }));
     EXPECT_TRUE(scenario().burned().isEmpty());
 
-    // The way to repair it works.
+    // The explained repair works.
     letItGoOn();
     EXPECT_EQ(run({update, QStringLiteral("--model"), scenario().model()}), 0);
     EXPECT_EQ(scenario().burned(), scenario().image());
@@ -87,18 +87,18 @@ std::string nameOfSignal(const testing::TestParamInfo<int> &info)
 
 INSTANTIATE_TEST_SUITE_P(Each, CliInterruptionTest, testing::ValuesIn(endingSignals()), nameOfSignal);
 
-TEST_F(CliInterruptionTest, WhileItWaitsForADeviceItEndsAtOnce)
+TEST_F(CliInterruptionTest, AnInterruptionWhileWaitingForADeviceEndsTheProgramAtOnce)
 {
     CliScenario &s = scenario();
     s.devices[0].insert(QStringLiteral("start"), QStringLiteral("absent"));
     start({update, QStringLiteral("--wait"), QStringLiteral("600")});
-    ASSERT_TRUE(waitUntilSaid("Waiting for a device."));
+    ASSERT_TRUE(waitForMessage("Waiting for a device."));
     interrupt();
     expectExitAtOnce(130);
     expectResult("cancelled", "idle", "interrupted", 130);
 }
 
-TEST_F(CliInterruptionTest, BetweenTwoTriesOfTheFlasherItEnds)
+TEST_F(CliInterruptionTest, AnInterruptionBetweenTwoFlasherRunsEndsTheProgram)
 {
     CliScenario &s = scenario();
     s.program.setScript(
@@ -106,7 +106,7 @@ TEST_F(CliInterruptionTest, BetweenTwoTriesOfTheFlasherItEnds)
     start({update});
     ASSERT_TRUE(pollUntil([&] { return stages().count(QStringLiteral("entering-bootloader")) >= 2; }));
     interrupt(SIGINT);
-    // If the next try has begun meanwhile, the device is being written again.
+    // If the next run has begun meanwhile, the device is being written again.
     EXPECT_TRUE(pollUntil([&] {
         return !s.bus.programState().running ||
                s.program.standardError().contains(QLatin1String("the update goes on"));
@@ -114,7 +114,7 @@ TEST_F(CliInterruptionTest, BetweenTwoTriesOfTheFlasherItEnds)
     EXPECT_EQ(waitForExit(), 1);
 }
 
-TEST_F(CliInterruptionTest, WhileTheProgrammerWritesTheFirstIsAnsweredAndTheSecondEndsIt)
+TEST_F(CliInterruptionTest, WhileTheProgrammerWritesOnlyTheSecondInterruptionEndsIt)
 {
     CliScenario &s = scenario("DevMdq");
     dependsOnRealTime("the five seconds for the second request");
@@ -124,7 +124,7 @@ TEST_F(CliInterruptionTest, WhileTheProgrammerWritesTheFirstIsAnsweredAndTheSeco
     start({update});
     ASSERT_TRUE(s.waitForEvent(inStage("programming")));
     interrupt(SIGINT);
-    ASSERT_TRUE(waitUntilSaid("the update goes on"));
+    ASSERT_TRUE(waitForMessage("the update goes on"));
     interrupt(SIGINT);
     EXPECT_EQ(waitForExit(), 1);
     expectResult("cancelled", "programming", "interrupted", 1);

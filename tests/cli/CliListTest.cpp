@@ -9,8 +9,8 @@ const QString list = QStringLiteral("list");
 class CliListTest : public CliTest
 {
 protected:
-    /// Returns "MODEL STATE" of each device that the program told of, with "-" where it is gone.
-    QStringList told()
+    /// Returns "MODEL STATE" of each device event, after a "-" if the device was disconnected.
+    QStringList shownDevices()
     {
         QStringList texts;
         for (const QJsonObject &device : scenario().events(QStringLiteral("device")))
@@ -20,13 +20,13 @@ protected:
                 device.value(QLatin1String("state")).toString());
         return texts;
     }
-    bool waitUntilTold(const QStringList &wanted)
+    bool waitForDevices(const QStringList &wanted)
     {
-        return pollUntil([&] { return told() == wanted; }, eventLimitMs, 50);
+        return pollUntil([&] { return shownDevices() == wanted; }, eventLimitMs, 50);
     }
 };
 
-TEST_F(CliListTest, EachDeviceHasItsStateAndAPlaceOfItsOwn)
+TEST_F(CliListTest, EachDeviceIsListedWithItsStateAndAPositionOfItsOwn)
 {
     CliScenario &s = scenario();
     s.withServer = false;
@@ -36,8 +36,9 @@ TEST_F(CliListTest, EachDeviceHasItsStateAndAPlaceOfItsOwn)
     s.program.setControlList({QStringLiteral("DevMaa"), QStringLiteral("DevMdq"), QStringLiteral("DevMah")},
                              {QStringLiteral("USB")});
     EXPECT_EQ(run({list}), 0);
-    EXPECT_EQ(told(), (QStringList{QStringLiteral("DevMaa ready"), QStringLiteral("DevMdq iap"),
-                                   QStringLiteral("DevMbu switched-off"), QStringLiteral(" bootloader")}));
+    EXPECT_EQ(shownDevices(),
+              (QStringList{QStringLiteral("DevMaa ready"), QStringLiteral("DevMdq iap"),
+                           QStringLiteral("DevMbu switched-off"), QStringLiteral(" bootloader")}));
     QStringList positions;
     for (const QJsonObject &device : s.events(QStringLiteral("device")))
         positions.append(device.value(QLatin1String("position")).toString());
@@ -45,12 +46,12 @@ TEST_F(CliListTest, EachDeviceHasItsStateAndAPlaceOfItsOwn)
     EXPECT_EQ(positions.removeDuplicates(), 0);
 }
 
-TEST_F(CliListTest, APersonReadsPositionIdsModelAndState)
+TEST_F(CliListTest, TheTextHasPositionIdsModelAndState)
 {
     CliScenario &s = scenario();
     EXPECT_EQ(run({list}), 0);
     const QJsonObject device = s.events(QStringLiteral("device")).value(0);
-    EXPECT_EQ(runForPerson({list}), 0);
+    EXPECT_EQ(runWithTextOutput({list}), 0);
     EXPECT_EQ(s.program.standardOutput(), QStringLiteral("%1  %2:%3  DevMaa  ready\n")
                                               .arg(device.value(QLatin1String("position")).toString(),
                                                    device.value(QLatin1String("vendorId")).toString(),
@@ -58,41 +59,41 @@ TEST_F(CliListTest, APersonReadsPositionIdsModelAndState)
     EXPECT_EQ(s.program.standardError(), QString());
 }
 
-TEST_F(CliListTest, AnEmptyBusIsNoFailure)
+TEST_F(CliListTest, AnEmptyBusIsNotAFailure)
 {
     CliScenario &s = scenario();
     s.devices = {};
     EXPECT_EQ(run({list}), 0);
-    EXPECT_EQ(told(), QStringList());
-    EXPECT_EQ(runForPerson({list}), 0);
+    EXPECT_EQ(shownDevices(), QStringList());
+    EXPECT_EQ(runWithTextOutput({list}), 0);
     EXPECT_EQ(s.program.standardOutput(),
               QStringLiteral("No device that this program knows is connected.\n"));
-    EXPECT_EQ(runForPerson({list, QStringLiteral("--lang"), QStringLiteral("zh")}), 0);
+    EXPECT_EQ(runWithTextOutput({list, QStringLiteral("--lang"), QStringLiteral("zh")}), 0);
     EXPECT_EQ(s.program.standardOutput(), QStringLiteral("没有连接已知的设备。\n"));
 }
 
-TEST_F(CliListTest, WatchingTellsOfDevicesThatComeAndGoUntilItIsInterrupted)
+TEST_F(CliListTest, WatchingShowsDevicesThatComeAndGoUntilItIsInterrupted)
 {
     CliScenario &s = scenario();
     start({list, QStringLiteral("--watch")});
     QStringList wanted{QStringLiteral("DevMaa ready")};
-    ASSERT_TRUE(waitUntilTold(wanted));
+    ASSERT_TRUE(waitForDevices(wanted));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     wanted.append(QStringLiteral("-DevMaa ready"));
-    EXPECT_TRUE(waitUntilTold(wanted));
+    EXPECT_TRUE(waitForDevices(wanted));
     ASSERT_TRUE(s.bus.plugBootloader(s.model()));
     wanted.append(QStringLiteral(" bootloader"));
-    EXPECT_TRUE(waitUntilTold(wanted));
+    EXPECT_TRUE(waitForDevices(wanted));
     ASSERT_TRUE(s.bus.unplug(s.model()));
     wanted.append(QStringLiteral("- bootloader"));
-    EXPECT_TRUE(waitUntilTold(wanted));
+    EXPECT_TRUE(waitForDevices(wanted));
     ASSERT_TRUE(s.bus.plug(s.model()));
     wanted.append(QStringLiteral("DevMaa ready"));
-    EXPECT_TRUE(waitUntilTold(wanted));
+    EXPECT_TRUE(waitForDevices(wanted));
     EXPECT_TRUE(s.bus.programState().running);
     interrupt();
     EXPECT_EQ(waitForExit(), 0);
-    EXPECT_EQ(told(), wanted);
+    EXPECT_EQ(shownDevices(), wanted);
 }
 
 } // namespace

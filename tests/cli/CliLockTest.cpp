@@ -5,12 +5,12 @@ namespace {
 
 using namespace CliCases;
 
-/// A copy of one of the two programs that holds the lock until it is killed.
+/// Runs the program beside a copy of one of the two programs that holds the lock until it is killed.
 class CliLockTest : public CliTest
 {
 protected:
-    /// Expects that the program is kept out while `other` runs, and let in afterwards.
-    void expectKeptOut(OtherCopy &other)
+    /// Expects that no update can begin while `other` runs, and that one succeeds afterwards.
+    void expectNoUpdateDuring(OtherCopy &other)
     {
         const QString image = scenario().program.workingFolder() + QLatin1String("/../mine.img");
         ASSERT_TRUE(WholeFile::write(image, "mine"));
@@ -25,23 +25,23 @@ protected:
     }
 };
 
-TEST_F(CliLockTest, AnotherCopyOfThisProgramKeepsItOut)
+TEST_F(CliLockTest, AnotherCopyOfThisProgramPreventsAnUpdate)
 {
     ASSERT_EQ(run({QStringLiteral("list")}), 0);
     OtherCopy other(scenario(), BuildPaths::commandLineProgram());
     ASSERT_TRUE(other.startAndWrite({update}));
-    expectKeptOut(other);
+    expectNoUpdateDuring(other);
 }
 
-TEST_F(CliLockTest, TheWindowProgramKeepsItOut)
+TEST_F(CliLockTest, TheWindowProgramPreventsAnUpdate)
 {
     ASSERT_EQ(run({QStringLiteral("list")}), 0);
     OtherCopy other(scenario(), BuildPaths::program());
     ASSERT_TRUE(other.startAndWrite({QStringLiteral("TessilonixUpDate"), scenario().model()}));
-    expectKeptOut(other);
+    expectNoUpdateDuring(other);
 }
 
-TEST_F(CliLockTest, ItKeepsTheWindowProgramOut)
+TEST_F(CliLockTest, ItPreventsAnUpdateOfTheWindowProgram)
 {
     CliScenario &s = scenario();
     const QString other = QStringLiteral("DevMbu");

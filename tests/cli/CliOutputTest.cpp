@@ -6,7 +6,7 @@ namespace {
 
 using namespace CliCases;
 
-/// Where the output goes, and that it never stops an update.
+/// Checks where the output goes, and that no problem with it stops an update.
 class CliOutputTest : public CliTest
 {
 protected:
@@ -18,8 +18,8 @@ protected:
              QStringLiteral("exec \"$0\" \"$@\" ") + QLatin1String(redirections)});
         m_readsOutput = false;
     }
-    /// More than a pipe holds.
-    void haveTheFlasherWriteALot()
+    /// Makes the flasher write more than a pipe can hold.
+    void makeTheFlasherWriteALot()
     {
         scenario().program.setScript(
             usbFlasher,
@@ -27,16 +27,16 @@ protected:
     }
     void expectUpdate()
     {
-        haveTheFlasherWriteALot();
+        makeTheFlasherWriteALot();
         EXPECT_EQ(run({update}), 0);
         EXPECT_EQ(scenario().burned(), scenario().image());
         EXPECT_EQ(scenario().bus.device(scenario().model()).value(QLatin1String("resets")).toInt(), 1);
     }
 };
 
-TEST_F(CliOutputTest, ManyLinesAllArrive)
+TEST_F(CliOutputTest, AllOfManyLinesArrive)
 {
-    haveTheFlasherWriteALot();
+    makeTheFlasherWriteALot();
     EXPECT_EQ(run({update}), 0);
     qint64 characters = 0;
     for (const QJsonObject &event : scenario().events(QStringLiteral("log")))
@@ -44,19 +44,19 @@ TEST_F(CliOutputTest, ManyLinesAllArrive)
     EXPECT_GT(characters, 900000);
 }
 
-TEST_F(CliOutputTest, AClosedStandardOutputStopsNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsWithAClosedStandardOutput)
 {
     redirect(">&-");
     expectUpdate();
 }
 
-TEST_F(CliOutputTest, AllStreamsClosedStopNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsWithAllStreamsClosed)
 {
     redirect("<&- >&- 2>&-");
     expectUpdate();
 }
 
-TEST_F(CliOutputTest, NothingElseTakesThePlaceOfAClosedStream)
+TEST_F(CliOutputTest, NoFileOrDeviceGetsTheNumberOfAClosedStream)
 {
     CliScenario &s = scenario();
     redirect("<&- >&- 2>&-");
@@ -68,7 +68,7 @@ TEST_F(CliOutputTest, NothingElseTakesThePlaceOfAClosedStream)
     for (const QString &name : descriptors.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot))
         targets.append(QFile::symLinkTarget(descriptors.filePath(name)));
     for (const char *name : {"0", "1", "2"}) {
-        // A pipe whose other end is closed.
+        // The pipes that replace closed streams have no other end.
         const QString target = QFile::symLinkTarget(descriptors.filePath(QLatin1String(name)));
         EXPECT_TRUE(target.contains(QLatin1String("pipe:"))) << name << ": " << target.toStdString();
         EXPECT_EQ(targets.count(target), 1) << name << ": " << targets.join(QLatin1Char(' ')).toStdString();
@@ -76,15 +76,15 @@ TEST_F(CliOutputTest, NothingElseTakesThePlaceOfAClosedStream)
     m_expectsNoFiles = false;
 }
 
-TEST_F(CliOutputTest, AReaderThatIsGoneStopsNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsAlthoughTheReaderHasEnded)
 {
     redirect("> >(:) 2> >(:)");
     expectUpdate();
 }
 
-TEST_F(CliOutputTest, APipeThatNobodyReadsStopsNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsAlthoughNobodyReadsThePipe)
 {
-    // It is open for reading, too, so that it fills up.
+    // Open it for reading as well, so that writing to it fills it instead of failing.
     const QString pipe = scenario().program.workingFolder() + QLatin1String("/../pipe");
     scenario().program.startThrough({QStringLiteral("bash"), QStringLiteral("-c"),
                                      QStringLiteral("mkfifo \"$0\"; exec \"$@\" 3<>\"$0\" >&3 2>&3"), pipe});
@@ -92,13 +92,13 @@ TEST_F(CliOutputTest, APipeThatNobodyReadsStopsNothing)
     expectUpdate();
 }
 
-TEST_F(CliOutputTest, AFullDiskBehindTheOutputStopsNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsAlthoughTheDiskOfTheOutputIsFull)
 {
     redirect(">/dev/full 2>/dev/full");
     expectUpdate();
 }
 
-TEST_F(CliOutputTest, TheLogIsAppendedToTheFileOfTheUser)
+TEST_F(CliOutputTest, TheLogIsAppendedToTheUsersFile)
 {
     CliScenario &s = scenario();
     const QString log = s.program.workingFolder() + QLatin1String("/my log.txt");
@@ -110,16 +110,16 @@ TEST_F(CliOutputTest, TheLogIsAppendedToTheFileOfTheUser)
     EXPECT_EQ(s.filesLeft(), QStringList());
 }
 
-TEST_F(CliOutputTest, ALogThatCannotBeWrittenStopsNothing)
+TEST_F(CliOutputTest, AnUpdateSucceedsAlthoughTheLogCannotBeWritten)
 {
     EXPECT_EQ(run({update, QStringLiteral("--log"), QStringLiteral("/dev/full/log.txt")}), 0);
     EXPECT_EQ(scenario().burned(), scenario().image());
 }
 
-TEST_F(CliOutputTest, APersonWhoIsNoTerminalGetsPlainLinesAndIsNotAsked)
+TEST_F(CliOutputTest, WithoutATerminalTheLinesArePlainAndNothingIsAsked)
 {
     CliScenario &s = scenario();
-    EXPECT_EQ(runForPerson({update}), 0);
+    EXPECT_EQ(runWithTextOutput({update}), 0);
     const QString text = s.program.standardOutput();
     EXPECT_TRUE(text.contains(QLatin1String("\nFetching the firmware\n")));
     EXPECT_TRUE(text.contains(QLatin1String("\n  100 %\n")));
@@ -130,7 +130,7 @@ TEST_F(CliOutputTest, APersonWhoIsNoTerminalGetsPlainLinesAndIsNotAsked)
     EXPECT_EQ(s.program.standardError(), QString());
 }
 
-TEST_F(CliOutputTest, VerboseWritesDiagnosticsToStandardErrorAlone)
+TEST_F(CliOutputTest, VerboseWritesDiagnosticsToStandardErrorOnly)
 {
     EXPECT_EQ(run({update, QStringLiteral("--verbose")}), 0);
     EXPECT_NE(scenario().program.standardError(), QString());
@@ -148,14 +148,14 @@ TEST_F(CliOutputTest, AListLoadsNoLibraryForWindowsOrDbus)
         EXPECT_FALSE(loaded.contains(library)) << library;
 }
 
-TEST_F(CliOutputTest, HelpAndVersionEndWithZero)
+TEST_F(CliOutputTest, HelpAndVersionEndWithCodeZero)
 {
     CliScenario &s = scenario();
     for (const char *argument : {"--help", "--version"}) {
-        EXPECT_EQ(runForPerson({QLatin1String(argument)}), 0);
+        EXPECT_EQ(runWithTextOutput({QLatin1String(argument)}), 0);
         EXPECT_TRUE(s.program.standardOutput().contains(QLatin1String("quillmarsh-cli")));
     }
-    EXPECT_EQ(runForPerson({update, QStringLiteral("--help")}), 0);
+    EXPECT_EQ(runWithTextOutput({update, QStringLiteral("--help")}), 0);
     EXPECT_TRUE(s.program.standardOutput().contains(QLatin1String("--write-type")));
     expectUntouchedDevice();
 }

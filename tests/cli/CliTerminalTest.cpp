@@ -7,7 +7,7 @@ using namespace CliCases;
 
 const QByteArray question = "Update DevMaa? [y/N] ";
 
-/// The program with a person in front of a terminal.
+/// Runs the program on a terminal, with the test in the place of the user.
 class CliTerminalTest : public CliTest
 {
 protected:
@@ -34,7 +34,7 @@ protected:
             2 * eventLimitMs);
         return waitForExit();
     }
-    /// Returns the lines, and of each the texts that took each other's place.
+    /// Returns all lines of the screen, with each text that a rewritten line has shown as one of its own.
     QList<QByteArray> texts()
     {
         QByteArray screen = m_terminal->screen();
@@ -44,7 +44,7 @@ protected:
     std::unique_ptr<PseudoTerminal> m_terminal;
 };
 
-TEST_F(CliTerminalTest, ItAsksAndGoesOnWithYes)
+TEST_F(CliTerminalTest, ItAsksAndUpdatesAfterYes)
 {
     CliScenario &s = scenario();
     startOnTerminal({update});
@@ -79,11 +79,11 @@ TEST_F(CliTerminalTest, AnInterruptionAtTheQuestionEndsItAtOnce)
     ASSERT_TRUE(waitForScreen(question));
     interrupt();
     EXPECT_EQ(exitCode(), 130);
-    EXPECT_LE(m_sinceSignal.elapsed(), leaveLimitMs());
+    EXPECT_LE(m_sinceSignal.elapsed(), exitLimitMs());
     expectUntouchedDevice();
 }
 
-TEST_F(CliTerminalTest, WhoSaysYesBeforehandIsNotAsked)
+TEST_F(CliTerminalTest, WithYesOnTheCommandLineNothingIsAsked)
 {
     startOnTerminal({update, QStringLiteral("--yes")});
     EXPECT_EQ(exitCode(), 0);
@@ -91,12 +91,12 @@ TEST_F(CliTerminalTest, WhoSaysYesBeforehandIsNotAsked)
     EXPECT_EQ(scenario().burned(), scenario().image());
 }
 
-TEST_F(CliTerminalTest, ForAProgramThereIsNoQuestionAndNoLiveLine)
+TEST_F(CliTerminalTest, WithJsonThereIsNoQuestionAndNoRewrittenLine)
 {
     startOnTerminal({update, QStringLiteral("--json")});
     EXPECT_EQ(exitCode(), 0);
     const QByteArray screen = QByteArray(m_terminal->screen()).replace("\r\n", "\n");
-    EXPECT_EQ(EventValidation::complaint(screen), QString());
+    EXPECT_EQ(EventValidation::problemsIn(screen), QString());
 }
 
 TEST_F(CliTerminalTest, ANarrowTerminalIsNeverFilledToItsEdge)
@@ -114,7 +114,7 @@ TEST_F(CliTerminalTest, ANarrowTerminalIsNeverFilledToItsEdge)
     EXPECT_TRUE(hasLiveLine);
 }
 
-TEST_F(CliTerminalTest, WhoWantsNoColourGetsNone)
+TEST_F(CliTerminalTest, ThereIsNoColourIfTheUserWantsNone)
 {
     scenario().program.setVariable(QStringLiteral("NO_COLOR"), QStringLiteral("1"));
     startOnTerminal({update, QStringLiteral("--yes")});

@@ -19,14 +19,14 @@
 
 namespace CliCases {
 
-/// The system of the program under test; each test program has its own.
+/// Returns the system that the program under test runs on; each test program defines this function.
 std::unique_ptr<TargetSystem> programSystem();
-/// The signals that ask that program to end.
+/// Returns the signals that ask that program to end.
 QVector<int> endingSignals();
-/// Whether a signal may be sent to the process now.
+/// Returns whether a signal may be sent to the process now.
 bool canBeSignalled(qint64 programId);
-/// The milliseconds in which it has to end after one of them, unless a device is being written.
-int leaveLimitMs();
+/// Returns the milliseconds in which it has to end after one of them, unless a device is being written.
+int exitLimitMs();
 
 using StandinScript::script;
 using StandinScript::scriptFor;
@@ -38,7 +38,7 @@ const QString iapProgrammer = QStringLiteral("IAP_Programmer.exe");
 const QString update = QStringLiteral("update");
 const QString application = QStringLiteral("application");
 
-/// The fields of an event that tells of this stage.
+/// Returns the fields of the event for this stage.
 inline QJsonObject inStage(const char *stage)
 {
     return {{QStringLiteral("event"), QStringLiteral("stage")},
@@ -52,8 +52,8 @@ inline QString sumOf(const QByteArray &bytes)
 
 } // namespace CliCases
 
-/// The real quillmarsh-cli on a simulated bus. After each run with --json every line is validated against the
-/// schema, and at the end no file may be left.
+/// Runs the real quillmarsh-cli on a simulated bus. After each run with --json it validates every line
+/// against the schema, and at the end of the test it expects that no file is left.
 class CliTest : public testing::Test
 {
 protected:
@@ -94,14 +94,14 @@ protected:
         ASSERT_TRUE(scenario().start(arguments + QStringList{QStringLiteral("--json")}))
             << scenario().errorText().toStdString();
     }
-    /// Runs it with --json to its end; -1 if it did not end by itself.
+    /// Runs the program with --json to its end and returns its exit code; -1 if it did not end by itself.
     int run(const QStringList &arguments)
     {
         start(arguments);
         return HasFatalFailure() ? -1 : waitForExit();
     }
-    /// The same as a person would see it.
-    int runForPerson(const QStringList &arguments)
+    /// Runs the program without --json to its end and returns its exit code; -1 if it did not end by itself.
+    int runWithTextOutput(const QStringList &arguments)
     {
         m_isJson = false;
         return scenario().run(arguments).value_or(-1);
@@ -119,10 +119,10 @@ protected:
     void expectExitAtOnce(int exitCode)
     {
         EXPECT_EQ(waitForExit(), exitCode);
-        EXPECT_LE(m_sinceSignal.elapsed(), CliCases::leaveLimitMs());
+        EXPECT_LE(m_sinceSignal.elapsed(), CliCases::exitLimitMs());
     }
-    /// Waits until the program has said a text so many times.
-    bool waitUntilSaid(const char *text, int times = 1)
+    /// Waits until the standard error of the program contains the text this many times.
+    bool waitForMessage(const char *text, int times = 1)
     {
         return pollUntil(
             [&] { return scenario().program.standardError().count(QLatin1String(text)) >= times; });
@@ -146,7 +146,7 @@ protected:
             names.append(event.value(QLatin1String("stage")).toString());
         return names;
     }
-    /// Expects these fields of the last event, which is a result with this exit code.
+    /// Expects that the last event is the only result and has these fields.
     void expectResult(const char *outcome, const char *stage, const char *reason, int exitCode)
     {
         const QJsonObject last = lastEvent();
@@ -179,7 +179,7 @@ protected:
         return all;
     }
 
-    /// Cleared by cases whose output goes elsewhere, or that leave files behind intentionally.
+    /// Tests set these to false if the output goes elsewhere or if they leave files behind intentionally.
     bool m_readsOutput = true;
     bool m_expectsNoFiles = true;
     std::unique_ptr<CliScenario> m_scenario;
@@ -189,7 +189,7 @@ private:
     void expectValidEvents()
     {
         const QString output = m_scenario->program.standardOutput();
-        EXPECT_EQ(EventValidation::complaint(output.toUtf8()), QString());
+        EXPECT_EQ(EventValidation::problemsIn(output.toUtf8()), QString());
         const QList<QJsonObject> events = m_scenario->events();
         ASSERT_FALSE(events.isEmpty());
         EXPECT_EQ(events.first().value(QLatin1String("event")).toString(), QStringLiteral("hello"));

@@ -4,7 +4,7 @@ namespace {
 
 using namespace CliCases;
 
-/// Whole updates without a window.
+/// Runs whole updates without a window.
 class CliUpdateTest : public CliTest
 {
 protected:
@@ -38,7 +38,7 @@ TEST_F(CliUpdateTest, ADeviceIsUpdatedOverUsb)
                                            QStringLiteral("flashing"), QStringLiteral("resetting")}));
 }
 
-TEST_F(CliUpdateTest, ItTellsOfTheDeviceWhatTheListTells)
+TEST_F(CliUpdateTest, AnUpdateShowsTheSameOfTheDeviceAsTheList)
 {
     CliScenario &s = scenario();
     const auto deviceAfter = [&](const QStringList &arguments) {
@@ -58,7 +58,7 @@ TEST_F(CliUpdateTest, ItTellsOfTheDeviceWhatTheListTells)
     EXPECT_EQ(deviceAfter({update, QStringLiteral("--model"), s.model()}), listed);
 }
 
-TEST_F(CliUpdateTest, TheDownloadTellsItsBytesAndTheFlasherItsPercentage)
+TEST_F(CliUpdateTest, TheDownloadReportsBytesAndTheFlasherAPercentage)
 {
     CliScenario &s = scenario();
     EXPECT_EQ(run({update}), 0);
@@ -94,7 +94,7 @@ TEST_F(CliUpdateTest, TheControlListChoosesHid)
     EXPECT_TRUE(s.program.runs(usbFlasher).isEmpty());
 }
 
-TEST_F(CliUpdateTest, TheWriteTypeOfTheCommandLineComesBeforeTheControlList)
+TEST_F(CliUpdateTest, TheWriteTypeOfTheCommandLineOverridesTheControlList)
 {
     CliScenario &s = scenario();
     EXPECT_EQ(run({update, QStringLiteral("--write-type"), QStringLiteral("hid")}), 0);
@@ -115,7 +115,7 @@ TEST_F(CliUpdateTest, AnIapModelIsProgrammedAndTheFlashersDoNotRun)
                                      QStringLiteral("programming")}));
 }
 
-TEST_F(CliUpdateTest, AnIapModelTakesABinFileAndNoOther)
+TEST_F(CliUpdateTest, AnIapModelAcceptsOnlyABinFile)
 {
     CliScenario &s = scenario("DevMdq");
     s.withServer = false;
@@ -156,7 +156,7 @@ TEST_F(CliUpdateTest, AFileIsWrittenWithoutAServer)
     EXPECT_EQ(lastEvent().value(QLatin1String("sum")).toString(), sumOf(m_bytes));
 }
 
-TEST_F(CliUpdateTest, AFileMustHaveTheSumThatIsGiven)
+TEST_F(CliUpdateTest, AFileMustHaveTheGivenSum)
 {
     CliScenario &s = scenario();
     s.withServer = false;
@@ -170,7 +170,7 @@ TEST_F(CliUpdateTest, AFileMustHaveTheSumThatIsGiven)
     EXPECT_EQ(s.burned(), m_bytes);
 }
 
-TEST_F(CliUpdateTest, AFileThatIsNotThereLeavesTheDeviceAlone)
+TEST_F(CliUpdateTest, AMissingFileLeavesTheDeviceAlone)
 {
     EXPECT_EQ(run({update, QStringLiteral("--file"), QStringLiteral("not/there.img")}), 4);
     expectResult("failed", "idle", "image-unreadable", 4);

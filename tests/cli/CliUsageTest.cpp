@@ -4,12 +4,12 @@ namespace {
 
 using namespace CliCases;
 
-/// Command lines that are wrong: there is nobody to tell events to yet.
+/// Wrong command lines, which end the program before it can write events.
 class CliUsageTest : public CliTest
 {
 };
 
-TEST_F(CliUsageTest, EachWrongCommandLineEndsWithTwoAndTheUsageOnStandardError)
+TEST_F(CliUsageTest, EachWrongCommandLineEndsWithCodeTwoAndTheUsageOnStandardError)
 {
     CliScenario &s = scenario();
     const QList<QStringList> wrong{
@@ -24,7 +24,7 @@ TEST_F(CliUsageTest, EachWrongCommandLineEndsWithTwoAndTheUsageOnStandardError)
         {QStringLiteral("manifest")},
     };
     for (const QStringList &arguments : wrong) {
-        const int exitCode = runForPerson(arguments);
+        const int exitCode = runWithTextOutput(arguments);
         EXPECT_EQ(exitCode, 2) << arguments.join(QLatin1Char(' ')).toStdString();
         EXPECT_EQ(s.program.standardOutput(), QString());
         EXPECT_TRUE(s.program.standardError().contains(QLatin1String("Usage: quillmarsh-cli")));
@@ -34,7 +34,7 @@ TEST_F(CliUsageTest, EachWrongCommandLineEndsWithTwoAndTheUsageOnStandardError)
     expectUntouchedDevice();
 }
 
-/// What the rows of CliEndingTest say nothing of.
+/// Cases that the rows of CliEndingTest do not cover.
 class CliPreparationTest : public CliTest
 {
 };
@@ -46,7 +46,7 @@ TEST_F(CliPreparationTest, OnlyTheFlasherThatIsUsedIsNeeded)
     EXPECT_EQ(run({update, QStringLiteral("--write-type"), QStringLiteral("hid")}), 0);
 }
 
-TEST_F(CliPreparationTest, TheFlasherIsTriedTenTimes)
+TEST_F(CliPreparationTest, TheFlasherRunsTenTimesBeforeTheUpdateFails)
 {
     scenario().program.setScript(
         usbFlasher, script({{step("print", QStringLiteral("Open upg device failed\n")), step("exit", 1)}}));
@@ -56,7 +56,7 @@ TEST_F(CliPreparationTest, TheFlasherIsTriedTenTimes)
 
 TEST_F(CliPreparationTest, WithoutATemporaryFolderNothingIsWrittenElsewhere)
 {
-    // A model whose interfaces are written down while it is looked for.
+    // The search for this model writes a file with the interfaces that it has seen.
     CliScenario &s = scenario("DevMbu");
     const QString file = s.program.workingFolder() + QLatin1String("/../no-folder");
     ASSERT_TRUE(WholeFile::write(file, "a file"));

@@ -18,7 +18,7 @@ DeviceInfo device(const char *position, State state = State::Ready, quint32 prod
     return device;
 }
 
-/// Returns "POSITION STATE" of each change, with "-" where the device is gone.
+/// Returns "POSITION STATE" of each change, after a "-" if the device was disconnected.
 QStringList changes(const QVector<DeviceInfo> &before, const QVector<DeviceInfo> &after)
 {
     QStringList texts;
@@ -28,31 +28,31 @@ QStringList changes(const QVector<DeviceInfo> &before, const QVector<DeviceInfo>
     return texts;
 }
 
-TEST(DeviceChangesTest, WhatStaysIsNotTold)
+TEST(DeviceChangesTest, UnchangedDevicesAreNotReported)
 {
     EXPECT_EQ(changes({}, {}), QStringList());
     EXPECT_EQ(changes({device("1-1"), device("1-2")}, {device("1-2"), device("1-1")}), QStringList());
 }
 
-TEST(DeviceChangesTest, WhatComesAndGoesIsTold)
+TEST(DeviceChangesTest, DevicesThatComeAndGoAreReported)
 {
     EXPECT_EQ(changes({}, {device("1-1"), device("1-2")}), list({"1-1 ready", "1-2 ready"}));
     EXPECT_EQ(changes({device("1-1"), device("1-2")}, {device("1-2")}), list({"-1-1 ready"}));
     EXPECT_EQ(changes({device("1-1")}, {device("1-2")}), list({"-1-1 ready", "1-2 ready"}));
 }
 
-TEST(DeviceChangesTest, AnotherStateIsToldOnceAndNoDeviceIsGone)
+TEST(DeviceChangesTest, AChangeOfStateIsReportedOnceAndNotAsADisconnection)
 {
     EXPECT_EQ(changes({device("1-1", State::NoPermission)}, {device("1-1")}), list({"1-1 ready"}));
 }
 
-TEST(DeviceChangesTest, ADeviceThatEntersItsBootloaderIsGoneAndTheBootloaderIsNew)
+TEST(DeviceChangesTest, ADeviceThatEntersItsBootloaderIsReportedAsGoneAndTheBootloaderAsNew)
 {
     EXPECT_EQ(changes({device("1-1")}, {device("1-1", State::InBootloader, 2)}),
               list({"-1-1 ready", "1-1 bootloader"}));
 }
 
-TEST(DeviceChangesTest, OfTwoAlikeWithoutAPositionTheOneThatGoesOrComesIsTold)
+TEST(DeviceChangesTest, OfTwoAlikeDevicesWithoutAPositionTheChangedOneIsReported)
 {
     EXPECT_EQ(changes({device(""), device("")}, {device("")}), list({"- ready"}));
     EXPECT_EQ(changes({device("")}, {device(""), device("")}), list({" ready"}));

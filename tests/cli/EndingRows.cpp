@@ -1,5 +1,6 @@
 #include "harness/BuildPaths.h"
 #include "tests/cli/CliEndingTest.h"
+#include "tests/cli/LockedDevice.h"
 
 using namespace CliCases;
 
@@ -55,7 +56,7 @@ const QVector<Ending> &endings()
          [](CliEndingTest &t) {
              t.waitForStage("flashing");
              t.interrupt();
-             ASSERT_TRUE(t.waitUntilSaid("the update goes on"));
+             ASSERT_TRUE(t.waitForMessage("the update goes on"));
              WholeFile::write(t.s().program.applicationFolder() + QLatin1String("/upgcmd.exe.go-on"));
          }},
 
@@ -144,7 +145,7 @@ const QVector<Ending> &endings()
          }},
 
         {"NoDevice",
-         "no such device in time",
+         "no matching device in time",
          "DevMaa",
          {update, waitFor, QStringLiteral("1")},
          3,
@@ -230,9 +231,26 @@ const QVector<Ending> &endings()
          "failed, asking-programmer, image-refused",
          "untouched",
          [](CliEndingTest &t) {
-             WholeFile::write(t.besideTheFolders("ControlList.img"), "an image");
+             WholeFile::write(t.besideTheWorkingFolder("ControlList.img"), "an image");
          }},
+        {"SignatureThatCannotBeVerified",
+         "a signature is required, but no key is known",
+         "DevMaa",
+         {update, QStringLiteral("--require-signature")},
+         4,
+         "failed, idle, signature-refused",
+         "untouched"},
 
+        {"DeviceLocked",
+         "the user may not open the device",
+         "DevMaa",
+         {update},
+         5,
+         "failed, idle, no-access",
+         "untouched",
+         [](CliEndingTest &t) {
+             ASSERT_FALSE(lockDevice(t.s()).isEmpty());
+         }},
         {"FlasherMissing",
          "the flasher is missing",
          "DevMaa",
@@ -263,8 +281,8 @@ const QVector<Ending> &endings()
          "failed, idle, folder-unusable",
          "untouched",
          [](CliEndingTest &t) {
-             // Nobody can make a folder in a file, whatever their rights are.
-             const QString file = t.besideTheFolders("no-folder");
+             // Not even an administrator can make a folder inside a file.
+             const QString file = t.besideTheWorkingFolder("no-folder");
              ASSERT_TRUE(WholeFile::write(file, "a file"));
              t.s().program.setVariable(QStringLiteral("TMPDIR"), file);
          }},
@@ -292,7 +310,7 @@ const QVector<Ending> &endings()
          "untouched",
          [](CliEndingTest &t) { t.s().devices[0].insert(QStringLiteral("start"), QStringLiteral("absent")); },
          [](CliEndingTest &t) {
-             ASSERT_TRUE(t.waitUntilSaid("Waiting for a device."));
+             ASSERT_TRUE(t.waitForMessage("Waiting for a device."));
              t.interrupt();
          }},
         {"InterruptedWhileFetching",

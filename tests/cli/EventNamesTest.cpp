@@ -17,14 +17,14 @@ QStringList names(Enumeration last, const NameOf &nameOf)
     return all;
 }
 
-TEST(EventNamesTest, EachStageHasTheNameThatCompanionsKnow)
+TEST(EventNamesTest, EachStageHasTheNameThatCompanionsRelyOn)
 {
     EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); }),
               list({"idle", "fetching", "asking-for-model", "entering-bootloader", "flashing", "resetting",
                     "asking-programmer", "programming", "blocked", "leaving"}));
 }
 
-TEST(EventNamesTest, EachReasonHasTheNameThatCompanionsKnow)
+TEST(EventNamesTest, EachReasonHasTheNameThatCompanionsRelyOn)
 {
     EXPECT_EQ(names(UpdateReason::ProgramClosed, [](UpdateReason reason) { return EventNames::of(reason); }),
               list({"none",
@@ -49,7 +49,7 @@ TEST(EventNamesTest, EachReasonHasTheNameThatCompanionsKnow)
                     "interrupted"}));
 }
 
-TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
+TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsRelyOn)
 {
     using Outcome = UpdateResult::Outcome;
     EXPECT_EQ(names(Outcome::Cancelled, [](Outcome outcome) { return EventNames::of(outcome); }),
@@ -59,7 +59,7 @@ TEST(EventNamesTest, EachOutcomeAndEachDeviceStateHasTheNameThatCompanionsKnow)
               list({"ready", "bootloader", "iap", "no-permission", "switched-off"}));
 }
 
-TEST(EventNamesTest, NoTwoHaveTheSameName)
+TEST(EventNamesTest, NoTwoValuesHaveTheSameName)
 {
     EXPECT_EQ(names(UpdateStage::ProgramClosed, [](UpdateStage stage) { return EventNames::of(stage); })
                   .removeDuplicates(),

@@ -5,11 +5,11 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-QString EventValidation::complaint(const QByteArray &lines)
+QString EventValidation::problemsIn(const QByteArray &lines)
 {
     QTemporaryFile file;
     if (!file.open() || file.write(lines) != lines.size() || !file.flush())
-        return QStringLiteral("The lines could not be handed over.");
+        return QStringLiteral("The lines could not be written to a file for the validator.");
     QProcess validator;
     validator.setProcessChannelMode(QProcess::MergedChannels);
     validator.start(QStringLiteral(EVENT_VALIDATOR), {QStringLiteral(EVENT_SCHEMA), file.fileName()});

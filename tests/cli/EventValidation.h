@@ -6,7 +6,7 @@
 /// Validates the events of --json with a JSON schema library.
 namespace EventValidation {
 
-/// Returns what is wrong with these lines according to docs/cli-events.schema.json; empty if nothing is.
-QString complaint(const QByteArray &lines);
+/// Returns how these lines violate docs/cli-events.schema.json; empty if they do not.
+QString problemsIn(const QByteArray &lines);
 
 } // namespace EventValidation

@@ -11,24 +11,24 @@ QByteArray event(const char *fields)
     return QByteArray("{") + time + ',' + fields + "}\n";
 }
 
-TEST(EventValidationTest, WhatTheSchemaDescribesPasses)
+TEST(EventValidationTest, EventsThatMatchTheSchemaPass)
 {
     EXPECT_EQ(
-        EventValidation::complaint(event(R"("event":"stage","stage":"fetching")") +
-                                   event(R"("event":"progress","percent":7,"bytes":null,"total":null)")),
+        EventValidation::problemsIn(event(R"("event":"stage","stage":"fetching")") +
+                                    event(R"("event":"progress","percent":7,"bytes":null,"total":null)")),
         QString());
 }
 
-TEST(EventValidationTest, WhatItDoesNotDescribeIsFound)
+TEST(EventValidationTest, EventsThatViolateTheSchemaAreFound)
 {
     for (const char *fields : {R"("event":"stage","stage":"fetched")", R"("event":"stage")",
                                R"("event":"unknown")", R"("event":"stage","stage":"fetching","more":1)",
                                R"("event":"progress","percent":101,"bytes":null,"total":null)"})
-        EXPECT_TRUE(EventValidation::complaint(event(fields)).contains(QLatin1String("Line 1"))) << fields;
-    EXPECT_NE(EventValidation::complaint("no object\n"), QString());
-    EXPECT_NE(EventValidation::complaint("{\"event\":\"stage\",\"stage\":\"fetching\"}\n"), QString());
-    EXPECT_NE(EventValidation::complaint(event(R"("event":"log","line":"x")").trimmed()), QString());
-    EXPECT_NE(EventValidation::complaint(QByteArray()), QString());
+        EXPECT_TRUE(EventValidation::problemsIn(event(fields)).contains(QLatin1String("Line 1"))) << fields;
+    EXPECT_NE(EventValidation::problemsIn("no object\n"), QString());
+    EXPECT_NE(EventValidation::problemsIn("{\"event\":\"stage\",\"stage\":\"fetching\"}\n"), QString());
+    EXPECT_NE(EventValidation::problemsIn(event(R"("event":"log","line":"x")").trimmed()), QString());
+    EXPECT_NE(EventValidation::problemsIn(QByteArray()), QString());
 }
 
 } // namespace

@@ -48,14 +48,14 @@ const Row rows[] = {
     {UpdateReason::ProgramClosed, UpdateStage::Programming, 1},
 };
 
-TEST(ExitCodeTest, EachReasonHasItsCode)
+TEST(ExitCodeTest, EachReasonHasItsExitCode)
 {
     for (const Row &row : rows)
         EXPECT_EQ(static_cast<int>(exitCodeOf({outcomeOf(row.reason), row.stage, row.reason})), row.exitCode)
             << "reason " << static_cast<int>(row.reason) << " in stage " << static_cast<int>(row.stage);
 }
 
-TEST(ExitCodeTest, NoReasonIsMissingInTheTable)
+TEST(ExitCodeTest, TheTableHasEveryReason)
 {
     for (int reason = 0; reason <= static_cast<int>(UpdateReason::ProgramClosed); ++reason)
         EXPECT_TRUE(std::any_of(std::begin(rows), std::end(rows), [=](const Row &row) {

@@ -13,7 +13,7 @@ ParsedCommandLine parse(const QStringList &arguments, Texts::Language language =
     return parseOptions(arguments, language, QStringLiteral("1.2.3"));
 }
 
-/// Returns the options of a command line that is right.
+/// Returns the options of a valid command line.
 Options optionsOf(const QStringList &arguments)
 {
     const ParsedCommandLine parsed = parse(arguments);
@@ -31,7 +31,7 @@ TEST(OptionsTest, EachCommandIsKnown)
     EXPECT_EQ(optionsOf(list({"report"})).command, Command::Report);
 }
 
-TEST(OptionsTest, WhatIsNotSaidIsOff)
+TEST(OptionsTest, OptionsThatAreNotGivenAreOff)
 {
     const Options options = optionsOf(list({"update"}));
     EXPECT_FALSE(options.json);
@@ -71,7 +71,7 @@ TEST(OptionsTest, EachOptionIsRead)
     EXPECT_EQ(verify.manifest, QStringLiteral("m.json"));
 }
 
-TEST(OptionsTest, TheLanguageIsThatOfTheSystemUnlessItIsSaid)
+TEST(OptionsTest, TheLanguageIsThatOfTheSystemUnlessOneIsGiven)
 {
     using Texts::Language;
     EXPECT_EQ(parse(list({"list"}), Language::Chinese).options->language, Language::Chinese);
@@ -84,7 +84,7 @@ struct WrongLine
 {
     const char *name;
     QStringList arguments;
-    /// What the problem's text begins with.
+    /// The beginning of the problem's text.
     const char *problem;
 };
 
@@ -126,7 +126,7 @@ class WrongCommandLineTest : public testing::TestWithParam<WrongLine>
 {
 };
 
-TEST_P(WrongCommandLineTest, TellsTheProblemAndTheUsage)
+TEST_P(WrongCommandLineTest, ShowsTheProblemAndTheUsage)
 {
     const ParsedCommandLine parsed = parse(GetParam().arguments);
     EXPECT_FALSE(parsed.options);
@@ -142,7 +142,7 @@ std::string nameOfLine(const testing::TestParamInfo<WrongLine> &line)
 
 INSTANTIATE_TEST_SUITE_P(Each, WrongCommandLineTest, testing::ValuesIn(wrongLines), nameOfLine);
 
-TEST(OptionsTest, HelpAndVersionAreTextsWithExitCodeZero)
+TEST(OptionsTest, HelpAndVersionReturnATextAndExitCodeZero)
 {
     const QList<QStringList> asking{list({"--help"}),          list({"--version"}),
                                     list({"list", "--help"}),  list({"update", "--json", "--help"}),
@@ -164,7 +164,7 @@ TEST(OptionsTest, TheHelpOfACommandNamesTheCommand)
                     .text.startsWith(QLatin1String("Usage: quillmarsh-cli manifest verify ")));
 }
 
-TEST(OptionsTest, AReportHasAFileAtMost)
+TEST(OptionsTest, AReportTakesOneFileAtMost)
 {
     EXPECT_EQ(optionsOf(list({"report"})).reportFile, QString());
     EXPECT_EQ(optionsOf(list({"report", "a file.json"})).reportFile, QStringLiteral("a file.json"));

@@ -3,7 +3,7 @@
 #include "harness/process/PlainHost.h"
 #include "tests/cli/CliTest.h"
 
-/// Another copy of one of the two programs, beside the one of a scenario: on the same bus, for the same user.
+/// A second program beside the one of a scenario, on the same bus and for the same user.
 class OtherCopy
 {
 public:
@@ -15,7 +15,7 @@ public:
         scenario.program.shareUserOf(program);
     }
 
-    /// Starts it. The scenario's bus has to run.
+    /// Starts the program. The scenario's bus must be running.
     bool start(const QStringList &arguments)
     {
         Launch launch = program.launch(arguments);
@@ -24,7 +24,7 @@ public:
             launch.environment.insert(variable.key(), variable.value().toString());
         return m_host.run(launch);
     }
-    /// Starts it with a flasher that hangs. Returns whether it writes.
+    /// Starts the program with a flasher that hangs. Returns whether the program has started the flasher.
     bool startAndWrite(const QStringList &arguments)
     {
         program.setScript(CliCases::usbFlasher, CliCases::script({{CliCases::step("hang")}}));

@@ -18,10 +18,10 @@ bool CliCases::canBeSignalled(qint64 /*programId*/)
     return true;
 }
 
-int CliCases::leaveLimitMs()
+int CliCases::exitLimitMs()
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    // The sanitizer looks for leaks after the program has ended its own work.
+    // At the end of the program the sanitizer still looks for leaks.
     return 15000;
 #else
     return 2000;

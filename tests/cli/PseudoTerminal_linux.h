@@ -3,11 +3,11 @@
 #include <QByteArray>
 #include <QString>
 
-/// A terminal whose screen and keyboard are in this process.
+/// A terminal whose screen and keyboard belong to this process.
 class PseudoTerminal
 {
 public:
-    /// The terminal has this many columns; isValid() tells whether there is one.
+    /// Makes a terminal with this many columns. isValid() returns whether that succeeded.
     explicit PseudoTerminal(int columns);
     ~PseudoTerminal();
     PseudoTerminal(const PseudoTerminal &) = delete;
@@ -16,14 +16,14 @@ public:
     bool isValid() const { return !m_device.isEmpty(); }
     /// Returns the device file that a program opens as its terminal.
     QString device() const { return m_device; }
-    /// Returns everything that was written to it so far, with "\r\n" for each line feed. Does not wait.
+    /// Returns everything that programs have written to it, with "\r\n" for each line feed. Does not wait.
     const QByteArray &screen();
     /// Types these keys.
     bool type(const QByteArray &keys);
 
 private:
     int m_keyboard = -1;
-    /// Held open, so that there is a terminal between two programs.
+    /// Held open, so that the terminal stays while no program uses it.
     int m_program = -1;
     QString m_device;
     QByteArray m_screen;

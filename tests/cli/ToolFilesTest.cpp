@@ -22,7 +22,7 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(ToolFilesTest, EachIsTheFirstThatIsThere)
+TEST_F(ToolFilesTest, EachFileIsTakenFromTheFirstFolderThatHasIt)
 {
     const QStringList folders{folder("a"), folder("b"), folder("c")};
     put(folder("b"), "upgcmd.exe");
@@ -35,7 +35,7 @@ TEST_F(ToolFilesTest, EachIsTheFirstThatIsThere)
     EXPECT_EQ(files.controlList, folder("b/ControlDevList.json"));
 }
 
-TEST_F(ToolFilesTest, WhatIsNowhereIsNamedInTheFirstPlace)
+TEST_F(ToolFilesTest, AMissingFileIsNamedInTheFirstFolder)
 {
     const ToolFiles files = ToolFiles::findIn({folder("a"), folder("b")}, {folder("lists"), folder("b")});
     EXPECT_EQ(files.iapProgrammer, folder("a/IAP_Programmer.exe"));

@@ -13,7 +13,7 @@ protected:
     const QString own = QStringLiteral("/home/somebody/data/quillmarsh");
 };
 
-TEST_F(ToolFoldersTest, AFolderOfItsOwnComesFirst)
+TEST_F(ToolFoldersTest, AFolderOfTheProgramItselfComesFirst)
 {
     const QString folder = QStringLiteral("/opt/quillmarsh");
     EXPECT_EQ(toolFolders(folder), (QStringList{folder, own, QStringLiteral("/usr/local/lib/quillmarsh"),
@@ -22,7 +22,7 @@ TEST_F(ToolFoldersTest, AFolderOfItsOwnComesFirst)
               (QStringList{folder + QLatin1String("/qmake"), own, QStringLiteral("/etc/quillmarsh")}));
 }
 
-TEST_F(ToolFoldersTest, BesideAnInstalledProgramNothingIsLookedFor)
+TEST_F(ToolFoldersTest, TheFolderOfAnInstalledProgramIsNotSearched)
 {
     EXPECT_EQ(toolFolders(QStringLiteral("/usr/bin")),
               (QStringList{own, QStringLiteral("/usr/local/lib/quillmarsh"),

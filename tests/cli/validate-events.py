@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """validate-events.py SCHEMA FILE
 
-Validates each line of FILE against the JSON schema. Says which lines are wrong and exits with 1 if one is, or if
-there is none at all.
+Validates each line of FILE against the JSON schema. Prints the lines that are wrong and exits with 1 if there is
+one, or if FILE has no lines at all.
 """
 import json
 import sys

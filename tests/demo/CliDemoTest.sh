@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# CliDemoTest.sh BUILD_FOLDER CASE: one test of the demo without a window.
+# CliDemoTest.sh BUILD_FOLDER CASE: runs one test of the demo of quillmarsh-cli.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
 build=$1
@@ -18,7 +18,7 @@ demo() { # CODE [OPTION...]
     TMPDIR=$stage "$project/demo/start.sh" "$build" "$@" >"$stage/output" 2>"$stage/errors" </dev/null || code=$?
     [ "$code" -eq "$wanted" ] || fail "the demo ended with $code, not $wanted"
 }
-# Every line of the output is an event, and the last one tells of the update of MODEL.
+# Expects that every line of the output is an event and that the last one reports the update of MODEL.
 expect_events() { # MODEL
     python3 - "$1" "$stage/output" <<'PYTHON' || fail 'the events are not as expected'
 import json, sys
@@ -32,24 +32,24 @@ PYTHON
 }
 expect_same_bytes() { grep -q 'the same as' "$1" || fail 'the device did not receive the image'; }
 
-APersonSeesAWholeUpdate() {
+WithoutATerminalPlainLinesShowAWholeUpdate() {
     demo 0 --cli
     expect_same_bytes "$stage/output"
     ! grep -q '^{' "$stage/output" || fail 'there are events for a program'
-    ! grep -q $'\r' "$stage/output" || fail 'there is a live line although nobody sees it'
+    ! grep -q $'\r' "$stage/output" || fail 'a line is rewritten although there is no terminal'
     grep -q '100 %' "$stage/output" || fail 'there is no progress'
 }
-ATerminalShowsOneLiveLine() {
+ATerminalShowsOneRewrittenLine() {
     local code=0
     TMPDIR=$stage TERM=xterm script -qefc "'$project/demo/start.sh' '$build' --cli" "$stage/output" \
         >"$stage/errors" </dev/null || code=$?
     [ "$code" -eq 0 ] || fail "the demo ended with $code"
     grep -q '%' "$stage/output" || fail 'there is no progress'
-    # Only the live line goes back to its beginning without a new line.
-    [ "$(tr -cd '\r' <"$stage/output" | wc -c)" -gt "$(wc -l <"$stage/output")" ] || fail 'there is no live line'
+    # Only the rewritten line returns to its beginning without a new line.
+    [ "$(tr -cd '\r' <"$stage/output" | wc -c)" -gt "$(wc -l <"$stage/output")" ] || fail 'no line is rewritten'
     expect_same_bytes "$stage/output"
 }
-AProgramGetsNothingButEvents() {
+WithJsonOnlyEventsArePrinted() {
     demo 0 --cli --json
     expect_events DevMaa
     expect_same_bytes "$stage/errors"
@@ -68,7 +68,7 @@ AFileIsWritten() {
     demo 0 --cli --local "$stage/mine.img"
     grep -q 'received 50000 bytes, the same as' "$stage/output" || fail 'the device did not receive the file'
 }
-WhatDoesNotGoTogetherIsRefused() {
+OptionsThatContradictEachOtherAreRefused() {
     demo 2 --json
     demo 2 --cli --mode zn58
     demo 2 --cli --windows "$build"

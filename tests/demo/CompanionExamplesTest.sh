@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# CompanionExamplesTest.sh BUILD_FOLDER CASE: runs an example of docs/companions.md as it stands. The
-# quillmarsh-cli that it finds replays what the real one has written on the simulated bus.
+# CompanionExamplesTest.sh BUILD_FOLDER CASE: runs an unchanged example of docs/companions.md. The quillmarsh-cli that
+# the example finds is a script, which replays the output of the real one.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
 build=$1
@@ -12,15 +12,15 @@ fail() {
     tail -n 60 "$stage/output" "$stage/errors" >&2 || true
     exit 1
 }
-# Takes the one block of that language out of the guide, and holds it to its length.
+# Extracts the only block of that language from the guide and checks its length.
 take_example() { # LANGUAGE
-    [ "$(grep -c "^\`\`\`$1$" "$project/docs/companions.md")" -eq 1 ] || fail "the guide has not one $1 example"
+    [ "$(grep -c "^\`\`\`$1$" "$project/docs/companions.md")" -eq 1 ] || fail "the guide must have exactly one $1 example"
     sed -n "/^\`\`\`$1$/,/^\`\`\`$/{/^\`\`\`/d;p}" "$project/docs/companions.md" >"$stage/example"
     [ -s "$stage/example" ] || fail 'the example is empty'
     [ "$(wc -l <"$stage/example")" -le 40 ] || fail 'the example has more than 40 lines'
     chmod +x "$stage/example"
 }
-# A quillmarsh-cli that writes the file "replayed", notes its arguments and ends with CODE.
+# Makes a quillmarsh-cli that prints the file "replayed", records its arguments and ends with CODE.
 replay() { # CODE
     mkdir -p "$stage/bin"
     printf '#!/bin/sh\necho "$*" >>"%s/arguments"\ncat "%s/replayed"\nexit %d\n' "$stage" "$stage" "$1" \
@@ -33,16 +33,16 @@ run_example() { # CODE
     PATH=$stage/bin:$PATH "$stage/example" >"$stage/output" 2>"$stage/errors" </dev/null || code=$?
     [ "$code" -eq "$1" ] || fail "the example ended with $code, not $1"
 }
-# What the examples give to quillmarsh-cli is what it takes: it is asked in earnest, where nothing is connected.
-expect_real_program_takes() { # ARGUMENT...
+# Expects that the real quillmarsh-cli accepts these arguments of an example.
+expect_real_program_accepts() { # ARGUMENT...
     local code=0
     "$build/bin/quillmarsh-cli" "$@" --help >"$stage/output" 2>"$stage/errors" || code=$?
-    [ "$code" -eq 0 ] || fail "quillmarsh-cli does not take: $*"
+    [ "$code" -eq 0 ] || fail "quillmarsh-cli does not accept: $*"
 }
 
-ShellTellsEachExitCodeApart() {
+TheShellExampleDistinguishesTheExitCodes() {
     take_example sh
-    echo 'As the program says.' >"$stage/replayed"
+    echo 'The output of the program.' >"$stage/replayed"
     local code
     for code in 0 1 2 3 4 5 6 130; do
         replay "$code"
@@ -50,12 +50,12 @@ ShellTellsEachExitCodeApart() {
         sort -u "$stage/output" >>"$stage/answers"
     done
     grep -q '^update --yes --wait 60$' "$stage/arguments" || fail 'it does not update'
-    # 2 and 130 share an answer, 5 shows what "check" says; each time there is the program's own line.
+    # 2 and 130 have the same answer and 5 shows the output of "check"; the line of the program comes in addition.
     [ "$(sort -u "$stage/answers" | wc -l)" -eq 7 ] || fail "the answers are: $(sort -u "$stage/answers")"
-    expect_real_program_takes update --yes --wait 60
-    expect_real_program_takes check
+    expect_real_program_accepts update --yes --wait 60
+    expect_real_program_accepts check
 }
-PythonShowsTheEventsOfARealUpdate() {
+ThePythonExampleShowsTheEventsOfARealUpdate() {
     take_example python
     TMPDIR=$stage "$project/demo/start.sh" "$build" --cli --json >"$stage/replayed" 2>"$stage/errors" \
         </dev/null || fail 'there is no real update to replay'
@@ -65,23 +65,23 @@ PythonShowsTheEventsOfARealUpdate() {
     grep -q '^Progress: 100 %$' "$stage/output" || fail 'it does not show the progress'
     [ "$(tail -n 1 "$stage/output")" = 'Result: succeeded none DevMaa' ] || fail 'it does not show the result'
     # shellcheck disable=SC2046 # several arguments
-    expect_real_program_takes $(cat "$stage/arguments")
+    expect_real_program_accepts $(cat "$stage/arguments")
 }
-PythonPassesOnThatNoDeviceCame() {
+ThePythonExampleReportsThatThereIsNoDevice() {
     take_example python
-    # The real program's own words: it finds nothing where there is no bus.
+    # Record the output of the real program, which finds no device here.
     TMPDIR=$stage "$build/bin/quillmarsh-cli" update --yes --json --model DevMaa >"$stage/replayed" \
         2>"$stage/errors" </dev/null && fail 'a device was found'
     replay 3
     run_example 3
     grep -q '^Result: failed no-device DevMaa$' "$stage/output" || fail 'it does not show the reason'
 }
-PythonNoticesAProgramThatEndsTooSoon() {
+ThePythonExampleNoticesAProgramThatEndsTooSoon() {
     take_example python
     echo '{"event":"hello"}' >"$stage/replayed"
     replay 139
     run_example 1
-    grep -q 'without a result' "$stage/errors" || fail 'it does not say so'
+    grep -q 'without a result' "$stage/errors" || fail 'it does not report that'
 }
 
 "$2"

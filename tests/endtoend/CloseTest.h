@@ -54,11 +54,11 @@ protected:
     enum class WhenPaused { Fails, MayEndByWatchdog };
 
     /// Closes the window as a window manager does, and expects that the program ends without a question.
-    void closeAndExpectExit(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
+    void closeAndExpectExit(const char *watchdogReason = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
     {
         m_sinceClose.restart();
         ASSERT_TRUE(scenario().probe.close(background)) << scenario().probe.errorText().toStdString();
-        expectExit(lastResort, whenPaused);
+        expectExit(watchdogReason, whenPaused);
     }
 
     void closeAndExpectQuestion()
@@ -74,8 +74,9 @@ protected:
         expectExit();
     }
 
-    /// `lastResort` is the reason that the program prints if its watchdog had to end it without cleaning up.
-    void expectExit(const char *lastResort = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
+    /// `watchdogReason` is the reason that the program prints if its watchdog had to end it without cleaning
+    /// up.
+    void expectExit(const char *watchdogReason = nullptr, WhenPaused whenPaused = WhenPaused::Fails)
     {
         UpdateScenario &s = scenario();
         const std::optional<int> exitCode = s.bus.waitForExit();
@@ -85,8 +86,9 @@ protected:
         EXPECT_EQ(*exitCode, 0);
         EXPECT_LE(tookMs, closeLimitMs);
         EXPECT_TRUE(s.program.runningProcesses().isEmpty());
-        const QStringList reasons =
-            s.program.standardError().split(QLatin1Char('\n')).filter(QStringLiteral("Leaving at once"));
+        const QStringList reasons = s.program.standardError()
+                                        .split(QLatin1Char('\n'))
+                                        .filter(QStringLiteral("The process is ended by force"));
         m_endedByWatchdog =
             whenPaused == WhenPaused::MayEndByWatchdog && !reasons.isEmpty() && m_sinceClose.pausedMs() > 0;
         if (m_endedByWatchdog) {
@@ -95,7 +97,9 @@ protected:
             return;
         }
         EXPECT_EQ(reasons.join(QLatin1Char('\n')),
-                  lastResort ? QLatin1String("Leaving at once: ") + QLatin1String(lastResort) : QString());
+                  watchdogReason
+                      ? QLatin1String("The process is ended by force: ") + QLatin1String(watchdogReason)
+                      : QString());
         expectNoComplaint();
     }
 

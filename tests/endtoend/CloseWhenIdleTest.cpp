@@ -83,7 +83,7 @@ TEST_F(CloseWhenIdleTest, DiagnosticsThatNobodyReadsNeitherFreezeTheWindowNorPre
         while (write(pipes.last(), filler.constData(), size_t(filler.size())) > 0) {
         }
     }
-    // // Removed as soon as the program has opened them: reading them from the folder would block forever.
+    // Removed as soon as the program has opened them: reading them from the folder would block forever.
     std::thread remover([&] {
         pollUntil([&] { return !s.program.runningProcesses().isEmpty(); });
         for (const QByteArray &path : paths)

@@ -78,7 +78,7 @@ TEST_F(ReportWindowTest, TellsOfTheUpdateThatThisWindowRan)
     const QString said = textOfBox();
     EXPECT_TRUE(said.contains(QLatin1String("a report.json"))) << said.toStdString();
     EXPECT_TRUE(said.contains(QLatin1String("Nothing was sent anywhere."))) << said.toStdString();
-    EXPECT_EQ(ReportValidation::complaint(path), QString());
+    EXPECT_EQ(ReportValidation::problemsIn(path), QString());
 
     const QJsonObject report = reportIn(path);
     const QJsonObject run = report.value(QLatin1String("lastRun")).toObject();
@@ -114,7 +114,7 @@ TEST_F(ReportWindowTest, TheWindowStaysAliveWhileTheServerDoesNotAnswer)
     ASSERT_TRUE(s.bus.unplug(s.model()));
     EXPECT_TRUE(s.probe.waitForWholeText(connection, nothing));
     EXPECT_TRUE(textOfBox().contains(QLatin1String("report.json")));
-    EXPECT_EQ(ReportValidation::complaint(path), QString());
+    EXPECT_EQ(ReportValidation::problemsIn(path), QString());
     EXPECT_EQ(s.closeWindow(), 0);
 }
 
@@ -127,7 +127,7 @@ TEST_F(ReportWindowTest, LeavingDoesNotWaitForTheReport)
     const QString path = fileNamed("/report.json");
     ASSERT_TRUE(saveReportAs(s.program.toProgramPath(path))) << s.probe.errorText().toStdString();
     EXPECT_EQ(s.closeWindow(), 0);
-    EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("Leaving at once")));
+    EXPECT_FALSE(s.program.standardError().contains(QStringLiteral("The process is ended by force")));
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_EQ(QDir(s.program.workingFolder()).entryList({QStringLiteral("report*")}), QStringList());
 }

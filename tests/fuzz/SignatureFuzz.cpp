@@ -19,9 +19,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const SignatureVerdict form = MinisignSignature::parse(text, &signature);
     if (form == SignatureVerdict::Valid) {
         Fuzz::require(signature.keyId.size() == MinisignKey::idSize, "a signature names its key");
-        Fuzz::require(signature.ofImage.size() == MinisignSignature::signatureSize,
+        Fuzz::require(signature.imageSignature.size() == MinisignSignature::signatureSize,
                       "a signature of the image");
-        Fuzz::require(signature.ofComment.size() == MinisignSignature::signatureSize,
+        Fuzz::require(signature.commentSignature.size() == MinisignSignature::signatureSize,
                       "a signature of the comment");
         Fuzz::require(!signature.trustedComment.contains('\n'), "a comment is one line");
     }

@@ -19,17 +19,17 @@ void holdTheFixedPort()
     QThread::msleep(300);
 }
 
-TEST(InsideOwnNetwork, TheFixedPortIsFreeForOne)
+TEST(InsideOwnNetworkTest, TheFixedPortIsFreeForOne)
 {
     holdTheFixedPort();
 }
 
-TEST(InsideOwnNetwork, TheFixedPortIsFreeForAnother)
+TEST(InsideOwnNetworkTest, TheFixedPortIsFreeForAnother)
 {
     holdTheFixedPort();
 }
 
-TEST(InsideOwnNetwork, AProgramOnADisplayStartedInsideIsSeenAndOperated)
+TEST(InsideOwnNetworkTest, AProgramOnADisplayStartedInsideIsSeenAndOperated)
 {
     XvfbSession screen;
     ASSERT_TRUE(screen.start()) << qPrintable(screen.errorText());

@@ -43,7 +43,7 @@ bool namespaceIsPermitted(const QStringList &options)
     return waitForEnd(process) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-TEST(InOwnNetwork, IfNamespacesAreAllowedTheCommandHasItsOwn)
+TEST(OwnNetworkTest, IfNamespacesAreAllowedTheCommandHasItsOwn)
 {
     const bool permitted =
         namespaceIsPermitted({}) ||
@@ -58,19 +58,19 @@ TEST(InOwnNetwork, IfNamespacesAreAllowedTheCommandHasItsOwn)
     EXPECT_EQ(theirs != ours.readAllStandardOutput().trimmed(), permitted);
 }
 
-TEST(InOwnNetwork, TwoAtOnceBindTheSamePort)
+TEST(OwnNetworkTest, TwoAtOnceBindTheSamePort)
 {
     expectThatTwoAtOnceBothGetThePort();
 }
 
-TEST(InOwnNetwork, IfNamespacesAreNotAllowedTheCommandsTakeTurns)
+TEST(OwnNetworkTest, IfNamespacesAreNotAllowedTheCommandsTakeTurns)
 {
     qputenv("QUILLMARSH_NO_NAMESPACE", "1");
     expectThatTwoAtOnceBothGetThePort();
     qunsetenv("QUILLMARSH_NO_NAMESPACE");
 }
 
-TEST(InOwnNetwork, ItExitsWithTheCommandsExitCodeAndPassesArgumentsUnchanged)
+TEST(OwnNetworkTest, ItExitsWithTheCommandsExitCodeAndPassesArgumentsUnchanged)
 {
     const auto process = launched({QStringLiteral("sh"), QStringLiteral("-c"),
                                    QStringLiteral("[ \"$1\" = 'two  words' ] && exit 42"),

@@ -25,27 +25,27 @@ void stopWhenAsked()
         std::raise(SIGSTOP);
 }
 
-TEST(Declared, FailsInTheFirstAttempt)
+TEST(DeclaredTest, FailsInTheFirstAttempt)
 {
     dependsOnRealTime("a limit");
     stopWhenAsked();
     EXPECT_FALSE(isFirstAttempt());
 }
 
-TEST(Declared, FailsInEveryAttempt)
+TEST(DeclaredTest, FailsInEveryAttempt)
 {
     dependsOnRealTime("a limit");
     stopWhenAsked();
     FAIL();
 }
 
-TEST(Undeclared, FailsInTheFirstAttempt)
+TEST(UndeclaredTest, FailsInTheFirstAttempt)
 {
     stopWhenAsked();
     EXPECT_FALSE(isFirstAttempt());
 }
 
-TEST(Clock, IsPrinted)
+TEST(ClockTest, IsPrinted)
 {
     QElapsedTimer wall;
     wall.start();

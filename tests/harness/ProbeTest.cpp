@@ -200,7 +200,7 @@ TEST_P(ProbeTest, ChildrenOfTheProgramDoNotInheritThePortFile)
 INSTANTIATE_TEST_SUITE_P(On, ProbeTest, testing::Values(Screen::Offscreen, Screen::Xvfb),
                          testing::PrintToStringParamName());
 
-TEST(ProbeWithoutAPortFile, DoesNotAffectTheProgram)
+TEST(ProbeWithoutAPortFileTest, DoesNotAffectTheProgram)
 {
     RunningSubject subject;
     subject.stage.setVariable(QStringLiteral("QUILLMARSH_PROBE_PORT_FILE"), QString());

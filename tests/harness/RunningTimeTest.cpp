@@ -70,10 +70,10 @@ void PrintTo(const Attempt &attempt, std::ostream *out)
 }
 
 const Attempt attempts[] = {
-    {"RunsOnceMoreWhenItDependsOnRealTime", "Declared.FailsInTheFirstAttempt", true, true, true},
-    {"DoesNotRunOnceMoreWithoutAPause", "Declared.FailsInTheFirstAttempt", false, false, false},
-    {"DoesNotRunOnceMoreWhenItDependsOnNothing", "Undeclared.FailsInTheFirstAttempt", true, false, false},
-    {"FailsWhenTheSecondAttemptFailsToo", "Declared.FailsInEveryAttempt", true, false, true},
+    {"RunsOnceMoreWhenItDependsOnRealTime", "DeclaredTest.FailsInTheFirstAttempt", true, true, true},
+    {"DoesNotRunOnceMoreWithoutAPause", "DeclaredTest.FailsInTheFirstAttempt", false, false, false},
+    {"DoesNotRunOnceMoreWhenItDependsOnNothing", "UndeclaredTest.FailsInTheFirstAttempt", true, false, false},
+    {"FailsWhenTheSecondAttemptFailsToo", "DeclaredTest.FailsInEveryAttempt", true, false, true},
     {"DoesNotRunOnceMoreBesideOneThatFailsForGood", "*.FailsInTheFirstAttempt", true, false, false},
 };
 
@@ -101,7 +101,7 @@ using RunningTimeTest = PausedSubjectTest;
 
 TEST_F(RunningTimeTest, APauseOfTheProcessDoesNotCount)
 {
-    ASSERT_NO_FATAL_FAILURE(run(QStringLiteral("Clock.IsPrinted"), true));
+    ASSERT_NO_FATAL_FAILURE(run(QStringLiteral("ClockTest.IsPrinted"), true));
     const QRegularExpressionMatch times =
         QRegularExpression(QStringLiteral("wall (\\d+) running (\\d+) paused (\\d+)")).match(m_output);
     ASSERT_TRUE(times.hasMatch()) << m_output.toStdString();
@@ -111,7 +111,7 @@ TEST_F(RunningTimeTest, APauseOfTheProcessDoesNotCount)
     EXPECT_GE(times.captured(3).toLongLong(), pauseMs - 100) << m_output.toStdString();
 }
 
-TEST(RunningTimer, GoesOnWhileTheProcessRuns)
+TEST(RunningTimerTest, GoesOnWhileTheProcessRuns)
 {
     QElapsedTimer wall;
     wall.start();
@@ -120,7 +120,7 @@ TEST(RunningTimer, GoesOnWhileTheProcessRuns)
     EXPECT_GE(wall.elapsed(), 190);
 }
 
-TEST(RunningTimer, NeverGoesBackwards)
+TEST(RunningTimerTest, NeverGoesBackwards)
 {
     const RunningTimer running;
     qint64 before = 0;
@@ -131,7 +131,7 @@ TEST(RunningTimer, NeverGoesBackwards)
     }
 }
 
-TEST(RunningTimer, RestartReturnsTheElapsedTimeAndBeginsAtZero)
+TEST(RunningTimerTest, RestartReturnsTheElapsedTimeAndBeginsAtZero)
 {
     RunningTimer running;
     QThread::msleep(60);
@@ -141,14 +141,14 @@ TEST(RunningTimer, RestartReturnsTheElapsedTimeAndBeginsAtZero)
     EXPECT_FALSE(running.hasExpired(eventLimitMs));
 }
 
-TEST(Polling, ATrueConditionIsEvaluatedOnceWhateverTheLimit)
+TEST(PollingTest, ATrueConditionIsEvaluatedOnceWhateverTheLimit)
 {
     int asked = 0;
     EXPECT_TRUE(pollUntil([&asked] { return ++asked == 1; }, 0));
     EXPECT_EQ(asked, 1);
 }
 
-TEST(Polling, AFalseConditionTimesOut)
+TEST(PollingTest, AFalseConditionTimesOut)
 {
     QElapsedTimer wall;
     wall.start();
@@ -156,7 +156,7 @@ TEST(Polling, AFalseConditionTimesOut)
     EXPECT_GE(wall.elapsed(), 90);
 }
 
-TEST(Polling, ABlockingWaitIsCalledInShortStepsUntilTheLimit)
+TEST(PollingTest, ABlockingWaitIsCalledInShortStepsUntilTheLimit)
 {
     int steps = 0;
     int longest = 0;
@@ -171,7 +171,7 @@ TEST(Polling, ABlockingWaitIsCalledInShortStepsUntilTheLimit)
     EXPECT_LE(longest, 50);
 }
 
-TEST(Polling, ABlockingWaitThatIsDoneEndsTheSteps)
+TEST(PollingTest, ABlockingWaitThatIsDoneEndsTheSteps)
 {
     int steps = 0;
     EXPECT_TRUE(waitInShortSteps([&steps](int) { return ++steps == 3; }, eventLimitMs));

@@ -26,7 +26,7 @@ QStringList dies()
     return shell("echo 'giving up' >&2; exit 3");
 }
 
-TEST(ChildProcess, AProcessThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
+TEST(ChildProcessTest, AProcessThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
 {
     ChildProcess child;
     ASSERT_TRUE(child.start(dies()));
@@ -35,7 +35,7 @@ TEST(ChildProcess, AProcessThatDiesAtOnceIsReportedWithTheEndOfItsErrors)
     EXPECT_TRUE(child.errorText().contains(QLatin1String("giving up"))) << qPrintable(child.errorText());
 }
 
-TEST(ChildProcess, AProcessThatPrintsNothingTimesOut)
+TEST(ChildProcessTest, AProcessThatPrintsNothingTimesOut)
 {
     ChildProcess child;
     ASSERT_TRUE(child.start({QStringLiteral("sleep"), QStringLiteral("60")}));
@@ -43,14 +43,14 @@ TEST(ChildProcess, AProcessThatPrintsNothingTimesOut)
     EXPECT_TRUE(child.errorText().contains(QLatin1String("printed nothing in 100 ms")));
 }
 
-TEST(ChildProcess, AMissingExecutableIsReported)
+TEST(ChildProcessTest, AMissingExecutableIsReported)
 {
     ChildProcess child;
     EXPECT_FALSE(child.start({QStringLiteral("/no/such/program")}));
     EXPECT_TRUE(child.errorText().contains(QLatin1String("/no/such/program")));
 }
 
-TEST(ChildProcess, AProcessThatRefusesToEndIsKilledTogetherWithItsChildren)
+TEST(ChildProcessTest, AProcessThatRefusesToEndIsKilledTogetherWithItsChildren)
 {
     qint64 stubborn = 0;
     qint64 grandchild = 0;
@@ -67,7 +67,7 @@ TEST(ChildProcess, AProcessThatRefusesToEndIsKilledTogetherWithItsChildren)
     EXPECT_TRUE(pollUntil([&] { return processIsGone(grandchild); }));
 }
 
-TEST(ChildProcess, ItEndsWhenItsParentIsKilled)
+TEST(ChildProcessTest, ItEndsWhenItsParentIsKilled)
 {
     const QTemporaryDir leftBehind; // A killed process cannot remove its temporary folders.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -163,7 +163,7 @@ TEST_F(BusSessionTest, TheBurnedImageIsSavedWhereAsked)
     EXPECT_FALSE(m_bus.saveImage(QStringLiteral("panel"), QStringLiteral("/no/such/folder/burned.img")));
 }
 
-TEST(BusSession, AControllerThatDiesIsReportedWithTheEndOfItsErrors)
+TEST(BusSessionStartTest, AControllerThatDiesIsReportedWithTheEndOfItsErrors)
 {
     BusSession bus;
     EXPECT_FALSE(bus.startController(dies()));
@@ -171,7 +171,7 @@ TEST(BusSession, AControllerThatDiesIsReportedWithTheEndOfItsErrors)
     EXPECT_FALSE(bus.plug(QStringLiteral("panel")));
 }
 
-TEST(ServerSession, ItKnowsItsPortAndEndsItsServer)
+TEST(ServerSessionTest, ItKnowsItsPortAndEndsItsServer)
 {
     qint64 server = 0;
     {

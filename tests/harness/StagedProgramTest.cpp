@@ -14,7 +14,7 @@
 
 namespace {
 
-TEST(StagedProgram, TheProgramSeesFoldersOfItsOwn)
+TEST(StagedProgramTest, TheProgramSeesFoldersOfItsOwn)
 {
     RunningSubject subject;
     ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
@@ -25,7 +25,7 @@ TEST(StagedProgram, TheProgramSeesFoldersOfItsOwn)
     EXPECT_TRUE(subject.reported(QStringLiteral("settings")).startsWith(subject.stage.homeFolder()));
 }
 
-TEST(StagedProgram, TwoStagesShareNothing)
+TEST(StagedProgramTest, TwoStagesShareNothing)
 {
     const StagedProgram one(QStringLiteral(PROBE_SUBJECT));
     const StagedProgram other(QStringLiteral(PROBE_SUBJECT));
@@ -34,7 +34,7 @@ TEST(StagedProgram, TwoStagesShareNothing)
     EXPECT_NE(one.probePortFile(), other.probePortFile());
 }
 
-TEST(StagedProgram, TheFoldersAreRemovedWithIt)
+TEST(StagedProgramTest, TheFoldersAreRemovedWithIt)
 {
     QString folder;
     {
@@ -46,7 +46,7 @@ TEST(StagedProgram, TheFoldersAreRemovedWithIt)
     EXPECT_FALSE(QDir(folder).exists());
 }
 
-TEST(StagedProgram, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
+TEST(StagedProgramTest, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
 {
     qputenv("QUILLMARSH_KEEP_STAGE", "1");
     QString folder;
@@ -62,7 +62,7 @@ TEST(StagedProgram, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
     EXPECT_TRUE(QDir(folder).removeRecursively());
 }
 
-TEST(StagedProgram, AChineseLocaleIsChinaToTheProgramWithoutBeingInstalled)
+TEST(StagedProgramTest, AChineseLocaleIsChinaToTheProgramWithoutBeingInstalled)
 {
     RunningSubject subject;
     subject.stage.setLocale(QStringLiteral("zh_CN.UTF-8"));
@@ -71,7 +71,7 @@ TEST(StagedProgram, AChineseLocaleIsChinaToTheProgramWithoutBeingInstalled)
     EXPECT_EQ(subject.reported(QStringLiteral("codec")), QLatin1String("UTF-8"));
 }
 
-TEST(StagedProgram, WithoutAChoiceTheLocaleIsAmericanEnglish)
+TEST(StagedProgramTest, WithoutAChoiceTheLocaleIsAmericanEnglish)
 {
     RunningSubject subject;
     ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
@@ -79,7 +79,7 @@ TEST(StagedProgram, WithoutAChoiceTheLocaleIsAmericanEnglish)
     EXPECT_EQ(subject.reported(QStringLiteral("codec")), QLatin1String("UTF-8"));
 }
 
-TEST(StagedProgram, ArgumentsArePassedOnAndTheEnvironmentIsNot)
+TEST(StagedProgramTest, ArgumentsArePassedOnAndTheEnvironmentIsNot)
 {
     qputenv("HARNESS_TEST_LEAK", "yes");
     RunningSubject subject;
@@ -90,14 +90,14 @@ TEST(StagedProgram, ArgumentsArePassedOnAndTheEnvironmentIsNot)
     EXPECT_EQ(subject.reported(QStringLiteral("leak")), QLatin1String("unset"));
 }
 
-TEST(StagedProgram, AMissingExecutableIsReported)
+TEST(StagedProgramTest, AMissingExecutableIsReported)
 {
     const StagedProgram stage(QStringLiteral("/no/such/program"));
     EXPECT_FALSE(stage.isValid());
     EXPECT_TRUE(stage.errorText().contains(QLatin1String("/no/such/program")));
 }
 
-TEST(StagedProgram, ToolsAreExecutableAndBesideTheProgramWithTheirScripts)
+TEST(StagedProgramTest, ToolsAreExecutableAndBesideTheProgramWithTheirScripts)
 {
     StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     ASSERT_TRUE(stage.addAllTools(QStringLiteral(STANDIN))) << qPrintable(stage.errorText());
@@ -112,7 +112,7 @@ TEST(StagedProgram, ToolsAreExecutableAndBesideTheProgramWithTheirScripts)
     EXPECT_FALSE(stage.addTool(QStringLiteral("dpscat.exe"), QStringLiteral("/no/such/tool")));
 }
 
-TEST(StagedProgram, ARunIsReadFromItsStartAndItsEnd)
+TEST(StagedProgramTest, ARunIsReadFromItsStartAndItsEnd)
 {
     StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     const QString name = QStringLiteral("upgcmd.exe");
@@ -130,7 +130,7 @@ TEST(StagedProgram, ARunIsReadFromItsStartAndItsEnd)
     EXPECT_EQ(runs[1].exitCode, -1);
 }
 
-TEST(StagedProgram, TheControlListSwitchesItsModelsAndWriteTypesOn)
+TEST(StagedProgramTest, TheControlListSwitchesItsModelsAndWriteTypesOn)
 {
     StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     ASSERT_TRUE(
@@ -143,7 +143,7 @@ TEST(StagedProgram, TheControlListSwitchesItsModelsAndWriteTypesOn)
     EXPECT_EQ(list[QLatin1String("WriteType")].toArray().size(), 2);
 }
 
-TEST(StagedProgram, LogLinesLoseTheirTimeStampsAndNothingElse)
+TEST(StagedProgramTest, LogLinesLoseTheirTimeStampsAndNothingElse)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     EXPECT_TRUE(stage.updateLogLines().isEmpty());
@@ -154,7 +154,7 @@ TEST(StagedProgram, LogLinesLoseTheirTimeStampsAndNothingElse)
     EXPECT_EQ(stage.updateLog().toUtf8(), log);
 }
 
-TEST(StagedProgram, ThePortFileOfAnEarlierStartIsRemovedBeforeTheNext)
+TEST(StagedProgramTest, ThePortFileOfAnEarlierStartIsRemovedBeforeTheNext)
 {
     const StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
     ASSERT_TRUE(WholeFile::write(stage.probePortFile(), "4711"));
@@ -162,7 +162,7 @@ TEST(StagedProgram, ThePortFileOfAnEarlierStartIsRemovedBeforeTheNext)
     EXPECT_FALSE(QFile::exists(stage.probePortFile()));
 }
 
-TEST(StagedProgram, ARunningToolIsListedAndKilledWithTheStage)
+TEST(StagedProgramTest, ARunningToolIsListedAndKilledWithTheStage)
 {
     QProcess tool;
     qint64 toolId = 0;
@@ -182,7 +182,7 @@ TEST(StagedProgram, ARunningToolIsListedAndKilledWithTheStage)
     EXPECT_TRUE(processIsReaped(toolId));
 }
 
-TEST(PlainHost, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
+TEST(PlainHostTest, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
 {
     RunningSubject subject;
     ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
@@ -195,7 +195,7 @@ TEST(PlainHost, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
     EXPECT_EQ(state.exitCode, std::nullopt);
 }
 
-TEST(PlainHost, AProgramThatCannotBeStartedIsReported)
+TEST(PlainHostTest, AProgramThatCannotBeStartedIsReported)
 {
     PlainHost host;
     Launch launch;

@@ -25,7 +25,7 @@ QSize sizeOfPicture(const QString &path)
                                       qFromBigEndian<qint32>(header.constData() + 20));
 }
 
-TEST(XvfbSession, FourSessionsStartedAtOnceHaveDifferentDisplays)
+TEST(XvfbSessionTest, FourSessionsStartedAtOnceHaveDifferentDisplays)
 {
     struct Started
     {
@@ -58,7 +58,7 @@ TEST(XvfbSession, FourSessionsStartedAtOnceHaveDifferentDisplays)
     EXPECT_EQ(displays.size(), 4);
 }
 
-TEST(XvfbSession, TheScreenHasTheSizeAskedForAndShowsTheProgram)
+TEST(XvfbSessionTest, TheScreenHasTheSizeAskedForAndShowsTheProgram)
 {
     XvfbSession session;
     ASSERT_TRUE(session.start(QSize(1000, 700))) << qPrintable(session.errorText());
@@ -72,7 +72,7 @@ TEST(XvfbSession, TheScreenHasTheSizeAskedForAndShowsTheProgram)
     EXPECT_GT(QFileInfo(screen).size(), 2000);
 }
 
-TEST(XvfbSession, ItsServerEndsWithItAndLeavesNoZombie)
+TEST(XvfbSessionTest, ItsServerEndsWithItAndLeavesNoZombie)
 {
     qint64 server = 0;
     {
@@ -84,7 +84,7 @@ TEST(XvfbSession, ItsServerEndsWithItAndLeavesNoZombie)
     EXPECT_TRUE(processIsReaped(server));
 }
 
-TEST(XvfbSession, AnExistingDisplayIsUsedOnlyOnRequest)
+TEST(XvfbSessionTest, AnExistingDisplayIsUsedOnlyOnRequest)
 {
     qputenv("DISPLAY", ":4711");
     XvfbSession existing;

@@ -1,6 +1,6 @@
 #!/bin/sh
-# LauncherTest.sh LAUNCHER CASE: one test of the launcher on a stage of its own. The program is a
-# script there that tells what it was started with.
+# LauncherTest.sh LAUNCHER CASE: runs one test of the launcher in a temporary folder, the stage. The program is
+# replaced by a script that records how it was started.
 set -eu
 
 stage=$(mktemp -d)
@@ -11,7 +11,7 @@ sed "s|@STAGE@|$stage|g" "$1" >"$launcher"
 chmod +x "$launcher"
 echo shipped >"$stage/etc/quillmarsh/ControlDevList.json"
 
-# With a name that shells split, and that is not of the locale's.
+# A name that a shell would split and expand, with characters outside the locale's encoding.
 HOME="$stage/home of 用户 \$x"
 mkdir "$HOME"
 export HOME
@@ -23,12 +23,12 @@ install_program() { # TEXT: what its script ends with
     rm -f "$stage/lib/quillmarsh/quillmarsh"
     cat >"$stage/lib/quillmarsh/quillmarsh" <<END
 #!/bin/sh
-printf '%s\n' "\$0" "\$PWD" "\$TMPDIR" "\$\$" "\$#" "\$@" >"$stage/told"
+printf '%s\n' "\$0" "\$PWD" "\$TMPDIR" "\$\$" "\$#" "\$@" >"$stage/recorded"
 $1
 END
     chmod 755 "$stage/lib/quillmarsh/quillmarsh"
 }
-told() { sed -n "$1p" "$stage/told"; }
+recorded() { sed -n "$1p" "$stage/recorded"; }
 fail() {
     echo "$*" >&2
     exit 1
@@ -40,56 +40,56 @@ wait_for() { # FILE
     tries=0
     until [ -s "$1" ]; do
         tries=$((tries + 1))
-        [ $tries -lt 500 ] || fail "$1 did not come"
+        [ $tries -lt 500 ] || fail "$1 did not appear"
         sleep 0.02
     done
 }
 install_program 'exit 0'
 
-TheProgramRunsFromACopyBesideWhichItMayWrite() {
+TheProgramRunsFromACopyInAFolderThatItMayWriteTo() {
     "$launcher"
-    equal program "$(told 1)" "$beside/quillmarsh"
+    equal program "$(recorded 1)" "$beside/quillmarsh"
     [ ! -L "$beside/quillmarsh" ] || fail "the program is a link"
     cmp "$beside/quillmarsh" "$stage/lib/quillmarsh/quillmarsh"
     equal "files beside it" "$(ls "$beside")" "$(printf 'qmake\nquillmarsh\ntmp')"
     touch "$beside/qmake/dev.jn"
 }
 
-ItsWorkingFolderIsTheUsersOwn() {
+ItsWorkingFolderBelongsToTheUser() {
     cd /
     "$launcher"
-    equal "working folder" "$(told 2)" "$own"
+    equal "working folder" "$(recorded 2)" "$own"
     equal "files in it" "$(ls -A "$own")" ""
 }
 
-ArgumentsArePassedOnAsTheyAre() {
+ArgumentsArePassedOnUnchanged() {
     "$launcher" TessilonixUpDate "Dev Mac" "" '$HOME *'
-    equal count "$(told 5)" 4
-    equal arguments "$(sed -n '6,$p' "$stage/told")" "$(printf '%s\n' TessilonixUpDate 'Dev Mac' '' '$HOME *')"
+    equal count "$(recorded 5)" 4
+    equal arguments "$(sed -n '6,$p' "$stage/recorded")" "$(printf '%s\n' TessilonixUpDate 'Dev Mac' '' '$HOME *')"
 }
 
-TheExitCodeArrives() {
+TheExitCodeIsPassedOn() {
     install_program 'exit 7'
     code=0
     "$launcher" || code=$?
     equal "exit code" "$code" 7
 }
 
-TheProgramTakesTheLaunchersPlaceSoThatSignalsArrive() {
+TheProgramReplacesTheLauncherSoThatSignalsReachIt() {
     install_program 'trap "exit 9" TERM; while :; do sleep 0.02; done'
     "$launcher" &
-    wait_for "$stage/told"
-    equal "process id" "$(told 4)" $!
+    wait_for "$stage/recorded"
+    equal "process id" "$(recorded 4)" $!
     kill -TERM $!
     code=0
     wait $! || code=$?
     equal "exit code" "$code" 9
 }
 
-ANewProgramReplacesTheCopyAlsoWhileTheOldOneRuns() {
+ANewProgramReplacesTheCopyEvenWhileTheOldOneRuns() {
     install_program 'trap "exit 9" TERM; while :; do sleep 0.02; done # old'
     "$launcher" &
-    wait_for "$stage/told"
+    wait_for "$stage/recorded"
     install_program 'exit 3'
     code=0
     "$launcher" || code=$?
@@ -119,7 +119,7 @@ TheControlListIsTheSystemsUntilTheUserHasOne() {
     equal list "$(cat "$beside/qmake/ControlDevList.json")" changed
 }
 
-TheMakersToolsAreFoundInTheirFoldersTheUsersFirst() {
+TheMakersToolsAreFoundInTheUsersFolderFirst() {
     echo package >"$stage/lib/quillmarsh/tools/upgcmd.exe"
     echo package >"$stage/lib/quillmarsh/tools/upgcmdHid.exe"
     echo local >"$stage/local/lib/quillmarsh/upgcmdHid.exe"
@@ -138,12 +138,12 @@ TheMakersToolsAreFoundInTheirFoldersTheUsersFirst() {
     [ ! -L "$beside/IAP_Programmer.exe" ] || fail "the link to a tool that went away is left"
 }
 
-TemporaryFilesGoToTheUsersFolderWhateverTMPDIRSays() {
+TemporaryFilesGoToTheUsersFolderWhateverTMPDIRIs() {
     "$launcher"
-    equal TMPDIR "$(told 3)" "$beside/tmp"
+    equal TMPDIR "$(recorded 3)" "$beside/tmp"
     [ -d "$beside/tmp" ] || fail "$beside/tmp is missing"
     TMPDIR=$stage "$launcher"
-    equal TMPDIR "$(told 3)" "$beside/tmp"
+    equal TMPDIR "$(recorded 3)" "$beside/tmp"
 }
 
 OnlyTheUserMayEnterTheFolderForTemporaryFiles() {
@@ -154,34 +154,34 @@ OnlyTheUserMayEnterTheFolderForTemporaryFiles() {
     equal mode "$(stat -c %a "$beside/tmp")" 700
 }
 
-AFolderForTemporaryFilesThatIsALinkIsNotUsed() {
+ALinkIsNotUsedAsTheFolderForTemporaryFiles() {
     mkdir -p "$beside"
     ln -s "$stage" "$beside/tmp"
     code=0
     "$launcher" 2>"$stage/errors" || code=$?
     equal "exit code" "$code" 1
     grep -qF "quillmarsh: $beside/tmp is a link" "$stage/errors" || fail "$(cat "$stage/errors")"
-    [ ! -e "$stage/told" ] || fail "the program was started"
+    [ ! -e "$stage/recorded" ] || fail "the program was started"
 }
 
-TheBaseFoldersOfTheEnvironmentAreUsedWhenTheyAreAbsolute() {
+TheBaseFoldersOfTheEnvironmentAreUsedIfTheyAreAbsolute() {
     XDG_CACHE_HOME="$stage/c c" XDG_DATA_HOME="$stage/d d" "$launcher"
-    equal program "$(told 1)" "$stage/c c/quillmarsh/quillmarsh"
-    equal "working folder" "$(told 2)" "$stage/d d/quillmarsh"
+    equal program "$(recorded 1)" "$stage/c c/quillmarsh/quillmarsh"
+    equal "working folder" "$(recorded 2)" "$stage/d d/quillmarsh"
     XDG_CACHE_HOME=relative XDG_DATA_HOME=relative "$launcher"
-    equal program "$(told 1)" "$beside/quillmarsh"
+    equal program "$(recorded 1)" "$beside/quillmarsh"
 }
 
-AFolderThatCannotBeMadeIsSaidAndNothingIsStarted() {
+AFolderThatCannotBeMadeIsReportedAndNothingIsStarted() {
     : >"$HOME/.cache"
     code=0
     "$launcher" 2>"$stage/errors" || code=$?
     equal "exit code" "$code" 1
     grep -qF "quillmarsh: cannot write $beside" "$stage/errors" || fail "$(cat "$stage/errors")"
-    [ ! -e "$stage/told" ] || fail "the program was started"
+    [ ! -e "$stage/recorded" ] || fail "the program was started"
 }
 
-AProgramThatCannotBeCopiedIsSaidAndLeavesNothing() {
+AProgramThatCannotBeCopiedIsReportedAndLeavesNothing() {
     rm "$stage/lib/quillmarsh/quillmarsh"
     code=0
     "$launcher" 2>"$stage/errors" || code=$?
@@ -190,11 +190,11 @@ AProgramThatCannotBeCopiedIsSaidAndLeavesNothing() {
     equal "files beside it" "$(ls "$beside")" "$(printf 'qmake\ntmp')"
 }
 
-AFullDiskIsSaidAndLeavesNoHalfCopy() {
+AFullDiskIsReportedAndLeavesNoPartialCopy() {
     code=0
-    said=$(ulimit -f 0 && "$launcher" 2>&1) || code=$?
+    output=$(ulimit -f 0 && "$launcher" 2>&1) || code=$?
     equal "exit code" "$code" 1
-    case $said in *"quillmarsh: cannot copy"*) ;; *) fail "$said" ;; esac
+    case $output in *"quillmarsh: cannot copy"*) ;; *) fail "$output" ;; esac
     equal "files beside it" "$(ls "$beside")" "$(printf 'qmake\ntmp')"
 }
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes what signing is tried with: a certificate authority, ca.pem; maker.p12, a certificate for programs that it has
-# signed; stranger.p12, one that nobody has signed. Their password is in the file "password".
+# Makes the certificates for the tests of signing: ca.pem, a certificate authority; maker.p12, a certificate for
+# programs that the authority has signed; stranger.p12, a self-signed one. The password is in the file "password".
 # Usage: make-signing-certificates.sh FOLDER
 set -euo pipefail
 mkdir -p "$1"

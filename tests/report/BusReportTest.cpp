@@ -59,7 +59,7 @@ QJsonObject decided(const char *state, const char *model, const QJsonValue &inte
             {QStringLiteral("interface"), interface}};
 }
 
-TEST(BusReportTest, TheDecisionIsThatOfTheMonitor)
+TEST(BusReportTest, TheDecisionIsTheSameAsTheMonitors)
 {
     EXPECT_EQ(decision({}), decided("nothing", ""));
     EXPECT_EQ(decision({1, {usbOf("DevMaa")}, {}, 0}), decided("device", "DevMaa"));
@@ -83,7 +83,7 @@ TEST(BusReportTest, ThePickedInterfaceIsTheFirstMarkedOneThatOpens)
     EXPECT_EQ(pick({hidOf(duo, "a", "MI_00&Col01", false), hidOf(duo, "b", "MI_00&Col02")}), QJsonValue(1));
 }
 
-TEST(BusReportTest, OfOtherDevicesOnlyIdsAndClassAreTold)
+TEST(BusReportTest, ForOtherDevicesOnlyIdsAndClassAreReported)
 {
     UsbRecord other;
     other.vendorId = 0x046D;
@@ -97,7 +97,7 @@ TEST(BusReportTest, OfOtherDevicesOnlyIdsAndClassAreTold)
     EXPECT_EQ(bus.value(QLatin1String("otherHid")), QJsonValue(4));
 }
 
-TEST(BusReportTest, WantedAreTheVendorsOfTheTableAndThatOfTheBootloader)
+TEST(BusReportTest, TheVendorsOfTheTableAndOfTheBootloaderAreWanted)
 {
     const BusInventory::IsWanted isWanted = BusReport::wantedVendors();
     EXPECT_TRUE(isWanted(usbOf("DevMaa").vendorId));
@@ -127,7 +127,7 @@ TEST(UsbInterfacesTest, InterfacesAndEndpointsAreRead)
                                       {QStringLiteral("endpoints"), QJsonArray()}}}));
 }
 
-TEST(UsbInterfacesTest, BytesThatMakeNoSenseAreLeftAlone)
+TEST(UsbInterfacesTest, InvalidBytesAreIgnored)
 {
     for (const char *bytes : {"", "09", "0904", "0004", "01040000", "ff0400000000000000", "0705810340000100"})
         EXPECT_EQ(UsbInterfaces::of(QByteArray::fromHex(bytes)), QJsonArray()) << bytes;

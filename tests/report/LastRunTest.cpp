@@ -27,14 +27,14 @@ const QByteArray wholeUpdate = "[2026-03-01 10:00:00] Find deviceName: DevMaa\n"
                                "[2026-03-01 10:01:03] RunCmdReset Done.\n"
                                "[2026-03-01 10:05:00] Find deviceName: DevMaa\n";
 
-TEST(LastRunTest, ALogWithoutAnUpdateTellsOfNone)
+TEST(LastRunTest, ALogWithoutAnUpdateHasNoLastRun)
 {
     EXPECT_FALSE(LastRun::fromLog({}));
     EXPECT_FALSE(LastRun::fromLog(logOf("[2026-03-01 10:00:00] Find deviceName: DevMaa\nno time\n"
                                         "[2026-03-01 10:00:01] Burn Image Failed\n")));
 }
 
-TEST(LastRunTest, TheStagesOfAWholeUpdateHaveTheirTimes)
+TEST(LastRunTest, EachStageOfAWholeUpdateHasItsDuration)
 {
     const auto run = LastRun::fromLog(logOf(wholeUpdate));
     ASSERT_TRUE(run);
@@ -47,7 +47,7 @@ TEST(LastRunTest, TheStagesOfAWholeUpdateHaveTheirTimes)
     EXPECT_FALSE(run->isKnown);
 }
 
-TEST(LastRunTest, TheLastOfSeveralCounts)
+TEST(LastRunTest, TheLastOfSeveralUpdatesIsReported)
 {
     const auto run = LastRun::fromLog(logOf(wholeUpdate + "[2026-03-01 11:00:00] usb tmpPath: /tmp/x\n"
                                                           "[2026-03-01 11:00:20] get file md5 failed.!\n"
@@ -95,12 +95,12 @@ TEST(LastRunTest, AnUpdateOfThisProgramIsKnownWithItsReason)
     session.end(UpdateReason::BootloaderNotEntered, UpdateSession::Afterwards::Idle, {});
     const auto run = LastRun::of(session);
     ASSERT_TRUE(run);
-    const QJsonObject told = run->toJson().toObject();
-    EXPECT_EQ(told.value(QLatin1String("source")).toString(), QStringLiteral("program"));
-    EXPECT_EQ(told.value(QLatin1String("outcome")).toString(), QStringLiteral("failed"));
-    EXPECT_EQ(told.value(QLatin1String("stage")).toString(), QStringLiteral("entering-bootloader"));
-    EXPECT_EQ(told.value(QLatin1String("reason")).toString(), QStringLiteral("bootloader-not-entered"));
-    EXPECT_EQ(told.value(QLatin1String("seconds")).toObject().keys(),
+    const QJsonObject json = run->toJson().toObject();
+    EXPECT_EQ(json.value(QLatin1String("source")).toString(), QStringLiteral("program"));
+    EXPECT_EQ(json.value(QLatin1String("outcome")).toString(), QStringLiteral("failed"));
+    EXPECT_EQ(json.value(QLatin1String("stage")).toString(), QStringLiteral("entering-bootloader"));
+    EXPECT_EQ(json.value(QLatin1String("reason")).toString(), QStringLiteral("bootloader-not-entered"));
+    EXPECT_EQ(json.value(QLatin1String("seconds")).toObject().keys(),
               (QStringList{QStringLiteral("entering-bootloader"), QStringLiteral("fetching")}));
 }
 

@@ -34,13 +34,13 @@ TEST(LogTailTest, OnlyTheLastTwoThousandLinesAreKept)
     EXPECT_EQ(LogTail::linesOf(numbered(2000), false).first(), QStringLiteral("line 1"));
 }
 
-TEST(LogTailTest, ALineThatWasCutIsLeftOut)
+TEST(LogTailTest, ALineThatWasCutIsOmitted)
 {
     EXPECT_EQ(LogTail::linesOf("the rest\nwhole\n", true), QStringList(QStringLiteral("whole")));
     EXPECT_EQ(LogTail::linesOf("endless", true), QStringList(QStringLiteral("endless")));
 }
 
-TEST(LogTailTest, WhatIsNoUtf8IsReplacedAndStaysOneLine)
+TEST(LogTailTest, InvalidUtf8IsReplacedAndStaysOneLine)
 {
     const QStringList lines = LogTail::linesOf(QByteArray("\xff\xfe x\0y\n\xe5\x9b", 9), false);
     ASSERT_EQ(lines.size(), 2);
@@ -48,7 +48,7 @@ TEST(LogTailTest, WhatIsNoUtf8IsReplacedAndStaysOneLine)
     EXPECT_TRUE(lines.at(0).contains(QStringLiteral(" x")));
 }
 
-TEST(LogTailTest, AtMostAMebibyteOfAFileIsRead)
+TEST(LogTailTest, AtMostOneMebibyteOfAFileIsRead)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("log.txt"));
@@ -63,7 +63,7 @@ TEST(LogTailTest, AtMostAMebibyteOfAFileIsRead)
     EXPECT_EQ(tail.lines.first(), QString::fromLatin1(line));
 }
 
-TEST(LogTailTest, AMissingFileOrAFolderIsNoLog)
+TEST(LogTailTest, AMissingFileAndAFolderAreNotALog)
 {
     const QTemporaryDir folder;
     EXPECT_EQ(LogTail::read(folder.filePath(QStringLiteral("none"))).size, -1);

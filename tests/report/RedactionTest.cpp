@@ -30,7 +30,7 @@ class RedactionTest : public testing::TestWithParam<Row>
 {
 };
 
-TEST_P(RedactionTest, ReplacesWhatTellsWhoTheUserIs)
+TEST_P(RedactionTest, ReplacesWhatIdentifiesTheUser)
 {
     const Row &row = GetParam();
     const Redaction redaction(row.folders, row.names, row.sensitivity);
@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"NobodyKnown", {}, {}, "/home/anna", "/home/anna"}),
     [](const auto &row) { return row.param.name; });
 
-TEST(RedactionOfValuesTest, EveryTextIsReplacedAndNothingElse)
+TEST(RedactionOfValuesTest, TextsAreReplacedButNotKeysAndNumbers)
 {
     const Redaction redaction(annasHome, anna, Qt::CaseSensitive);
     const QJsonObject value{

@@ -6,8 +6,7 @@
 #include <ostream>
 #include <vector>
 
-/// The buses whose reports are replayed: devices in the words of a bus description, and the models that the
-/// control list switches on.
+/// The buses whose reports are replayed: a bus description, and the models that the control list switches on.
 namespace ReplayBuses {
 
 struct Bus
@@ -15,7 +14,7 @@ struct Bus
     const char *name;
     /// A description in which $MODEL stands for the ids of that model.
     QByteArray description;
-    /// Separated by blanks; "-" for a control list that is missing, "?" for one that is none.
+    /// Model names separated by blanks; "-" for a missing control list, "?" for a file that is not one.
     const char *switchedOn;
 };
 
@@ -29,7 +28,7 @@ inline QByteArray devices(const QByteArray &list)
     return "{\"devices\":[" + list + "]}";
 }
 
-/// A device with these HID interfaces; one of the default form without any.
+/// Returns the description of a device with these HID interfaces, or with the default ones if there are none.
 inline QByteArray device(const QByteArray &key, const QByteArray &model, const QByteArray &interfaces = {},
                          const QByteArray &more = {})
 {

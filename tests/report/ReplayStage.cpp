@@ -21,7 +21,7 @@ void setControlList(StagedProgram &program, const QByteArray &switchedOn)
                                {QStringLiteral("USB")});
 }
 
-/// Returns the lines that contain one of the words, each once.
+/// Returns the lines that contain one of the words, without repetitions.
 QStringList linesWith(const QStringList &lines, const QStringList &words)
 {
     QStringList kept;
@@ -100,7 +100,7 @@ bool ReplayStage::writeReport(const QString &path)
     return run({QStringLiteral("report"), m_commandLine.toProgramPath(path)});
 }
 
-Seen ReplayStage::look()
+Seen ReplayStage::observe()
 {
     Seen seen;
     if (run({QStringLiteral("list"), QStringLiteral("--json")})) {
@@ -110,25 +110,25 @@ Seen ReplayStage::look()
             if (event.value(QLatin1String("event")) == QLatin1String("device"))
                 seen.devices.append(event);
         }
-        lookThroughWindow(seen);
+        observeWindow(seen);
     }
     return seen;
 }
 
-void ReplayStage::lookThroughWindow(Seen &seen)
+void ReplayStage::observeWindow(Seen &seen)
 {
     if (!m_bus.run(m_window.launch())) {
         fail(QStringLiteral("the window"), m_bus.errorText());
         return;
     }
     m_probe.setAnswerLimit(programLimitMs);
-    // A look at the bus lists its devices once or twice; the third listing belongs to the second look.
-    const auto hasLooked = [this] {
+    // A monitor tick lists the devices once or twice, so the third listing belongs to a second tick.
+    const auto hasTickedTwice = [this] {
         return m_window.standardError().count(QStringLiteral("Device List Count:")) >= 3;
     };
     if (!m_probe.connectThrough(m_window.probePortFile(), programLimitMs) ||
-        !pollUntil(hasLooked, programLimitMs, 50)) {
-        fail(QStringLiteral("the window's look at the bus"),
+        !pollUntil(hasTickedTwice, programLimitMs, 50)) {
+        fail(QStringLiteral("the window's monitor ticks"),
              m_probe.errorText() + m_window.standardError().right(2000));
         return;
     }

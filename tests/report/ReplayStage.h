@@ -16,22 +16,22 @@ struct Seen
 {
     /// The devices of "list --json", without their times.
     QJsonArray devices;
-    /// The texts of the window that tell of the connection, and their look.
+    /// The texts in the window about the connection, and their style sheet.
     QStringList window;
-    /// The lines of the log that tell of decisions, each once.
+    /// The log lines about decisions, each once.
     QStringList decisions;
     /// The lines about HID interfaces of the device's vendors, each once.
     QStringList interfaces;
 };
 
-/// Returns the description with the ids of the models that are named in it as $MODEL.
+/// Returns the description with each $MODEL replaced by the ids of that model.
 QByteArray withIds(const QByteArray &description);
 
-/// Returns what the report in a file tells of the bus, without the number of HID interfaces of other devices:
-/// a replay has none of them. Empty if it cannot be read.
+/// Returns the part about the buses of the report in a file; empty if the file cannot be read. Omits the
+/// number of HID interfaces of other devices, which a replay does not have.
 QByteArray busOf(const QString &report);
 
-/// One machine: a simulated bus, and on it quillmarsh-cli and the window program, one after the other.
+/// Runs quillmarsh-cli and the window program, one after the other, on a simulated bus.
 class ReplayStage
 {
 public:
@@ -40,23 +40,23 @@ public:
     {
         std::function<std::unique_ptr<TargetSystem>()> make;
         QString commandLineProgram;
-        /// Whether its windows need a display to be drawn on.
+        /// Whether windows need a display of their own to be drawn.
         bool needsDisplay = false;
     };
-    /// The system that this process runs on.
+    /// Returns the system that this process runs on.
     static System nativeSystem();
 
-    /// `switchedOn` as in ReplayBuses::Bus.
+    /// Takes the models that are switched on in the form of ReplayBuses::Bus::switchedOn.
     explicit ReplayStage(const char *switchedOn, const System &system = nativeSystem());
 
     /// Starts the bus.
     bool open(const QString &file, BusFile kind);
-    /// Has quillmarsh-cli write a report.
+    /// Makes quillmarsh-cli write a report.
     bool writeReport(const QString &path);
-    /// Looks with both programs.
-    Seen look();
+    /// Returns what both programs see of the bus.
+    Seen observe();
 
-    /// Returns what went wrong first; empty if nothing did.
+    /// Returns the first error; empty if there was none.
     QString errorText() const { return m_error; }
 
     BusSession &bus() { return m_bus; }
@@ -64,7 +64,7 @@ public:
 
 private:
     bool run(const QStringList &arguments);
-    void lookThroughWindow(Seen &seen);
+    void observeWindow(Seen &seen);
     bool fail(const QString &what, const QString &why);
 
     const bool m_needsDisplay;

@@ -30,14 +30,14 @@ TEST_P(ReplayTest, ShowsWhatTheUserSaw)
         ASSERT_TRUE(WholeFile::write(file("bus.json"), withIds(GetParam().description)));
         ASSERT_TRUE(user.open(file("bus.json"), BusFile::Description)) << user.errorText().toStdString();
         ASSERT_TRUE(user.writeReport(report)) << user.errorText().toStdString();
-        before = user.look();
+        before = user.observe();
         ASSERT_EQ(user.errorText(), QString());
     }
-    EXPECT_EQ(ReportValidation::complaint(report), QString());
+    EXPECT_EQ(ReportValidation::problemsIn(report), QString());
 
     ReplayStage support(GetParam().switchedOn);
     ASSERT_TRUE(support.open(report, BusFile::Report)) << support.errorText().toStdString();
-    const Seen after = support.look();
+    const Seen after = support.observe();
     ASSERT_EQ(support.errorText(), QString());
     EXPECT_EQ(after.devices, before.devices);
     EXPECT_EQ(after.window, before.window);
@@ -45,7 +45,7 @@ TEST_P(ReplayTest, ShowsWhatTheUserSaw)
     EXPECT_EQ(after.interfaces, before.interfaces);
     EXPECT_FALSE(before.window.isEmpty());
 
-    // A report of the replay tells the same of the bus once more.
+    // A report that is made during the replay describes the same bus.
     const QString again = file("again.json");
     ASSERT_TRUE(support.writeReport(again)) << support.errorText().toStdString();
     EXPECT_EQ(busOf(again), busOf(report));

@@ -17,7 +17,7 @@ namespace {
 const QString userName = QStringLiteral("annamaria");
 const QByteArray imageBytes = "these bytes are firmware";
 
-/// What quillmarsh-cli writes on a machine with tools, an image and a long log.
+/// Checks the report that quillmarsh-cli writes on a machine with tools, an image and a long log.
 class ReportContentTest : public testing::Test
 {
 protected:
@@ -54,7 +54,7 @@ protected:
     QJsonObject report()
     {
         EXPECT_TRUE(m_stage.writeReport(path())) << m_stage.errorText().toStdString();
-        EXPECT_EQ(ReportValidation::complaint(path()), QString());
+        EXPECT_EQ(ReportValidation::problemsIn(path()), QString());
         return QJsonDocument::fromJson(WholeFile::read(path())).object();
     }
 
@@ -69,7 +69,7 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(ReportContentTest, NeitherHomeFolderNorUserNameNorImageIsInIt)
+TEST_F(ReportContentTest, ItContainsNeitherTheHomeFolderNorTheUserNameNorTheImage)
 {
     report();
     const QByteArray bytes = WholeFile::read(path());
@@ -105,21 +105,21 @@ TEST_F(ReportContentTest, ToolsHaveTheirSumsAndTheControlListItsText)
                               QLatin1String("/qmake/ControlDevList.json")));
 }
 
-TEST_F(ReportContentTest, TheLogsEndAndItsLastUpdateAreThere)
+TEST_F(ReportContentTest, ItContainsTheEndOfTheLogAndTheLastUpdate)
 {
-    const QJsonObject told = report();
+    const QJsonObject content = report();
     const QJsonArray lines =
-        told.value(QLatin1String("log")).toObject().value(QLatin1String("lines")).toArray();
+        content.value(QLatin1String("log")).toObject().value(QLatin1String("lines")).toArray();
     ASSERT_EQ(lines.size(), 2000);
     EXPECT_EQ(lines.last().toString(), QStringLiteral("[2026-03-01 10:00:21] get file md5 failed.!"));
-    const QJsonObject run = told.value(QLatin1String("lastRun")).toObject();
+    const QJsonObject run = content.value(QLatin1String("lastRun")).toObject();
     EXPECT_EQ(run.value(QLatin1String("source")).toString(), QStringLiteral("log"));
     EXPECT_EQ(run.value(QLatin1String("outcome")).toString(), QStringLiteral("failed"));
     EXPECT_EQ(run.value(QLatin1String("seconds")).toObject(),
               (QJsonObject{{QStringLiteral("fetching"), 20}}));
 }
 
-TEST_F(ReportContentTest, TheChecksAreThoseOfTheCheckCommand)
+TEST_F(ReportContentTest, ItsChecksAreThoseOfTheCheckCommand)
 {
     const QJsonArray checks = report().value(QLatin1String("checks")).toArray();
     run({QStringLiteral("check"), QStringLiteral("--json")});
@@ -130,15 +130,15 @@ TEST_F(ReportContentTest, TheChecksAreThoseOfTheCheckCommand)
             expected.append(event.value(QLatin1String("what")).toString() + QLatin1Char(' ') +
                             event.value(QLatin1String("verdict")).toString());
     }
-    QStringList told;
+    QStringList findings;
     for (const QJsonValue &each : checks)
-        told.append(each.toObject().value(QLatin1String("what")).toString() + QLatin1Char(' ') +
-                    each.toObject().value(QLatin1String("verdict")).toString());
+        findings.append(each.toObject().value(QLatin1String("what")).toString() + QLatin1Char(' ') +
+                        each.toObject().value(QLatin1String("verdict")).toString());
     EXPECT_GT(expected.size(), 8);
-    EXPECT_EQ(told, expected);
+    EXPECT_EQ(findings, expected);
 }
 
-TEST_F(ReportContentTest, TheTemporaryFolderIsToldByNamesAndSizes)
+TEST_F(ReportContentTest, TheTemporaryFolderIsDescribedByNamesAndSizes)
 {
     const QJsonObject folder = report().value(QLatin1String("temporaryFolder")).toObject();
     EXPECT_TRUE(folder.value(QLatin1String("exists")).toBool());
@@ -149,7 +149,7 @@ TEST_F(ReportContentTest, TheTemporaryFolderIsToldByNamesAndSizes)
                                           {QStringLiteral("size"), imageBytes.size()}}));
 }
 
-TEST_F(ReportContentTest, TheDeviceFilesOfTheDevicesAreThere)
+TEST_F(ReportContentTest, ItContainsTheDeviceFilesOfTheDevices)
 {
     const QJsonObject access = report().value(QLatin1String("deviceAccess")).toObject();
     const QJsonArray files = access.value(QLatin1String("files")).toArray();
@@ -158,7 +158,7 @@ TEST_F(ReportContentTest, TheDeviceFilesOfTheDevicesAreThere)
     EXPECT_EQ(access.value(QLatin1String("rules")).toArray().size(), 4);
 }
 
-TEST_F(ReportContentTest, WithoutANameTheFileHasOneOfItsOwn)
+TEST_F(ReportContentTest, WithoutAGivenNameTheFileGetsAProposedOne)
 {
     EXPECT_EQ(run({QStringLiteral("report")}), 0);
     const QStringList files =
@@ -168,14 +168,14 @@ TEST_F(ReportContentTest, WithoutANameTheFileHasOneOfItsOwn)
     EXPECT_TRUE(m_stage.commandLine().standardOutput().contains(QLatin1String("Nothing was sent anywhere.")));
 }
 
-TEST_F(ReportContentTest, AHyphenWritesItToStandardOutputAndNothingElse)
+TEST_F(ReportContentTest, AHyphenWritesOnlyTheReportToStandardOutput)
 {
     EXPECT_EQ(run({QStringLiteral("report"), QStringLiteral("-")}), 0);
     ASSERT_TRUE(WholeFile::write(path(), m_stage.commandLine().standardOutput().toUtf8()));
-    EXPECT_EQ(ReportValidation::complaint(path()), QString());
+    EXPECT_EQ(ReportValidation::problemsIn(path()), QString());
 }
 
-TEST_F(ReportContentTest, AFileThatCannotBeWrittenIsToldInBothLanguages)
+TEST_F(ReportContentTest, AnUnwritableFileIsReportedInBothLanguages)
 {
     const QString none = QStringLiteral("/proc/report.json");
     EXPECT_EQ(run({QStringLiteral("report"), none}), 5);
@@ -186,15 +186,15 @@ TEST_F(ReportContentTest, AFileThatCannotBeWrittenIsToldInBothLanguages)
         QStringLiteral("无法将报告写入 /proc/report.json:")));
 }
 
-TEST_F(ReportContentTest, AnotherLogCanBeNamed)
+TEST_F(ReportContentTest, AnotherLogCanBeIncluded)
 {
     const QString log = m_folder.filePath(QStringLiteral("other.txt"));
     ASSERT_TRUE(WholeFile::write(log, "the only line\n"));
     EXPECT_EQ(run({QStringLiteral("report"), path(), QStringLiteral("--log"), log}), 0);
-    const QJsonObject told = QJsonDocument::fromJson(WholeFile::read(path())).object();
-    EXPECT_EQ(told.value(QLatin1String("log")).toObject().value(QLatin1String("lines")).toArray(),
+    const QJsonObject content = QJsonDocument::fromJson(WholeFile::read(path())).object();
+    EXPECT_EQ(content.value(QLatin1String("log")).toObject().value(QLatin1String("lines")).toArray(),
               QJsonArray{QStringLiteral("the only line")});
-    EXPECT_TRUE(told.value(QLatin1String("lastRun")).isNull());
+    EXPECT_TRUE(content.value(QLatin1String("lastRun")).isNull());
 }
 
 } // namespace

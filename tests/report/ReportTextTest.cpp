@@ -12,7 +12,7 @@
 
 namespace {
 
-TEST(ReportTextTest, ItsFirstLinesTellThatNothingWasSentAndWhatWasReplaced)
+TEST(ReportTextTest, ItsFirstLinesSayThatNothingWasSentAndWhatWasReplaced)
 {
     const QByteArray real = ReportText::of({{QStringLiteral("checks"), QJsonArray()}}, {});
     const QByteArray head = real.left(real.indexOf(']'));
@@ -24,7 +24,7 @@ TEST(ReportTextTest, ItsFirstLinesTellThatNothingWasSentAndWhatWasReplaced)
     EXPECT_EQ(QJsonDocument::fromJson(real).object().value(QLatin1String("formatVersion")), QJsonValue(1));
 }
 
-TEST(ReportTextTest, ItIsWrittenWholeOrTheReasonIsTold)
+TEST(ReportTextTest, ItIsWrittenCompletelyOrTheReasonIsReturned)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a report ä报.json"));
@@ -38,7 +38,7 @@ TEST(ReportTextTest, ItIsWrittenWholeOrTheReasonIsTold)
     EXPECT_NE(ReportText::save("x", QString()), QString());
 }
 
-TEST(ReportTextTest, TheProposedNameCanBeAFileOnEverySystem)
+TEST(ReportTextTest, TheProposedNameIsAValidFileNameOnEverySystem)
 {
     const QString name = ReportText::proposedName();
     EXPECT_TRUE(name.startsWith(QLatin1String("quillmarsh-report-")));
@@ -63,7 +63,7 @@ TEST(FileFactsTest, AFileHasItsSizeAndSum)
     EXPECT_TRUE(none.value(QLatin1String("sha256")).isNull());
 }
 
-TEST(FileFactsTest, OfAFolderNamesAndSizesAreTold)
+TEST(FileFactsTest, AFolderIsDescribedByNamesAndSizes)
 {
     const QTemporaryDir folder;
     ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("tmp")));

@@ -4,7 +4,7 @@
 
 #include <QProcess>
 
-QString ReportValidation::complaint(const QString &file)
+QString ReportValidation::problemsIn(const QString &file)
 {
     QProcess validator;
     validator.setProcessChannelMode(QProcess::MergedChannels);

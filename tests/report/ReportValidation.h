@@ -5,7 +5,7 @@
 /// Validates reports with a JSON schema library.
 namespace ReportValidation {
 
-/// Returns what is wrong with the report in a file according to docs/report.schema.json; empty if nothing is.
-QString complaint(const QString &file);
+/// Returns how the report in a file violates docs/report.schema.json; empty if it does not.
+QString problemsIn(const QString &file);
 
 } // namespace ReportValidation

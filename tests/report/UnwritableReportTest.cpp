@@ -20,7 +20,7 @@ class UnwritableReportTest : public testing::TestWithParam<Language>
 {
 };
 
-TEST_P(UnwritableReportTest, TheWindowSaysWhereItCannotBeWritten)
+TEST_P(UnwritableReportTest, TheWindowNamesTheFileThatCannotBeWritten)
 {
     UpdateScenario s(QStringLiteral("DevMaa"));
     s.withServer = false;
@@ -37,7 +37,7 @@ TEST_P(UnwritableReportTest, TheWindowSaysWhereItCannotBeWritten)
     ASSERT_TRUE(s.probe.type(menu, QString(), Qt::Key_Up));
     ASSERT_TRUE(s.probe.type(menu, QString(), Qt::Key_Return));
     ASSERT_TRUE(s.probe.waitForWindow(dialog)) << s.probe.errorText().toStdString();
-    // A folder in which not even an administrator can make a file.
+    // Not even an administrator can make a file in this folder.
     ASSERT_TRUE(s.probe.setText(nameEdit, QStringLiteral("/proc/report.json")));
     ASSERT_TRUE(s.probe.type(nameEdit, QString(), Qt::Key_Return));
     ASSERT_TRUE(s.probe.waitForWindow(QStringLiteral("reportBox"))) << s.probe.errorText().toStdString();

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """validate-report.py SCHEMA FILE
 
-Validates the report in FILE against the JSON schema. Says what is wrong and exits with 1 if something is.
+Validates the report in FILE against the JSON schema. Prints what is wrong and exits with 1 if
+something is.
 """
 import json
 import sys

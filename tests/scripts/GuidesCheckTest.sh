@@ -41,7 +41,7 @@ AnAnchorToNowhereIsFound() {
 }
 ANamedFileThatIsGoneIsFound() {
     git mv -f devices/ModelIds.inc devices/Ids.inc 2>/dev/null || mv devices/ModelIds.inc devices/Ids.inc
-    finds 'docs/makers.md:8: there is no devices/ModelIds.inc' 2
+    finds 'docs/makers.md:10: there is no devices/ModelIds.inc' 3
 }
 ARowWithTooManyCellsIsFound() {
     changed docs/companions.md 's/ZN58\\\|Tessilonix/ZN58|Tessilonix/'

@@ -19,7 +19,7 @@ QStringList keys(std::initializer_list<const char *> names)
     return texts;
 }
 
-/// Verifies signatures by minisign, and manipulated ones.
+/// Verifies signatures that minisign has made, and manipulated ones.
 class ImageVerifierTest : public testing::Test
 {
 protected:
@@ -40,7 +40,7 @@ protected:
     ImageVerifier::Result m_last;
 };
 
-TEST_F(ImageVerifierTest, AnImageOfTheMakerIsValid)
+TEST_F(ImageVerifierTest, AnImageSignedByTheMakerIsValid)
 {
     EXPECT_EQ(verify("good"), SignatureVerdict::Valid);
     EXPECT_EQ(reason(), QString());
@@ -63,7 +63,7 @@ TEST_F(ImageVerifierTest, EachOfTheMakersKeysMayHaveSigned)
     EXPECT_EQ(verify("good"), SignatureVerdict::UnknownKey);
 }
 
-TEST_F(ImageVerifierTest, AStrangersSignatureIsRefusedByItsKey)
+TEST_F(ImageVerifierTest, ASignatureWithAStrangersKeyIsRefusedAndTheKeyIsNamed)
 {
     EXPECT_EQ(verify("stranger"), SignatureVerdict::UnknownKey);
     const std::optional<MinisignKey> stranger = MinisignKey::parse(Signatures::key("stranger"));
@@ -72,9 +72,9 @@ TEST_F(ImageVerifierTest, AStrangersSignatureIsRefusedByItsKey)
                             .arg(MinisignKey::nameOf(stranger->id)));
 }
 
-TEST_F(ImageVerifierTest, AStrangerWhoBorrowsTheIdOfAKeyIsRefused)
+TEST_F(ImageVerifierTest, AStrangersKeyWithTheIdOfAMakersKeyIsRefused)
 {
-    // The id of the maker's key before the stranger's signature.
+    // Combine the id of the maker's key with the stranger's signature.
     const QByteArray own = QByteArray::fromBase64(Signatures::text("good").split('\n').value(1));
     const QByteArray theirs = QByteArray::fromBase64(Signatures::text("stranger").split('\n').value(1));
     EXPECT_EQ(verify(Signatures::withLine(Signatures::text("stranger"), 1,
@@ -82,7 +82,7 @@ TEST_F(ImageVerifierTest, AStrangerWhoBorrowsTheIdOfAKeyIsRefused)
               SignatureVerdict::Forged);
 }
 
-TEST_F(ImageVerifierTest, OfTwoKeysWithOneIdEitherMayHaveSigned)
+TEST_F(ImageVerifierTest, EitherOfTwoKeysWithTheSameIdMayHaveSigned)
 {
     const QByteArray first = QByteArray::fromBase64(Signatures::key("first"));
     const QByteArray second = QByteArray::fromBase64(Signatures::key("second"));
@@ -101,7 +101,7 @@ TEST_F(ImageVerifierTest, AnAlteredImageIsRefused)
     EXPECT_EQ(verify("of-another-image"), SignatureVerdict::OtherImage);
 }
 
-TEST_F(ImageVerifierTest, ABitAnywhereInTheImageCounts)
+TEST_F(ImageVerifierTest, AChangedBitAnywhereInTheImageIsFound)
 {
     QTemporaryDir folder;
     const QByteArray image = WholeFile::read(Signatures::path("image"));
@@ -128,11 +128,11 @@ TEST_F(ImageVerifierTest, AnAlteredCommentIsRefused)
                   SignatureVerdict::Forged)
             << comment;
     EXPECT_EQ(reason(), QStringLiteral("Its signature or its trusted comment was altered."));
-    // Another model's signature, renamed.
+    // Put the model's name into the signature for another model.
     EXPECT_EQ(verify(Signatures::withLine(Signatures::text("other-model"), 2,
                                           "trusted comment: model:DevMaa version:1.4.2")),
               SignatureVerdict::Forged);
-    // The trusted comment of another image, with its signature.
+    // Take the trusted comment of another image together with its signature.
     QByteArray mixed = Signatures::withLine(Signatures::text("of-another-image"), 1,
                                             Signatures::text("good").split('\n').value(1));
     EXPECT_EQ(verify(mixed), SignatureVerdict::Forged);
@@ -147,7 +147,7 @@ TEST_F(ImageVerifierTest, TheUntrustedCommentMayBeAnything)
 TEST_F(ImageVerifierTest, AnAlteredSignatureIsRefused)
 {
     const QByteArray good = Signatures::text("good");
-    // The key's id, the first and the last byte of the signature.
+    // Change the key's id, the first and the last byte of the signature.
     for (int byte : {2, 10, 73}) {
         const QByteArray line = Signatures::withChangedByte(good.split('\n').value(1), byte);
         EXPECT_NE(verify(Signatures::withLine(good, 1, line)), SignatureVerdict::Valid) << byte;
@@ -185,7 +185,7 @@ TEST_F(ImageVerifierTest, TheLegacyAlgorithmIsRefused)
 {
     EXPECT_EQ(verify("legacy"), SignatureVerdict::LegacyAlgorithm);
     EXPECT_EQ(reason(), QStringLiteral("Its signature is of the legacy kind, which is not accepted."));
-    // With the other name it is still not a signature of the hash.
+    // Under the name of the other algorithm it is still not a signature of the hash.
     const QByteArray line = QByteArray::fromBase64(Signatures::text("legacy").split('\n').value(1));
     EXPECT_EQ(verify(Signatures::withLine(Signatures::text("legacy"), 1, ("ED" + line.mid(2)).toBase64())),
               SignatureVerdict::OtherImage);
@@ -205,7 +205,7 @@ TEST_F(ImageVerifierTest, AnImageThatCannotBeReadIsRefused)
     EXPECT_EQ(verify("good", "."), SignatureVerdict::ImageUnreadable);
 }
 
-TEST_F(ImageVerifierTest, WithoutAGoodKeyNothingIsValid)
+TEST_F(ImageVerifierTest, WithoutAValidKeyNoSignatureIsValid)
 {
     for (const QStringList &none :
          {QStringList(), QStringList{QString()}, QStringList{QStringLiteral("RW")}}) {
@@ -223,11 +223,11 @@ TEST_F(ImageVerifierTest, TheSignatureIsVerifiedBeforeTheImageIsRead)
               SignatureVerdict::OtherModel);
 }
 
-/// A clock that reports after a number of queries that the program is shutting down.
-class LeavingClock : public ManualClock
+/// A clock that says after a number of queries that the program is shutting down.
+class ShuttingDownClock : public ManualClock
 {
 public:
-    explicit LeavingClock(int questions) : m_left(questions) {}
+    explicit ShuttingDownClock(int questions) : m_left(questions) {}
     bool isShuttingDown() const override { return m_left-- <= 0; }
     int left() const { return m_left; }
 
@@ -235,9 +235,9 @@ private:
     mutable int m_left;
 };
 
-TEST_F(ImageVerifierTest, AShutdownWaitsForOneBlockAtMost)
+TEST_F(ImageVerifierTest, AShutdownEndsTheVerificationAfterOneBlockAtMost)
 {
-    const LeavingClock clock(2);
+    const ShuttingDownClock clock(2);
     const auto result =
         ImageVerifier(m_keys).verifyImage(Signatures::path("image"), Signatures::text("good"), model, clock);
     EXPECT_EQ(result.verdict, SignatureVerdict::Interrupted);

@@ -15,7 +15,7 @@ TEST(MinisignKeyTest, AKeyIsReadWithItsId)
     EXPECT_EQ(QByteArray("Ed") + key->id + key->key, QByteArray::fromBase64(Signatures::key("first")));
 }
 
-TEST(MinisignKeyTest, AnIdIsNamedAsMinisignNamesIt)
+TEST(MinisignKeyTest, AnIdIsWrittenAsMinisignWritesIt)
 {
     const QByteArray file = WholeFile::read(Signatures::path("first.pub"));
     const std::optional<MinisignKey> key = MinisignKey::parse(Signatures::key("first"));

@@ -12,7 +12,7 @@ SignatureVerdict parsed(const QByteArray &text)
     return MinisignSignature::parse(text, &signature);
 }
 
-/// The models in a trusted comment.
+/// Returns the models in a trusted comment.
 QStringList modelsIn(const char *comment)
 {
     MinisignSignature signature;
@@ -25,14 +25,14 @@ TEST(MinisignSignatureTest, ASignatureIsReadWhole)
     MinisignSignature signature;
     const QByteArray text = Signatures::text("good");
     ASSERT_EQ(MinisignSignature::parse(text, &signature), SignatureVerdict::Valid);
-    EXPECT_EQ(QByteArray("ED") + signature.keyId + signature.ofImage,
+    EXPECT_EQ(QByteArray("ED") + signature.keyId + signature.imageSignature,
               QByteArray::fromBase64(text.split('\n').value(1)));
     EXPECT_EQ(signature.keyId.size(), 8);
     EXPECT_EQ(signature.trustedComment, QByteArray("model:DevMaa version:1.4.2"));
-    EXPECT_EQ(signature.ofComment, QByteArray::fromBase64(text.split('\n').value(3)));
+    EXPECT_EQ(signature.commentSignature, QByteArray::fromBase64(text.split('\n').value(3)));
 }
 
-TEST(MinisignSignatureTest, TheEndsOfLinesMayBeThoseOfWindowsOrMissing)
+TEST(MinisignSignatureTest, LinesMayEndAsOnWindowsAndTheLastEndMayBeMissing)
 {
     QByteArray text = Signatures::text("good");
     EXPECT_EQ(parsed(text.trimmed()), SignatureVerdict::Valid);
@@ -47,14 +47,14 @@ TEST(MinisignSignatureTest, TheLegacyAlgorithmIsReported)
     EXPECT_EQ(parsed(Signatures::text("legacy")), SignatureVerdict::LegacyAlgorithm);
 }
 
-TEST(MinisignSignatureTest, EveryTruncationIsNoSignature)
+TEST(MinisignSignatureTest, ATruncatedSignatureIsRefused)
 {
     const QByteArray text = Signatures::text("good").trimmed();
     for (int size = 0; size < text.size(); ++size)
         EXPECT_EQ(parsed(text.left(size)), SignatureVerdict::NotASignature) << size;
 }
 
-TEST(MinisignSignatureTest, GarbageIsNoSignature)
+TEST(MinisignSignatureTest, GarbageIsNotASignature)
 {
     const QByteArray good = Signatures::text("good");
     const QByteArray first = good.split('\n').value(1);
@@ -82,7 +82,7 @@ TEST(MinisignSignatureTest, GarbageIsNoSignature)
         EXPECT_EQ(parsed(text), SignatureVerdict::NotASignature) << text.toStdString();
 }
 
-TEST(MinisignSignatureTest, ATextThatIsTooLongIsNoSignature)
+TEST(MinisignSignatureTest, ATextThatIsTooLongIsNotASignature)
 {
     const QByteArray good = Signatures::text("good");
     const int room = MinisignSignature::sizeLimit - good.size();

@@ -27,19 +27,19 @@ QByteArray beginningOf(const BusPresenter::Device &device, int index, int collec
     return path.left(path.indexOf('#', path.indexOf('#') + 1) + 1);
 }
 
-TEST(WindowsHidPath, ASingleInterfaceHasNoMarker)
+TEST(WindowsHidPathTest, ASingleInterfaceHasNoMarker)
 {
     EXPECT_EQ(beginningOf(deviceWith({node(0)}), 0), QByteArray("\\\\?\\hid#vid_f104&pid_a009#"));
 }
 
-TEST(WindowsHidPath, EachOfSeveralInterfacesIsNamedInLowerCase)
+TEST(WindowsHidPathTest, EachOfSeveralInterfacesIsNamedInLowerCase)
 {
     const auto device = deviceWith({node(0), node(10)});
     EXPECT_EQ(beginningOf(device, 0), QByteArray("\\\\?\\hid#vid_f104&pid_a009&mi_00#"));
     EXPECT_EQ(beginningOf(device, 1), QByteArray("\\\\?\\hid#vid_f104&pid_a009&mi_0a#"));
 }
 
-TEST(WindowsHidPath, EachOfSeveralCollectionsIsNamed)
+TEST(WindowsHidPathTest, EachOfSeveralCollectionsIsNamed)
 {
     const auto ofOneNode = deviceWith({node(0, 1, 4)});
     EXPECT_EQ(beginningOf(ofOneNode, 0, 4), QByteArray("\\\\?\\hid#vid_f104&pid_a009&col04#"));
@@ -50,7 +50,7 @@ TEST(WindowsHidPath, EachOfSeveralCollectionsIsNamed)
     EXPECT_EQ(beginningOf(ofTwoNodes, 2), QByteArray("\\\\?\\hid#vid_f104&pid_a009&mi_01#"));
 }
 
-TEST(WindowsHidPath, EqualDevicesOnTwoPortsHaveDifferentPathsOfTheHidClass)
+TEST(WindowsHidPathTest, EqualDevicesOnTwoPortsHaveDifferentPathsOfTheHidClass)
 {
     auto device = deviceWith({node(0)});
     const QByteArray first = WindowsHidPath::of(device, 0, 1);

@@ -19,11 +19,11 @@ void PrintTo(const ChunkCase &value, std::ostream *stream)
     *stream << value.name;
 }
 
-class FlasherChunkTest : public testing::TestWithParam<ChunkCase>
+class FlasherOutputTest : public testing::TestWithParam<ChunkCase>
 {
 };
 
-TEST_P(FlasherChunkTest, HasItsProgressAndResult)
+TEST_P(FlasherOutputTest, HasItsProgressAndResult)
 {
     const FlasherChunk chunk = readFlasherChunk(QString::fromUtf8(GetParam().text));
     EXPECT_EQ(chunk.progress, GetParam().progress);
@@ -31,7 +31,7 @@ TEST_P(FlasherChunkTest, HasItsProgressAndResult)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Chunks, FlasherChunkTest,
+    Chunks, FlasherOutputTest,
     testing::Values(ChunkCase{"Empty", "", {}, {}}, ChunkCase{"AnythingElse", "Connecting...\n", {}, {}},
                     ChunkCase{"Spl", "Upgrade fwc: image.target.spl\n", {16}, {}},
                     ChunkCase{"Env", "Upgrade fwc: image.target.env\n", {32}, {}},
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
                         BurnDeviceNotReachable}),
     [](const auto &test) { return std::string(test.param.name); });
 
-TEST(FlasherChunkCodesTest, HaveTheRequiredValues)
+TEST(BurnResultTest, TheCodesHaveTheRequiredValues)
 {
     EXPECT_EQ(BurnSucceeded, 0);
     EXPECT_EQ(BurnWithoutSuccessLine, 1);

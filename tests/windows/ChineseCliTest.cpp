@@ -42,11 +42,11 @@ TEST_F(ChineseCliTest, AChineseFileIsWrittenAndAChineseLogFileIsKept)
 TEST_F(ChineseCliTest, APersonReadsChineseAndAPipeGetsUtf8)
 {
     CliScenario &s = scenario();
-    EXPECT_EQ(runForPerson({QStringLiteral("list")}), 0);
+    EXPECT_EQ(runWithTextOutput({QStringLiteral("list")}), 0);
     EXPECT_TRUE(s.program.standardOutput().contains(QStringLiteral("DevMaa  就绪")))
         << s.program.standardOutput().toStdString();
     s.devices = {};
-    EXPECT_EQ(runForPerson({update}), 0);
+    EXPECT_EQ(runWithTextOutput({update}), 0);
     EXPECT_TRUE(s.program.standardOutput().endsWith(QStringLiteral("DevMaa 已升级。\n")))
         << s.program.standardOutput().toStdString();
 }

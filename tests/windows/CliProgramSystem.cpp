@@ -55,7 +55,7 @@ bool CliCases::canBeSignalled(qint64 programId)
     return isDesktopRunning(prefixOf(id)) && processFile(id, "syscall").startsWith("0 ");
 }
 
-int CliCases::leaveLimitMs()
+int CliCases::exitLimitMs()
 {
     // The program's two seconds, and those that Wine takes to end a process on a busy machine.
     return 6000;

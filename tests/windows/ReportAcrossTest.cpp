@@ -33,13 +33,13 @@ protected:
             ReplayStage user(GetParam().switchedOn, users);
             ASSERT_TRUE(user.open(description, BusFile::Description)) << user.errorText().toStdString();
             ASSERT_TRUE(user.writeReport(report)) << user.errorText().toStdString();
-            before = user.look();
+            before = user.observe();
             ASSERT_EQ(user.errorText(), QString());
         }
-        EXPECT_EQ(ReportValidation::complaint(report), QString());
+        EXPECT_EQ(ReportValidation::problemsIn(report), QString());
         ReplayStage support(GetParam().switchedOn, supports);
         ASSERT_TRUE(support.open(report, BusFile::Report)) << support.errorText().toStdString();
-        const Seen after = support.look();
+        const Seen after = support.observe();
         ASSERT_EQ(support.errorText(), QString());
         // The paths of interfaces are those of each system.
         EXPECT_EQ(after.devices, before.devices);

@@ -18,8 +18,8 @@ namespace {
 
 using Verdict = Finding::Verdict;
 
-/// A server with a manifest for DevMaa at the place where the program looks for it. The maker's tools are not
-/// beside the test.
+/// Runs the command beside a server that has a manifest for DevMaa at the address where the program looks for
+/// it. There are no tools of the maker beside the test program.
 class CheckCommandTest : public testing::Test
 {
 protected:
@@ -64,7 +64,7 @@ TEST_F(CheckCommandTest, EachThingIsReportedOnce)
                        "disk-space"));
 }
 
-TEST_F(CheckCommandTest, WhatIsThereIsOkAndWhatIsMissingIsNot)
+TEST_F(CheckCommandTest, PresentThingsAreOkAndMissingThingsAreNot)
 {
     check("DevMaa");
     for (const char *what :
@@ -77,7 +77,7 @@ TEST_F(CheckCommandTest, WhatIsThereIsOkAndWhatIsMissingIsNot)
     EXPECT_TRUE(recorded.about("image").text.startsWith(QStringLiteral("5000 bytes")));
 }
 
-TEST_F(CheckCommandTest, WithTheMakersKeysTheSignatureIsLookedAt)
+TEST_F(CheckCommandTest, WithTheMakersKeysTheSignatureIsChecked)
 {
     testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
     check("DevMaa");
@@ -91,14 +91,14 @@ TEST_F(CheckCommandTest, WithTheMakersKeysTheSignatureIsLookedAt)
     testFirmwareKeys().clear();
 }
 
-TEST_F(CheckCommandTest, AModelThatTheManifestLacksIsAProblem)
+TEST_F(CheckCommandTest, AModelThatIsMissingInTheManifestIsAProblem)
 {
     check("DevMab");
     EXPECT_EQ(recorded.about("manifest-entry").verdict, Verdict::Problem);
     EXPECT_EQ(recorded.about("image-sum").verdict, Verdict::Problem);
 }
 
-TEST_F(CheckCommandTest, AServerThatSendsThePageOfSomethingElseIsFound)
+TEST_F(CheckCommandTest, AServerThatSendsAnotherPageIsFound)
 {
     server.setFault(QStringLiteral("503"));
     check("DevMaa");

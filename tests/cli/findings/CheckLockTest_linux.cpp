@@ -19,12 +19,13 @@ Finding findingAboutTheLock()
     return recorded.about("update-lock");
 }
 
-// Elsewhere the lock is the whole machine's, and tests would refuse each other.
+// On Linux only: elsewhere the lock is shared by the whole machine, and parallel tests would disturb each
+// other.
 TEST(CheckLockTest, TheLockOfAnotherCopyIsAProblemWhileItIsHeld)
 {
     const QTemporaryDir ownRuntimeFolder;
     qputenv("XDG_RUNTIME_DIR", ownRuntimeFolder.path().toLocal8Bit());
-    // Nothing listens there.
+    // Nothing listens at this address.
     testServerAddress() = QStringLiteral("http://127.0.0.1:1");
     EXPECT_EQ(findingAboutTheLock().verdict, Finding::Verdict::Ok);
     {

@@ -17,7 +17,7 @@ DeviceInfo deviceOf(const char *model, State state = State::Ready)
     return device;
 }
 
-TEST(DeviceFindingsTest, AControlListHasToBeReadableAndToSwitchTheModelOn)
+TEST(DeviceFindingsTest, AControlListMustBeReadableAndSwitchTheModelOn)
 {
     const char *const both = R"({"devices":[{"id":"DevMaa","is_on":true},{"id":"DevMab","is_on":false}]})";
     const struct
@@ -49,7 +49,7 @@ TEST(DeviceFindingsTest, AControlListHasToBeReadableAndToSwitchTheModelOn)
     }
 }
 
-TEST(DeviceFindingsTest, AToolThatIsNotNeededIsOnlyWarnedOf)
+TEST(DeviceFindingsTest, AMissingToolThatIsNotNeededIsOnlyAWarning)
 {
     const struct
     {
@@ -71,7 +71,7 @@ TEST(DeviceFindingsTest, AToolThatIsNotNeededIsOnlyWarnedOf)
     }
 }
 
-TEST(DeviceFindingsTest, TheNeededToolFollowsFromModelAndWriteType)
+TEST(DeviceFindingsTest, TheNeededToolDependsOnModelAndWriteType)
 {
     const QStringList usb{QStringLiteral("USB")};
     const QStringList hid{QStringLiteral("HID")};
@@ -81,7 +81,7 @@ TEST(DeviceFindingsTest, TheNeededToolFollowsFromModelAndWriteType)
     EXPECT_EQ(DeviceFindings::neededTool(QStringLiteral("DevMdq"), usb), QStringLiteral("iap-programmer"));
 }
 
-TEST(DeviceFindingsTest, TheModelIsTheOneAskedForOrTheOnlyOneConnected)
+TEST(DeviceFindingsTest, TheModelIsTheRequestedOneOrTheOnlyConnectedOne)
 {
     const QVector<DeviceInfo> two{deviceOf("DevMaa"), deviceOf("DevMab")};
     EXPECT_EQ(DeviceFindings::modelToCheck(QStringLiteral("DevMac"), two), QStringLiteral("DevMac"));
@@ -92,7 +92,7 @@ TEST(DeviceFindingsTest, TheModelIsTheOneAskedForOrTheOnlyOneConnected)
     EXPECT_EQ(DeviceFindings::modelToCheck(QString(), {deviceOf("", State::InBootloader)}), QString());
 }
 
-TEST(DeviceFindingsTest, DevicesAreJudgedForTheModelThatIsAskedFor)
+TEST(DeviceFindingsTest, DevicesAreJudgedForTheRequestedModel)
 {
     const DeviceInfo waiting = deviceOf("", State::InBootloader);
     const struct
@@ -119,8 +119,7 @@ TEST(DeviceFindingsTest, DevicesAreJudgedForTheModelThatIsAskedFor)
 TEST(DeviceFindingsTest, ARefusedDeviceFileIsNamedWithTheRulesThatHelp)
 {
     EXPECT_EQ(DeviceFindings::deviceAccess(QString()).verdict, Verdict::Ok);
-    EXPECT_TRUE(
-        DeviceFindings::deviceAccess(std::nullopt).text.contains(QStringLiteral("only in an update")));
+    EXPECT_TRUE(DeviceFindings::deviceAccess(std::nullopt).text.contains(QStringLiteral("Only an update")));
     const Finding refused = DeviceFindings::deviceAccess(QStringLiteral("/dev/bus/usb/001/002"));
     EXPECT_EQ(refused.verdict, Verdict::Problem);
     EXPECT_TRUE(refused.text.contains(QStringLiteral("/dev/bus/usb/001/002")));

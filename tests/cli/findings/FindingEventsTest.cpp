@@ -1,6 +1,6 @@
 #include "checks/Finding.h"
 #include "cli/JsonEvents.h"
-#include "cli/PersonEvents.h"
+#include "cli/TextEvents.h"
 
 #include <QJsonDocument>
 
@@ -11,7 +11,7 @@ namespace {
 const Finding missing = Findings::problem(QStringLiteral("usb-flasher"), QStringLiteral("It is missing."),
                                           QStringLiteral("Copy it."));
 
-TEST(FindingEventsTest, AProgramGetsAnEventOfItsOwn)
+TEST(FindingEventsTest, WithJsonAFindingIsAnEvent)
 {
     QByteArray lines;
     JsonEvents events(QStringLiteral("1"), [&](const QByteArray &line) { lines = line; }, {});
@@ -25,10 +25,10 @@ TEST(FindingEventsTest, AProgramGetsAnEventOfItsOwn)
                                   {QStringLiteral("remedy"), QStringLiteral("Copy it.")}}));
 }
 
-TEST(FindingEventsTest, APersonGetsOneLine)
+TEST(FindingEventsTest, AsTextAFindingIsOneLine)
 {
     QByteArray text;
-    PersonEvents events({}, [&](const QByteArray &bytes) { text += bytes; });
+    TextEvents events({}, [&](const QByteArray &bytes) { text += bytes; });
     events.finding(missing);
     events.finding(Findings::ok(QStringLiteral("tls"), QStringLiteral("There.")));
     EXPECT_EQ(text, QByteArray("problem  usb-flasher: It is missing. Copy it.\n"

@@ -16,7 +16,7 @@ WebAnswer partOf(const char *range, int status = 206, const char *problem = "")
     return {status, QLatin1String(problem), range, std::nullopt, {}};
 }
 
-TEST(ImageFindingsTest, AnImageHasASizeAndComesInPartsAsAskedFor)
+TEST(ImageFindingsTest, AnImageMustHaveASizeAndBeSentInTheRequestedParts)
 {
     const qint64 limit = qint64{1} << 31;
     const struct
@@ -39,7 +39,7 @@ TEST(ImageFindingsTest, AnImageHasASizeAndComesInPartsAsAskedFor)
         {"no length", wholeOf({}), partOf("bytes 1-9/5000"), Verdict::Problem, 0},
         {"whole for a part", wholeOf(5000), partOf("", 200), Verdict::Warning, 5000},
         {"no parts", wholeOf(5000), partOf("", 416, "status 416"), Verdict::Problem, 5000},
-        {"no range told", wholeOf(5000), partOf(""), Verdict::Problem, 5000},
+        {"no Content-Range", wholeOf(5000), partOf(""), Verdict::Problem, 5000},
         {"another start", wholeOf(5000), partOf("bytes 0-9/5000"), Verdict::Problem, 5000},
         {"another end", wholeOf(5000), partOf("bytes 1-8/5000"), Verdict::Problem, 5000},
         {"another size", wholeOf(5000), partOf("bytes 1-9/5001"), Verdict::Problem, 5000},
@@ -53,7 +53,7 @@ TEST(ImageFindingsTest, AnImageHasASizeAndComesInPartsAsAskedFor)
     }
 }
 
-TEST(ImageFindingsTest, ASumHas32LowerCaseHexadecimalDigits)
+TEST(ImageFindingsTest, ASumMustHave32LowerCaseHexadecimalDigits)
 {
     const struct
     {
@@ -71,10 +71,10 @@ TEST(ImageFindingsTest, ASumHas32LowerCaseHexadecimalDigits)
     for (const auto &c : cases)
         EXPECT_EQ(ImageFindings::sum(QStringLiteral("s"), QLatin1String(c.sum)).verdict, c.verdict) << c.sum;
     EXPECT_TRUE(ImageFindings::sum(QStringLiteral("s"), QStringLiteral("0123456789ABCDEF0123456789abcdef"))
-                    .text.contains(QStringLiteral("capitals")));
+                    .text.contains(QStringLiteral("capital letters")));
 }
 
-TEST(ImageFindingsTest, AFetchedImageHasToHaveThePromisedSum)
+TEST(ImageFindingsTest, AFetchedImageMustHaveThePromisedSum)
 {
     const QString what = QStringLiteral("s");
     const QString sum = QStringLiteral("0123456789abcdef0123456789abcdef");

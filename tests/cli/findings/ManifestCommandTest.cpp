@@ -15,7 +15,7 @@
 
 namespace {
 
-/// A server with an image for DevMaa and a manifest that tells the truth.
+/// Runs the command on a server with an image for DevMaa and a correct manifest.
 class ManifestCommandTest : public testing::Test
 {
 protected:
@@ -35,7 +35,7 @@ protected:
                 .toUtf8());
     }
 
-    /// Serves the image of the signatures, with one of them.
+    /// Serves `file`, by default the signed test image, with the test signature `signature` in the manifest.
     void serveSigned(const char *signature, const char *file = "image")
     {
         testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
@@ -70,7 +70,7 @@ protected:
     RecordedFindings recorded;
 };
 
-TEST_F(ManifestCommandTest, ARightManifestPassesFromAnAddressAndFromAFile)
+TEST_F(ManifestCommandTest, ACorrectManifestPassesFromAnAddressAndFromAFile)
 {
     EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::Done);
     EXPECT_EQ(recorded.remarks(), QStringList());
@@ -81,7 +81,7 @@ TEST_F(ManifestCommandTest, ARightManifestPassesFromAnAddressAndFromAFile)
     EXPECT_EQ(recorded.about("DevMaa/image").verdict, Finding::Verdict::Ok);
 }
 
-TEST_F(ManifestCommandTest, WithTheMakersKeysASignatureIsNeeded)
+TEST_F(ManifestCommandTest, WithTheMakersKeysASignatureIsRequired)
 {
     testFirmwareKeys() = QStringList{QString::fromLatin1(Signatures::key("first"))};
     EXPECT_EQ(verify(server.manifestUrl(), true), ExitCode::FirmwareUnusable);
@@ -100,7 +100,7 @@ TEST_F(ManifestCommandTest, WithTheMakersKeysEachImageIsVerified)
     EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/signature problem")});
 }
 
-TEST_F(ManifestCommandTest, AnImageThatWasNotSignedShowsOnlyWhenItIsFetched)
+TEST_F(ManifestCommandTest, AnImageThatWasNotSignedIsFoundOnlyByFetchingIt)
 {
     serveSigned("good", "other-image");
     EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
@@ -108,7 +108,7 @@ TEST_F(ManifestCommandTest, AnImageThatWasNotSignedShowsOnlyWhenItIsFetched)
     EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/signed-image problem")});
 }
 
-TEST_F(ManifestCommandTest, WithoutKeysNothingIsSaidOfSignatures)
+TEST_F(ManifestCommandTest, WithoutKeysSignaturesAreNotMentioned)
 {
     serveSigned("other-model");
     testFirmwareKeys().clear();
@@ -117,7 +117,7 @@ TEST_F(ManifestCommandTest, WithoutKeysNothingIsSaidOfSignatures)
         EXPECT_FALSE(finding.what.contains(QLatin1String("sign"))) << qPrintable(finding.what);
 }
 
-TEST_F(ManifestCommandTest, WithoutASourceItIsTheProgramsOwnServer)
+TEST_F(ManifestCommandTest, WithoutASourceTheProgramsOwnServerIsChecked)
 {
     testServerAddress() = server.server.url(QString()).toString();
     EXPECT_EQ(verify(QString()), ExitCode::FirmwareUnusable);
@@ -125,7 +125,7 @@ TEST_F(ManifestCommandTest, WithoutASourceItIsTheProgramsOwnServer)
     EXPECT_EQ(server.server.requests().size(), 1);
 }
 
-TEST_F(ManifestCommandTest, AWrongSumShowsOnlyWhenTheImageIsFetched)
+TEST_F(ManifestCommandTest, AWrongSumIsFoundOnlyByFetchingTheImage)
 {
     setManifest(QStringLiteral("0123456789abcdef0123456789abcdef"));
     EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
@@ -133,7 +133,7 @@ TEST_F(ManifestCommandTest, AWrongSumShowsOnlyWhenTheImageIsFetched)
     EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/sum problem")});
 }
 
-TEST_F(ManifestCommandTest, AnUnknownModelIsOnlyWarnedOf)
+TEST_F(ManifestCommandTest, AnUnknownModelIsOnlyAWarning)
 {
     setManifest(QStringLiteral("0123456789abcdef0123456789abcdef"), QStringLiteral("DevXyz"));
     EXPECT_EQ(verify(server.manifestUrl()), ExitCode::Done);
@@ -169,7 +169,7 @@ TEST_F(ManifestCommandTest, EachFaultOfTheServerIsFound)
     }
 }
 
-TEST_F(ManifestCommandTest, AnAddressOfItsOwnInDownloadUrlHasToAnswer)
+TEST_F(ManifestCommandTest, ADifferentAddressInDownloadUrlMustAnswer)
 {
     const QString url = server.server.url(QStringLiteral("/a.img")).toString();
     server.setManifest(QStringLiteral(R"({"CurrentVersion":{"DevMaa":{"fileURL":"%1","downloadURL":"%1x",)"
@@ -180,7 +180,7 @@ TEST_F(ManifestCommandTest, AnAddressOfItsOwnInDownloadUrlHasToAnswer)
     EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("DevMaa/download problem")});
 }
 
-TEST_F(ManifestCommandTest, AFileThatIsNotThereIsAProblem)
+TEST_F(ManifestCommandTest, AMissingManifestFileIsAProblem)
 {
     EXPECT_EQ(verify(server.folder.filePath(QStringLiteral("nothing.json"))), ExitCode::FirmwareUnusable);
     EXPECT_EQ(recorded.remarks(), QStringList{QStringLiteral("manifest problem")});

@@ -15,7 +15,7 @@ QJsonObject object(const QByteArray &json)
     return QJsonDocument::fromJson(json).object();
 }
 
-TEST(ManifestFindingsTest, AManifestIsAnObjectThatListsModels)
+TEST(ManifestFindingsTest, AManifestMustBeAnObjectThatListsModels)
 {
     const struct
     {
@@ -37,7 +37,7 @@ TEST(ManifestFindingsTest, AManifestIsAnObjectThatListsModels)
     }
 }
 
-TEST(ManifestFindingsTest, AModelNeedsAnAddressOfTheWeb)
+TEST(ManifestFindingsTest, AModelNeedsAWebAddress)
 {
     const struct
     {
@@ -60,7 +60,7 @@ TEST(ManifestFindingsTest, AModelNeedsAnAddressOfTheWeb)
     }
 }
 
-TEST(ManifestFindingsTest, AnEntryHasItsKeysOfTheRightTypes)
+TEST(ManifestFindingsTest, AnEntryMustHaveItsKeysWithTheRightTypes)
 {
     const char *const sum = R"("md5":"0123456789abcdef0123456789abcdef")";
     const QByteArray right =

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// Keeps the findings of a command, and the lines of its log.
+/// Records the findings of a command.
 class RecordedFindings : public EventSink
 {
 public:
@@ -16,7 +16,7 @@ public:
     void log(const QString & /*line*/) override {}
     void result(const UpdateSummary & /*summary*/) override {}
     void finding(const Finding &finding) override { findings.append(finding); }
-    void tell(const QString & /*sentence*/) override {}
+    void message(const QString & /*sentence*/) override {}
 
     /// Returns "what verdict" of every finding that is not "ok", in order.
     QStringList remarks() const
@@ -29,7 +29,7 @@ public:
         return texts;
     }
 
-    /// Returns the finding about `what`; one with a text that nothing else has if there is none.
+    /// Returns the finding about `what` or, if there is none, a problem whose text says so.
     Finding about(const char *what) const
     {
         for (const Finding &finding : findings) {

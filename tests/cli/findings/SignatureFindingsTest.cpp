@@ -16,7 +16,7 @@ Finding findingFor(const char *signature, const char *key = "first")
                                         {QString::fromLatin1(Signatures::key(key))});
 }
 
-TEST(SignatureFindingsTest, ARightSignatureIsToldWithItsKeyAndComment)
+TEST(SignatureFindingsTest, ACorrectSignatureIsReportedWithItsKeyAndComment)
 {
     const Finding finding = findingFor("good");
     EXPECT_EQ(finding.what, what);
@@ -25,7 +25,7 @@ TEST(SignatureFindingsTest, ARightSignatureIsToldWithItsKeyAndComment)
     EXPECT_EQ(findingFor("second", "second").verdict, Finding::Verdict::Ok);
 }
 
-TEST(SignatureFindingsTest, EachKindOfWrongSignatureIsAProblemWithWordsOfItsOwn)
+TEST(SignatureFindingsTest, EachKindOfWrongSignatureIsAProblemWithADifferentText)
 {
     QStringList texts;
     for (const char *name : {"second", "other-model", "no-model", "legacy", "not-there"}) {
@@ -38,7 +38,7 @@ TEST(SignatureFindingsTest, EachKindOfWrongSignatureIsAProblemWithWordsOfItsOwn)
     EXPECT_EQ(texts.size(), 5);
 }
 
-TEST(SignatureFindingsTest, EachVerdictHasWordsOfItsOwnInBothLanguages)
+TEST(SignatureFindingsTest, EachVerdictHasADifferentTextInBothLanguages)
 {
     for (const Texts::Language language : {Texts::Language::English, Texts::Language::Chinese}) {
         Texts::setLanguage(language);

@@ -19,8 +19,8 @@ TEST(SystemFindingsTest, TheDriverIsNeverAProblemBecauseTheDeviceMayNotNeedIt)
         {"running", DriverState{true, {QStringLiteral("a.inf")}}, Verdict::Ok, "is running"},
         {"not running", DriverState{false, {}}, Verdict::Warning, "not running"},
         {"package incomplete", DriverState{false, {QStringLiteral("a.inf")}}, Verdict::Warning, "a.inf"},
-        {"not told", DriverState{std::nullopt, {}}, Verdict::Warning, "does not list"},
-        {"not told, package incomplete", DriverState{std::nullopt, {QStringLiteral("a.inf")}},
+        {"drivers not listed", DriverState{std::nullopt, {}}, Verdict::Warning, "does not list"},
+        {"drivers not listed, package incomplete", DriverState{std::nullopt, {QStringLiteral("a.inf")}},
          Verdict::Warning, "a.inf"},
     };
     for (const auto &c : cases) {
@@ -31,7 +31,7 @@ TEST(SystemFindingsTest, TheDriverIsNeverAProblemBecauseTheDeviceMayNotNeedIt)
     }
 }
 
-TEST(SystemFindingsTest, AReasonAgainstTheTemporaryFolderIsAProblem)
+TEST(SystemFindingsTest, AnUnusableTemporaryFolderIsAProblem)
 {
     const QString path = QStringLiteral("/tmp/x");
     EXPECT_EQ(SystemFindings::temporaryFolder(path, {}),
@@ -41,7 +41,7 @@ TEST(SystemFindingsTest, AReasonAgainstTheTemporaryFolderIsAProblem)
     EXPECT_EQ(refused.text, QStringLiteral("/tmp/x is a link"));
 }
 
-TEST(SystemFindingsTest, TheDiskHasToHoldThePartsAndTheImageAtOnce)
+TEST(SystemFindingsTest, TheDiskMustHoldThePartsAndTheImageTogether)
 {
     constexpr qint64 mib = qint64{1024} * 1024;
     const struct
@@ -59,13 +59,13 @@ TEST(SystemFindingsTest, TheDiskHasToHoldThePartsAndTheImageAtOnce)
             << c.available << ' ' << c.imageSize;
 }
 
-TEST(SystemFindingsTest, AnotherCopyThatUpdatesIsAProblem)
+TEST(SystemFindingsTest, AnotherCopyThatIsUpdatingIsAProblem)
 {
     EXPECT_EQ(SystemFindings::updateLock(false).verdict, Verdict::Ok);
     EXPECT_EQ(SystemFindings::updateLock(true).verdict, Verdict::Problem);
 }
 
-TEST(SystemFindingsTest, TlsIsNeededForASecureAddressAndMissedForAnotherOne)
+TEST(SystemFindingsTest, WithoutTlsASecureAddressIsAProblemAndAnInsecureAddressIsAlwaysAWarning)
 {
     const QString secure = QStringLiteral("https://firmware.example/m.json");
     const QString library = QStringLiteral("OpenSSL 3");

@@ -92,7 +92,7 @@ TEST_F(CliSignatureTest, EachWrongSignatureOfAServerIsRefusedWithItsReason)
 TEST_F(CliSignatureTest, APersonSeesTheReason)
 {
     publish("garbage");
-    EXPECT_EQ(runForPerson({update}), 4);
+    EXPECT_EQ(runWithTextOutput({update}), 4);
     EXPECT_TRUE(scenario().program.standardOutput().contains(
         QLatin1String("the firmware has no valid signature of its maker for this model")));
 }

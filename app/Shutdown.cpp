@@ -1,4 +1,4 @@
-#include "app/Departure.h"
+#include "app/Shutdown.h"
 
 #include "support/Diagnostics.h"
 #include "support/LanguageUtilities.h"
@@ -16,14 +16,15 @@
 
 namespace {
 
-// The program has two seconds to end; the rest is for the end of the process itself on a busy machine.
+// The program has to end within two seconds. What these limits leave is for the end of the process on a busy
+// machine.
 constexpr int workerLimitMs = 1000;
-constexpr int wholeLimitMs = 1500;
+constexpr int totalLimitMs = 1500;
 constexpr int flushLimitMs = 100;
 
 [[noreturn]] void endProcess(int exitCode, const char *reason)
 {
-    qWarning() << "Leaving at once:" << reason;
+    qWarning() << "The process is ended by force:" << reason;
     Diagnostics::flush(flushLimitMs);
     std::_Exit(exitCode);
 }
@@ -33,7 +34,7 @@ constexpr int flushLimitMs = 100;
 void startWatchdog()
 {
     std::thread([] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(wholeLimitMs));
+        std::this_thread::sleep_for(std::chrono::milliseconds(totalLimitMs));
         endProcess(0, "something cannot be interrupted.");
     }).detach();
 }
@@ -58,20 +59,20 @@ QMessageBox *makeQuestion(QWidget *window)
 
 } // namespace
 
-Departure::~Departure() = default;
+Shutdown::~Shutdown() = default;
 
-bool Departure::requestClose(QWidget *window)
+bool Shutdown::requestClose(QWidget *window)
 {
     // An object in its destructor may still run an event loop, and m_isWriting may refer to a destroyed one.
     if (ShutdownFlag::instance().isRaised())
         return true;
-    if (m_isWriting && m_isWriting() && askToStay(window))
+    if (m_isWriting && m_isWriting() && userKeepsRunning(window))
         return false;
-    leave();
+    begin();
     return true;
 }
 
-bool Departure::askToStay(QWidget *window)
+bool Shutdown::userKeepsRunning(QWidget *window)
 {
     if (!m_question)
         m_question = makeQuestion(window);
@@ -80,7 +81,7 @@ bool Departure::askToStay(QWidget *window)
     return !ShutdownFlag::instance().isRaised() && m_question->clickedButton() == m_question->escapeButton();
 }
 
-void Departure::leave()
+void Shutdown::begin()
 {
     startWatchdog();
     ShutdownFlag::instance().raise();
@@ -91,17 +92,17 @@ void Departure::leave()
     QCoreApplication::quit();
 }
 
-int Departure::runLoop()
+int Shutdown::runLoop()
 {
     // exec() forgets an earlier request to quit.
     return ShutdownFlag::instance().isRaised() ? 0 : QApplication::exec();
 }
 
-void Departure::settle(QObject *mainWidget, int exitCode)
+void Shutdown::finish(QObject *mainWidget, int exitCode)
 {
     ShutdownFlag::instance().raise();
     const bool workerEnded = QThreadPool::globalInstance()->waitForDone(workerLimitMs);
     QCoreApplication::sendPostedEvents(mainWidget, QEvent::MetaCall);
     if (!workerEnded)
-        endProcess(exitCode, "the update cannot be stopped.");
+        endProcess(exitCode, "the update thread does not stop.");
 }

@@ -1,4 +1,4 @@
-#include "cli/PersonEvents.h"
+#include "cli/TextEvents.h"
 
 #include "checks/Texts.h"
 
@@ -8,13 +8,13 @@ namespace {
 
 const QByteArray writing = "Writing the device: do not disconnect it";
 
-class PersonEventsTest : public testing::Test
+class TextEventsTest : public testing::Test
 {
 protected:
-    PersonEvents &events(int width, bool colour = false)
+    TextEvents &events(int width, bool colour = false)
     {
-        m_events = std::make_unique<PersonEvents>(PersonEvents::Look{width, colour},
-                                                  [this](const QByteArray &bytes) { m_written += bytes; });
+        m_events = std::make_unique<TextEvents>(TextEvents::Style{width, colour},
+                                                [this](const QByteArray &bytes) { m_written += bytes; });
         return *m_events;
     }
     static UpdateProgress percent(int value) { return {value, {}, {}}; }
@@ -59,69 +59,69 @@ protected:
     }
 
     QByteArray m_written;
-    std::unique_ptr<PersonEvents> m_events;
+    std::unique_ptr<TextEvents> m_events;
 };
 
-TEST_F(PersonEventsTest, PlainlyEachStageAndEachTenthIsALine)
+TEST_F(TextEventsTest, WithoutATerminalEachStageAndEachTenPercentIsALine)
 {
-    PersonEvents &sink = events(0);
+    TextEvents &sink = events(0);
     sink.stage(UpdateStage::Flashing);
     for (const int value : {0, 3, 9, 10, 16, 19, 48, 48, 100, 100})
         sink.progress(percent(value));
     sink.stage(UpdateStage::Resetting);
     sink.stage(UpdateStage::Idle);
     sink.log(QStringLiteral("not for a person"));
-    sink.tell(QStringLiteral("A sentence."));
+    sink.message(QStringLiteral("A sentence."));
     sink.result(succeeded());
     EXPECT_EQ(m_written, writing + "\n  0 %\n  10 %\n  48 %\n  100 %\nRestarting the device\nA sentence.\n"
                                    "DevMaa was updated.\n");
 }
 
-TEST_F(PersonEventsTest, PlainlyThereAreNoColours)
+TEST_F(TextEventsTest, WithoutATerminalThereAreNoColours)
 {
     events(0, false).result(failed());
     EXPECT_EQ(m_written, "The update failed: no such device is connected.\n");
 }
 
-TEST_F(PersonEventsTest, OnATerminalOneLineIsRewritten)
+TEST_F(TextEventsTest, OnATerminalOneLineIsRewritten)
 {
-    PersonEvents &sink = events(80);
+    TextEvents &sink = events(80);
     sink.stage(UpdateStage::Flashing);
     sink.progress(percent(7));
     sink.progress(percent(100));
     EXPECT_EQ(screen(), QList<QByteArray>{writing + "  100 %"});
-    // A shorter one covers all of the longer one.
+    // A shorter text covers the longer one completely.
     sink.stage(UpdateStage::Resetting);
     EXPECT_EQ(screen(), QList<QByteArray>{"Restarting the device"});
 }
 
-TEST_F(PersonEventsTest, OnATerminalASentenceTakesTheLinesPlaceAndTheLineComesBack)
+TEST_F(TextEventsTest, OnATerminalASentenceReplacesTheLineWhichIsShownAgainBelow)
 {
-    PersonEvents &sink = events(80);
+    TextEvents &sink = events(80);
     sink.stage(UpdateStage::Flashing);
-    sink.tell(QStringLiteral("A sentence."));
+    sink.message(QStringLiteral("A sentence."));
     EXPECT_EQ(screen(), (QList<QByteArray>{"A sentence.", ""}));
     sink.progress(percent(50));
     sink.result(succeeded());
     EXPECT_EQ(screen(), (QList<QByteArray>{"A sentence.", "DevMaa was updated.", ""}));
 }
 
-TEST_F(PersonEventsTest, ALineIsNeverAsLongAsTheTerminalIsWide)
+TEST_F(TextEventsTest, ALineIsAlwaysShorterThanTheTerminalIsWide)
 {
-    PersonEvents &sink = events(20);
+    TextEvents &sink = events(20);
     sink.stage(UpdateStage::Flashing);
     sink.progress(percent(50));
     EXPECT_EQ(screen(), QList<QByteArray>{"Writing the device:"});
     Texts::setLanguage(Texts::Language::Chinese);
     m_written.clear();
-    PersonEvents &chinese = events(10);
+    TextEvents &chinese = events(10);
     chinese.stage(UpdateStage::Fetching);
     Texts::setLanguage(Texts::Language::English);
-    // Each of its characters takes two columns.
+    // Each Chinese character takes two columns.
     EXPECT_EQ(m_written, "\r" + QStringLiteral("正在获取").toUtf8());
 }
 
-TEST_F(PersonEventsTest, TheResultIsGreenOrRed)
+TEST_F(TextEventsTest, TheResultIsGreenOrRed)
 {
     events(80, true).result(succeeded());
     EXPECT_EQ(m_written, "\x1b[32mDevMaa was updated.\x1b[0m\n");

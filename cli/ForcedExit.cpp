@@ -1,4 +1,4 @@
-#include "cli/LastResort.h"
+#include "cli/ForcedExit.h"
 
 #include "cli/ExitCode.h"
 #include "cli/Output.h"
@@ -16,39 +16,39 @@ constexpr int flushLimitMs = 100;
 struct State
 {
     std::mutex mutex;
-    std::function<int()> lastWords = [] {
+    std::function<int()> finalStep = [] {
         return static_cast<int>(ExitCode::Interrupted);
     };
 };
 
 State &state()
 {
-    // Never destroyed: a thread may come back to it while the process ends.
+    // Never destroyed: a thread may still use it while the process ends.
     static auto *state = new State;
     return *state;
 }
 
 void endLater(int limitMs)
 {
-    // In short steps, so that a pause of the machine counts for no more than one of them.
+    // Sleep in short steps, so that a pause of the machine counts as one step at most.
     for (int waitedMs = 0; waitedMs < limitMs; waitedMs += stepMs)
         std::this_thread::sleep_for(std::chrono::milliseconds(stepMs));
-    // Never released: who would set other last words comes too late.
+    // Never unlocked: a thread that sets another final step now is too late and has to wait.
     state().mutex.lock();
-    const int exitCode = state().lastWords();
+    const int exitCode = state().finalStep();
     Output::flush(flushLimitMs);
     std::_Exit(exitCode);
 }
 
 } // namespace
 
-void LastResort::setLastWords(std::function<int()> lastWords)
+void ForcedExit::setFinalStep(std::function<int()> finalStep)
 {
     const std::lock_guard<std::mutex> lock(state().mutex);
-    state().lastWords = std::move(lastWords);
+    state().finalStep = std::move(finalStep);
 }
 
-void LastResort::begin(int limitMs)
+void ForcedExit::schedule(int limitMs)
 {
     std::thread(endLater, limitMs).detach();
 }

@@ -1,4 +1,4 @@
-#include "demo/ReplayByItself.h"
+#include "demo/AutomaticReplay.h"
 
 #include "demo/DemoScenario.h"
 #include "demo/Pictures.h"
@@ -19,27 +19,28 @@ int listings(const DemoScenario &s)
     return s.program.standardError().count(QLatin1String("Device List Count:"));
 }
 
-/// Waits until what the window shows is that of a look at the bus after `before` listings. A look lists the
-/// devices once or twice.
-bool waitForALook(DemoScenario &s, int before)
+/// Waits until the window shows the result of a monitor tick that began after `before` listings. A tick lists
+/// the devices once or twice.
+bool waitForTick(DemoScenario &s, int before)
 {
     return pollUntil([&] { return listings(s) >= before + 3 || !s.bus.programState().running; },
                      replayLimitMs, 50);
 }
 
-/// Tells which interface the window has picked for a device that needs a certain one.
+/// Describes which interface the window has picked for a device that needs a certain one.
 QString pickedInterface(const QString &log)
 {
     const int found = log.lastIndexOf(QLatin1String("find DuoDevices"));
     const int missing = log.lastIndexOf(QLatin1String("not find DuoDevices!"));
     if (found < 0)
-        return QStringLiteral("no certain one is needed");
-    // The text of the failure holds that of the success.
-    return missing >= 0 && found == missing + 4 ? QStringLiteral("a certain one is needed and was not found")
-                                                : QStringLiteral("the one that is needed was found");
+        return QStringLiteral("no certain one is required");
+    // The text of the failure contains that of the success.
+    return missing >= 0 && found == missing + 4
+               ? QStringLiteral("a certain one is required and was not found")
+               : QStringLiteral("the required one was found");
 }
 
-void tellWhatIsShown(DemoScenario &s)
+void printWhatIsShown(DemoScenario &s)
 {
     QTextStream out(stdout);
     out << "\n== What the window shows\n"
@@ -47,48 +48,50 @@ void tellWhatIsShown(DemoScenario &s)
         << "Model: " << s.probe.text(QStringLiteral("deviceModelLabel")) << '\n'
         << "HID interface: " << pickedInterface(s.program.updateLog()) << '\n';
     const QStringList seen = s.program.interfaceLog().split(QLatin1Char('\n'));
-    QStringList told;
+    QStringList printed;
     for (const QString &line : seen) {
-        if (!line.isEmpty() && !told.contains(line))
-            told.append(line);
+        if (!line.isEmpty() && !printed.contains(line))
+            printed.append(line);
     }
-    for (const QString &line : qAsConst(told))
+    for (const QString &line : qAsConst(printed))
         out << "  " << line << '\n';
 }
 
-/// An update that the window does not begin, or that waits for an answer, is left as it is.
+/// Returns whether there is nothing more to wait for: the update has ended, the window asks for the model, or
+/// the program has ended.
 bool isReplayOver(DemoScenario &s)
 {
     const QString title = s.probe.text(replayedTitle);
-    const bool told = title.contains(QLatin1String("uccessful")) || title.contains(QLatin1String("ailed")) ||
-                      title.contains(QStringLiteral("失败")) || title.contains(QStringLiteral("升级成功"));
-    return (told && s.probe.isEnabled(replayedStart)) ||
+    const bool hasResult = title.contains(QLatin1String("uccessful")) ||
+                           title.contains(QLatin1String("ailed")) || title.contains(QStringLiteral("失败")) ||
+                           title.contains(QStringLiteral("升级成功"));
+    return (hasResult && s.probe.isEnabled(replayedStart)) ||
            s.probe.isVisible(QStringLiteral("firmwareChooser")) || !s.bus.programState().running;
 }
 
 } // namespace
 
-bool replayByItself(DemoScenario &scenario)
+bool runAutomaticReplay(DemoScenario &scenario)
 {
-    if (!waitForALook(scenario, 0) || !scenario.bus.programState().running) {
+    if (!waitForTick(scenario, 0) || !scenario.bus.programState().running) {
         QTextStream(stdout) << scenario.failure() << scenario.program.standardError() << '\n';
         return false;
     }
-    tellWhatIsShown(scenario);
+    printWhatIsShown(scenario);
     scenario.probe.check(QStringLiteral("logBox"));
     scenario.probe.waitForVisible(QStringLiteral("logTextView"), true);
     takePicture(scenario, "before.png");
     if (!scenario.probe.click(replayedStart))
         return false;
     pollUntil([&] { return isReplayOver(scenario); }, replayLimitMs, 50);
-    // The log tells once more what the window sees, unless the update waits for an answer.
+    // Let the log show once more what the window sees, unless the update waits for an answer.
     if (scenario.probe.isEnabled(replayedStart))
-        waitForALook(scenario, listings(scenario));
+        waitForTick(scenario, listings(scenario));
     takePicture(scenario, "after.png");
     QTextStream out(stdout);
     out << "\n== Log\n"
         << scenario.program.updateLog() << "\n== Result of the start button\n"
         << "Title: " << scenario.probe.text(replayedTitle) << '\n'
-        << "Pictures: " << QDir(scenario.options().pictures).absolutePath() << '\n';
+        << "Screenshots: " << QDir(scenario.options().pictures).absolutePath() << '\n';
     return scenario.bus.programState().running;
 }

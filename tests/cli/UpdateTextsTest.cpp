@@ -1,4 +1,4 @@
-#include "cli/LiveLine.h"
+#include "cli/UpdateTexts.h"
 
 #include "checks/Texts.h"
 
@@ -44,10 +44,11 @@ const Row rows[] = {
     {UpdateStage::Idle, {}, 0, 80, ""},
 };
 
-TEST(LiveLineTest, TheLineTellsStageProgressRateAndTimeLeft)
+TEST(UpdateTextsTest, TheLineHasStageProgressRateAndRemainingTime)
 {
     for (const Row &row : rows)
-        EXPECT_EQ(LiveLine::text(row.stage, row.progress, row.elapsedMs, row.width), QLatin1String(row.text));
+        EXPECT_EQ(UpdateTexts::progressLine(row.stage, row.progress, row.elapsedMs, row.width),
+                  QLatin1String(row.text));
 }
 
 UpdateSummary summaryOf(UpdateReason reason, UpdateStage stage)
@@ -59,32 +60,32 @@ UpdateSummary summaryOf(UpdateReason reason, UpdateStage stage)
     return summary;
 }
 
-TEST(LiveLineTest, TheEndingTellsWhatHappenedAndWhatToDo)
+TEST(UpdateTextsTest, TheEndingSaysWhatHappenedAndWhatToDo)
 {
-    EXPECT_EQ(LiveLine::ending(summaryOf(UpdateReason::None, UpdateStage::Resetting)),
+    EXPECT_EQ(UpdateTexts::ending(summaryOf(UpdateReason::None, UpdateStage::Resetting)),
               QStringLiteral("DevMaa was updated."));
     EXPECT_EQ(
-        LiveLine::ending(summaryOf(UpdateReason::ChecksumMismatch, UpdateStage::Fetching)),
+        UpdateTexts::ending(summaryOf(UpdateReason::ChecksumMismatch, UpdateStage::Fetching)),
         QStringLiteral("The update failed: the firmware is not what was promised: its checksum is wrong. "
                        "The device was not touched. Try again later, or ask the firmware's maker."));
-    EXPECT_EQ(LiveLine::ending(summaryOf(UpdateReason::NoDevice, UpdateStage::Idle)),
+    EXPECT_EQ(UpdateTexts::ending(summaryOf(UpdateReason::NoDevice, UpdateStage::Idle)),
               QStringLiteral("The update failed: no such device is connected."));
-    EXPECT_EQ(LiveLine::ending(summaryOf(UpdateReason::ProgramClosed, UpdateStage::Fetching)),
+    EXPECT_EQ(UpdateTexts::ending(summaryOf(UpdateReason::ProgramClosed, UpdateStage::Fetching)),
               QStringLiteral("The update was cancelled: it was interrupted. The device was not touched."));
-    EXPECT_EQ(LiveLine::ending(summaryOf(UpdateReason::WritingFailed, UpdateStage::Flashing)),
+    EXPECT_EQ(UpdateTexts::ending(summaryOf(UpdateReason::WritingFailed, UpdateStage::Flashing)),
               QStringLiteral(
                   "The update failed: the tool ended without success. Keep the device connected and update "
                   "it again. If it waits in its bootloader, name its model with --model."));
 }
 
-TEST(LiveLineTest, EachReasonHasWordsOfItsOwnInBothLanguages)
+TEST(UpdateTextsTest, EachReasonHasADifferentTextInBothLanguages)
 {
     for (const Texts::Language language : {Texts::Language::English, Texts::Language::Chinese}) {
         Texts::setLanguage(language);
         QStringList endings;
         for (int reason = 1; reason <= static_cast<int>(UpdateReason::ProgramClosed); ++reason)
             endings.append(
-                LiveLine::ending(summaryOf(static_cast<UpdateReason>(reason), UpdateStage::Fetching)));
+                UpdateTexts::ending(summaryOf(static_cast<UpdateReason>(reason), UpdateStage::Fetching)));
         EXPECT_EQ(endings.removeDuplicates(), 0);
         EXPECT_EQ(endings.filter(QStringLiteral(": .")) + endings.filter(QStringLiteral(":。")),
                   QStringList());

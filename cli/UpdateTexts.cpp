@@ -1,4 +1,4 @@
-#include "cli/LiveLine.h"
+#include "cli/UpdateTexts.h"
 
 #include "checks/Texts.h"
 
@@ -105,7 +105,7 @@ QString reasonText(UpdateReason reason)
 
 } // namespace
 
-QString LiveLine::nameOf(UpdateStage stage)
+QString UpdateTexts::stageName(UpdateStage stage)
 {
     switch (stage) {
     case UpdateStage::Fetching:
@@ -128,16 +128,16 @@ QString LiveLine::nameOf(UpdateStage stage)
     return {};
 }
 
-QString LiveLine::text(UpdateStage stage, const std::optional<UpdateProgress> &progress, qint64 elapsedMs,
-                       int width)
+QString UpdateTexts::progressLine(UpdateStage stage, const std::optional<UpdateProgress> &progress,
+                                  qint64 elapsedMs, int width)
 {
-    QString line = nameOf(stage);
+    QString line = stageName(stage);
     if (progress)
         line += QStringLiteral("  %1 %").arg(progress->percent) + amount(*progress, elapsedMs);
     return line.left(width);
 }
 
-QString LiveLine::ending(const UpdateSummary &summary)
+QString UpdateTexts::ending(const UpdateSummary &summary)
 {
     const QString model = summary.model.isEmpty() ? QStringLiteral("?") : summary.model;
     if (summary.result.outcome == UpdateResult::Outcome::Succeeded)

@@ -11,8 +11,8 @@
 
 #include <vector>
 
-/// The real layout on a plain widget, put together as the main widget's constructor does it.
-class MainWindowOnGround : public LocalFileHost
+/// The real layout on a plain widget in place of the main widget, built in the order of its constructor.
+class TestMainWindow : public LocalFileHost
 {
 public:
     struct Options
@@ -24,11 +24,11 @@ public:
         bool automatic = false;
     };
 
-    explicit MainWindowOnGround(const Options &options) : ground(options.chineseLocale)
+    explicit TestMainWindow(const Options &options) : background(options.chineseLocale)
     {
         LanguageUtilities::instance().setLanguage(options.language);
         MainWindowLook::applyProgramFont(options.chineseLocale);
-        mainWidget = new QWidget(&ground);
+        mainWidget = new QWidget(&background);
         mainWidget->setObjectName(QStringLiteral("mainWidget"));
         MainWindowLayout::buildFlashingPage(mainWidget, this, widgets);
         MainWindowLayout::buildWriteTypeBox(mainWidget, options.usb, options.hid, widgets);
@@ -43,7 +43,7 @@ public:
 
     void show()
     {
-        ground.show();
+        background.show();
         mainWidget->show();
     }
 
@@ -54,7 +54,7 @@ public:
         widgets.chooseFileButton->show();
     }
 
-    BackgroundWidget ground;
+    BackgroundWidget background;
     QWidget *mainWidget = nullptr;
     MainWindowWidgets widgets;
     std::vector<int> iapStates;

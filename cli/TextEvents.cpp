@@ -1,7 +1,7 @@
-#include "cli/PersonEvents.h"
+#include "cli/TextEvents.h"
 
 #include "cli/DeviceStates.h"
-#include "cli/LiveLine.h"
+#include "cli/UpdateTexts.h"
 
 namespace {
 
@@ -9,7 +9,7 @@ const char *const green = "\x1b[32m";
 const char *const red = "\x1b[31m";
 const char *const plain = "\x1b[0m";
 
-/// Chinese characters take two columns of a terminal.
+/// Returns the columns that the text takes on a terminal. Chinese characters take two.
 int columnsOf(const QString &text)
 {
     int columns = 0;
@@ -27,68 +27,69 @@ QString cutTo(QString text, int columns)
 
 } // namespace
 
-PersonEvents::PersonEvents(const Look &look, Write write) : m_look(look), m_write(std::move(write)) {}
+TextEvents::TextEvents(const Style &style, Write write) : m_style(style), m_write(std::move(write)) {}
 
-void PersonEvents::device(const DeviceInfo &device)
+void TextEvents::device(const DeviceInfo &device)
 {
     print(DeviceStates::describe(device));
 }
 
-void PersonEvents::stage(UpdateStage stage)
+void TextEvents::stage(UpdateStage stage)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_stage = stage;
         m_progress.reset();
-        m_shownTenth = -1;
-        m_inStage.start();
+        m_lastTenth = -1;
+        m_sinceStageChange.start();
     }
-    if (m_look.terminalWidth > 0)
+    if (m_style.terminalWidth > 0)
         showLive();
-    else if (!LiveLine::nameOf(stage).isEmpty())
-        print(LiveLine::nameOf(stage));
+    else if (!UpdateTexts::stageName(stage).isEmpty())
+        print(UpdateTexts::stageName(stage));
 }
 
-void PersonEvents::progress(const UpdateProgress &progress)
+void TextEvents::progress(const UpdateProgress &progress)
 {
     int tenth = 0;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_progress = progress;
         tenth = progress.percent / 10;
-        if (m_look.terminalWidth == 0 && tenth == m_shownTenth)
+        if (m_style.terminalWidth == 0 && tenth == m_lastTenth)
             return;
-        m_shownTenth = tenth;
+        m_lastTenth = tenth;
     }
-    if (m_look.terminalWidth > 0)
+    if (m_style.terminalWidth > 0)
         showLive();
     else
         print(QStringLiteral("  %1 %").arg(progress.percent));
 }
 
-void PersonEvents::showLive()
+void TextEvents::showLive()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const QString text = cutTo(LiveLine::text(m_stage, m_progress, m_inStage.elapsed(), m_look.terminalWidth),
-                               m_look.terminalWidth - 1);
+    const QString text = cutTo(
+        UpdateTexts::progressLine(m_stage, m_progress, m_sinceStageChange.elapsed(), m_style.terminalWidth),
+        m_style.terminalWidth - 1);
     const int columns = columnsOf(text);
     const QString erased(qMax(0, m_liveColumns - columns), QLatin1Char(' '));
     m_write('\r' + (text + erased).toUtf8());
     m_liveColumns = columns;
 }
 
-void PersonEvents::log(const QString & /*line*/)
+void TextEvents::log(const QString & /*line*/)
 {
-    // Too much for a person; --log keeps it.
+    // Not shown, the log is too long for that: --log writes it to a file.
 }
 
-void PersonEvents::result(const UpdateSummary &summary)
+void TextEvents::result(const UpdateSummary &summary)
 {
     const bool succeeded = summary.result.outcome == UpdateResult::Outcome::Succeeded;
-    print(LiveLine::ending(summary), succeeded ? green : red);
+    print(UpdateTexts::ending(summary), succeeded ? green : red);
 }
 
-void PersonEvents::finding(const Finding &finding)
+void TextEvents::finding(const Finding &finding)
 {
     switch (finding.verdict) {
     case Finding::Verdict::Ok:
@@ -103,24 +104,24 @@ void PersonEvents::finding(const Finding &finding)
     }
 }
 
-void PersonEvents::tell(const QString &sentence)
+void TextEvents::message(const QString &sentence)
 {
     print(sentence);
 }
 
-void PersonEvents::print(const QString &line, const char *colour)
+void TextEvents::print(const QString &line, const char *colour)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     writeLine(line, colour);
 }
 
-void PersonEvents::writeLine(const QString &line, const char *colour)
+void TextEvents::writeLine(const QString &line, const char *colour)
 {
     QByteArray bytes;
     if (m_liveColumns > 0)
         bytes = '\r' + QByteArray(m_liveColumns, ' ') + '\r';
     m_liveColumns = 0;
-    const bool coloured = m_look.colour && *colour != '\0';
+    const bool coloured = m_style.colour && *colour != '\0';
     bytes += coloured ? colour + line.toUtf8() + plain : line.toUtf8();
     m_write(bytes + '\n');
 }

@@ -6,11 +6,11 @@ using namespace CliCases;
 
 const QString unknownHost = QStringLiteral("never-found.invalid");
 
-/// The program meets something that cannot be interrupted.
-class CliLastResortTest : public CliTest
+/// Runs the program with a library call that hangs and cannot be interrupted.
+class CliForcedExitTest : public CliTest
 {
 protected:
-    /// Before the first start.
+    /// Makes the call hang. Call it before the first start.
     void interpose(const char *variable, const QString &value)
     {
         StagedProgram &program = scenario().program;
@@ -30,7 +30,7 @@ protected:
     QString mark() { return scenario().program.workingFolder() + QLatin1String("/../hangs"); }
 };
 
-TEST_F(CliLastResortTest, ANameLookupInAnUpdateDoesNotHoldAnInterruption)
+TEST_F(CliForcedExitTest, ANameLookupInAnUpdateDoesNotDelayAnInterruption)
 {
     CliScenario &s = scenario();
     s.firmware.setField(s.model(), QStringLiteral("fileURL"),
@@ -43,7 +43,7 @@ TEST_F(CliLastResortTest, ANameLookupInAnUpdateDoesNotHoldAnInterruption)
     expectUntouchedDevice();
 }
 
-TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruption)
+TEST_F(CliForcedExitTest, AHangingBusDoesNotDelayAnInterruption)
 {
     interpose("INTERPOSE_BUS", QStringLiteral("1"));
     start({update, QStringLiteral("--model"), scenario().model()});
@@ -53,7 +53,7 @@ TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruption)
     EXPECT_EQ(lastEvent().value(QLatin1String("model")).toString(), scenario().model());
 }
 
-TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruptionOfAList)
+TEST_F(CliForcedExitTest, AHangingBusDoesNotDelayAnInterruptionOfAList)
 {
     interpose("INTERPOSE_BUS", QStringLiteral("1"));
     start({QStringLiteral("list")});
@@ -61,7 +61,7 @@ TEST_F(CliLastResortTest, ALookAtTheBusDoesNotHoldAnInterruptionOfAList)
     interruptAndExpectEnd(130);
 }
 
-TEST_F(CliLastResortTest, ANameLookupDoesNotHoldTheEndOfACommandThatWasNotInterrupted)
+TEST_F(CliForcedExitTest, ANameLookupDoesNotDelayTheEndOfACommandThatIsNotInterrupted)
 {
     interpose("INTERPOSE_HOST", unknownHost);
     const QString address = QStringLiteral("http://%1/manifest.json").arg(unknownHost);

@@ -1,4 +1,4 @@
-#include "demo/UnhurriedTools.h"
+#include "demo/SlowTools.h"
 
 #include "simulator/standin/StandinScript.h"
 
@@ -6,7 +6,7 @@
 
 using StandinScript::step;
 
-QJsonDocument UnhurriedTools::flasher()
+QJsonDocument SlowTools::flasher()
 {
     QJsonArray burn;
     for (const char *partition : {"spl", "env", "os", "rodata", "data"}) {
@@ -19,7 +19,7 @@ QJsonDocument UnhurriedTools::flasher()
     return StandinScript::script({burn, {step("reset")}});
 }
 
-QJsonDocument UnhurriedTools::programmer()
+QJsonDocument SlowTools::programmer()
 {
     QJsonArray run;
     for (const int percent : {0, 16, 32, 48, 64, 80}) {
@@ -28,6 +28,6 @@ QJsonDocument UnhurriedTools::programmer()
     }
     run.append(step("program"));
     run.append(step("print", QStringLiteral("SetProgress: 100\n")));
-    // Asked what there is, it stays honest.
+    // The script is for "Start" only: to "GetData" the stand-in answers with the devices on the bus.
     return StandinScript::scriptFor(QStringLiteral("Start"), {run});
 }

@@ -1,4 +1,4 @@
-#include "checks/WebLook.h"
+#include "checks/WebRequest.h"
 
 #include "download/HttpAnswer.h"
 #include "support/ShutdownFlag.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-QString lateText(int limit)
+QString textOfTimeout(int limit)
 {
     return QStringLiteral("no answer within %1 s").arg(limit / 1000.0);
 }
@@ -72,14 +72,14 @@ private:
 
 } // namespace
 
-bool WebLook::isAddress(const QString &address)
+bool WebRequest::isAddress(const QString &address)
 {
     const QUrl url(address, QUrl::StrictMode);
     const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
     return url.isValid() && isWeb && !url.host().isEmpty();
 }
 
-WebAnswer WebLook::fetch(const QString &address, int limit)
+WebAnswer WebRequest::fetch(const QString &address, int limit)
 {
     Request request(address, std::nullopt);
     QNetworkReply &reply = request.reply();
@@ -95,7 +95,7 @@ WebAnswer WebLook::fetch(const QString &address, int limit)
         takeBody();
     WebAnswer answer = request.answer();
     if (!isInTime)
-        answer.problem = lateText(limit);
+        answer.problem = textOfTimeout(limit);
     else if (body.size() > HttpAnswer::manifestLimit)
         answer.problem = HttpAnswer::tooLarge();
     else if (!reply.isFinished())
@@ -106,19 +106,19 @@ WebAnswer WebLook::fetch(const QString &address, int limit)
     return answer;
 }
 
-WebAnswer WebLook::head(const QString &address, const std::optional<SegmentRange> &part, int limit)
+WebAnswer WebRequest::head(const QString &address, const std::optional<SegmentRange> &part, int limit)
 {
     Request request(address, part);
     QNetworkReply &reply = request.reply();
     QObject::connect(&reply, &QNetworkReply::metaDataChanged, &request.loop(), [&] {
-        // The head of a redirect is not the answer yet.
+        // The headers of a redirect are not the answer yet.
         if (HttpAnswer::isSuccess(reply))
             request.loop().quit();
     });
     const bool isInTime = request.run(limit);
     WebAnswer answer = request.answer();
     if (!isInTime)
-        answer.problem = lateText(limit);
+        answer.problem = textOfTimeout(limit);
     else if (HttpAnswer::isSuccess(reply))
         answer.problem =
             HttpAnswer::problemOfBody(reply, part ? std::optional<qint64>(part->start) : std::nullopt);

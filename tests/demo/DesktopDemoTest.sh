@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# PersonsDisplayTest.sh BUILD_FOLDER CASE [WINDOWS_BUILD_FOLDER]: one test of the demo on a display that stands for
-# a person's. The window is operated from outside, as a person does it: Start is pressed, the update watched, the
-# window closed.
+# DesktopDemoTest.sh BUILD_FOLDER CASE [WINDOWS_BUILD_FOLDER]: runs one test of the demo on a display that
+# plays a desktop. The window is operated from outside as a user does it: press Start, wait for the update, close the
+# window.
 set -euo pipefail
 project=$(cd "$(dirname "$0")/../.." && pwd)
 build=$1
@@ -21,7 +21,7 @@ fail() {
     } >&2 2>/dev/null
     exit 1
 }
-# Asks every 0.2 s. Only the asking counts, so that a pause of the machine takes nothing from the limit.
+# Waits until COMMAND succeeds. Counts tries instead of time, so that a pause of the machine does not break it.
 wait_until() { # WHAT COMMAND [ARGUMENT...]
     local what=$1 tries=0
     shift
@@ -32,7 +32,7 @@ wait_until() { # WHAT COMMAND [ARGUMENT...]
     done
 }
 
-# The same patience with the demo's end.
+# Waits in the same way until the demo has ended.
 wait_for_end() {
     local tries=0
     while kill -0 "$demo" 2>/dev/null; do
@@ -41,7 +41,7 @@ wait_for_end() {
     done
 }
 
-# A display server that lets nobody in without its cookie, as on a desktop.
+# Starts a display server that requires its cookie, as on a desktop.
 start_display() {
     local cookie number
     cookie=$(od -An -tx1 -N16 /dev/urandom | tr -d ' \n')
@@ -74,11 +74,11 @@ press_start() {
     eval "$(xdotool getwindowgeometry --shell "$(window)")"
     xdotool mousemove $((X + WIDTH * 92 / 100)) $((Y + HEIGHT * 92 / 100)) click 1
 }
-# The start button is pressed until the program has taken it: it does nothing before the device is detected.
-has_started() { log_has "$begun" || { press_start; sleep 1; log_has "$begun"; }; }
-begun='try to bootloader...'
+# Presses the start button until the update begins: the button does nothing before the device is detected.
+has_started() { log_has "$first_line" || { press_start; sleep 1; log_has "$first_line"; }; }
+first_line='try to bootloader...'
 
-# Runs the demo without --auto through COMMAND, and does what a person does.
+# Runs the demo without --auto through COMMAND and does what a user does.
 update_by_hand() { # [COMMAND...]
     mkdir "$stage/tmp" "$stage/pictures"
     [ -z "$as_user" ] || chown -R "$as_user" "$stage/tmp" "$stage/pictures"
@@ -95,22 +95,22 @@ update_by_hand() { # [COMMAND...]
     [ "$code" -eq 0 ] || fail "the demo ended with $code"
 }
 as_user=
-# Somebody without rights, where this process has them.
-ordinary_user() {
+# Chooses a user without rights if this process is root.
+choose_user_without_rights() {
     [ "$(id -u)" -eq 0 ] || return 0
     as_user=65534:65534
-    as_ordinary=(setpriv --reuid 65534 --regid 65534 --clear-groups env "HOME=$stage")
+    without_rights=(setpriv --reuid 65534 --regid 65534 --clear-groups env "HOME=$stage")
 }
-as_ordinary=(env)
+without_rights=(env)
 
-StartIsPressedThereAndTheWindowClosedThere() { update_by_hand env; }
-AnOrdinaryUserDoesTheSame() {
-    ordinary_user
-    update_by_hand "${as_ordinary[@]}"
+AUserPressesStartAndClosesTheWindow() { update_by_hand env; }
+AUserWithoutRightsDoesTheSame() {
+    choose_user_without_rights
+    update_by_hand "${without_rights[@]}"
 }
-AnOrdinaryUserWithoutNamespacesDoesTheSame() {
-    ordinary_user
-    update_by_hand "${as_ordinary[@]}" QUILLMARSH_NO_NAMESPACE=1
+AUserWithoutRightsAndNamespacesDoesTheSame() {
+    choose_user_without_rights
+    update_by_hand "${without_rights[@]}" QUILLMARSH_NO_NAMESPACE=1
 }
 AMissingWindowsBuildIsRefused() {
     local code=0

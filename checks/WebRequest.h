@@ -7,33 +7,33 @@
 
 #include <optional>
 
-/// What came of one request.
+/// The answer to one request.
 struct WebAnswer
 {
     /// HTTP status; 0 if nothing answered.
     int status = 0;
-    /// Why the answer is not what was asked for, in a few words; empty if it is.
+    /// What is wrong with the answer, in a few words; empty if nothing is.
     QString problem;
     QByteArray contentRange;
     std::optional<qint64> contentLength;
-    /// Only of fetch().
+    /// Set by fetch() only.
     QByteArray body;
 };
 
-/// Single requests, as the downloads make them, that end in time. Each runs a local event loop on the calling
-/// thread and ends early when the program is told to end.
-namespace WebLook {
+/// Single requests with a time limit, otherwise like those of the downloads. Each runs a local event loop on
+/// the calling thread and ends early when the program is told to end.
+namespace WebRequest {
 
-/// The limit of every request that a command makes.
+/// The usual limit.
 constexpr int limitMs = 10000;
 
-/// Returns whether `address` is one of http or https with a host.
+/// Returns whether `address` is an http or https address with a host.
 bool isAddress(const QString &address);
 
 /// Fetches a small file, at most as large as a manifest may be.
 WebAnswer fetch(const QString &address, int limit = limitMs);
 
-/// Asks for the file, or for `part` of it, and returns the head of the answer without waiting for its body.
+/// Requests the file, or `part` of it, and returns the headers of the answer without waiting for its body.
 WebAnswer head(const QString &address, const std::optional<SegmentRange> &part, int limit = limitMs);
 
-} // namespace WebLook
+} // namespace WebRequest
