@@ -1,6 +1,6 @@
 #include "checks/DeviceSearch.h"
 
-#include "cli/DeviceStates.h"
+#include "cli/output/DeviceStates.h"
 #include "tests/support/TextList.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/ExitCode.h"
+#include "cli/output/ExitCode.h"
 
 #include <gtest/gtest.h>
 

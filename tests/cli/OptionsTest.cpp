@@ -1,4 +1,4 @@
-#include "cli/Options.h"
+#include "cli/commands/Options.h"
 
 #include "tests/support/TextList.h"
 

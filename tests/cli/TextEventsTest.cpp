@@ -1,4 +1,4 @@
-#include "cli/TextEvents.h"
+#include "cli/output/TextEvents.h"
 
 #include "checks/Texts.h"
 

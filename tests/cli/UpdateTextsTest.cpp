@@ -1,4 +1,4 @@
-#include "cli/UpdateTexts.h"
+#include "cli/output/UpdateTexts.h"
 
 #include "checks/Texts.h"
 

@@ -1,4 +1,4 @@
-#include "cli/WaitDecision.h"
+#include "cli/commands/WaitDecision.h"
 
 #include <gtest/gtest.h>
 

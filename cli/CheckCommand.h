@@ -1,8 +1,0 @@
-#pragma once
-
-#include "cli/ExitCode.h"
-
-class CommandContext;
-
-/// Checks everything that an update needs and shows one line for each thing, with a remedy if it is missing.
-ExitCode runCheckCommand(CommandContext &context);

@@ -1,4 +1,0 @@
-#include "cli/ClosedStreams.h"
-
-// Not needed: on Windows no other file gets the handle of a standard stream.
-void fillClosedStreams() {}
