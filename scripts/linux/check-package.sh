@@ -26,9 +26,10 @@ if [ "${1-}" = --inside ]; then
             --model "$model" --image "$stage/image" --stage "$stage" --home "$home" --user "$user" \
             -- chroot "--userspec=$user:$user" "$root" "/usr/bin/$1"
     }
-    # Unlike the window program, this one must not leave any files.
+    # Unlike the window program, this one must not leave any files except the lock between copies, which is empty.
     update_with quillmarsh-cli --cli || { tail -n 30 "$stage/stderr"; exit 1; }
-    left=$(find "$root$home" "$root/tmp" -newer "$stage/started" ! -type d)
+    left=$(find "$root$home" "$root/tmp" -path "$root$stage" -prune -o -newer "$stage/started" ! -type d \
+        ! \( -name QuillmarshV3TmpPath.lock -empty \) -print)
     [ -z "$left" ] || { echo "quillmarsh-cli has left $left" >&2; exit 1; }
     update_with quillmarsh && exit
     tail -n 30 "$stage/stderr" "$root$home/.local/share/quillmarsh/UPDLog.txt"
