@@ -1,5 +1,8 @@
 #include "support/ShutdownFlag.h"
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <chrono>
 
 ShutdownFlag &ShutdownFlag::instance()
@@ -17,7 +20,19 @@ void ShutdownFlag::raise()
         m_raised = true;
     }
     m_wake.notify_all();
-    emit raised();
+    // Objects connect to the signal in the middle of a run. To emit it on another thread meanwhile is a data
+    // race inside Qt.
+    if (thread() == QThread::currentThread())
+        emit raised();
+    else
+        QMetaObject::invokeMethod(this, &ShutdownFlag::raised, Qt::QueuedConnection);
+}
+
+ShutdownFlag::ShutdownFlag()
+{
+    // The first use may be on another thread.
+    if (const QCoreApplication *application = QCoreApplication::instance())
+        moveToThread(application->thread());
 }
 
 bool ShutdownFlag::sleepUnlessRaised(int milliseconds)

@@ -9,8 +9,9 @@
 /// A flag that is raised when the program shuts down. All endless loops, waits and nested event loops watch
 /// its single instance, so that a confirmed close ends the process at once in any state.
 ///
-/// All operations may be called from any thread. raised() is emitted on the thread that raises the flag; use
-/// a queued connection (or a receiver on another thread) to quit a local event loop.
+/// All operations may be called from any thread. raised() is emitted on the application's thread: at once if
+/// that raises the flag, otherwise from its event loop. Use a queued connection (or a receiver on another
+/// thread) to quit a local event loop.
 class ShutdownFlag : public QObject
 {
     Q_OBJECT
@@ -30,7 +31,7 @@ signals:
     void raised();
 
 private:
-    ShutdownFlag() = default;
+    ShutdownFlag();
 
     std::atomic<bool> m_raised{false};
     std::mutex m_mutex;

@@ -2,7 +2,9 @@
 #include "simulator/time/RunningTime.h"
 #include "support/Clock.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -55,6 +57,19 @@ TEST_F(ShutdownFlagTest, TheFlagIsAnnouncedOnce)
     ShutdownFlag::instance().raise();
     QObject::disconnect(connection);
     EXPECT_EQ(announced, 1);
+}
+
+TEST_F(ShutdownFlagTest, ARaiseOnAnotherThreadIsAnnouncedByTheEventLoopOfTheApplication)
+{
+    const QThread *announcedOn = nullptr;
+    const auto connection = QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised,
+                                             [&announcedOn] { announcedOn = QThread::currentThread(); });
+    std::thread([] { ShutdownFlag::instance().raise(); }).join();
+    EXPECT_TRUE(ShutdownFlag::instance().isRaised());
+    EXPECT_EQ(announcedOn, nullptr);
+    QCoreApplication::processEvents();
+    QObject::disconnect(connection);
+    EXPECT_EQ(announcedOn, QCoreApplication::instance()->thread());
 }
 
 } // namespace
