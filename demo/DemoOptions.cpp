@@ -110,6 +110,7 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     const auto local =
         option("local", "Burn this file, chosen in the window, instead of the server's.", "file");
     const auto report = option("report", "Show the devices of this user's report.", "file");
+    const auto fault = option("fault", "A fault of the firmware server; may be repeated.", "fault");
     const auto windows =
         option("windows", "Show the Windows program of this build folder, under Wine.", "folder");
     const auto cli = option("cli", "Show quillmarsh-cli in this terminal instead of the window.");
@@ -121,12 +122,13 @@ DemoOptions DemoOptions::read(const QStringList &arguments)
     parser.addPositionalArgument(QStringLiteral("MODEL"), QStringLiteral("The model of --mode tessilonix."),
                                  QStringLiteral("[MODEL]"));
     parser.addOptions(
-        {automatic, language, mode, bootloader, iap, local, report, windows, cli, json, pictures});
+        {automatic, language, mode, bootloader, iap, local, report, fault, windows, cli, json, pictures});
     parser.process(arguments);
 
     DemoOptions options;
     options.automatic = parser.isSet(automatic) || qEnvironmentVariableIsEmpty("DISPLAY");
     options.inBootloader = parser.isSet(bootloader);
+    options.serverFaults = parser.values(fault);
     if (parser.isSet(report))
         readReport(options, parser.value(report));
     if (parser.isSet(language))

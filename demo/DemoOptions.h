@@ -33,6 +33,8 @@ struct DemoOptions
     QString report;
     /// The contents of that report.
     ReportedBus reported;
+    /// How the firmware server misbehaves, in the form of its option --fault.
+    QStringList serverFaults;
     /// The build folder whose Windows program is shown under Wine; empty for the program of this build.
     QString windowsBuild;
 

@@ -29,6 +29,7 @@ DemoScenario::DemoScenario(const DemoOptions &options)
     // The IAP panel opens beside the window.
     screen = QSize(options.throughIapPanel ? 1120 : 800, 490);
     arguments = options.programArguments;
+    serverFaults = options.serverFaults;
     program.setLocale(options.chinese ? QStringLiteral("zh_CN.UTF-8") : QStringLiteral("en_US.UTF-8"));
     program.setScript(QStringLiteral("upgcmd.exe"), SlowTools::flasher());
     program.setScript(QStringLiteral("IAP_Programmer.exe"), SlowTools::programmer());

@@ -1,5 +1,7 @@
 #include "tests/cli/CliTest.h"
 
+#include <QThread>
+
 namespace {
 
 using namespace CliCases;
@@ -70,6 +72,20 @@ TEST_P(CliInterruptionTest, ASecondInterruptionEndsTheFlasherAndExplainsTheRepai
     letItGoOn();
     EXPECT_EQ(run({update, QStringLiteral("--model"), scenario().model()}), 0);
     EXPECT_EQ(scenario().burned(), scenario().image());
+    EXPECT_TRUE(QFile::remove(goOnFile()));
+}
+
+TEST_F(CliInterruptionTest, ASecondInterruptionAfterMoreThanFiveSecondsIsOnlyAnswered)
+{
+    startAndWaitUntilItWrites();
+    interrupt();
+    ASSERT_TRUE(waitForMessage("the update goes on"));
+    QThread::msleep(5100);
+    interrupt();
+    EXPECT_TRUE(waitForMessage("the update goes on", 2));
+    letItGoOn();
+    EXPECT_EQ(waitForExit(), 0);
+    expectSucceeded("resetting");
     EXPECT_TRUE(QFile::remove(goOnFile()));
 }
 
