@@ -10,6 +10,9 @@ class LibusbDeviceList
 public:
     LibusbDeviceList()
     {
+        // libusb keeps every device that came or left until somebody handles its events.
+        timeval noWait{};
+        libusb_handle_events_timeout_completed(nullptr, &noWait, nullptr);
         libusb_device **devices = nullptr;
         m_count = libusb_get_device_list(nullptr, &devices);
         m_devices.reset(devices);

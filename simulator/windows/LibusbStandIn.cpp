@@ -104,6 +104,12 @@ ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context * /*context*/, libusb_
     return static_cast<ssize_t>(devices.size());
 }
 
+int LIBUSB_CALL libusb_handle_events_timeout_completed(libusb_context * /*context*/, timeval * /*limit*/,
+                                                       int * /*completed*/)
+{
+    return LIBUSB_SUCCESS;
+}
+
 void LIBUSB_CALL libusb_free_device_list(libusb_device **list, int unreference)
 {
     for (libusb_device **device = list; list && unreference && *device; ++device)
