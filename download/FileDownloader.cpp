@@ -12,23 +12,24 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 FileDownloader::FileDownloader(const QUrl &url, const QString &path, QObject *parent, bool hasTls)
     : QObject(parent),
       filePath(path),
       m_url(url),
-      m_stallTimer(new QTimer(this)),
       m_hasTls(hasTls)
 {
-    m_stallTimer->setSingleShot(true);
-    // Queued, so that bytes that arrived while this thread was busy are handled first.
-    connect(m_stallTimer, &QTimer::timeout, this, &FileDownloader::failOnStall, Qt::QueuedConnection);
     if (!hasTls) {
         qCritical() << "SSL is not supported!";
         return;
     }
     m_manager = new QNetworkAccessManager(this);
     connect(m_manager, &QNetworkAccessManager::finished, this, &FileDownloader::onFinished);
+    m_stallTimer = new QTimer(this);
+    m_stallTimer->setSingleShot(true);
+    // Queued, so that bytes that arrived while this thread was busy are handled first.
+    connect(m_stallTimer, &QTimer::timeout, this, &FileDownloader::failOnStall, Qt::QueuedConnection);
 }
 
 void FileDownloader::startDownload()
@@ -85,14 +86,13 @@ void FileDownloader::sendRequest(const QNetworkRequest &request)
 
 void FileDownloader::dropNetwork()
 {
-    m_stallTimer->stop();
     if (m_reply)
         m_reply->disconnect(this);
     m_reply = nullptr;
     if (m_manager)
         m_manager->disconnect(this);
-    delete m_manager;
-    m_manager = nullptr;
+    delete std::exchange(m_manager, nullptr);
+    delete std::exchange(m_stallTimer, nullptr);
 }
 
 void FileDownloader::onReadyRead()
@@ -352,9 +352,9 @@ void FileDownloader::abandonReply()
 {
     const QPointer<QNetworkReply> reply = m_reply;
     m_reply = nullptr;
-    m_stallTimer->stop();
     if (!reply)
         return;
+    m_stallTimer->stop();
     reply->disconnect(this);
     reply->abort();
     reply->deleteLater();

@@ -32,8 +32,9 @@ public:
     /// Starts the request, from where the local file ends. Without TLS it gives up at once; after
     /// dropNetwork() it does nothing.
     void startDownload();
-    /// Aborts the request and deletes the network access manager and its thread. Must be called on this
-    /// object's thread. State and sizes stay as they are.
+    /// Aborts the request and deletes the network access manager, its thread and the timer: objects that are
+    /// kept after their run cost little. Must be called on this object's thread. State and sizes stay as they
+    /// are.
     void dropNetwork();
 
     /// Returns whether all retries are used up or a retry is pointless. `state` then stays Failed.
@@ -110,8 +111,8 @@ private:
     /// The bytes of the current body that have been read, and those of them that have been written.
     qint64 m_receivedBytes = 0;
     qint64 m_broughtBytes = 0;
-    /// Runs while a request waits for bytes.
-    QTimer *m_stallTimer;
+    /// Runs while a request waits for bytes. Null, like m_manager, without TLS and after dropNetwork().
+    QTimer *m_stallTimer = nullptr;
     bool m_hasTls;
     bool m_isReadRetryArmed = false;
     bool m_hasGivenUp = false;

@@ -138,9 +138,11 @@ void ThreadFileDownloader::startSegments(Run &run)
                            << static_cast<qint32>(static_cast<quint32>(ranges.at(i).end) - partSize);
         qDebug().nospace() << "结束: " << ranges.at(i).end;
     }
+    const QUrl address(url); // parsed once: the segments, which are never deleted, share it
     for (int i = 0; i < ranges.size(); ++i) {
-        const QString part = partPath(i);
-        auto *segment = new FileDownloader(QUrl(url), part);
+        QString part = partPath(i);
+        part.squeeze();
+        auto *segment = new FileDownloader(address, part);
         run.parts.append(part);
         segments.append(segment);
         segment->wholeFileSize = run.size;

@@ -500,6 +500,16 @@ TEST_F(FileDownloaderTest, ProgressCountsFromTheResumeOffset)
     EXPECT_EQ(downloader->CurrentPackDownloadSize, 600);
 }
 
+TEST_F(FileDownloaderTest, WithoutNetworkAccessItKeepsNoOtherObject)
+{
+    const auto downloader = make(1000, 3000);
+    downloader->startDownload();
+    ASSERT_TRUE(processEventsUntil([&] { return downloader->state == FileDownloader::Finished; }));
+    EXPECT_FALSE(downloader->children().isEmpty());
+    downloader->dropNetwork();
+    EXPECT_TRUE(downloader->children().isEmpty()) << "owners keep it for as long as they live";
+}
+
 TEST_F(FileDownloaderTest, WithoutNetworkAccessStartingDoesNothing)
 {
     const auto downloader = make(1000, 3000);
