@@ -13,8 +13,9 @@ appstreamcli validate --no-net --pedantic "$sources"/*.metainfo.xml
 
 SOURCE_DATE_EPOCH=$(scripts/source-date.sh)
 export SOURCE_DATE_EPOCH
-# With the hardening options of the distribution's own packages.
-flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get "$1"; }
+# With the hardening options of the distribution's own packages. Without debug information, which is stripped
+# anyway: it has paths and the compiler cache's options in it, and changes the build id.
+flags() { DEB_BUILD_MAINT_OPTIONS=hardening=+all DEB_CXXFLAGS_MAINT_STRIP=-g dpkg-buildflags --get "$1"; }
 mkdir -p "$packages"
 CXXFLAGS="$(flags CPPFLAGS) $(flags CXXFLAGS)" LDFLAGS=$(flags LDFLAGS) \
     cmake --preset package "$@" >"$log" 2>&1 || { cat "$log"; exit 1; }

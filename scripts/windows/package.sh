@@ -114,11 +114,14 @@ driver_files=$(cd "$folder" && {
 while IFS= read -r file; do
     echo "File \"/oname=\${DRIVER_FOLDER}\\$(windows_path "$file")\" \"$PWD/$folder/$file\""
 done <<<"$driver_files" >"$work/driver.nsh"
+# The installer stores the time of the picture.
+cp packaging/windows/finish.bmp "$work/"
+touch -d "@$SOURCE_DATE_EPOCH" "$work/finish.bmp"
 options=()
 [ ! -e "$folder/Artinchip_SoC.inf" ] || options+=(-DHAS_DRIVER)
 [ "${#sign[@]}" -eq 0 ] || options+=("-DSIGN=$(printf '%q ' "${sign[@]}")")
 makensis -V2 -WX "${options[@]}" "-DVERSION=$version" "-DLISTS=$PWD/$work" \
-    "-DICON=$PWD/resources/images/quillmarsh.ico" "-DPICTURE=$PWD/packaging/windows/finish.bmp" \
+    "-DICON=$PWD/resources/images/quillmarsh.ico" "-DPICTURE=$PWD/$work/finish.bmp" \
     "-DOUTPUT=$PWD/build/packages/$name-setup.exe" \
     packaging/windows/quillmarsh.nsi
 [ "${#sign[@]}" -eq 0 ] || "${sign[@]}" "build/packages/$name-setup.exe"
