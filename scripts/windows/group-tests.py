@@ -16,21 +16,22 @@ import sys
 TESTS_OF_A_PROCESS = 12
 # For each test after the first, in seconds. The first has the time limit of the test itself.
 MORE_TIME = 30
+# The label of tests whose surroundings are set up for each.
+OWN_PROCESS = "own-process"
 INHERITED = ("ENVIRONMENT", "LABELS", "RESOURCE_LOCK", "RUN_SERIAL", "WORKING_DIRECTORY")
 
 
 def tests_of(path):
-    """Returns the tests of a build folder by PROGRAM/TEST; for scripts the program is "script"."""
+    """Returns the tests of a build folder, each with its PROGRAM/TEST; for scripts the program is "script"."""
     with open(path, encoding="utf-8") as file:
         listed = json.load(file)["tests"]
-    named = {}
+    named = []
     for test in listed:
         command = test.get("command", [])
-        programs = [re.sub(r"\.exe$", "", os.path.basename(argument)) for argument in command
-                    if os.path.basename(os.path.dirname(argument)) == "tests" and not argument.startswith("-")]
-        is_program = any(argument.startswith("--gtest_filter=") for argument in command)
-        program = programs[0] if is_program and programs else "script"
-        named[f"{program}/{test['name'].split('  # GetParam()')[0].rstrip()}"] = test
+        programs = [os.path.basename(argument) for argument in command
+                    if os.path.basename(os.path.dirname(argument)) == "tests"]
+        program = re.sub(r"\.exe$", "", programs[0]) if programs else "script"
+        named.append((f"{program}/{test['name'].split('  # GetParam()')[0].rstrip()}", test))
     return named
 
 
@@ -41,15 +42,22 @@ def read_exclusions(path):
 
 
 def filter_of(test):
-    return next(argument for argument in test["command"] if argument.startswith("--gtest_filter=")).split("=", 1)[1]
+    """Returns which tests the program is told to run; empty if it is not told."""
+    option = "--gtest_filter="
+    return next((argument[len(option):] for argument in test["command"] if argument.startswith(option)), "")
+
+
+def properties_of(test):
+    return {entry["name"]: entry["value"] for entry in test.get("properties", [])}
 
 
 def groups_of(run):
     """Returns the tests by name of the process that they share."""
     suites = {}
-    for name, test in run.items():
+    for name, test in run:
         program = name.split("/", 1)[0]
-        suites.setdefault(f"{program}/{filter_of(test).split('.')[0]}", []).append(test)
+        is_alone = not filter_of(test) or OWN_PROCESS in properties_of(test).get("LABELS", [])
+        suites.setdefault(name if is_alone else f"{program}/{filter_of(test).split('.')[0]}", []).append(test)
     groups = {}
     for suite, tests in suites.items():
         for start in range(0, len(tests), TESTS_OF_A_PROCESS):
@@ -69,7 +77,7 @@ def add_test(name, tests):
     filters = ":".join(filter_of(test) for test in tests)
     command = [f"--gtest_filter={filters}" if argument.startswith("--gtest_filter=") else argument
                for argument in tests[0]["command"]]
-    properties = {entry["name"]: entry["value"] for entry in tests[0].get("properties", [])}
+    properties = properties_of(tests[0])
     shared = {key: properties[key] for key in INHERITED if key in properties}
     shared["TIMEOUT"] = int(properties["TIMEOUT"]) + MORE_TIME * (len(tests) - 1)
     # A skipped test has not passed.
@@ -81,25 +89,26 @@ def add_test(name, tests):
 
 def main(exclusions, linux, windows, folder):
     linux, windows = tests_of(linux), tests_of(windows)
+    linux_names, windows_names = {name for name, _ in linux}, {name for name, _ in windows}
     excluded, failed = set(), False
     print("Not run under Wine:")
     for line, pattern in read_exclusions(exclusions):
-        matched = {name for name in {**linux, **windows} if pattern.fullmatch(name)}
+        matched = {name for name in linux_names | windows_names if pattern.fullmatch(name)}
         print(f"{len(matched):5}  {line}")
         if not matched:
             print("       It matches no test.")
             failed = True
         excluded |= matched
-    run = {name: test for name, test in windows.items() if name not in excluded}
-    for name in [name for name, test in run.items() if "command" not in test]:
+    run = [(name, test) for name, test in windows if name not in excluded]
+    for name in [name for name, test in run if "command" not in test]:
         print(f"This test was not built: {name}")
         return True
-    for name in sorted(set(linux) - set(run) - excluded):
+    for name in sorted(linux_names - windows_names - excluded):
         print(f"This test is neither in the Windows build nor excluded: {name}")
         failed = True
     groups = groups_of(run)
     print(f"{len(run)} tests to run in {len(groups)} processes, of {len(linux)} on Linux; "
-          f"{len(set(run) - set(linux))} are for Windows alone.", flush=True)
+          f"{len([name for name, _ in run if name not in linux_names])} are for Windows alone.", flush=True)
     with open(os.path.join(folder, "CTestTestfile.cmake"), "w", encoding="utf-8") as file:
         file.writelines(add_test(name, tests) for name, tests in groups.items())
     return failed or not run

@@ -25,7 +25,7 @@ list() { # FILE TEST...
     for test; do
         jq -n --arg test "$test" --arg program "$stage/tests/subject_tests" --arg record "$stage/record" '{
             name: $test, command: [$program, "--gtest_filter=\($test)"],
-            properties: [{name: "TIMEOUT", value: 300}, {name: "ENVIRONMENT", value: ["RECORD=\($record)", "OTHER=1"]}]}'
+            properties: [{name: "LABELS", value: ($ENV.LABELS // "" | split(" "))}, {name: "TIMEOUT", value: 300}, {name: "ENVIRONMENT", value: ["RECORD=\($record)", "OTHER=1"]}]}'
     done | jq -s '{tests: .}' >"$file"
 }
 group() { "$project/scripts/windows/group-tests.py" exclusions linux windows list >said 2>&1; }
@@ -48,6 +48,31 @@ ALongSuiteIsCut() {
     run || fail "$(cat ran)"
     [ "$(wc -l <record)" = 3 ] || fail "$(cat record)"
     tr : '\n' <record | sort | cmp - <(printf '%s\n' "${tests[@]}" | sort) || fail 'not each ran once'
+}
+
+TestsOfOneNameAllRun() {
+    list linux ASuite.One ASuite.One
+    cp linux windows
+    group || fail "$(cat said)"
+    run || fail "$(cat ran)"
+    [ "$(cat record)" = ASuite.One:ASuite.One ] || fail "$(cat record)"
+}
+
+AProgramWithoutSuitesIsRunAsItIs() {
+    list linux ASuite.One
+    jq '.tests[0].name = "tries" | .tests[0].command = [.tests[0].command[0], "-runs=10"]' linux >windows
+    cp windows linux
+    group || fail "$(cat said)"
+    run || fail "$(cat ran)"
+    [ "$(cat record)" = -runs=10 ] || fail "$(cat record)"
+}
+
+ALabelGivesEachTestAProcess() {
+    LABELS='other own-process' list linux ASuite.One ASuite.Two
+    cp linux windows
+    group || fail "$(cat said)"
+    run || fail "$(cat ran)"
+    [ "$(sort record)" = $'ASuite.One\nASuite.Two' ] || fail "$(cat record)"
 }
 
 AnExcludedTestIsNotRun() {
