@@ -94,12 +94,16 @@ void bringToForeground::connectSignals()
 void bringToForeground::connectLog()
 {
     using Self = bringToForeground;
-    connect(
-        this, &Self::sigAppendLog, this, [this] { ++m_queuedLines; }, Qt::DirectConnection);
+    const auto countLine = [this] {
+        ++m_queuedLines;
+    };
+    const auto forgetLine = [this] {
+        --m_queuedLines;
+    };
+    connect(this, &Self::sigAppendLog, this, countLine, Qt::DirectConnection);
     connect(this, &Self::sigAppendLog, this, &Self::AppendLog, Qt::QueuedConnection);
     // Connected after AppendLog: queued calls arrive in the order of their connections.
-    connect(
-        this, &Self::sigAppendLog, this, [this] { --m_queuedLines; }, Qt::QueuedConnection);
+    connect(this, &Self::sigAppendLog, this, forgetLine, Qt::QueuedConnection);
 }
 
 void bringToForeground::connectControlSignals()

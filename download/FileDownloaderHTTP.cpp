@@ -24,8 +24,7 @@ FileDownloaderHTTP::~FileDownloaderHTTP()
 
 void FileDownloaderHTTP::abandonDownload()
 {
-    QMetaObject::invokeMethod(
-        this, [this] { dropRequest(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &FileDownloaderHTTP::dropRequest, Qt::QueuedConnection);
 }
 
 void FileDownloaderHTTP::dropRequest()

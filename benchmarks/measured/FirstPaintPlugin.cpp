@@ -21,8 +21,7 @@ protected:
         if (widget && widget->isWindow() && widget->windowType() != Qt::ToolTip && !m_isSeen) {
             m_isSeen = true;
             // Queued: after this event the whole window is drawn and passed to the window system.
-            QMetaObject::invokeMethod(
-                this, [this] { note(); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &FirstPaintWatch::note, Qt::QueuedConnection);
         }
         return false;
     }

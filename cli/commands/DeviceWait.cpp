@@ -42,8 +42,10 @@ DeviceWait::Result DeviceWait::wait(qint64 limitMs)
         MonitorOutcome found = monitor.tick(device);
         device = found.device;
         const bool isLate = limitMs >= 0 && Clock::real().nowMs() - start >= limitMs;
-        const std::optional<End> end = decision.afterLook(
-            found.state, [&device] { return mayOpen(device); }, isLate);
+        const auto mayOpenIt = [&device] {
+            return mayOpen(device);
+        };
+        const std::optional<End> end = decision.afterLook(found.state, mayOpenIt, isLate);
         // A device that was connected before need not be the one that waits in its bootloader.
         if (found.state == ConnectionState::OneBootloader)
             found.device = ChosenDevice();

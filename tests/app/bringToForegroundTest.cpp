@@ -209,8 +209,9 @@ TEST_F(bringToForegroundTest, TheIapPanelsLinesAreWrittenAtOnceUnlikeTheOthers)
 {
     logLines();
     m_main->log(QStringLiteral("in the queue"));
-    emit iapPanel()->sigAppendLog(nullptr, QStringLiteral("for no window"));
-    iapPanel()->onFinished(7, QProcess::NormalExit);
+    IAPUpDate *panel = iapPanel();
+    emit panel->sigAppendLog(nullptr, QStringLiteral("for no window"));
+    panel->onFinished(7, QProcess::NormalExit);
     const QByteArray written = WholeFile::read(LogFile::updateLogPath());
     EXPECT_TRUE(written.contains("IAP finished, exitCode=7\n"));
     EXPECT_FALSE(written.contains("in the queue"));

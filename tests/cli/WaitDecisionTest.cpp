@@ -38,8 +38,10 @@ TEST_P(WaitDecisionTest, EndsAfterTheLastLook)
     const std::vector<Look> &looks = GetParam().looks;
     for (std::size_t i = 0; i < looks.size(); ++i) {
         const Look &look = looks[i];
-        const std::optional<End> end = decision.afterLook(
-            look.state, [&look] { return look.mayOpen; }, look.isLate);
+        const auto mayOpen = [&look] {
+            return look.mayOpen;
+        };
+        const std::optional<End> end = decision.afterLook(look.state, mayOpen, look.isLate);
         EXPECT_EQ(end, i + 1 == looks.size() ? GetParam().end : std::nullopt) << "look " << i + 1;
     }
 }

@@ -30,8 +30,10 @@ public:
     void releaseAfterRedirectOf(QNetworkReply &reply)
     {
         connect(&reply, &QNetworkReply::redirected, this, [this] {
-            QMetaObject::invokeMethod(
-                this, [this] { m_redirectIsHandled.release(); }, Qt::QueuedConnection);
+            const auto release = [this] {
+                m_redirectIsHandled.release();
+            };
+            QMetaObject::invokeMethod(this, release, Qt::QueuedConnection);
         });
     }
     bool hasHeld() const { return m_hasHeld; }

@@ -5,6 +5,13 @@
 
 #include <QRegularExpression>
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// The sanitizer searches for leaks after the program itself has finished.
+constexpr int closeLimitMs = 15000;
+#else
+constexpr int closeLimitMs = 2000;
+#endif
+
 /// Closes the window in some state of the program and checks that the program ends in time.
 class CloseTest : public EndToEndTest
 {
@@ -14,17 +21,7 @@ protected:
     /// The worker's last line. It shows that all messages of the worker were delivered.
     const char *const closedEarly = "The program was closed before the update had ended.";
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    // The sanitizer searches for leaks after the program itself has finished.
-    static constexpr int closeLimitMs = 15000;
-#else
-    static constexpr int closeLimitMs = 2000;
-#endif
-
-    void start()
-    {
-        ASSERT_TRUE(scenario().start()) << scenario().errorText().toStdString();
-    }
+    void start() { ASSERT_TRUE(scenario().start()) << scenario().errorText().toStdString(); }
 
     void startAndPress()
     {
@@ -103,10 +100,7 @@ protected:
         expectNoComplaint();
     }
 
-    bool endedByWatchdogAfterPause() const
-    {
-        return m_endedByWatchdog;
-    }
+    bool endedByWatchdogAfterPause() const { return m_endedByWatchdog; }
 
     /// Expects that Qt and the sanitizers did not report a wrong order of destruction.
     void expectNoComplaint()
@@ -119,10 +113,7 @@ protected:
     }
 
 private:
-    QString mark()
-    {
-        return scenario().program.temporaryFolder() + QStringLiteral("/interposed");
-    }
+    QString mark() { return scenario().program.temporaryFolder() + QStringLiteral("/interposed"); }
 
     RunningTimer m_sinceClose;
     bool m_endedByWatchdog = false;

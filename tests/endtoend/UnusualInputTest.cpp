@@ -186,16 +186,10 @@ QList<Row> imageFolderRows()
 
 Row nameRow(const char *group, const char *input, const QString &name)
 {
-    return {group,
-            input,
-            [name](UpdateScenario &s) {
-                s.arguments = QStringList{QStringLiteral("TessilonixUpDate"), name};
-            },
-            nothingMore,
-            "IsZN58UseMe?: false",
-            untouchedTitle,
-            true,
-            nothing};
+    const auto prepare = [name](UpdateScenario &s) {
+        s.arguments = QStringList{QStringLiteral("TessilonixUpDate"), name};
+    };
+    return {group, input, prepare, nothingMore, "IsZN58UseMe?: false", untouchedTitle, true, nothing};
 }
 
 QList<Row> modelNameRows()
