@@ -37,20 +37,6 @@ QVector<Fetcher> fetchers(const QString &url)
          {}}};
 }
 
-/// Returns the bytes of TCP payload that have arrived over the link so far: all bytes less the 52 bytes of
-/// headers of each packet. Returns 0 if there is no link.
-double carriedBytes()
-{
-    QFile file(QStringLiteral("/proc/net/dev"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    // Each line has the name of a network device, followed by the bytes and the packets that it has received.
-    const QByteArray all = file.readAll();
-    const int at = all.indexOf("benchnear:");
-    const QList<QByteArray> columns = all.mid(at).simplified().split(' ');
-    return at < 0 ? 0 : columns.value(1).toDouble() - 52 * columns.value(2).toDouble();
-}
-
 /// Fetches the file with each fetcher in turn, `rounds` times, and compares the bytes. Returns what went
 /// wrong.
 QString runRounds(QVector<Fetcher> &all, const QString &source, const QString &folder, int rounds)
@@ -60,14 +46,14 @@ QString runRounds(QVector<Fetcher> &all, const QString &source, const QString &f
         for (Fetcher &fetcher : all) {
             QFile::remove(fetched);
             QString error;
-            const double before = carriedBytes();
+            const double before = Measuring::receivedPayload("benchnear");
             const double taken = Measuring::runTimed(fetcher.command, folder, &error);
             if (taken < 0)
                 return error;
             if (!Measuring::sameBytes(source, fetched))
                 return QLatin1String(fetcher.name) + QStringLiteral(" fetched other bytes");
             fetcher.figures.append(taken);
-            fetcher.carried.append(carriedBytes() - before);
+            fetcher.carried.append(Measuring::receivedPayload("benchnear") - before);
         }
     }
     QFile::remove(fetched);

@@ -38,6 +38,10 @@ QVector<qint64> childrenOf(qint64 processId);
 /// Returns the processor time that a process has used so far, in milliseconds; -1 if the process has ended.
 double processorMs(qint64 processId);
 
+/// Returns the bytes of TCP payload that a network device has received so far: all bytes less the 52 bytes of
+/// headers of each packet. Returns 0 if there is no such device.
+double receivedPayload(const char *networkDevice);
+
 /// Returns whether two files contain the same bytes.
 bool sameBytes(const QString &left, const QString &right);
 /// Makes a file of `mebibytes` of random bytes that are the same each time.

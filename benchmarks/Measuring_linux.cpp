@@ -64,3 +64,13 @@ double Measuring::processorMs(qint64 processId)
     const double ticks = fields.at(11).toDouble() + fields.at(12).toDouble();
     return ticks * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
+
+double Measuring::receivedPayload(const char *networkDevice)
+{
+    // Each line has the name of a device, followed by the bytes and the packets that it has received.
+    const QByteArray all = WholeFile::read(QStringLiteral("/proc/net/dev"));
+    const QByteArray name = QByteArray(networkDevice) + ':';
+    const int at = all.indexOf(name);
+    const QList<QByteArray> columns = all.mid(at + name.size()).simplified().split(' ');
+    return at < 0 ? 0 : columns.value(0).toDouble() - 52 * columns.value(1).toDouble();
+}

@@ -7,7 +7,6 @@
 #include "harness/session/ManyClients.h"
 #include "simulator/files/WholeFile.h"
 
-#include <QFile>
 #include <QTextStream>
 
 #include <algorithm>
@@ -37,18 +36,6 @@ struct Round
     ClientResults results;
     QVector<ServedRequest> requests;
 };
-
-/// Returns the bytes of TCP payload that have passed over loopback so far.
-double carriedBytes()
-{
-    QFile file(QStringLiteral("/proc/net/dev"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray all = file.readAll();
-    // The received bytes and packets; each packet has 52 bytes of headers.
-    const QList<QByteArray> columns = all.mid(all.indexOf("lo:") + 3).simplified().split(' ');
-    return columns.value(0).toDouble() - 52 * columns.value(1).toDouble();
-}
 
 /// Returns the processes of the caching server.
 QVector<qint64> edgeProcesses(const EdgeAndOrigin &sites)
@@ -87,7 +74,7 @@ QString fetchAtOnce(const EdgeAndOrigin &sites, const QString &model, int count,
     sites.forgetRequests();
     const QVector<qint64> edge = edgeProcesses(sites);
     const double processorBefore = processorMs(edge);
-    const double bytesBefore = carriedBytes();
+    const double bytesBefore = Measuring::receivedPayload("lo");
     const double start = Measuring::steadyMs();
     ManyClients clients(Measuring::program("quillmarsh-fetch-clients"));
     if (!clients.start(count, EdgeAndOrigin::manifestUrl(), model, sites.authorityFile()))
@@ -106,7 +93,7 @@ QString fetchAtOnce(const EdgeAndOrigin &sites, const QString &model, int count,
     pollUntil([&] { return imageRequests(sites.edgeRequests()).size() >= 11 * count; });
     round.requests = sites.edgeRequests();
     round.processorMs = processorMs(edge) - processorBefore;
-    round.bytes = carriedBytes() - bytesBefore;
+    round.bytes = Measuring::receivedPayload("lo") - bytesBefore;
     return {};
 }
 
