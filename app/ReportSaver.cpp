@@ -7,7 +7,6 @@
 #include "support/ShutdownFlag.h"
 #include "widgets/TextWindow.h"
 
-#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
@@ -108,13 +107,7 @@ void ReportSaver::showResult(const Saved &saved)
         m_box->setStandardButtons(QMessageBox::Ok);
         QObject::connect(&ShutdownFlag::instance(), &ShutdownFlag::raised, m_box.data(), &QDialog::reject);
     }
-    const QString file = QDir::toNativeSeparators(saved.path);
     m_box->setIcon(saved.problem.isEmpty() ? QMessageBox::Information : QMessageBox::Warning);
-    m_box->setText(saved.problem.isEmpty()
-                       ? Texts::pick("The report is in %1. Nothing was sent anywhere.",
-                                     "报告已保存到 %1,未发送到任何地方。")
-                             .arg(file)
-                       : Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
-                             .arg(file, saved.problem));
+    m_box->setText(ReportText::describeSaving(saved.path, saved.problem));
     m_box->open();
 }

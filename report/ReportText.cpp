@@ -1,6 +1,9 @@
 #include "report/ReportText.h"
 
+#include "checks/Texts.h"
+
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -36,6 +39,17 @@ QString ReportText::save(const QByteArray &report, const QString &path)
     if (file.write(report) != report.size() || !file.commit())
         return file.errorString();
     return {};
+}
+
+QString ReportText::describeSaving(const QString &path, const QString &problem)
+{
+    const QString file = QDir::toNativeSeparators(path);
+    return problem.isEmpty()
+               ? Texts::pick("The report is in %1. Nothing was sent anywhere.",
+                             "报告已保存到 %1,未发送到任何地方。")
+                     .arg(file)
+               : Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
+                     .arg(file, problem);
 }
 
 QString ReportText::proposedName()

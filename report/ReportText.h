@@ -18,6 +18,9 @@ QByteArray of(QJsonObject content, const QJsonObject &bus);
 /// empty if nothing did.
 QString save(const QByteArray &report, const QString &path);
 
+/// Returns what the user is told after save(); `problem` is what it returned.
+QString describeSaving(const QString &path, const QString &problem);
+
 /// Returns a file name for a report that is made now.
 QString proposedName();
 

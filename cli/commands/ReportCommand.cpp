@@ -12,7 +12,6 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -57,14 +56,8 @@ ExitCode runReportCommand(CommandContext &context)
                                                                         : context.options.reportFile)
                              .absoluteFilePath();
     const QString problem = ReportText::save(report, path);
-    if (!problem.isEmpty()) {
-        context.sink.message(Texts::pick("The report cannot be written to %1: %2.", "无法将报告写入 %1:%2。")
-                                 .arg(QDir::toNativeSeparators(path), problem));
-        return ExitCode::NotPrepared;
-    }
-    context.sink.report(path);
-    context.sink.message(
-        Texts::pick("The report is in %1. Nothing was sent anywhere.", "报告已保存到 %1,未发送到任何地方。")
-            .arg(QDir::toNativeSeparators(path)));
-    return ExitCode::Done;
+    if (problem.isEmpty())
+        context.sink.report(path);
+    context.sink.message(ReportText::describeSaving(path, problem));
+    return problem.isEmpty() ? ExitCode::Done : ExitCode::NotPrepared;
 }
