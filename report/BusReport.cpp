@@ -5,6 +5,7 @@
 #include "devices/ControlledDeviceList.h"
 #include "devices/HidScan.h"
 #include "devices/ModelTable.h"
+#include "devices/UsbId.h"
 #include "report/UsbInterfaces.h"
 #include "support/QuietReporter.h"
 
@@ -15,11 +16,6 @@
 
 namespace {
 
-QString hex4(quint32 id)
-{
-    return QStringLiteral("%1").arg(id, 4, 16, QLatin1Char('0'));
-}
-
 QString hex(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes.toHex());
@@ -27,8 +23,8 @@ QString hex(const QByteArray &bytes)
 
 QJsonObject usbDevice(const UsbRecord &record, const ModelTable &table)
 {
-    QJsonObject device{{QStringLiteral("vendorId"), hex4(record.vendorId)},
-                       {QStringLiteral("productId"), hex4(record.productId)},
+    QJsonObject device{{QStringLiteral("vendorId"), UsbId::text(record.vendorId)},
+                       {QStringLiteral("productId"), UsbId::text(record.productId)},
                        {QStringLiteral("class"), record.deviceClass}};
     if (record.descriptor.isEmpty())
         return device;
@@ -57,8 +53,8 @@ QJsonObject usbDevice(const UsbRecord &record, const ModelTable &table)
 QJsonObject hidInterface(const HidRecord &record)
 {
     const HidInterface &seen = record.seen;
-    return {{QStringLiteral("vendorId"), hex4(seen.vendorId)},
-            {QStringLiteral("productId"), hex4(seen.productId)},
+    return {{QStringLiteral("vendorId"), UsbId::text(seen.vendorId)},
+            {QStringLiteral("productId"), UsbId::text(seen.productId)},
             {QStringLiteral("position"), record.position},
             {QStringLiteral("path"), seen.path.isNull() ? QJsonValue() : QString::fromUtf8(seen.path)},
             {QStringLiteral("interface"), seen.interfaceNumber},

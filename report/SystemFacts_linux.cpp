@@ -1,6 +1,7 @@
 #include "report/SystemFacts.h"
 
 #include "devices/DeviceFiles_linux.h"
+#include "devices/UsbId.h"
 #include "report/FileFacts.h"
 
 #include <QDir>
@@ -53,8 +54,8 @@ QJsonObject deviceFile(const DeviceFiles::DeviceFile &file)
     struct stat status = {};
     const bool exists = stat(QFile::encodeName(file.path).constData(), &status) == 0;
     return {{QStringLiteral("path"), file.path},
-            {QStringLiteral("vendorId"), QStringLiteral("%1").arg(file.vendorId, 4, 16, QLatin1Char('0'))},
-            {QStringLiteral("productId"), QStringLiteral("%1").arg(file.productId, 4, 16, QLatin1Char('0'))},
+            {QStringLiteral("vendorId"), UsbId::text(file.vendorId)},
+            {QStringLiteral("productId"), UsbId::text(file.productId)},
             {QStringLiteral("mode"),
              exists ? QJsonValue(QString::number(status.st_mode & 07777, 8)) : QJsonValue()},
             {QStringLiteral("group"), exists ? QJsonValue(groupName(status.st_gid)) : QJsonValue()},

@@ -1,6 +1,7 @@
 #include "cli/output/DeviceStates.h"
 
 #include "checks/Texts.h"
+#include "devices/UsbId.h"
 
 using State = DeviceInfo::State;
 
@@ -43,9 +44,7 @@ QString DeviceStates::describe(const DeviceInfo &device)
 {
     const QString gone = device.connected ? QString() : Texts::pick("disconnected", "已断开");
     return QStringLiteral("%1  %2:%3  %4  %5")
-        .arg(device.position.isEmpty() ? QStringLiteral("-") : device.position)
-        .arg(device.vendorId, 4, 16, QLatin1Char('0'))
-        .arg(device.productId, 4, 16, QLatin1Char('0'))
-        .arg(device.model.isEmpty() ? QStringLiteral("?") : device.model)
-        .arg(gone.isEmpty() ? describe(device.state) : gone);
+        .arg(device.position.isEmpty() ? QStringLiteral("-") : device.position, UsbId::text(device.vendorId),
+             UsbId::text(device.productId), device.model.isEmpty() ? QStringLiteral("?") : device.model,
+             gone.isEmpty() ? describe(device.state) : gone);
 }

@@ -1,6 +1,7 @@
 #include "cli/output/JsonEvents.h"
 
 #include "cli/output/DeviceStates.h"
+#include "devices/UsbId.h"
 #include "session/EventNames.h"
 
 #include <QDateTime>
@@ -9,11 +10,6 @@
 namespace {
 
 constexpr int formatVersion = 1;
-
-QString hexadecimal(quint32 id)
-{
-    return QStringLiteral("%1").arg(id, 4, 16, QLatin1Char('0'));
-}
 
 QJsonValue optionalNumber(const std::optional<qint64> &number)
 {
@@ -42,8 +38,8 @@ void JsonEvents::write(const char *event, QJsonObject object)
 void JsonEvents::device(const DeviceInfo &device)
 {
     write("device", {{QStringLiteral("model"), device.model},
-                     {QStringLiteral("vendorId"), hexadecimal(device.vendorId)},
-                     {QStringLiteral("productId"), hexadecimal(device.productId)},
+                     {QStringLiteral("vendorId"), UsbId::text(device.vendorId)},
+                     {QStringLiteral("productId"), UsbId::text(device.productId)},
                      {QStringLiteral("position"), device.position},
                      {QStringLiteral("state"), DeviceStates::nameOf(device.state)},
                      {QStringLiteral("connected"), device.connected}});
