@@ -62,9 +62,13 @@ function(quillmarsh_test name)
     if(TEST_LABELS)
         set(labels LABELS "${TEST_LABELS}")
     endif()
+    set(prefix "")
+    if(TEST_PREFIX)
+        set(prefix TEST_PREFIX "${TEST_PREFIX}")
+    endif()
     gtest_discover_tests(${name}
         DISCOVERY_TIMEOUT 300
-        TEST_PREFIX "${TEST_PREFIX}"
+        ${prefix}
         PROPERTIES
             ${labels}
             RUN_SERIAL ${TEST_SERIAL}
