@@ -18,8 +18,9 @@ constexpr int allowedFiles = 3;
 /// The pane keeps so many lines, and the memory of a line until then.
 constexpr int paneLines = 22000;
 constexpr double kibibytesOfALine = 1.0;
-/// The segments of a download are kept after its run; ten of them take 4 to 5 KiB.
-constexpr double kibibytesOfAnUpdate = 6.0;
+/// The segments of a download are kept after its run: ten of them take 5 KiB, and the memory allocator loses
+/// about as much around them.
+constexpr double kibibytesOfAnUpdate = 10.0;
 
 QTextStream &out()
 {
