@@ -35,9 +35,15 @@ def value_of(thing):
     return face.get_current_value() if face else None
 
 
+def role_of(thing):
+    """Returns the role's name; newer versions of AT-SPI have shortened that of push buttons."""
+    name = thing.get_role_name()
+    return "push button" if name == "button" else name
+
+
 def note(event):
     try:
-        notes.append({"type": event.type, "on": event.detail1, "role": event.source.get_role_name(),
+        notes.append({"type": event.type, "on": event.detail1, "role": role_of(event.source),
                       "name": event.source.get_name(), "value": value_of(event.source)})
     except GLib.Error:
         pass  # It has gone already.
@@ -52,7 +58,7 @@ def labels_of(thing):
 
 def walk(thing, window, found):
     states = thing.get_state_set()
-    found.append({"name": thing.get_name(), "role": thing.get_role_name(), "window": window,
+    found.append({"name": thing.get_name(), "role": role_of(thing), "window": window,
                   "description": thing.get_description(), "labels": labels_of(thing), "value": value_of(thing),
                   "states": [name for name, state in STATES.items() if states.contains(state)]})
     for index in range(thing.get_child_count()):
