@@ -168,14 +168,22 @@ QString refusedInTerminal(const Place &place)
 {
     const WithoutRules without;
     KernelRun run(place, {ModelOnBus::application(simple)});
-    return inTurn({[&] { return run.startBus(); }, [&] { return run.startCli({QStringLiteral("check")}); },
-                   [&] {
-                       run.bus.waitForExit(KernelRun::limitMs);
-                       const QString said = QString::fromUtf8(WholeFile::read(run.inStage("stdout")));
-                       return said.contains(QLatin1String("60-quillmarsh.rules"))
-                                  ? QString()
-                                  : QStringLiteral("it did not name the rules:\n") + said;
-                   }});
+    QString problem = run.startBus();
+    if (!problem.isEmpty())
+        return problem;
+    const auto check = [&] {
+        problem = run.startCli({QStringLiteral("check")});
+        if (!problem.isEmpty())
+            return true;
+        run.bus.waitForExit(KernelRun::limitMs);
+        const QString said = QString::fromUtf8(WholeFile::read(run.inStage("stdout")));
+        if (!said.contains(QLatin1String("60-quillmarsh.rules")))
+            problem = QStringLiteral("it did not name the rules:\n") + said;
+        return problem.isEmpty();
+    };
+    // Unlike "update --wait", it looks once, and the kernel takes a moment to find a new device.
+    pollUntil(check, KernelRun::limitMs, 1000);
+    return problem;
 }
 
 } // namespace
