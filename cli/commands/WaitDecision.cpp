@@ -5,7 +5,7 @@
 std::optional<WaitDecision::End> WaitDecision::afterLook(ConnectionState state,
                                                          const std::function<bool()> &mayOpen, bool isLate)
 {
-    const bool wasRefused = std::exchange(m_wasRefused, false);
+    const int refusedLooks = std::exchange(m_refusedLooks, 0);
     switch (state) {
     case ConnectionState::OneBootloader:
         return m_isModelNamed ? End::Found : End::ModelNeeded;
@@ -15,9 +15,9 @@ std::optional<WaitDecision::End> WaitDecision::afterLook(ConnectionState state,
     case ConnectionState::IapDevice:
         if (mayOpen())
             return End::Found;
-        if (wasRefused)
+        m_refusedLooks = refusedLooks + 1;
+        if (m_refusedLooks >= (isLate ? leastRefusedLooks : mostRefusedLooks))
             return End::NoAccess;
-        m_wasRefused = true;
         return std::nullopt;
     case ConnectionState::DeviceStartsItself:
     case ConnectionState::Nothing:

@@ -18,6 +18,13 @@ public:
         Interrupted,
     };
 
+    /// How many looks in a row must find a device that may not be opened before the wait ends. The system
+    /// grants access shortly after a device has appeared, a busy one only after some seconds. There are two
+    /// looks a second.
+    static constexpr int mostRefusedLooks = 10;
+    /// The same after the time limit.
+    static constexpr int leastRefusedLooks = 2;
+
     explicit WaitDecision(bool isModelNamed) : m_isModelNamed(isModelNamed) {}
 
     /// Returns how the wait ends after a look that found `state`, or nothing if it goes on. `mayOpen` says
@@ -27,7 +34,5 @@ public:
 
 private:
     bool m_isModelNamed;
-    /// Whether the last look found a device that may not be opened. The system grants access shortly after a
-    /// device has appeared, so that it is tried a second time.
-    bool m_wasRefused = false;
+    int m_refusedLooks = 0;
 };

@@ -46,6 +46,14 @@ TEST_P(WaitDecisionTest, EndsAfterTheLastLook)
     }
 }
 
+/// So many looks in a row that find a device that may not be opened, and then one more.
+std::vector<Look> refused(int times, const Look &last)
+{
+    std::vector<Look> looks(static_cast<std::size_t>(times), Look{State::Device, false, false});
+    looks.push_back(last);
+    return looks;
+}
+
 const Wait waits[] = {
     {"ADeviceThatMayBeOpened", false, {{State::Device, true, false}}, End::Found},
     {"AnIapDeviceThatMayBeOpened", false, {{State::IapDevice, true, false}}, End::Found},
@@ -56,7 +64,9 @@ const Wait waits[] = {
     {"NothingYet", false, {{State::Nothing, false, false}}, std::nullopt},
     {"NothingInTime", false, {{State::Nothing, false, false}, {State::Nothing, false, true}}, End::TimedOut},
     {"ADeviceOfALaunchModeInTime", false, {{State::DeviceStartsItself, true, true}}, End::TimedOut},
-    {"RefusedTwice", false, {{State::Device, false, false}, {State::Device, false, false}}, End::NoAccess},
+    {"RefusedForFiveSeconds", false, refused(9, {State::Device, false, false}), End::NoAccess},
+    {"RefusedForLessThanFiveSeconds", false, refused(9, {State::Device, true, false}), End::Found},
+    {"RefusedTwiceAndLate", false, refused(1, {State::Device, false, true}), End::NoAccess},
     {"RefusedOnce", false, {{State::Device, false, false}, {State::Device, true, false}}, End::Found},
     {"RefusedOnceAndLate", false, {{State::Device, false, true}, {State::Device, true, true}}, End::Found},
     {"RefusedAndThenDisconnected",
@@ -65,7 +75,7 @@ const Wait waits[] = {
      End::TimedOut},
     {"RefusedAgainAfterADisconnection",
      false,
-     {{State::Device, false, false}, {State::Nothing, false, false}, {State::Device, false, false}},
+     {{State::Device, false, false}, {State::Nothing, false, false}, {State::Device, false, true}},
      std::nullopt},
     {"ABootloaderOfANamedModel", true, {{State::OneBootloader, false, false}}, End::Found},
     {"ABootloaderOfAnUnknownModel", false, {{State::OneBootloader, false, false}}, End::ModelNeeded},
