@@ -184,9 +184,10 @@ UpdateReason UpdateWorkflow::burnOverUsb(Flasher &flasher, bool bootloaderOk)
 {
     bool burned = false;
     flasher.burnWithRetry(&burned, bootloaderOk);
-    if (!burned && !flasher.lastResult())
-        return UpdateReason::BootloaderNotEntered;
-    return burned ? UpdateReason::None : reasonOf(*flasher.lastResult());
+    if (burned)
+        return UpdateReason::None;
+    const auto result = flasher.lastResult();
+    return result ? reasonOf(*result) : UpdateReason::BootloaderNotEntered;
 }
 
 UpdateReason UpdateWorkflow::burnOverHid(Flasher &flasher, bool bootloaderOk)
