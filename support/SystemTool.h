@@ -18,8 +18,8 @@ QString path(const QString &name);
 QStringList foldersToSearch(const QString &systemFolder, const QStringList &searchPath,
                             const QStringList &excluded);
 
-/// For tests: uses `folder` as the system folder; an empty string restores the real one. Must not be called
-/// while another thread may be in path().
+/// For tests: searches `folder` alone, so that no tool of the real system is started; an empty string
+/// restores the search. Must not be called while another thread may be in path().
 void setFolderForTests(const QString &folder);
 QString folderForTests();
 

@@ -12,8 +12,6 @@ namespace {
 
 QString systemFolder()
 {
-    if (!SystemTool::folderForTests().isEmpty())
-        return SystemTool::folderForTests();
     std::array<wchar_t, MAX_PATH> folder{};
     const UINT length = GetSystemDirectoryW(folder.data(), static_cast<UINT>(folder.size()));
     return length < folder.size() ? QString::fromWCharArray(folder.data(), static_cast<int>(length))
@@ -30,14 +28,21 @@ QStringList untrustedFolders()
     return folders;
 }
 
+QStringList folders()
+{
+    if (!SystemTool::folderForTests().isEmpty())
+        return {SystemTool::folderForTests()};
+    const QStringList searchPath =
+        qEnvironmentVariable("PATH").split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    return SystemTool::foldersToSearch(systemFolder(), searchPath, untrustedFolders());
+}
+
 } // namespace
 
 QString SystemTool::path(const QString &name)
 {
-    const QStringList searchPath =
-        qEnvironmentVariable("PATH").split(QDir::listSeparator(), Qt::SkipEmptyParts);
-    const QStringList folders = foldersToSearch(systemFolder(), searchPath, untrustedFolders());
-    for (const QString &folder : folders) {
+    const QStringList searched = folders();
+    for (const QString &folder : searched) {
         const QString file = folder + QLatin1Char('/') + name + QLatin1String(".exe");
         if (QFileInfo(file).isFile())
             return file;

@@ -65,6 +65,14 @@ TEST_F(SystemToolOnWindowsTest, AToolInAnotherFolderOfTheSearchPathIsFound)
     EXPECT_EQ(SystemTool::path(planted), m_folder.filePath(plantedFile));
 }
 
+TEST_F(SystemToolOnWindowsTest, WithAFolderForTestsNoToolOfTheSystemIsFound)
+{
+    ASSERT_NE(SystemTool::path(QStringLiteral("taskkill")), QString());
+    SystemTool::setFolderForTests(m_folder.path());
+    EXPECT_EQ(SystemTool::path(QStringLiteral("taskkill")), QString())
+        << "it would end the processes of others";
+}
+
 TEST_F(SystemToolOnWindowsTest, TheFolderForTestsReplacesTheSystemFolder)
 {
     ASSERT_TRUE(WholeFile::write(m_folder.filePath(QStringLiteral("taskkill.exe"))));
