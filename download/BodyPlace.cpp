@@ -11,7 +11,8 @@ BodyPlace BodyPlace::of(const QNetworkReply &reply, std::optional<qint64> asked,
     BodyPlace place{0, end, end, HttpAnswer::problemOfBody(reply, asked)};
     if (!place.problem.isEmpty() || HttpAnswer::status(reply) != 206)
         return place;
-    place.position = *asked; // a part that begins elsewhere is reported as a problem
+    // A part that begins elsewhere, or that nobody asked for, has been reported as a problem.
+    place.position = asked.value_or(0);
     const QByteArray contentRange = reply.rawHeader("Content-Range");
     if (end <= 0)
         place.wantedEnd = HttpAnswer::totalOfContentRange(contentRange).value_or(0);
