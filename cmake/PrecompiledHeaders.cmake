@@ -2,6 +2,14 @@
 # Sources must still include all headers that they need: scripts/analyse.sh compiles without precompiled headers
 # (CMAKE_DISABLE_PRECOMPILE_HEADERS).
 #
+# Only the headers: linking the libraries would define macros such as QT_NETWORK_LIB.
+function(quillmarsh_find_precompiled_headers target)
+    foreach(library Qt5::Network Qt5::Gui Qt5::Widgets)
+        target_include_directories(${target} SYSTEM PRIVATE
+            $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
+    endforeach()
+endfunction()
+
 # quillmarsh_precompile(<target> [TESTS])
 #
 # Uses one precompiled header for <target> and all others of its kind: the product's modules and the
@@ -48,12 +56,12 @@ function(quillmarsh_precompile target)
         if(NOT kind STREQUAL "product")
             target_compile_options(${shared} PRIVATE -O0 -U_FORTIFY_SOURCE)
         endif()
-        # Only the headers: linking the libraries would define macros such as QT_NETWORK_LIB.
-        foreach(library Qt5::Network Qt5::Gui Qt5::Widgets)
-            target_include_directories(${shared} SYSTEM PRIVATE
-                $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
-        endforeach()
+        quillmarsh_find_precompiled_headers(${shared})
         target_precompile_headers(${shared} PRIVATE ${headers})
+    endif()
+    # Newer versions of Clang look for the headers once more where the precompiled header is used.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        quillmarsh_find_precompiled_headers(${target})
     endif()
     target_precompile_headers(${target} REUSE_FROM ${shared})
 endfunction()
