@@ -50,7 +50,11 @@ protected:
     QString updateWhatIsChosen()
     {
         UpdateScenario &s = scenario();
-        if (!s.pressStart() || !s.probe.waitForEnabled(startButton, false))
+        // A refused file may have given the start button back before anybody could see it disabled.
+        const auto hasBegun = [this] {
+            return logHas("Run LocalFile Update Model!");
+        };
+        if (!s.pressStart() || !pollUntil(hasBegun))
             return s.errorText() + s.probe.errorText();
         return titleWhenIdle();
     }
