@@ -41,7 +41,7 @@ if [ "${1-}" = --inside ]; then
         done
     ) &
     status=0
-    ctest --preset test --parallel 4 --output-on-failure "$@" </dev/null || status=$?
+    ctest --preset test --parallel "$((6 * $(nproc)))" --output-on-failure "$@" </dev/null || status=$?
     # The end of this process ends all processes in the namespace.
     exit "$status"
 fi

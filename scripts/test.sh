@@ -22,8 +22,8 @@ step 'Facts and their tests'
 scripts/check-coverage.sh
 
 step 'Tests'
-# Thrice the processors: most tests spend most of their time waiting.
-ctest --preset test --parallel "$((3 * $(nproc)))" || {
+# Six for each processor: most tests spend most of their time waiting.
+ctest --preset test --parallel "$((6 * $(nproc)))" || {
     step 'What the failed tests print when they run once more, alone'
     ctest --preset test --rerun-failed --output-on-failure | tail -n 100
     exit 1
