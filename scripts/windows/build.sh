@@ -26,6 +26,7 @@ if [ "${1-}" != --product ]; then
     step 'Program and tests'
     cmake --preset mingw
     cmake --build --preset mingw
+    scripts/windows/check-stand-ins.sh build/mingw/stand-ins build/mingw/bin/quillmarsh{,-cli}.exe
 fi
 
 step 'Program, as it is shipped'
