@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/LaunchOptions.h"
+#include "support/process/LaunchOptions.h"
 
 /// Parses the launch mode: "ZN58UpDate", or "TessilonixUpDate" and a model name. Anything else is normal
 /// mode. Further arguments are ignored.

@@ -1,7 +1,7 @@
 #include "app/PanelImageCheck.h"
 
 #include "support/Clock.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 #include "update/SignatureCheck.h"
 #include "update/UpdateTitles.h"
 

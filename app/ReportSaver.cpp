@@ -3,8 +3,8 @@
 #include "checks/Texts.h"
 #include "report/ReportMaker.h"
 #include "report/ReportText.h"
-#include "support/LogFile.h"
-#include "support/ShutdownFlag.h"
+#include "support/log/LogFile.h"
+#include "support/process/ShutdownFlag.h"
 #include "widgets/TextWindow.h"
 
 #include <QFileDialog>

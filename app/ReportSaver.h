@@ -1,9 +1,9 @@
 #pragma once
 
-#include "devices/HidPort.h"
-#include "devices/UsbBus.h"
+#include "devices/hid/HidPort.h"
+#include "devices/usb/UsbBus.h"
 #include "report/LastRun.h"
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 #include "update/UpdatePaths.h"
 
 #include <QByteArray>

@@ -1,8 +1,8 @@
 #include "app/Shutdown.h"
 
-#include "support/Diagnostics.h"
 #include "support/LanguageUtilities.h"
-#include "support/ShutdownFlag.h"
+#include "support/log/Diagnostics.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QApplication>
 #include <QDebug>

@@ -1,7 +1,7 @@
 #include "app/SystemAccess.h"
 
-#include "devices/ModelTable.h"
 #include "devices/RefusedDevice.h"
+#include "devices/models/ModelTable.h"
 #include "driver/DriverCheck.h"
 #include "widgets/TextWindow.h"
 

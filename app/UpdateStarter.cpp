@@ -2,7 +2,7 @@
 
 #include "support/Clock.h"
 #include "support/LanguageUtilities.h"
-#include "support/ToolRun.h"
+#include "support/process/ToolRun.h"
 #include "update/FirmwareFetch.h"
 #include "update/UpdateTitles.h"
 

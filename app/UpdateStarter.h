@@ -2,8 +2,8 @@
 
 #include "session/AwakeWhileWriting.h"
 #include "session/UpdateSession.h"
-#include "support/LaunchOptions.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
+#include "support/process/LaunchOptions.h"
 #include "update/ChosefirmwareWidget.h"
 #include "update/UpdateChoices.h"
 #include "update/UpdateHost.h"

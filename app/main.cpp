@@ -4,9 +4,9 @@
 #include "app/bringToForeground.h"
 #include "app/window/MainWindowAccess.h"
 #include "app/window/MainWindowLook.h"
-#include "support/Diagnostics.h"
-#include "support/LibrarySearch.h"
-#include "support/ProgramArguments.h"
+#include "support/log/Diagnostics.h"
+#include "support/process/LibrarySearch.h"
+#include "support/process/ProgramArguments.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/FocusRing.h"
 

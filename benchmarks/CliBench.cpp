@@ -4,7 +4,7 @@
 #include "harness/BuildPaths.h"
 #include "harness/CliScenario.h"
 #include "harness/process/Polling.h"
-#include "harness/session/NginxServer.h"
+#include "harness/server/NginxServer.h"
 #include "harness/session/XvfbSession.h"
 #include "simulator/server/FirmwareAddress.h"
 #include "simulator/standin/StandinScript.h"

@@ -2,7 +2,7 @@
 #include "benchmarks/Subjects.h"
 
 #include "harness/UpdateScenario.h"
-#include "harness/session/NginxServer.h"
+#include "harness/server/NginxServer.h"
 #include "simulator/server/FirmwareAddress.h"
 #include "simulator/standin/StandinScript.h"
 

@@ -1,7 +1,7 @@
 #include "benchmarks/Measuring.h"
 #include "benchmarks/Subjects.h"
 
-#include "harness/session/NginxServer.h"
+#include "harness/server/NginxServer.h"
 
 #include <QDir>
 #include <QFile>

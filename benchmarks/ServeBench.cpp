@@ -3,8 +3,8 @@
 #include "benchmarks/Subjects.h"
 
 #include "harness/process/Polling.h"
-#include "harness/session/EdgeAndOrigin.h"
-#include "harness/session/ManyClients.h"
+#include "harness/server/EdgeAndOrigin.h"
+#include "harness/server/ManyClients.h"
 #include "simulator/files/WholeFile.h"
 
 #include <QTextStream>

@@ -2,8 +2,8 @@
 
 #include "checks/Texts.h"
 #include "devices/ControlledDeviceList.h"
-#include "devices/ModelTable.h"
-#include "support/QuietReporter.h"
+#include "devices/models/ModelTable.h"
+#include "support/log/QuietReporter.h"
 
 #include <algorithm>
 

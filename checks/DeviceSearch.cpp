@@ -3,7 +3,7 @@
 #include "devices/Bootloader.h"
 #include "devices/ControlledDeviceList.h"
 #include "devices/RefusedDevice.h"
-#include "support/QuietReporter.h"
+#include "support/log/QuietReporter.h"
 
 #include <libusb.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "checks/DeviceInfo.h"
-#include "devices/ModelTable.h"
-#include "devices/UsbBus.h"
+#include "devices/models/ModelTable.h"
+#include "devices/usb/UsbBus.h"
 
 #include <QString>
 #include <QVector>

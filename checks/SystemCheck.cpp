@@ -9,7 +9,7 @@
 #include "devices/Bootloader.h"
 #include "devices/ControlledDeviceList.h"
 #include "devices/RefusedDevice.h"
-#include "support/LaunchOptions.h"
+#include "support/process/LaunchOptions.h"
 #include "update/FirmwareKeys.h"
 #include "update/FirmwareManifest.h"
 #include "update/FirmwareServerAddress.h"

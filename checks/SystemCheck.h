@@ -2,8 +2,8 @@
 
 #include "checks/Finding.h"
 #include "checks/ToolFiles.h"
-#include "devices/UsbBus.h"
-#include "support/UpdateLock.h"
+#include "devices/usb/UsbBus.h"
+#include "support/lock/UpdateLock.h"
 
 #include <QString>
 #include <QVector>

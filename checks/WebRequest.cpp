@@ -1,7 +1,7 @@
 #include "checks/WebRequest.h"
 
 #include "download/HttpAnswer.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>

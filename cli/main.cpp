@@ -13,8 +13,8 @@
 #include "cli/output/Output.h"
 #include "cli/output/Terminal.h"
 #include "cli/output/TextEvents.h"
-#include "support/LibrarySearch.h"
-#include "support/ProgramArguments.h"
+#include "support/process/LibrarySearch.h"
+#include "support/process/ProgramArguments.h"
 
 #include <QCoreApplication>
 

@@ -29,7 +29,7 @@ function(quillmarsh_precompile target)
         set(kind tests)
         set(libraries GTest::gtest GTest::gmock)
         list(APPEND headers <QElapsedTimer> <QTemporaryDir>
-            <gmock/gmock.h> <gtest/gtest.h> "${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h")
+            <gmock/gmock.h> <gtest/gtest.h> "${PROJECT_SOURCE_DIR}/tests/common/QtPrinters.h")
     elseif(module IN_LIST QUILLMARSH_PRODUCT_MODULES OR module STREQUAL "benchmarks")
         set(kind product)
         list(APPEND headers <QHBoxLayout> <QLabel> <QNetworkReply> <QPushButton> <QWidget>)

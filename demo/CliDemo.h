@@ -1,9 +1,9 @@
 #pragma once
 
 #include "demo/DemoOptions.h"
+#include "harness/server/FirmwareRoot.h"
+#include "harness/server/ServerSession.h"
 #include "harness/session/BusSession.h"
-#include "harness/session/FirmwareRoot.h"
-#include "harness/session/ServerSession.h"
 #include "harness/stage/StagedProgram.h"
 
 /// Shows a whole update by quillmarsh-cli, which writes to the standard output of this process.

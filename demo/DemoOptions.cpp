@@ -1,6 +1,6 @@
 #include "demo/DemoOptions.h"
 
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>

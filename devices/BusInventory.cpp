@@ -1,6 +1,6 @@
 #include "devices/BusInventory.h"
 
-#include "devices/HidDetails.h"
+#include "devices/hid/HidDetails.h"
 
 BusInventory BusInventory::read(bool usbReady, HidPort &port, const IsWanted &isWanted)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devices/HidPort.h"
+#include "devices/hid/HidPort.h"
 
 #include <QByteArray>
 #include <QString>

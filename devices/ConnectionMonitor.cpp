@@ -2,7 +2,7 @@
 
 #include "devices/Bootloader.h"
 #include "devices/ControlledDeviceList.h"
-#include "devices/HidScan.h"
+#include "devices/hid/HidScan.h"
 
 #include <QDebug>
 

@@ -3,12 +3,12 @@
 #include "devices/ChosenDevice.h"
 #include "devices/ConnectionState.h"
 #include "devices/DescriptorDump.h"
-#include "devices/HidPort.h"
-#include "devices/ModelTable.h"
-#include "devices/UsbBus.h"
-#include "devices/UsbScan.h"
-#include "support/LaunchOptions.h"
-#include "support/Reporter.h"
+#include "devices/hid/HidPort.h"
+#include "devices/models/ModelTable.h"
+#include "devices/usb/UsbBus.h"
+#include "devices/usb/UsbScan.h"
+#include "support/log/Reporter.h"
+#include "support/process/LaunchOptions.h"
 
 #include <QString>
 

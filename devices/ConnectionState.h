@@ -1,8 +1,8 @@
 #pragma once
 
 #include "devices/ChosenDevice.h"
-#include "support/LaunchOptions.h"
 #include "support/TranslatableText.h"
+#include "support/process/LaunchOptions.h"
 
 /// The result of scanning the buses.
 enum class ConnectionState {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QByteArray>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "devices/DescriptorDump.h"
 
-#include "support/PlainFile.h"
+#include "support/log/PlainFile.h"
 
 #include <QDebug>
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "download/DownloadProgress.h"
 #include "download/HttpAnswer.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QDebug>
 #include <QNetworkAccessManager>

@@ -8,7 +8,7 @@
 #include "download/SegmentRanges.h"
 #include "download/WriteAll.h"
 #include "support/LanguageUtilities.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QCoreApplication>
 #include <QDebug>

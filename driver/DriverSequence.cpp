@@ -2,8 +2,8 @@
 
 #include "driver/DriverPackage.h"
 #include "driver/LoadedDrivers.h"
-#include "support/ShutdownFlag.h"
 #include "support/SystemCodec.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QDebug>
 #include <QTextCodec>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/ToolRun.h"
+#include "support/process/ToolRun.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "driver/LoadedDrivers.h"
 
-#include "support/Diagnostics.h"
+#include "support/log/Diagnostics.h"
 
 #include <QDebug>
 

@@ -2,7 +2,7 @@
 
 #include "driver/WholeCopy.h"
 #include "support/SystemCodec.h"
-#include "support/SystemTool.h"
+#include "support/process/SystemTool.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "driver/DriverCheck.h"
-#include "support/LibrarySearch.h"
 #include "support/SystemCodec.h"
+#include "support/process/LibrarySearch.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>

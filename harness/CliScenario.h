@@ -1,8 +1,8 @@
 #pragma once
 
+#include "harness/server/FirmwareRoot.h"
+#include "harness/server/ServerSession.h"
 #include "harness/session/BusSession.h"
-#include "harness/session/FirmwareRoot.h"
-#include "harness/session/ServerSession.h"
 #include "harness/stage/StagedProgram.h"
 #include "simulator/time/RunningTime.h"
 

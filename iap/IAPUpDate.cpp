@@ -2,7 +2,7 @@
 
 #include "iap/IapArguments.h"
 #include "iap/IapPortType.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>

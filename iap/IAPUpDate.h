@@ -4,7 +4,7 @@
 #include "iap/IapHost.h"
 #include "iap/IapProgrammer.h"
 #include "iap/IapRun.h"
-#include "support/AfterToolWait.h"
+#include "support/process/AfterToolWait.h"
 
 #include <QProcess>
 #include <QString>

@@ -2,7 +2,7 @@
 
 #include "iap/IapDevice.h"
 #include "session/UpdateSession.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QString>
 

@@ -2,8 +2,8 @@
 
 #include "iap/IapOutput.h"
 #include "iap/IapTitles.h"
-#include "support/ShutdownFlag.h"
-#include "support/SystemTool.h"
+#include "support/process/ShutdownFlag.h"
+#include "support/process/SystemTool.h"
 
 #include <QDebug>
 

@@ -6,9 +6,9 @@
 #include "iap/IapRun.h"
 #include "session/UpdateResult.h"
 #include "support/Clock.h"
-#include "support/Reporter.h"
-#include "support/ToolRun.h"
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
+#include "support/log/Reporter.h"
+#include "support/process/ToolRun.h"
 
 #include <QObject>
 #include <QProcess>

@@ -3,11 +3,11 @@
 #include "devices/Bootloader.h"
 #include "devices/ConnectionState.h"
 #include "devices/ControlledDeviceList.h"
-#include "devices/HidScan.h"
-#include "devices/ModelTable.h"
 #include "devices/UsbId.h"
+#include "devices/hid/HidScan.h"
+#include "devices/models/ModelTable.h"
 #include "report/UsbInterfaces.h"
-#include "support/QuietReporter.h"
+#include "support/log/QuietReporter.h"
 
 #include <QJsonArray>
 #include <QSet>

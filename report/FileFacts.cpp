@@ -1,6 +1,6 @@
 #include "report/FileFacts.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QCryptographicHash>
 #include <QDir>

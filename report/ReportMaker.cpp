@@ -9,7 +9,7 @@
 #include "report/Redaction.h"
 #include "report/ReportText.h"
 #include "report/SystemFacts.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/TemporaryFolder.h"
 
 #include <QCoreApplication>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "checks/ToolFiles.h"
-#include "devices/HidPort.h"
-#include "devices/UsbBus.h"
+#include "devices/hid/HidPort.h"
+#include "devices/usb/UsbBus.h"
 #include "report/LastRun.h"
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 
 #include <QByteArray>
 #include <QString>

@@ -37,7 +37,7 @@ if [ "${1-}" = --inside ]; then
     stage=$2
     served=$stage/server/served
     mkdir -p "$served"
-    harness/session/nginx-configuration.sh 127.0.0.1:18099 >"$stage/server/nginx.conf"
+    harness/server/nginx-configuration.sh 127.0.0.1:18099 >"$stage/server/nginx.conf"
     nginx -p "$stage/server" -c nginx.conf -e error.log &
     nginx=$!
     trap 'kill "$nginx" && wait "$nginx" || true' EXIT

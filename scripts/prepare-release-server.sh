@@ -21,7 +21,7 @@ docs/firmware-server/add-model.sh "${key[@]}" "$stage/served" "$address" "$model
 
 # The configuration from the guide, with the name and the files of this server.
 HOST=$host PORT=$port SERVED=$stage/served DAEMON=on \
-    harness/session/site-configuration.sh docs/firmware-server/origin.conf >"$stage/nginx/nginx.conf"
+    harness/server/site-configuration.sh docs/firmware-server/origin.conf >"$stage/nginx/nginx.conf"
 
-harness/session/make-certificates.sh "$stage/nginx" "server:$host:2"
+harness/server/make-certificates.sh "$stage/nginx" "server:$host:2"
 cp "$stage/nginx/authority.crt" "$stage/authority.crt"

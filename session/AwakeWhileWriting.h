@@ -1,7 +1,7 @@
 #pragma once
 
 #include "session/UpdateStage.h"
-#include "support/KeepAwake.h"
+#include "support/power/KeepAwake.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "session/UpdateSession.h"
 
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 UpdateStage UpdateSession::stage() const
 {

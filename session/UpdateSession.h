@@ -2,7 +2,7 @@
 
 #include "session/UpdateResult.h"
 #include "session/UpdateStage.h"
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 
 #include <QElapsedTimer>
 #include <QMap>

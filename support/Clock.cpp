@@ -1,6 +1,6 @@
 #include "support/Clock.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QDeadlineTimer>
 

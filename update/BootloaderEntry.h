@@ -1,8 +1,8 @@
 #pragma once
 
 #include "devices/ChosenDevice.h"
-#include "devices/HidPort.h"
-#include "support/Reporter.h"
+#include "devices/hid/HidPort.h"
+#include "support/log/Reporter.h"
 #include "update/UpdateModeReport.h"
 
 /// Restarts `device` into its bootloader by writing one update-mode report. Returns whether more than zero

@@ -1,9 +1,9 @@
 #include "update/ChosefirmwareWidget.h"
 
 #include "download/HttpAnswer.h"
-#include "support/Reporter.h"
-#include "support/ShutdownFlag.h"
 #include "support/SpokenText.h"
+#include "support/log/Reporter.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/FirmwareManifest.h"
 
 #include <QCloseEvent>

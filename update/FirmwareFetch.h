@@ -2,7 +2,7 @@
 
 #include "session/UpdateSession.h"
 #include "support/Clock.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 #include "update/FirmwareSource.h"
 #include "update/UpdateChoices.h"
 #include "update/UpdatePaths.h"

@@ -1,6 +1,6 @@
 #include "update/Flasher.h"
 
-#include "support/ToolRun.h"
+#include "support/process/ToolRun.h"
 #include "update/FlasherOutput.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 #include "session/UpdateResult.h"
 #include "signature/ImageVerifier.h"
 #include "support/Clock.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QByteArray>
 #include <QJsonObject>

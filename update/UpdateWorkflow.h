@@ -2,8 +2,8 @@
 
 #include "session/UpdateSession.h"
 #include "support/Clock.h"
-#include "support/LaunchOptions.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
+#include "support/process/LaunchOptions.h"
 #include "update/FirmwareSource.h"
 #include "update/Flasher.h"
 #include "update/UpdateChoices.h"

@@ -1,7 +1,7 @@
 #include "widgets/TextWindow.h"
 
-#include "support/LogFile.h"
 #include "support/SpokenText.h"
+#include "support/log/LogFile.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>

@@ -1,6 +1,6 @@
 #include "app/window/FirmwareFileDialog.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -1,7 +1,7 @@
-#include "support/QuietReporter.h"
+#include "support/log/QuietReporter.h"
 
 #include "download/ThreadFileDownloader.h"
-#include "support/Diagnostics.h"
+#include "support/log/Diagnostics.h"
 
 #include <QCoreApplication>
 #include <QFutureWatcher>

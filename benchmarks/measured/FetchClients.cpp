@@ -8,7 +8,7 @@
 #include "session/UpdateSession.h"
 #include "simulator/time/RunningTime.h"
 #include "support/LanguageUtilities.h"
-#include "support/QuietReporter.h"
+#include "support/log/QuietReporter.h"
 #include "update/FirmwareFetch.h"
 #include "update/md5Check.h"
 

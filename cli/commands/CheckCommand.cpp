@@ -2,7 +2,7 @@
 
 #include "checks/SystemCheck.h"
 #include "cli/commands/CommandContext.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/ProgramPaths.h"
 
 ExitCode runCheckCommand(CommandContext &context)

@@ -1,6 +1,6 @@
 #include "cli/commands/CommandContext.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QDir>
 #include <QEventLoop>

@@ -4,8 +4,8 @@
 #include "cli/commands/Options.h"
 #include "cli/output/EventSink.h"
 #include "devices/DeviceLibraries.h"
-#include "devices/HidPort.h"
-#include "devices/UsbBus.h"
+#include "devices/hid/HidPort.h"
+#include "devices/usb/UsbBus.h"
 
 #include <QTemporaryDir>
 

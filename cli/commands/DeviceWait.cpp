@@ -5,7 +5,7 @@
 #include "devices/Bootloader.h"
 #include "devices/RefusedDevice.h"
 #include "support/Clock.h"
-#include "support/QuietReporter.h"
+#include "support/log/QuietReporter.h"
 
 #include <libusb.h>
 

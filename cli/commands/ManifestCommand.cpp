@@ -10,7 +10,7 @@
 #include "download/ThreadFileDownloader.h"
 #include "signature/ImageVerifier.h"
 #include "support/Clock.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/FirmwareKeys.h"
 #include "update/FirmwareManifest.h"
 #include "update/FirmwareServerAddress.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "devices/ModelTable.h"
-#include "devices/UsbBus.h"
+#include "devices/models/ModelTable.h"
+#include "devices/usb/UsbBus.h"
 
 #include <QString>
 

@@ -4,7 +4,7 @@
 #include "cli/output/CliReporter.h"
 #include "iap/IapProgrammer.h"
 #include "session/UpdateSession.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QEventLoop>
 

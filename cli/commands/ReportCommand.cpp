@@ -6,8 +6,8 @@
 #include "cli/output/Output.h"
 #include "report/ReportMaker.h"
 #include "report/ReportText.h"
-#include "support/LogFile.h"
-#include "support/ShutdownFlag.h"
+#include "support/log/LogFile.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/ProgramPaths.h"
 
 #include <QCoreApplication>

@@ -12,7 +12,7 @@
 #include "cli/output/Output.h"
 #include "cli/output/Terminal.h"
 #include "devices/ControlledDeviceList.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/ProgramPaths.h"
 
 namespace {

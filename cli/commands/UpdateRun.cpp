@@ -5,7 +5,7 @@
 #include "cli/commands/ProgrammerRun.h"
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
-#include "support/LaunchOptions.h"
+#include "support/process/LaunchOptions.h"
 #include "update/BootloaderEntry.h"
 #include "update/FirmwareFetch.h"
 #include "update/FirmwareKeys.h"

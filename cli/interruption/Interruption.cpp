@@ -4,7 +4,7 @@
 #include "cli/interruption/ForcedExit.h"
 #include "cli/output/EventSink.h"
 #include "session/UpdateSession.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 namespace {
 

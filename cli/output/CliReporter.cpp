@@ -1,6 +1,6 @@
 #include "cli/output/CliReporter.h"
 
-#include "support/LogFile.h"
+#include "support/log/LogFile.h"
 
 CliReporter::CliReporter(EventSink &sink, const QString &logFile) : m_sink(sink), m_logFile(logFile) {}
 

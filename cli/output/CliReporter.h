@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/output/EventSink.h"
-#include "support/Reporter.h"
+#include "support/log/Reporter.h"
 
 #include <QString>
 

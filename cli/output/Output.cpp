@@ -1,7 +1,7 @@
 #include "cli/output/Output.h"
 
-#include "support/BoundedWriter.h"
-#include "support/BrokenPipes.h"
+#include "support/log/BoundedWriter.h"
+#include "support/process/BrokenPipes.h"
 
 #include <QElapsedTimer>
 #include <QString>

@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 
 namespace {
-constexpr int graceMs = 5000;
+constexpr int controllerGraceMs = 5000;
 } // namespace
 
 BusSession::~BusSession()
@@ -14,7 +14,7 @@ BusSession::~BusSession()
     m_program.killProgram();
     if (m_client.isConnected())
         m_client.quit();
-    m_controller.end(graceMs);
+    m_controller.end(controllerGraceMs);
 }
 
 bool BusSession::start(const QString &descriptionFile)

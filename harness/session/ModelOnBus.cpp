@@ -1,7 +1,7 @@
 #include "harness/session/ModelOnBus.h"
 
-#include "devices/ModelLists.h"
-#include "devices/ModelTable.h"
+#include "devices/models/ModelLists.h"
+#include "devices/models/ModelTable.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

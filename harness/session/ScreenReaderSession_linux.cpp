@@ -39,8 +39,7 @@ bool ScreenReaderSession::start(const QString &display)
     m_reader.setProcessEnvironment(m_environment);
     m_reader.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     if (!m_reader.startAndWait(QStringLiteral("/usr/bin/python3"),
-                               {QStringLiteral("-Wignore"), QString::fromUtf8(QUILLMARSH_SESSION_SCRIPTS) +
-                                                                QStringLiteral("/screen-reader.py")},
+                               {QStringLiteral("-Wignore"), QStringLiteral(QUILLMARSH_SCREEN_READER)},
                                eventLimitMs))
         return fail(m_reader.errorString());
     return !ask({{QStringLiteral("op"), QStringLiteral("listen")}}).isEmpty();

@@ -1,7 +1,7 @@
 #include "harness/soak/SoakPlan.h"
 
-#include "devices/ModelLists.h"
-#include "devices/ModelTable.h"
+#include "devices/models/ModelLists.h"
+#include "devices/models/ModelTable.h"
 #include "harness/session/ModelOnBus.h"
 
 #include <QCryptographicHash>

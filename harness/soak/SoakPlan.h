@@ -1,6 +1,6 @@
 #pragma once
 
-#include "harness/session/FirmwareRoot.h"
+#include "harness/server/FirmwareRoot.h"
 #include "harness/soak/SoakFaults.h"
 
 #include <QHash>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Prints the udev rules for the models in devices/ModelIds.inc. Run it after a change there:
+# Prints the udev rules for the models in devices/models/ModelIds.inc. Run it after a change there:
 #   packaging/linux/make-udev-rules.sh > packaging/linux/60-quillmarsh.rules
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -14,7 +14,7 @@ RULES
 # Print "NAME VENDOR PRODUCT" for each model; the last one has the ids of the bootloader.
 sed -nE '
     s/^VENDOR\(([A-Za-z0-9]+), 0x([0-9A-Fa-f]{4})\).*/vendor \1 \2/p
-    s/^MODEL\([0-9]+, "([^"]+)", ([A-Za-z0-9]+), 0x([0-9A-Fa-f]{4}),.*/model \1 \2 \3/p' devices/ModelIds.inc |
+    s/^MODEL\([0-9]+, "([^"]+)", ([A-Za-z0-9]+), 0x([0-9A-Fa-f]{4}),.*/model \1 \2 \3/p' devices/models/ModelIds.inc |
     awk '$1 == "vendor" { id[$2] = $3 } $1 == "model" { print $2, id[$3], $4 }' |
     while read -r name vendor product; do
         printf '\n# %s\n' "$name"

@@ -1,7 +1,7 @@
 #include "app/window/FirmwareFileDialog.h"
 
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>

@@ -2,10 +2,10 @@
 
 #include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareServer.h"
-#include "support/LogFile.h"
-#include "support/ToolRun.h"
-#include "tests/support/ScriptedTools.h"
-#include "tests/support/TextOnDisk.h"
+#include "support/log/LogFile.h"
+#include "support/process/ToolRun.h"
+#include "tests/common/ScriptedTools.h"
+#include "tests/common/TextOnDisk.h"
 
 #include <QEventLoop>
 #include <QFile>

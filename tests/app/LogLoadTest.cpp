@@ -1,7 +1,7 @@
 #include "app/bringToForeground.h"
 #include "simulator/time/RunningTime.h"
-#include "support/LogFile.h"
-#include "tests/support/ProcessUse.h"
+#include "support/log/LogFile.h"
+#include "tests/common/ProcessUse.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/TextWindow.h"
 

@@ -1,6 +1,6 @@
 #include "app/window/MainWindowTexts.h"
 #include "tests/app/TestMainWindow.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "widgets/CustomComboBox.h"
 #include "widgets/CustomTabWidget.h"
 #include "widgets/TextWindow.h"

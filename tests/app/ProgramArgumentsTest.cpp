@@ -1,4 +1,4 @@
-#include "support/ToolRun.h"
+#include "support/process/ToolRun.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "app/SystemAccess.h"
-#include "tests/support/EventWait.h"
+#include "tests/common/EventWait.h"
 
-#include "support/LogFile.h"
+#include "support/log/LogFile.h"
 #include "widgets/TextWindow.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "app/SystemReport.h"
 
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <QCoreApplication>
 #include <QLocale>

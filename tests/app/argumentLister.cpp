@@ -1,6 +1,6 @@
 // Prints the arguments as ProgramArguments passes them to the program, one on each line.
 #include "simulator/standin/ByteStreams.h"
-#include "support/ProgramArguments.h"
+#include "support/process/ProgramArguments.h"
 
 #include <QCoreApplication>
 

@@ -2,11 +2,11 @@
 
 #include "iap/IAPUpDate.h"
 #include "simulator/files/WholeFile.h"
-#include "support/LogFile.h"
-#include "support/ToolRun.h"
-#include "tests/support/EventWait.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/ScriptedTools.h"
+#include "support/log/LogFile.h"
+#include "support/process/ToolRun.h"
+#include "tests/common/EventWait.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/ScriptedTools.h"
 #include "widgets/BackgroundWidget.h"
 #include "widgets/WidgetTab1.h"
 

@@ -1,11 +1,11 @@
 #include "cli/commands/CheckCommand.h"
 
 #include "cli/commands/CommandContext.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "tests/checks/RecordedFindings.h"
 #include "tests/checks/TestServerAddress.h"
+#include "tests/common/AnotherAttempt.h"
 #include "tests/signature/Signatures.h"
-#include "tests/support/AnotherAttempt.h"
 #include "tests/update/ManifestServer.h"
 
 #include <QDir>

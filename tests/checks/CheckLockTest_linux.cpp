@@ -1,6 +1,6 @@
 #include "cli/commands/CheckCommand.h"
 #include "cli/commands/CommandContext.h"
-#include "support/SystemLock.h"
+#include "support/lock/SystemLock.h"
 #include "tests/checks/RecordedFindings.h"
 #include "tests/checks/TestServerAddress.h"
 #include "update/ProgramPaths.h"

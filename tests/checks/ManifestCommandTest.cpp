@@ -3,8 +3,8 @@
 #include "cli/commands/CommandContext.h"
 #include "tests/checks/RecordedFindings.h"
 #include "tests/checks/TestServerAddress.h"
+#include "tests/common/AnotherAttempt.h"
 #include "tests/signature/Signatures.h"
-#include "tests/support/AnotherAttempt.h"
 #include "tests/update/ManifestServer.h"
 
 #include <QCryptographicHash>

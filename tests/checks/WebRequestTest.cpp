@@ -1,6 +1,6 @@
 #include "checks/WebRequest.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "tests/update/ManifestServer.h"
 
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include "simulator/standin/StandinScript.h"
 #include "simulator/time/RunningTime.h"
 #include "tests/cli/EventValidation.h"
-#include "tests/support/AnotherAttempt.h"
+#include "tests/common/AnotherAttempt.h"
 
 #include <QCryptographicHash>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "checks/DeviceSearch.h"
 
 #include "cli/output/DeviceStates.h"
-#include "tests/support/TextList.h"
+#include "tests/common/TextList.h"
 
 #include <gtest/gtest.h>
 

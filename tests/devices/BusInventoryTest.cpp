@@ -1,7 +1,7 @@
 #include "devices/BusInventory.h"
 
-#include "devices/UsbDescriptorBytes.h"
-#include "tests/support/FakeHidPort.h"
+#include "devices/usb/UsbDescriptorBytes.h"
+#include "tests/common/FakeHidPort.h"
 
 #include <gtest/gtest.h>
 

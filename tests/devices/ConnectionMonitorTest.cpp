@@ -2,11 +2,11 @@
 
 #include "devices/Bootloader.h"
 #include "simulator/files/WholeFile.h"
+#include "tests/common/FakeHidPort.h"
+#include "tests/common/FakeUsbBus.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/devices/DeviceTestValues.h"
-#include "tests/support/FakeHidPort.h"
-#include "tests/support/FakeUsbBus.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
 
 #include <QElapsedTimer>
 #include <QFile>

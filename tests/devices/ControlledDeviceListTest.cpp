@@ -1,9 +1,9 @@
 #include "devices/ControlledDeviceList.h"
 
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "devices/ControlledDeviceList.h"
 
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QFile>
 #include <QTemporaryDir>

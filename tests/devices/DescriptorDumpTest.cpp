@@ -1,8 +1,8 @@
 #include "devices/DescriptorDump.h"
 
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/TextOnDisk.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/TextOnDisk.h"
 
 #include <QStringList>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
-#include "devices/HidPort.h"
-#include "devices/UsbBus.h"
+#include "devices/hid/HidPort.h"
+#include "devices/usb/UsbBus.h"
 
 #include <gtest/gtest.h>
 

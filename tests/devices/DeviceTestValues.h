@@ -1,7 +1,7 @@
 #pragma once
 
-#include "devices/ModelTable.h"
-#include "support/LaunchOptions.h"
+#include "devices/models/ModelTable.h"
+#include "support/process/LaunchOptions.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "devices/HidMarkers.h"
+#include "devices/hid/HidMarkers.h"
 
 #include <QStringList>
 

@@ -1,11 +1,11 @@
-#include "devices/HidScan.h"
+#include "devices/hid/HidScan.h"
 
 #include "simulator/files/WholeFile.h"
+#include "tests/common/FakeHidPort.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
+#include "tests/common/TextOnDisk.h"
 #include "tests/devices/DeviceTestValues.h"
-#include "tests/support/FakeHidPort.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
-#include "tests/support/TextOnDisk.h"
 
 #include <QTemporaryDir>
 

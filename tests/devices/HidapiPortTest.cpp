@@ -1,5 +1,5 @@
 // Tests how the port uses hidapi. This program is linked with a fake hidapi instead of the real one.
-#include "devices/HidPort.h"
+#include "devices/hid/HidPort.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 
 #include "devices/Bootloader.h"
-#include "devices/ModelLists.h"
+#include "devices/models/ModelLists.h"
 #include "tests/devices/DeviceTestValues.h"
 #include "tests/devices/ExpectedModels.h"
 

@@ -1,5 +1,5 @@
 #include "devices/Bootloader.h"
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 #include "harness/process/Polling.h"
 
 #include <QFile>

@@ -1,9 +1,9 @@
-#include "devices/UsbScan.h"
+#include "devices/usb/UsbScan.h"
 
-#include "devices/ModelLists.h"
+#include "devices/models/ModelLists.h"
+#include "tests/common/FakeHidPort.h"
+#include "tests/common/FakeUsbBus.h"
 #include "tests/devices/DeviceTestValues.h"
-#include "tests/support/FakeHidPort.h"
-#include "tests/support/FakeUsbBus.h"
 
 #include <gtest/gtest.h>
 

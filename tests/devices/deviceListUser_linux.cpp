@@ -4,7 +4,7 @@
 // well (both in hexadecimal). Then prints by how many bytes the memory in use has grown.
 
 #include "devices/DeviceLibraries.h"
-#include "devices/LibusbDeviceList.h"
+#include "devices/usb/LibusbDeviceList.h"
 
 #include <malloc.h>
 

@@ -1,7 +1,7 @@
 // Every write to /dev/full fails as on a full disk.
 
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include "download/FileDownloaderHTTP.h"
 

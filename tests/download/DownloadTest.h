@@ -2,7 +2,7 @@
 
 #include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareServer.h"
-#include "tests/support/EventWait.h"
+#include "tests/common/EventWait.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "download/FileDownloader.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "download/FileSizeFetcher.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <QElapsedTimer>
 #include <QNetworkAccessManager>

@@ -1,8 +1,8 @@
 #include "download/FileDownloader.h"
 #include "simulator/server/AnswerServer.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/RecordedDebugStream.h"
 
 namespace {
 

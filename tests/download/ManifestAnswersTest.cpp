@@ -1,8 +1,8 @@
 #include "download/FileDownloaderHTTP.h"
 #include "download/HttpAnswer.h"
 #include "simulator/server/AnswerServer.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/download/DownloadTest.h"
-#include "tests/support/RecordingReporter.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/RecordedDebugStream.h"
 
 namespace {
 

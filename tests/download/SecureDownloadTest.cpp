@@ -1,7 +1,7 @@
 #include "download/FileDownloaderHTTP.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/download/DownloadTest.h"
 #include "tests/download/SecureServer.h"
-#include "tests/support/RecordingReporter.h"
 
 #include <QSslConfiguration>
 

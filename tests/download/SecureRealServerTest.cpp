@@ -1,7 +1,7 @@
 #include "download/FileDownloaderHTTP.h"
 #include "download/HttpAnswer.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QNetworkAccessManager>

@@ -3,9 +3,9 @@
 #include "download/FileDownloader.h"
 #include "download/ThreadFileDownloader.h"
 #include "support/LanguageUtilities.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/download/DownloadTest.h"
 #include "tests/download/QuickClock.h"
-#include "tests/support/RecordingReporter.h"
 
 #include <QLabel>
 #include <QThreadPool>

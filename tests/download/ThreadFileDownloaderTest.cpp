@@ -1,6 +1,6 @@
 #include "simulator/time/RunningTime.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/download/SegmentedTest.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QNetworkReply>

@@ -14,18 +14,18 @@ end() {
 }
 trap end EXIT
 PATH=$PATH:/usr/sbin
-session=$(realpath "$(dirname "$0")/../../harness/session")
+scripts=$(realpath "$(dirname "$0")/../../harness/server")
 
 mkdir "$folder/served"
 head -c 1000007 /dev/urandom >"$folder/served/image.bin"
 
-"$session/make-certificates.sh" "$folder"
+"$scripts/make-certificates.sh" "$folder"
 
 # Below the range from which the system assigns ports. If one of them is in use, the server ends at once. It
 # writes its process id once it has bound all of them.
 for _ in $(seq 20); do
     port=$((20000 + RANDOM % 3000 * 4))
-    "$session/nginx-configuration.sh" "$port" >"$folder/nginx.conf"
+    "$scripts/nginx-configuration.sh" "$port" >"$folder/nginx.conf"
     : >"$folder/error.log"
     nginx -p "$folder" -c "$folder/nginx.conf" -e "$folder/error.log" 2>"$folder/start.log" &
     server=$!

@@ -1,7 +1,7 @@
 #include "driver/DriverSequence.h"
 
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/driver/FakeDriverSystem.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "driver/DriverSequence.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "tests/driver/FakeDriverSystem.h"
 
 #include <gtest/gtest.h>

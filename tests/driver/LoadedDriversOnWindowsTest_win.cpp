@@ -1,6 +1,6 @@
 #include "driver/LoadedDrivers.h"
 #include "driver/WindowsDriverSystem.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <windows.h>
 // This header needs windows.h, so it comes after it.

@@ -1,8 +1,8 @@
 #include "driver/LoadedDrivers.h"
 
-#include "support/Diagnostics.h"
+#include "support/log/Diagnostics.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/driver/FakeDriverSystem.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <gtest/gtest.h>
 

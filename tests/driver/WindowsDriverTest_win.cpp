@@ -2,7 +2,7 @@
 #include "driver/LoadedDrivers.h"
 #include "driver/WindowsDriverSystem.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/ScriptedTools.h"
+#include "tests/common/ScriptedTools.h"
 
 #include <QCoreApplication>
 #include <QDir>

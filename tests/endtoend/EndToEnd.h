@@ -3,7 +3,7 @@
 #include "harness/UpdateScenario.h"
 #include "harness/process/Polling.h"
 #include "simulator/standin/StandinScript.h"
-#include "tests/support/AnotherAttempt.h"
+#include "tests/common/AnotherAttempt.h"
 
 #include <gtest/gtest.h>
 

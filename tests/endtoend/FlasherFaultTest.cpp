@@ -1,7 +1,7 @@
 #include "tests/endtoend/EndToEnd.h"
 
 #include "harness/process/Polling.h"
-#include "tests/support/ProcessUse.h"
+#include "tests/common/ProcessUse.h"
 
 #include <QTest>
 

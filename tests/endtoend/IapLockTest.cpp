@@ -1,4 +1,4 @@
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 #include "tests/endtoend/IapTest.h"
 
 namespace {

@@ -1,5 +1,5 @@
+#include "tests/common/TextList.h"
 #include "tests/endtoend/IapTest.h"
-#include "tests/support/TextList.h"
 
 namespace {
 

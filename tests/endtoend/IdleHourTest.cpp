@@ -2,7 +2,7 @@
 #include "harness/session/ModelOnBus.h"
 #include "harness/stage/StagedProgram.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/ProcessUse.h"
+#include "tests/common/ProcessUse.h"
 
 #include <QJsonDocument>
 

@@ -1,4 +1,4 @@
-#include "harness/session/NginxServer.h"
+#include "harness/server/NginxServer.h"
 #include "tests/endtoend/EndToEnd.h"
 #include "tests/endtoend/OwnMounts.h"
 

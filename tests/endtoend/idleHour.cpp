@@ -2,7 +2,7 @@
 // waiting. Prints the resources of the process after a while and at the end, as JSON.
 
 #include "app/bringToForeground.h"
-#include "tests/support/ProcessUse.h"
+#include "tests/common/ProcessUse.h"
 #include "update/FirmwareKeys.h"
 #include "update/FirmwareServerAddress.h"
 #include "widgets/BackgroundWidget.h"

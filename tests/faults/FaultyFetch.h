@@ -1,8 +1,8 @@
 #pragma once
 
 #include "simulator/time/RunningTime.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/faults/FaultRow.h"
-#include "tests/support/RecordingReporter.h"
 #include "tests/update/OwnSession.h"
 
 #include "download/FileDownloaderHTTP.h"

@@ -9,7 +9,7 @@
 #include "simulator/files/WholeFile.h"
 #include "simulator/server/AnswerServer.h"
 #include "simulator/time/RunningTime.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QCoreApplication>
 #include <QFile>

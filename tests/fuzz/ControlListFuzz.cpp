@@ -1,7 +1,7 @@
 #include "tests/fuzz/Fuzz.h"
 
 #include "devices/ControlledDeviceList.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordingReporter.h"
 
 // The first line is the model, the rest the list.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

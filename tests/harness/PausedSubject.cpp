@@ -1,7 +1,7 @@
 // Tests that stop their own process. They are run by the tests of measuring and handling pauses, which let
 // the process continue.
 #include "simulator/time/RunningTime.h"
-#include "tests/support/AnotherAttempt.h"
+#include "tests/common/AnotherAttempt.h"
 
 #include <gtest/gtest.h>
 

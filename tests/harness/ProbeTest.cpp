@@ -1,7 +1,7 @@
 #include "harness/process/Polling.h"
 #include "harness/session/XvfbSession.h"
+#include "tests/common/AnotherAttempt.h"
 #include "tests/harness/RunningSubject.h"
-#include "tests/support/AnotherAttempt.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "harness/process/BoundProcess.h"
 #include "harness/process/Polling.h"
-#include "tests/support/AnotherAttempt.h"
+#include "tests/common/AnotherAttempt.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,12 +1,12 @@
 #include "harness/BuildPaths.h"
 #include "harness/process/Polling.h"
+#include "harness/server/FirmwareRoot.h"
+#include "harness/server/ServerSession.h"
 #include "harness/session/BusSession.h"
-#include "harness/session/FirmwareRoot.h"
-#include "harness/session/ServerSession.h"
 #include "simulator/files/WholeFile.h"
 #include "simulator/server/FirmwareAddress.h"
+#include "tests/common/ProcessGone.h"
 #include "tests/harness/RunningSubject.h"
-#include "tests/support/ProcessGone.h"
 
 #include <QCryptographicHash>
 

@@ -1,8 +1,8 @@
 #include "harness/process/Polling.h"
 #include "simulator/files/WholeFile.h"
+#include "tests/common/ProcessGone.h"
+#include "tests/common/ScriptedTools.h"
 #include "tests/harness/RunningSubject.h"
-#include "tests/support/ProcessGone.h"
-#include "tests/support/ScriptedTools.h"
 
 #include <QDir>
 #include <QFile>

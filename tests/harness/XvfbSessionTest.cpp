@@ -1,6 +1,6 @@
 #include "harness/session/XvfbSession.h"
+#include "tests/common/ProcessGone.h"
 #include "tests/harness/RunningSubject.h"
-#include "tests/support/ProcessGone.h"
 
 #include <QSet>
 #include <QtEndian>

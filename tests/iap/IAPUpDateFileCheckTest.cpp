@@ -1,5 +1,5 @@
+#include "tests/common/TextList.h"
 #include "tests/iap/IAPUpDateTest.h"
-#include "tests/support/TextList.h"
 
 namespace {
 

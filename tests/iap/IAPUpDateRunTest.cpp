@@ -1,8 +1,8 @@
 #include "simulator/files/WholeFile.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/ProcessGone.h"
+#include "tests/common/TextList.h"
 #include "tests/iap/IAPUpDateTest.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/ProcessGone.h"
-#include "tests/support/TextList.h"
 
 #include <QMessageBox>
 #include <QSignalSpy>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/EventWait.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/iap/FakeIapHost.h"
 #include "tests/iap/ScriptedProgrammer.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/EventWait.h"
-#include "tests/support/RecordedDebugStream.h"
 
 #include <QCheckBox>
 #include <QComboBox>

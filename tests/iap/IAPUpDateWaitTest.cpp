@@ -1,7 +1,7 @@
 #include "harness/process/Polling.h"
 #include "simulator/time/RunningTime.h"
+#include "tests/common/TextList.h"
 #include "tests/iap/IAPUpDateTest.h"
-#include "tests/support/TextList.h"
 
 #include <QTimer>
 

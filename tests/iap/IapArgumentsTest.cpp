@@ -1,6 +1,6 @@
 #include "iap/IapArguments.h"
 
-#include "tests/support/TextList.h"
+#include "tests/common/TextList.h"
 
 #include <gtest/gtest.h>
 

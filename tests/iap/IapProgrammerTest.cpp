@@ -1,13 +1,13 @@
 #include "iap/IapProgrammer.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/EventWait.h"
+#include "tests/common/LeapingClock.h"
+#include "tests/common/ProcessGone.h"
+#include "tests/common/RecordingReporter.h"
+#include "tests/common/TextList.h"
 #include "tests/iap/ScriptedProgrammer.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/EventWait.h"
-#include "tests/support/LeapingClock.h"
-#include "tests/support/ProcessGone.h"
-#include "tests/support/RecordingReporter.h"
-#include "tests/support/TextList.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>

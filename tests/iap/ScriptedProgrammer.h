@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/SystemTool.h"
-#include "tests/support/ScriptedTools.h"
+#include "support/process/SystemTool.h"
+#include "tests/common/ScriptedTools.h"
 
 #include <QFile>
 

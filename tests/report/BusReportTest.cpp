@@ -1,7 +1,7 @@
 #include "report/BusReport.h"
 
 #include "devices/Bootloader.h"
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 #include "report/UsbInterfaces.h"
 
 #include <QJsonArray>

@@ -1,8 +1,8 @@
 #include "report/LastRun.h"
 
 #include "session/UpdateSession.h"
-#include "support/QuietReporter.h"
-#include "tests/support/OwnLockFile.h"
+#include "support/log/QuietReporter.h"
+#include "tests/common/OwnLockFile.h"
 
 #include <QJsonObject>
 

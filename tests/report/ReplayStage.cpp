@@ -1,6 +1,6 @@
 #include "tests/report/ReplayStage.h"
 
-#include "devices/ModelTable.h"
+#include "devices/models/ModelTable.h"
 #include "harness/BuildPaths.h"
 #include "harness/process/Polling.h"
 #include "simulator/files/WholeFile.h"

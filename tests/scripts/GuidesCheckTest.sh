@@ -40,8 +40,8 @@ AnAnchorToNowhereIsFound() {
     finds 'docs/makers.md has no heading for #intentional-quirks'
 }
 ANamedFileThatIsGoneIsFound() {
-    git mv -f devices/ModelIds.inc devices/Ids.inc 2>/dev/null || mv devices/ModelIds.inc devices/Ids.inc
-    finds 'docs/makers.md:10: there is no devices/ModelIds.inc' 3
+    git mv -f devices/models/ModelIds.inc devices/Ids.inc 2>/dev/null || mv devices/models/ModelIds.inc devices/Ids.inc
+    finds 'docs/makers.md:10: there is no devices/models/ModelIds.inc' 3
 }
 ARowWithTooManyCellsIsFound() {
     changed docs/companions.md 's/ZN58\\\|Tessilonix/ZN58|Tessilonix/'

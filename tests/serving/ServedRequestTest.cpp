@@ -1,4 +1,4 @@
-#include "harness/session/ServedRequest.h"
+#include "harness/server/ServedRequest.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "harness/process/Polling.h"
-#include "harness/session/EdgeAndOrigin.h"
-#include "harness/session/ManyClients.h"
+#include "harness/server/EdgeAndOrigin.h"
+#include "harness/server/ManyClients.h"
 
 #include <QCryptographicHash>
 

@@ -1,7 +1,7 @@
 #include "session/UpdateSession.h"
 
-#include "tests/support/OwnLockFile.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/OwnLockFile.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QTemporaryDir>
 

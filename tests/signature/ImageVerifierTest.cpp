@@ -1,7 +1,7 @@
 #include "signature/ImageVerifier.h"
 
+#include "tests/common/ManualClock.h"
 #include "tests/signature/Signatures.h"
-#include "tests/support/ManualClock.h"
 
 #include <QTemporaryDir>
 

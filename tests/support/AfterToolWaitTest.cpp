@@ -1,9 +1,9 @@
-#include "support/AfterToolWait.h"
+#include "support/process/AfterToolWait.h"
 
-#include "support/ShutdownFlag.h"
-#include "support/ToolRun.h"
-#include "tests/support/EventWait.h"
-#include "tests/support/ScriptedTools.h"
+#include "support/process/ShutdownFlag.h"
+#include "support/process/ToolRun.h"
+#include "tests/common/EventWait.h"
+#include "tests/common/ScriptedTools.h"
 
 #include <QTimer>
 

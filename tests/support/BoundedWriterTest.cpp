@@ -1,8 +1,8 @@
-#include "support/BoundedWriter.h"
+#include "support/log/BoundedWriter.h"
 #include "simulator/files/WholeFile.h"
 #include "simulator/time/RunningTime.h"
-#include "support/BrokenPipes.h"
-#include "tests/support/OpenPipe.h"
+#include "support/process/BrokenPipes.h"
+#include "tests/common/OpenPipe.h"
 
 #include <QTemporaryFile>
 

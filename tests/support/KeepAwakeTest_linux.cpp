@@ -1,9 +1,9 @@
-#include "support/KeepAwake.h"
+#include "support/power/KeepAwake.h"
 
 #include "harness/process/Polling.h"
 #include "session/AwakeWhileWriting.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/EventWait.h"
+#include "tests/common/EventWait.h"
 #include "tests/support/FakeLoginManager_linux.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "support/KeepAwake.h"
+#include "support/power/KeepAwake.h"
 
-#include "support/WindowsPower.h"
-#include "tests/support/EventWait.h"
+#include "support/power/WindowsPower.h"
+#include "tests/common/EventWait.h"
 
 #include <QStringList>
 #include <QWidget>

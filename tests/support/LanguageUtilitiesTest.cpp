@@ -1,6 +1,6 @@
 #include "support/LanguageUtilities.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QFile>

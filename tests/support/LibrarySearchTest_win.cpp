@@ -1,4 +1,4 @@
-#include "support/LibrarySearch.h"
+#include "support/process/LibrarySearch.h"
 
 #include <QDir>
 #include <QFile>

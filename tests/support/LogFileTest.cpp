@@ -1,6 +1,6 @@
-#include "support/LogFile.h"
+#include "support/log/LogFile.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/TextOnDisk.h"
+#include "tests/common/TextOnDisk.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>

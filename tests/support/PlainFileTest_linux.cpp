@@ -1,4 +1,4 @@
-#include "support/PlainFile.h"
+#include "support/log/PlainFile.h"
 
 #include "simulator/files/WholeFile.h"
 

@@ -1,4 +1,4 @@
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "simulator/time/RunningTime.h"
 #include "support/Clock.h"
 

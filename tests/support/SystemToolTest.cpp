@@ -1,4 +1,4 @@
-#include "support/SystemTool.h"
+#include "support/process/SystemTool.h"
 
 #include <QDir>
 

@@ -1,9 +1,9 @@
-#include "support/ToolRun.h"
+#include "support/process/ToolRun.h"
 #include "simulator/time/RunningTime.h"
-#include "support/ShutdownFlag.h"
-#include "tests/support/AnotherAttempt.h"
-#include "tests/support/LeapingClock.h"
-#include "tests/support/ScriptedTools.h"
+#include "support/process/ShutdownFlag.h"
+#include "tests/common/AnotherAttempt.h"
+#include "tests/common/LeapingClock.h"
+#include "tests/common/ScriptedTools.h"
 
 #include <QTimer>
 

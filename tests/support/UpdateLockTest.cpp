@@ -1,10 +1,10 @@
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 
 #include "harness/process/Polling.h"
 #include "simulator/files/WholeFile.h"
-#include "tests/support/OwnLockFile.h"
-#include "tests/support/RecordingReporter.h"
-#include "tests/support/ScriptedTools.h"
+#include "tests/common/OwnLockFile.h"
+#include "tests/common/RecordingReporter.h"
+#include "tests/common/ScriptedTools.h"
 
 #include <QFileInfo>
 #include <QProcess>

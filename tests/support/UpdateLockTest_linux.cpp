@@ -1,7 +1,7 @@
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
 
-#include "tests/support/OwnLockFile.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/OwnLockFile.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "support/KeepAwake.h"
+#include "support/power/KeepAwake.h"
 
 #include <QCoreApplication>
 

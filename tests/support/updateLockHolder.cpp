@@ -1,7 +1,7 @@
 // Plays another copy of the program that is updating a device: takes the update lock of the file in its
 // argument, prints the line "taken" and keeps the lock until it is killed or its standard input ends.
-#include "support/QuietReporter.h"
-#include "support/UpdateLock.h"
+#include "support/lock/UpdateLock.h"
+#include "support/log/QuietReporter.h"
 
 #include <cstdio>
 

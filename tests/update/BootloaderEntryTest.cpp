@@ -1,8 +1,8 @@
 #include "update/BootloaderEntry.h"
 
-#include "tests/support/FakeHidPort.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/FakeHidPort.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 #include "simulator/server/AnswerServer.h"
 #include "simulator/time/RunningTime.h"
-#include "tests/support/RecordedDebugStream.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordedDebugStream.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/update/ManifestServer.h"
 #include "tests/update/OnWorkerThread.h"
 
 #include "support/LanguageUtilities.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/ChosefirmwareWidget.h"
 
 #include <QElapsedTimer>

@@ -1,5 +1,5 @@
 #include "simulator/time/RunningTime.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/update/FirmwareFetchTest.h"
 
 #include <QtTest>

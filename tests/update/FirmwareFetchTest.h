@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/support/ManualClock.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/ManualClock.h"
+#include "tests/common/RecordingReporter.h"
 #include "tests/update/ManifestServer.h"
 #include "tests/update/OnWorkerThread.h"
 #include "tests/update/OwnSession.h"
@@ -9,7 +9,7 @@
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "simulator/files/WholeFile.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 #include "update/ChosefirmwareWidget.h"
 #include "update/FirmwareFetch.h"
 

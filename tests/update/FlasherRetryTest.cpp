@@ -1,9 +1,9 @@
 #include "simulator/time/RunningTime.h"
-#include "tests/support/LeapingClock.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/LeapingClock.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/update/FlasherTest.h"
 
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QTimer>
 

@@ -1,7 +1,7 @@
 #include "simulator/files/WholeFile.h"
 #include "simulator/time/RunningTime.h"
-#include "tests/support/ProcessGone.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/ProcessGone.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "tests/update/FlasherTest.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tests/support/ManualClock.h"
-#include "tests/support/RecordingReporter.h"
-#include "tests/support/ScriptedTools.h"
+#include "tests/common/ManualClock.h"
+#include "tests/common/RecordingReporter.h"
+#include "tests/common/ScriptedTools.h"
 #include "tests/update/OwnSession.h"
 #include "update/Flasher.h"
 #include "update/FlasherOutput.h"

@@ -1,7 +1,7 @@
 #include "update/LocalFiles.h"
 
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,9 +3,9 @@
 #include "download/FileDownloaderHTTP.h"
 #include "download/ThreadFileDownloader.h"
 #include "harness/BuildPaths.h"
-#include "harness/session/FirmwareRoot.h"
-#include "harness/session/ServerSession.h"
-#include "tests/support/ProcessUse.h"
+#include "harness/server/FirmwareRoot.h"
+#include "harness/server/ServerSession.h"
+#include "tests/common/ProcessUse.h"
 #include "update/FirmwareFetch.h"
 
 #include <QCoreApplication>

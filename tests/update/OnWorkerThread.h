@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/time/RunningTime.h"
-#include "support/ShutdownFlag.h"
+#include "support/process/ShutdownFlag.h"
 
 #include <QEventLoop>
 #include <QThread>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "session/UpdateSession.h"
-#include "tests/support/OwnLockFile.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/OwnLockFile.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QTemporaryDir>
 

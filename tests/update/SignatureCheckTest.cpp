@@ -1,9 +1,9 @@
 #include "update/SignatureCheck.h"
 
+#include "tests/common/ManualClock.h"
+#include "tests/common/RecordingReporter.h"
+#include "tests/common/TextList.h"
 #include "tests/signature/Signatures.h"
-#include "tests/support/ManualClock.h"
-#include "tests/support/RecordingReporter.h"
-#include "tests/support/TextList.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,6 @@
 #include "tests/update/UpdateWorkflowTest.h"
 
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 namespace {
 

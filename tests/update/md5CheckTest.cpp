@@ -1,7 +1,7 @@
 #include "update/md5Check.h"
 
 #include "simulator/files/WholeFile.h"
-#include "tests/support/RecordingReporter.h"
+#include "tests/common/RecordingReporter.h"
 
 #include <QJsonDocument>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "widgets/CustomComboBox.h"
 
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "widgets/CustomItemDelegate.h"
 
 #include <QPainter>

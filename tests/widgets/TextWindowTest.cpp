@@ -1,6 +1,6 @@
 #include "widgets/TextWindow.h"
 
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 
 #include <QCheckBox>
 #include <QDir>

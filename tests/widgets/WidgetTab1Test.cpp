@@ -1,6 +1,6 @@
 #include "widgets/WidgetTab1.h"
 
-#include "tests/support/RecordedDebugStream.h"
+#include "tests/common/RecordedDebugStream.h"
 #include "widgets/LocalFileHost.h"
 
 #include <QMetaMethod>

@@ -1,6 +1,0 @@
-#include "support/BrokenPipes.h"
-
-void ignoreBrokenPipes()
-{
-    // On Windows such a write fails anyway.
-}

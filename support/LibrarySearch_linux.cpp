@@ -1,3 +1,0 @@
-#include "support/LibrarySearch.h"
-
-void LibrarySearch::excludeWorkingFolder() {}

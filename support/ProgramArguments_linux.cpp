@@ -1,3 +1,0 @@
-#include "support/ProgramArguments.h"
-
-ProgramArguments::ProgramArguments(int argc, char *argv[]) : m_utf8(argv, argv + argc) {}

@@ -1,0 +1,3 @@
+#include "support/process/LibrarySearch.h"
+
+void LibrarySearch::excludeWorkingFolder() {}

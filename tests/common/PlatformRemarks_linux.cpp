@@ -1,0 +1,6 @@
+#include "tests/common/PlatformRemarks.h"
+
+bool isPlatformRemark(const QString & /*message*/)
+{
+    return false;
+}

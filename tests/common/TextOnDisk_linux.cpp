@@ -1,0 +1,6 @@
+#include "tests/common/TextOnDisk.h"
+
+QByteArray textOnDisk(const QByteArray &text)
+{
+    return text;
+}

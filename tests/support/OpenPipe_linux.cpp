@@ -1,8 +1,0 @@
-#include "tests/support/OpenPipe.h"
-
-#include <unistd.h>
-
-bool openPipe(int ends[2])
-{
-    return pipe(ends) == 0;
-}

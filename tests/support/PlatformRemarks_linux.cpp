@@ -1,6 +1,0 @@
-#include "tests/support/PlatformRemarks.h"
-
-bool isPlatformRemark(const QString & /*message*/)
-{
-    return false;
-}

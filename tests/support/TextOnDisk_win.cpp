@@ -1,6 +1,0 @@
-#include "tests/support/TextOnDisk.h"
-
-QByteArray textOnDisk(const QByteArray &text)
-{
-    return QByteArray(text).replace('\n', "\r\n");
-}
