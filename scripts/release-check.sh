@@ -4,8 +4,10 @@
 # logs and settings are expected. On Linux it also tries the package on the distribution's kernel in QEMU, and lets
 # 330 devices (or those of --soak NUMBER) come and go in one process. The Windows programs are signed by an authority
 # made for the check, the packages by a key made for it; every check of docs/checking-packages.md refuses a changed
-# package. Then the packages are built twice more and compared. Needs root and takes a long time.
-# Usage: scripts/release-check.sh [--soak NUMBER] [linux] [windows] [trust] [reproducible], all by default
+# package. Then the packages are built twice more and compared, and all tests run with the sanitizers for threads and
+# addresses. Needs root and takes a long time.
+# Usage: scripts/release-check.sh [--soak NUMBER] [linux] [windows] [trust] [reproducible] [sanitizers],
+# all by default
 set -euo pipefail
 project=$(cd "$(dirname "$0")/.." && pwd)
 soak_devices=330
@@ -13,7 +15,7 @@ if [ "${1-}" = --soak ]; then
     soak_devices=$2
     shift 2
 fi
-[ $# -gt 0 ] || set -- linux windows trust reproducible
+[ $# -gt 0 ] || set -- linux windows trust reproducible sanitizers
 work=$(mktemp -d --tmpdir quillmarsh-release.XXXXXX)
 trap 'rm -rf --one-file-system "$work"' EXIT
 chmod 755 "$work"
@@ -56,6 +58,11 @@ check_trust() {
 
 check_reproducible() {
     scripts/reproducible.sh
+}
+
+check_sanitizers() {
+    scripts/thread-check.sh
+    scripts/address-check.sh
 }
 
 for system; do
