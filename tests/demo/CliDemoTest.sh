@@ -41,8 +41,11 @@ WithoutATerminalPlainLinesShowAWholeUpdate() {
 }
 ATerminalShowsOneRewrittenLine() {
     local code=0
-    TMPDIR=$stage TERM=xterm script -qefc "'$project/demo/start.sh' '$build' --cli" "$stage/output" \
-        >"$stage/errors" </dev/null || code=$?
+    # Not with script(1), which stays stopped when it and the program are stopped and continued.
+    TMPDIR=$stage TERM=xterm python3 -c '
+import os, pty, sys
+sys.exit(os.waitstatus_to_exitcode(pty.spawn(sys.argv[1:])))' \
+        "$project/demo/start.sh" "$build" --cli >"$stage/output" 2>"$stage/errors" </dev/null || code=$?
     [ "$code" -eq 0 ] || fail "the demo ended with $code"
     grep -q '%' "$stage/output" || fail 'there is no progress'
     # Only the rewritten line returns to its beginning without a new line.
