@@ -24,7 +24,7 @@ speed='FiveThousandLinesASecond|WellBelowFiveMilliseconds'
 other_user='DesktopDemoTest.AUserWithoutRights'
 log=$PWD/build/tsan/thread-check.log
 status=0
-ctest --preset tsan --parallel "$(nproc)" --exclude-regex "$speed|$other_user" --output-log "$log" "$@" || status=$?
+ctest --preset tsan --parallel "$((3 * $(nproc)))" --exclude-regex "$speed|$other_user" --output-log "$log" "$@" || status=$?
 
 count=$(grep -a -c '^WARNING: ThreadSanitizer' "$log" || true)
 printf '\n%5d  reports of the thread sanitizer\n' "$count"
