@@ -10,7 +10,7 @@ mkdir -p build
 cmake --preset asan >build/asan-configure.log 2>&1 || { cat build/asan-configure.log; exit 1; }
 cmake --build --preset asan
 
-export ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1
+export ASAN_OPTIONS=detect_stack_use_after_return=1:check_initialization_order=1
 export UBSAN_OPTIONS=print_stacktrace=1
 log=$PWD/build/asan/address-check.log
 status=0
