@@ -1,6 +1,27 @@
 #include "support/log/BoundedWriter.h"
 
+#include <cerrno>
 #include <chrono>
+
+#include <unistd.h>
+
+namespace {
+
+/// Does without QFile, which converts the text of an error with Qt's codecs: a blocked write may return while
+/// the process destroys them.
+void writeAll(int descriptor, const QByteArray &bytes)
+{
+    for (int done = 0; done < bytes.size();) {
+        const auto count =
+            ::write(descriptor, bytes.constData() + done, static_cast<unsigned>(bytes.size() - done));
+        if (count > 0)
+            done += static_cast<int>(count);
+        else if (count == 0 || errno != EINTR)
+            return;
+    }
+}
+
+} // namespace
 
 BoundedWriter::BoundedWriter(int descriptor, int capacityBytes, Gap gap)
     : m_capacityBytes(capacityBytes),
@@ -50,8 +71,6 @@ bool BoundedWriter::flush(int limitMs)
 
 void BoundedWriter::run(std::shared_ptr<Shared> shared, int descriptor)
 {
-    QFile file;
-    const bool open = file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered);
     std::unique_lock<std::mutex> lock(shared->mutex);
     for (;;) {
         shared->changed.wait(lock, [&] { return shared->ended || !shared->queue.empty(); });
@@ -67,8 +86,7 @@ void BoundedWriter::run(std::shared_ptr<Shared> shared, int descriptor)
         shared->queuedBytes = 0;
         shared->writing = true;
         lock.unlock();
-        if (open)
-            file.write(bytes);
+        writeAll(descriptor, bytes);
         lock.lock();
         shared->writing = false;
         shared->changed.notify_all();
