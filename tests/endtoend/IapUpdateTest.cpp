@@ -56,7 +56,8 @@ TEST_F(IapUpdateTest, ALocalBinFileIsProgrammedByteForByte)
     UpdateScenario &s = iapScenario();
     s.withServer = false;
     startAndDetect();
-    const QByteArray bytes = QByteArray("my own firmware 固件 \0 with a zero", 38).repeated(500);
+    const char piece[] = "my own firmware 固件 \0 with a zero";
+    const QByteArray bytes = QByteArray(piece, sizeof piece - 1).repeated(500);
     chooseFile(QStringLiteral("mine 2.bin"), bytes);
     ASSERT_TRUE(s.pressStart());
     EXPECT_EQ(titleOfRun(), upgradeSuccessful);
