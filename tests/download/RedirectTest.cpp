@@ -15,16 +15,9 @@ namespace {
 class HeldNetworkThread : public QObject
 {
 public:
-    HeldNetworkThread()
-    {
-        instance = this;
-        QInternal::registerCallback(QInternal::EventNotifyCallback, &HeldNetworkThread::watchEvent);
-    }
-    ~HeldNetworkThread() override
-    {
-        QInternal::unregisterCallback(QInternal::EventNotifyCallback, &HeldNetworkThread::watchEvent);
-        instance = nullptr;
-    }
+    HeldNetworkThread() { instance = this; }
+    ~HeldNetworkThread() override { instance = nullptr; }
+    Q_DISABLE_COPY(HeldNetworkThread)
 
     /// Lets the network thread go on after Qt has handled the redirect of this reply.
     void releaseAfterRedirectOf(QNetworkReply &reply)
@@ -52,20 +45,27 @@ private:
     /// to the network thread when it has been created.
     static bool watchEvent(void **data)
     {
+        const HeldNetworkThread *const held = instance;
+        if (held == nullptr)
+            return false;
         auto *receiver = static_cast<QObject *>(data[0]);
         const auto *event = static_cast<QEvent *>(data[1]);
         if (event->type() == QEvent::ThreadChange && receiver->inherits("QHttpThreadDelegate"))
             QMetaObject::connect(receiver, receiver->metaObject()->indexOfSignal("redirected(QUrl,int,int)"),
-                                 instance, QObject::staticMetaObject.methodCount(), Qt::DirectConnection);
+                                 held, QObject::staticMetaObject.methodCount(), Qt::DirectConnection);
         return false;
     }
 
     static std::atomic<HeldNetworkThread *> instance;
+    /// Watches from the start of the process, because Qt reads its callbacks without a lock on every thread.
+    static const bool isWatching;
     QSemaphore m_redirectIsHandled;
     std::atomic<bool> m_hasHeld{false};
 };
 
 std::atomic<HeldNetworkThread *> HeldNetworkThread::instance{nullptr};
+const bool HeldNetworkThread::isWatching =
+    QInternal::registerCallback(QInternal::EventNotifyCallback, &HeldNetworkThread::watchEvent);
 
 class RedirectTest : public DownloadTest
 {
