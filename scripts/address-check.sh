@@ -12,6 +12,7 @@ cmake --build --preset asan
 
 export ASAN_OPTIONS=detect_stack_use_after_return=1:check_initialization_order=1
 export UBSAN_OPTIONS=print_stacktrace=1
+export LSAN_OPTIONS=suppressions=$PWD/cmake/leaks-of-libraries.supp:print_suppressions=0
 log=$PWD/build/asan/address-check.log
 status=0
 ctest --preset asan --parallel "$((3 * $(nproc)))" --output-log "$log" "$@" || status=$?
