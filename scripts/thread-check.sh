@@ -13,9 +13,11 @@ cmake --build --preset tsan
 # The sanitizer cannot see the synchronisation in libraries that were built without it, so reports about their
 # memory are suppressed. Our code and Qt's Core and Network libraries are checked completely. A process ends at
 # its first report: a test fails if its program ends, and prints the output of the program. (With a log_path,
-# programs on the simulated bus would not find any device.)
+# programs on the simulated bus would not find any device.) By default it would also wait for a second before a process
+# ends, in which the program's watchdog ends it by force.
 export LD_LIBRARY_PATH=$libraries${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 export TSAN_OPTIONS="ignore_noninstrumented_modules=1:halt_on_error=1:second_deadlock_stack=1:history_size=4"
+TSAN_OPTIONS+=":atexit_sleep_ms=0"
 TSAN_OPTIONS+=":suppressions=$PWD/cmake/races-of-libraries.supp:print_suppressions=0"
 
 # These tests have the time limits of the shipped program, which is several times as fast.
