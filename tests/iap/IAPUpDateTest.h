@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <memory>
 
 /// The panel with programmers that play scripts, and with a "taskkill" that does nothing.
@@ -25,6 +26,8 @@ protected:
     void SetUp() override { dependsOnRealTime("the second that a taskkill gets"); }
     void TearDown() override
     {
+        if (HasFailure())
+            std::cout << qPrintable(m_host.events().join(QLatin1Char('\n'))) << std::endl;
         m_panel.reset();
         ShutdownFlag::instance().lower();
     }
