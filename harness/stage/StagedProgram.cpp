@@ -79,6 +79,8 @@ StagedProgram::~StagedProgram()
     const QVector<qint64> left = runningProcesses();
     for (const qint64 processId : left)
         killProcessRunningFrom(applicationFolder(), processId);
+    for (const std::function<void()> &action : qAsConst(m_beforeRemoval))
+        action();
     if (!m_folder.autoRemove())
         std::fprintf(stderr, "The stage is kept in %s\n", qPrintable(m_folder.path()));
 }

@@ -8,6 +8,8 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include <functional>
+
 /// A copy of the program in a stage: a folder with a separate temporary, working and home folder, so that
 /// tests use neither each other's nor the user's files. The destructor kills all processes that still run
 /// from the stage and removes it. If the environment variable QUILLMARSH_KEEP_STAGE is set, it keeps the
@@ -73,6 +75,10 @@ public:
     /// Returns the file to which the probe writes its port.
     QString probePortFile() const { return inStage("probe-port"); }
 
+    /// Makes the destructor call `action` once no program runs any more and before it removes the stage, for
+    /// example to unmount what a test has mounted there.
+    void beforeRemoval(const std::function<void()> &action) { m_beforeRemoval.append(action); }
+
     /// Return UPDLog.txt as it is, and its lines without time stamps. A message with line feeds has several
     /// lines.
     QString updateLog() const;
@@ -93,5 +99,6 @@ private:
     QString m_program;
     QProcessEnvironment m_environment;
     QStringList m_through;
+    QVector<std::function<void()>> m_beforeRemoval;
     QString m_error;
 };

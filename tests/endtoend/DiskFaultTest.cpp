@@ -1,7 +1,6 @@
 #include "harness/process/Polling.h"
 #include "simulator/files/WholeFile.h"
 #include "tests/endtoend/FolderFaultTest.h"
-#include "tests/endtoend/OwnMounts.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,7 +19,7 @@ protected:
 
 TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)
 {
-    ASSERT_TRUE(OwnMounts::inMemory(scenario().program.temporaryFolder(), 1536));
+    ASSERT_TRUE(limitDisk(scenario().program.temporaryFolder(), 1536));
     EXPECT_EQ(update(), md5Failed);
     EXPECT_TRUE(logMentions(QStringLiteral("The disk is too full for the download: ")));
     EXPECT_TRUE(logHas("Download ERROR!"));
@@ -30,7 +29,7 @@ TEST_F(DiskFaultTest, ADiskTooFullForTheImageIsReportedAndTheControlsComeBack)
 TEST_F(DiskFaultTest, ADiskThatFillsUpMeanwhileIsReportedAndTheWindowStaysAlive)
 {
     UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::inMemory(s.program.temporaryFolder(), 3584));
+    ASSERT_TRUE(limitDisk(s.program.temporaryFolder(), 3584));
     // Slow enough for the space to be used up before the image has arrived.
     s.serverFaults = QStringList{QStringLiteral("slow-drip:path=*.img,range=9,bytes=2048,ms=40")};
     ASSERT_TRUE(s.start()) << s.errorText().toStdString();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/endtoend/EndToEnd.h"
+#include "tests/endtoend/OwnMounts.h"
 
 /// Folders and files that cannot or must not be written.
 class FolderFaultTest : public EndToEndTest
@@ -12,6 +13,18 @@ protected:
     QString downloads()
     {
         return scenario().program.temporaryFolder() + QStringLiteral("/QuillmarshV3TmpPath");
+    }
+    /// Makes a folder of the stage read-only.
+    bool makeReadOnly(const QString &folder)
+    {
+        releaseWithStage(folder);
+        return OwnMounts::readOnly(folder);
+    }
+    /// Puts an empty disk of this size in the place of a folder of the stage.
+    bool limitDisk(const QString &folder, int kibibytes)
+    {
+        releaseWithStage(folder);
+        return OwnMounts::inMemory(folder, kibibytes);
     }
     /// Maps a path to the one that the program sees.
     QString toProgramPath(const QString &path) { return scenario().program.toProgramPath(path); }
@@ -38,5 +51,12 @@ protected:
                 return true;
         }
         return false;
+    }
+
+private:
+    /// A folder on which something is mounted cannot be removed.
+    void releaseWithStage(const QString &folder)
+    {
+        scenario().program.beforeRemoval([folder] { OwnMounts::release(folder); });
     }
 };

@@ -1,5 +1,4 @@
 #include "tests/endtoend/FolderFaultTest.h"
-#include "tests/endtoend/OwnMounts.h"
 
 #include <QDir>
 
@@ -12,7 +11,7 @@ using ReadOnlyFolderTest = FolderFaultTest;
 TEST_F(ReadOnlyFolderTest, AReadOnlyApplicationFolderIsReportedAndTheControlsComeBack)
 {
     UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.applicationFolder()));
+    ASSERT_TRUE(makeReadOnly(s.program.applicationFolder()));
     EXPECT_EQ(update(), md5Failed);
     EXPECT_TRUE(logHas("Could not open file for writing"));
     EXPECT_TRUE(logGivesReasonAfter(toProgramPath(s.program.applicationFolder()) +
@@ -23,7 +22,7 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyApplicationFolderIsReportedAndTheControlsCom
 TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsReportedInTheWindowAndOnlyTheLogFilesAreMissing)
 {
     UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.workingFolder()));
+    ASSERT_TRUE(makeReadOnly(s.program.workingFolder()));
     // The bus description is beside that folder.
     EXPECT_EQ(update(), upgradeSuccessful);
     EXPECT_EQ(s.burned(), s.image());
@@ -38,7 +37,7 @@ TEST_F(ReadOnlyFolderTest, AReadOnlyWorkingFolderIsReportedInTheWindowAndOnlyThe
 TEST_F(ReadOnlyFolderTest, ATemporaryFolderThatCannotBeWrittenIsReportedAndTheControlsComeBack)
 {
     UpdateScenario &s = scenario();
-    ASSERT_TRUE(OwnMounts::readOnly(s.program.temporaryFolder()));
+    ASSERT_TRUE(makeReadOnly(s.program.temporaryFolder()));
     EXPECT_EQ(titleAfterQuickRun(), folderFailed);
     EXPECT_TRUE(logMentions(toProgramPath(downloads()) + QStringLiteral(" cannot be created.")));
     EXPECT_TRUE(logHas("ensurePath Failed!"));
@@ -49,7 +48,7 @@ TEST_F(ReadOnlyFolderTest, ADownloadFolderThatCannotBeWrittenIsReportedAndTheCon
 {
     ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/tmp")));
     ASSERT_TRUE(QDir().mkpath(downloads() + QStringLiteral("/qmake")));
-    ASSERT_TRUE(OwnMounts::readOnly(downloads() + QStringLiteral("/tmp")));
+    ASSERT_TRUE(makeReadOnly(downloads() + QStringLiteral("/tmp")));
     EXPECT_EQ(titleAfterQuickRun(), folderFailed);
     EXPECT_TRUE(logGivesReasonAfter(toProgramPath(downloads()) + QStringLiteral("/tmp cannot be written: ")));
     expectUntouchedDevice();

@@ -46,6 +46,24 @@ TEST(StagedProgramTest, TheFoldersAreRemovedWithIt)
     EXPECT_FALSE(QDir(folder).exists());
 }
 
+TEST(StagedProgramTest, WhatATestMustUndoIsUndoneAfterTheProgramHasEndedAndBeforeTheFoldersAreRemoved)
+{
+    int programs = -1;
+    bool isThere = false;
+    {
+        RunningSubject subject;
+        ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
+        const StagedProgram &stage = subject.stage;
+        ASSERT_EQ(stage.runningProcesses().size(), 1);
+        subject.stage.beforeRemoval([&] {
+            programs = stage.runningProcesses().size();
+            isThere = QDir(stage.workingFolder()).exists();
+        });
+    }
+    EXPECT_EQ(programs, 0);
+    EXPECT_TRUE(isThere);
+}
+
 TEST(StagedProgramTest, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
 {
     qputenv("QUILLMARSH_KEEP_STAGE", "1");
