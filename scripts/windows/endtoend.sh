@@ -14,6 +14,5 @@ scripts/windows/install-tools.sh
 step 'Tests'
 cmake --preset test -B build/wine -DQUILLMARSH_WINE_TESTS="$PWD/build/mingw"
 cmake --build build/wine --target windows_endtoend_tests windows_cli_tests windows_library_tests quillmarsh-demo
-ctest --test-dir build/wine --label-regex '^wine$' --output-on-failure --no-tests=error \
-    --parallel "$(nproc)" "$@"
+scripts/windows/ctest-under-wine.sh build/wine --label-regex '^wine$' --parallel "$(nproc)" "$@"
 step 'Done'

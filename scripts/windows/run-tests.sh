@@ -10,4 +10,4 @@ ctest --preset test --show-only=json-v1 >"$work/linux.json"
 ctest --preset mingw --show-only=json-v1 >"$work/windows.json"
 scripts/windows/group-tests.py "$exclusions" "$work/linux.json" "$work/windows.json" "$work"
 # Twice as many jobs as processors, because tests mostly wait.
-ctest --test-dir "$work" --parallel "$((2 * $(nproc)))" --no-tests=error --output-on-failure "$@"
+scripts/windows/ctest-under-wine.sh "$work" --parallel "$((2 * $(nproc)))" "$@"
