@@ -25,14 +25,29 @@ speed='FiveThousandLinesASecond|WellBelowFiveMilliseconds'
 # These run the programs as another user, who does not get the libraries built above.
 other_user='DesktopDemoTest.AUserWithoutRights'
 log=$PWD/build/tsan/thread-check.log
-status=0
-ctest --preset tsan --parallel "$((3 * $(nproc)))" --exclude-regex "$speed|$other_user" --output-log "$log" "$@" || status=$?
-
-count=$(grep -a -c '^WARNING: ThreadSanitizer' "$log" || true)
-printf '\n%5d  reports of the thread sanitizer\n' "$count"
-[ "$count" -eq 0 ] || {
-    sed -n 's/^SUMMARY: ThreadSanitizer: //p' "$log" | sed -E 's/:[0-9]+ in / in /' | sort | uniq -c | sort -rn
-    echo "in full: $log"
-    status=1
+check=(ctest --preset tsan --exclude-regex "$speed|$other_user")
+count=0
+# Runs a check and adds its reports to `count`.
+run() { # CTEST ARGUMENT...
+    local status=0 reports
+    "${check[@]}" --output-log "$log" "$@" || status=$?
+    reports=$(grep -a -c '^WARNING: ThreadSanitizer' "$log" || true)
+    count=$((count + reports))
+    [ "$reports" -eq 0 ] || {
+        sed -n 's/^SUMMARY: ThreadSanitizer: //p' "$log" | sed -E 's/:[0-9]+ in / in /' | sort | uniq -c | sort -rn
+        echo "in full: $log"
+    }
+    return "$status"
 }
+status=0
+run --parallel "$((3 * $(nproc)))" "$@" || status=$?
+# The copy of a program that becomes another program hangs if a different thread held a lock of the sanitizer while
+# it was made. The test then fails without a report, and is run once more.
+if [ "$status" -ne 0 ] && [ "$count" -eq 0 ]; then
+    printf '\nOnce more, alone:\n'
+    status=0
+    run --rerun-failed || status=$?
+fi
+printf '\n%5d  reports of the thread sanitizer\n' "$count"
+[ "$count" -eq 0 ] || status=1
 exit "$status"
