@@ -46,7 +46,7 @@ run --parallel "$((3 * $(nproc)))" "$@" || status=$?
 if [ "$status" -ne 0 ] && [ "$count" -eq 0 ]; then
     printf '\nOnce more, alone:\n'
     status=0
-    run --rerun-failed || status=$?
+    run --no-tests=error --tests-regex "$(scripts/failed-tests.sh build/tsan)" || status=$?
 fi
 printf '\n%5d  reports of the thread sanitizer\n' "$count"
 [ "$count" -eq 0 ] || status=1

@@ -16,7 +16,8 @@ fail() {
 has() { # NAME FAILURES
     printf 'add_test(%s sh -c "echo run >>%s; [ $(wc -l <%s) -gt %s ]")\n' "$1" "$1" "$1" "$2" >>CTestTestfile.cmake
 }
-run() { "$project/scripts/windows/ctest-under-wine.sh" "$stage" >said 2>&1; }
+# shellcheck disable=SC2120 # only one case has arguments
+run() { "$project/scripts/windows/ctest-under-wine.sh" "$stage" "$@" >said 2>&1; }
 runs() { wc -l <"$1"; }
 
 TestsThatPassAreRunOnce() {
@@ -34,6 +35,15 @@ TwoTestsThatFailOnceAreRunOnceMoreAndNamed() {
     run || fail 'a test failed twice'
     [ "$(runs first)$(runs second)$(runs third)" = 212 ] || fail 'the wrong tests were repeated'
     grep -qx 'Passed only when run once more: first, third' said || fail 'they were not named'
+}
+
+AFailedTestIsFoundAgainWhateverElseIsSelected() {
+    has first 1
+    has second.1+2 1
+    has second.1112 0
+    run --exclude-regex first --tests-regex second || fail 'a test failed twice'
+    [ ! -e first ] || fail 'an excluded test was run'
+    [ "$(runs second.1+2)$(runs second.1112)" = 21 ] || fail 'the wrong test was repeated'
 }
 
 ATestThatFailsTwiceHasFailed() {
