@@ -46,24 +46,6 @@ TEST(StagedProgramTest, TheFoldersAreRemovedWithIt)
     EXPECT_FALSE(QDir(folder).exists());
 }
 
-TEST(StagedProgramTest, WhatATestMustUndoIsUndoneAfterTheProgramHasEndedAndBeforeTheFoldersAreRemoved)
-{
-    int programs = -1;
-    bool isThere = false;
-    {
-        RunningSubject subject;
-        ASSERT_TRUE(subject.start()) << qPrintable(subject.errorText());
-        const StagedProgram &stage = subject.stage;
-        ASSERT_EQ(stage.runningProcesses().size(), 1);
-        subject.stage.beforeRemoval([&] {
-            programs = stage.runningProcesses().size();
-            isThere = QDir(stage.workingFolder()).exists();
-        });
-    }
-    EXPECT_EQ(programs, 0);
-    EXPECT_TRUE(isThere);
-}
-
 TEST(StagedProgramTest, TheFoldersStayAndAreNamedWhereTheEnvironmentAsksForIt)
 {
     qputenv("QUILLMARSH_KEEP_STAGE", "1");
@@ -198,6 +180,27 @@ TEST(StagedProgramTest, ARunningToolIsListedAndKilledWithTheStage)
     EXPECT_TRUE(waitForEnd(tool));
     EXPECT_EQ(tool.exitStatus(), QProcess::CrashExit);
     EXPECT_TRUE(processIsReaped(toolId));
+}
+
+TEST(StagedProgramTest, WhatATestMustUndoIsUndoneAfterTheToolsHaveBeenKilledAndBeforeTheFoldersAreRemoved)
+{
+    QProcess tool;
+    bool wasKilled = false;
+    bool isThere = false;
+    {
+        StagedProgram stage(QStringLiteral(PROBE_SUBJECT));
+        ASSERT_TRUE(stage.addAllTools(QStringLiteral(STANDIN))) << qPrintable(stage.errorText());
+        const QString name = QStringLiteral("upgcmd.exe");
+        ASSERT_TRUE(stage.setScript(name, ScriptedTools::scriptOf(ToolStep::hang())));
+        tool.start(stage.applicationFolder() + QLatin1Char('/') + name, QStringList());
+        ASSERT_TRUE(waitForStart(tool));
+        stage.beforeRemoval([&] {
+            wasKilled = waitForEnd(tool) && tool.exitStatus() == QProcess::CrashExit;
+            isThere = QDir(stage.workingFolder()).exists();
+        });
+    }
+    EXPECT_TRUE(wasKilled);
+    EXPECT_TRUE(isThere);
 }
 
 TEST(PlainHostTest, AProgramThatIsKilledHasNoExitCodeAndLeavesNoProcess)
